@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Foundation/Date.h"
+#include "Foundation/TimeZone.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What the application does right now, as far as a user would notice.
+enum class ApplicationState { active, inactive, background };
+
+/// Where a process keeps its files.
+struct Directories {
+  std::filesystem::path caches;           ///< May be emptied at any time.
+  std::filesystem::path documents;        ///< What the user would call their files.
+  std::filesystem::path preferences;      ///< One file per defaults suite.
+  std::filesystem::path groupContainers;  ///< One folder per application group.
+  std::filesystem::path temporary;
+  std::filesystem::path resources;  ///< The string tables and the icon table, read only.
+};
+
+/// Who the process is.
+struct BundleInfo {
+  std::string identifier;    ///< Such as "velloro.app"; tells the run target.
+  std::string shortVersion;  ///< CFBundleShortVersionString: "1.2.3".
+  std::string version;       ///< CFBundleVersion: the build number.
+};
+
+/// What a process gets from outside: time, place, identity, folders and chance. Nothing else in the
+/// program asks the system for these, so a test or a command with `--now` can set them all.
+///
+/// A `ProcessEnvironment` stands for the real machine, a `TestEnvironment` for a hand-moved one.
+/// The current one is the machine's until another is installed:
+///
+///     TestEnvironment environment;                 // installs itself, and leaves at scope end
+///     environment.setNow(Date::fromISO8601("2024-03-07T12:00:00Z").value());
+///     Date::now().iso8601();                       // "2024-03-07T12:00:00Z"
+class Environment {
+ public:
+  virtual ~Environment() = default;
+  Environment() = default;
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+  [[nodiscard]] static Environment& current();
+  /// Makes `environment` the current one and returns the one before. Null restores the machine's.
+  static Environment* install(Environment* environment);
+
+  /// The wall clock.
+  [[nodiscard]] virtual Date now() const = 0;
+  /// The monotonic media clock in seconds, for animation, delays and timers.
+  [[nodiscard]] virtual double mediaTime() const = 0;
+  [[nodiscard]] virtual TimeZone timeZone() const = 0;
+  /// Such as "en_US" or "de_DE".
+  [[nodiscard]] virtual std::string localeIdentifier() const = 0;
+
+  [[nodiscard]] virtual const BundleInfo& bundle() const = 0;
+  [[nodiscard]] virtual const Directories& directories() const = 0;
+  /// The device's model name, whose beginning tells its family: "iPhone", "iPad", "Mac", …
+  [[nodiscard]] virtual std::string deviceModel() const = 0;
+  [[nodiscard]] virtual ApplicationState applicationState() const = 0;
+  /// A variable of the process environment, empty when it is not set.
+  [[nodiscard]] virtual std::string variable(const std::string& name) const = 0;
+
+  /// 64 random bits, from any thread.
+  [[nodiscard]] virtual std::uint64_t random() = 0;
+
+  /// A line for whoever watches the process: standard error, or a test's list.
+  virtual void report(std::string_view line) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,115 @@
+#include "Foundation/ProcessEnvironment.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string environmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+/// The zone that the machine's clock is set to: TZ, else the target of /etc/localtime.
+TimeZone machineTimeZone() {
+  std::string name = environmentVariable("TZ");
+  if (name.starts_with(':')) name.erase(0, 1);
+  if (name.empty()) {
+    std::error_code ignored;
+    const std::string target = fs::read_symlink("/etc/localtime", ignored).string();
+    constexpr std::string_view folder = "zoneinfo/";
+    if (const auto at = target.find(folder); at != std::string::npos) {
+      name = target.substr(at + folder.size());
+    }
+  }
+  return TimeZone::fromIdentifier(name).value_or(TimeZone::gmt());
+}
+
+/// "de_DE" from "de_DE.UTF-8"; "en_US" where the machine names no language.
+std::string machineLocale() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    std::string value = environmentVariable(name);
+    value.erase(std::min(value.find_first_of(".@"), value.size()));
+    if (value == "C" || value == "POSIX") break;
+    if (!value.empty()) return value;
+  }
+  return "en_US";
+}
+
+fs::path xdgFolder(const char* variable, const char* belowHome) {
+  const fs::path folder = environmentVariable(variable);
+  // The base directory rules ignore relative paths.
+  if (folder.is_absolute()) return folder / "velloro";
+  const std::string home = environmentVariable("HOME");
+  return fs::path(home.empty() ? "/" : home) / belowHome / "velloro";
+}
+
+/// The installed layout and the build tree both keep the program in "bin" and its resources in
+/// "share/velloro" beside it.
+fs::path resourcesFolder() {
+  std::error_code ignored;
+  const fs::path program = fs::read_symlink("/proc/self/exe", ignored);
+  return program.parent_path().parent_path() / "share" / "velloro";
+}
+
+Directories foldersBelow(const std::optional<fs::path>& root) {
+  const fs::path data = root ? *root : xdgFolder("XDG_DATA_HOME", ".local/share");
+  return {.caches = root ? *root / "caches" : xdgFolder("XDG_CACHE_HOME", ".cache"),
+          .documents = data / "documents",
+          .preferences = root ? *root / "preferences" : xdgFolder("XDG_CONFIG_HOME", ".config"),
+          .groupContainers = data / "groups",
+          .temporary = fs::temp_directory_path(),
+          .resources = resourcesFolder()};
+}
+
+}  // namespace
+
+ProcessEnvironment::ProcessEnvironment(Options options)
+    : options_(std::move(options)),
+      timeZone_(options_.timeZone ? *options_.timeZone : machineTimeZone()),
+      localeIdentifier_(options_.localeIdentifier.value_or(machineLocale())),
+      directories_(foldersBelow(options_.root)),
+      generator_(std::random_device{}()) {}
+
+Date ProcessEnvironment::now() const {
+  if (options_.now) return *options_.now;
+  using Seconds = std::chrono::duration<double>;
+  return Date::since1970(Seconds(std::chrono::system_clock::now().time_since_epoch()).count());
+}
+
+double ProcessEnvironment::mediaTime() const {
+  using Seconds = std::chrono::duration<double>;
+  return Seconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+std::string ProcessEnvironment::deviceModel() const {
+  const std::string model = variable("VELLORO_DEVICE_MODEL");
+  return model.empty() ? "iPhone" : model;
+}
+
+ApplicationState ProcessEnvironment::applicationState() const {
+  return ApplicationState::active;
+}
+
+std::string ProcessEnvironment::variable(const std::string& name) const {
+  return environmentVariable(name.c_str());
+}
+
+std::uint64_t ProcessEnvironment::random() {
+  const std::scoped_lock lock(randomMutex_);
+  return generator_();
+}
+
+void ProcessEnvironment::report(std::string_view line) {
+  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+}  // namespace platform

@@ -1,0 +1,53 @@
+#include "Foundation/Date.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+TEST(Date, ReadsISO8601) {
+  struct Case {
+    const char* text;
+    std::optional<double> since1970;
+  };
+  const Case cases[] = {
+      {"1970-01-01T00:00:00Z", 0},
+      {"2024-03-07T01:59:59Z", 1709776799},
+      {"2024-03-07T02:59:59+01:00", 1709776799},
+      {"2024-03-06T20:59:59-0500", 1709776799},
+      {"2024-03-07T03:59:59+02", 1709776799},
+      {"2024-03-07T01:59:59.25Z", 1709776799.25},
+      {"0001-01-01T00:00:00Z", -62135596800},
+      {"2024-02-29T00:00:00Z", 1709164800},
+      {"2023-02-29T00:00:00Z", {}},
+      {"2024-03-07T24:00:00Z", {}},
+      {"2024-03-07T01:59:59", {}},
+      {"2024-03-07T01:59:59+19:00", {}},
+      {"2024-03-07T01:59:59.Z", {}},
+      {"2024-03-07T01:59:59ZZ", {}},
+      {"2024-3-7T01:59:59Z", {}},
+      {"", {}},
+  };
+  for (const auto& [text, expected] : cases) {
+    const auto date = Date::fromISO8601(text);
+    ASSERT_EQ(date.has_value(), expected.has_value()) << text;
+    if (!date) continue;
+    EXPECT_DOUBLE_EQ(date->timeIntervalSince1970(), *expected) << text;
+  }
+}
+
+TEST(Date, WritesWholeSecondsRoundedDown) {
+  EXPECT_EQ(Date::since1970(-0.5).iso8601(), "1969-12-31T23:59:59Z");
+  EXPECT_EQ(Date::since1970(0.999).iso8601(), "1970-01-01T00:00:00Z");
+}
+
+TEST(Date, SurvivesValuesBeyondTheCalendar) {
+  const auto far = static_cast<double>(Date::sinceReferenceDate(1e300).secondsSince1970());
+  EXPECT_DOUBLE_EQ(far, 1e15);
+  EXPECT_FALSE(Date::sinceReferenceDate(std::nan("")).iso8601().empty());
+}
+
+}  // namespace
+}  // namespace platform

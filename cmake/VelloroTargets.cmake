@@ -1,0 +1,42 @@
+# The one place that knows how a target of this house is compiled.
+
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+# Sanitizers go by VELLORO_SANITIZE, for example "address,undefined"; the presets set it.
+set(VELLORO_SANITIZE "" CACHE STRING "Sanitizers for every target")
+if(VELLORO_SANITIZE)
+  add_compile_options(-fsanitize=${VELLORO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VELLORO_SANITIZE})
+endif()
+
+add_library(velloro_warnings INTERFACE)
+target_compile_options(velloro_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  # g++ 12 reports these in library code once a sanitizer has rewritten it.
+  $<$<BOOL:${VELLORO_SANITIZE}>:-Wno-maybe-uninitialized -Wno-tsan>)
+
+# velloro_library(<name> <source>…): a static library from this folder. Its headers are included
+# as "<Folder>/<Header>.h". Edges to other targets are declared beside it with
+# target_link_libraries, which scripts/lint compares with the includes.
+function(velloro_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/..)
+  target_link_libraries(${name} PRIVATE velloro_warnings)
+endfunction()
+
+# velloro_test(<name> <source>…): one test program, each of its cases known to ctest.
+function(velloro_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE velloro_warnings GTest::gmock GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()
