@@ -1,0 +1,37 @@
+#include "Foundation/FileLock.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace platform {
+namespace {
+
+bool hasItsName(const NSFileHandle& file) {
+  struct stat held {};
+  struct stat named {};
+  return file.getStatus(held) && ::lstat(file.path().c_str(), &named) == 0 &&
+         held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+}
+
+}  // namespace
+
+Result<FileLock> FileLock::exclusive(const std::filesystem::path& path) {
+  for (;;) {
+    auto file = NSFileHandle::open(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    if (!file) return std::unexpected(file.error());
+    while (::flock(file->fileDescriptor(), LOCK_EX) != 0) {
+      if (errno != EINTR) return fileFailure("cannot lock", path);
+    }
+    if (hasItsName(*file)) return FileLock(std::move(*file));
+  }
+}
+
+FileLock::~FileLock() {
+  // Closing alone would leave the lock with a child that was forked meanwhile and shares the file.
+  if (file_.isOpen()) ::flock(file_.fileDescriptor(), LOCK_UN);
+}
+
+}  // namespace platform

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Foundation/NSFileHandle.h"
+
+namespace platform {
+
+/// An exclusive lock by way of a file, held until the object goes or its process dies. It keeps out
+/// threads and processes alike, for every lock has an open file of its own.
+///
+///     const auto lock = FileLock::exclusive(folder / ".counter.lock");
+///     if (!lock) return std::unexpected(lock.error());
+///     …                                            // nobody else is here
+///
+/// The file is made when it is missing, in a folder that must be there, and stays behind. The
+/// holder may rename or remove it: whoever waits for it then takes the file that has the name now.
+class FileLock {
+ public:
+  /// Waits for as long as another holds it. A thread that asks again for what it holds waits for
+  /// ever.
+  [[nodiscard]] static Result<FileLock> exclusive(const std::filesystem::path& path);
+
+  FileLock(FileLock&&) noexcept = default;
+  FileLock& operator=(FileLock&&) = delete;
+  ~FileLock();
+
+  /// The locked file, open for reading and writing.
+  [[nodiscard]] NSFileHandle& file() { return file_; }
+
+ private:
+  explicit FileLock(NSFileHandle file) : file_(std::move(file)) {}
+
+  NSFileHandle file_;
+};
+
+}  // namespace platform

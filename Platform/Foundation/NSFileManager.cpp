@@ -1,0 +1,209 @@
+#include "Foundation/NSFileManager.h"
+
+#include "Foundation/Environment.h"
+#include "Foundation/FileLock.h"
+#include "Foundation/NSFileHandle.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+Result<void> outcome(const char* attempt, const fs::path& path, const std::error_code& reason) {
+  errno = reason.value();
+  if (reason) return fileFailure(attempt, path);
+  return {};
+}
+
+fs::path madeIfMissing(const fs::path& folder) {
+  (void)NSFileManager::createDirectory(folder);
+  return folder;
+}
+
+fs::path hiddenSibling(const fs::path& path, const std::string& mark) {
+  return path.parent_path() / ("." + path.filename().string() + mark);
+}
+
+fs::path newHiddenSibling(const fs::path& path) {
+  static std::atomic<unsigned> count = 0;
+  return hiddenSibling(path, "." + std::to_string(::getpid()) + "-" + std::to_string(++count));
+}
+
+/// A new name is safe from a power cut only once its folder is.
+Result<void> synchronizeFolder(const fs::path& path) {
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  auto handle = NSFileHandle::open(folder, O_RDONLY | O_DIRECTORY);
+  if (!handle) return std::unexpected(handle.error());
+  return handle->synchronize();
+}
+
+Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& target) {
+  // What a killed writer left may be in it.
+  if (::ftruncate(file.fileDescriptor(), 0) != 0) return fileFailure("cannot empty", file.path());
+  struct stat replaced {};
+  if (::stat(target.c_str(), &replaced) == 0 &&
+      ::fchmod(file.fileDescriptor(), replaced.st_mode & 07777) != 0) {
+    return fileFailure("cannot set the permissions of", file.path());
+  }
+  if (auto written = file.write(bytes); !written) return written;
+  return file.synchronize();
+}
+
+std::string quoted(const char* before, const fs::path& path, const char* after) {
+  return before + (" \"" + path.string() + "\" ") + after;
+}
+
+Result<void> renameOver(const fs::path& from, const fs::path& to) {
+  if (::rename(from.c_str(), to.c_str()) == 0) return {};
+  return fileFailure(quoted("cannot put", from, "in the place of"), to);
+}
+
+Result<void> renameUnlessThere(const fs::path& from, const fs::path& to) {
+  int answer = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+  if (answer != 0 && errno == EINVAL) {  // this file system can't promise that nothing is replaced
+    if (NSFileManager::exists(to)) {
+      errno = EEXIST;
+    } else {
+      answer = ::rename(from.c_str(), to.c_str());
+    }
+  }
+  if (answer == 0) return {};
+  return fileFailure(quoted("cannot move", from, "to"), to);
+}
+
+using Rename = Result<void> (*)(const fs::path& from, const fs::path& to);
+
+/// A complete copy under a name of its own beside `to`, to be renamed.
+Result<fs::path> copyBeside(const fs::path& to, const fs::path& from) {
+  const fs::path copy = newHiddenSibling(to);
+  std::error_code reason;
+  fs::copy(from, copy, fs::copy_options::recursive | fs::copy_options::copy_symlinks, reason);
+  if (!reason) return copy;
+  std::error_code ignored;
+  fs::remove_all(copy, ignored);
+  return std::unexpected(outcome("cannot copy", from, reason).error());
+}
+
+Result<void> copy(const fs::path& from, const fs::path& to, Rename rename) {
+  const auto copied = copyBeside(to, from);
+  if (!copied) return std::unexpected(copied.error());
+  auto renamed = rename(*copied, to);
+  std::error_code ignored;
+  if (!renamed) fs::remove_all(*copied, ignored);
+  return renamed;
+}
+
+/// Renames, and where the two lie in different file systems copies and removes.
+Result<void> move(const fs::path& from, const fs::path& to, Rename rename) {
+  auto moved = rename(from, to);
+  if (moved || moved.error()->code() != EXDEV) return moved;
+  if (auto copied = copy(from, to, rename); !copied) return copied;
+  return NSFileManager::removeItem(from);
+}
+
+}  // namespace
+
+fs::path NSFileManager::cachesDirectory() {
+  return madeIfMissing(Environment::current().directories().caches);
+}
+
+fs::path NSFileManager::documentDirectory() {
+  return madeIfMissing(Environment::current().directories().documents);
+}
+
+std::optional<fs::path> NSFileManager::containerURLForSecurityApplicationGroupIdentifier(
+    std::string_view identifier) {
+  if (!isFileName(identifier)) return std::nullopt;
+  fs::path folder = Environment::current().directories().groupContainers / identifier;
+  if (!createDirectory(folder)) return std::nullopt;
+  return folder;
+}
+
+bool NSFileManager::isFileName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && !name.contains('/') &&
+         !name.contains('\0');
+}
+
+bool NSFileManager::exists(const Path& path) {
+  std::error_code ignored;
+  return fs::exists(path, ignored);
+}
+
+Result<std::uint64_t> NSFileManager::size(const Path& path) {
+  std::error_code reason;
+  const std::uintmax_t bytes = fs::file_size(path, reason);
+  if (reason) return std::unexpected(outcome("cannot measure", path, reason).error());
+  return bytes;
+}
+
+Result<std::string> NSFileManager::contents(const Path& path) {
+  auto file = NSFileHandle::open(path, O_RDONLY);
+  if (!file) return std::unexpected(file.error());
+  return file->readToEnd();
+}
+
+Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& path) {
+  std::vector<std::string> names;
+  std::error_code reason;
+  for (fs::directory_iterator item(path, reason), end; !reason && item != end;
+       item.increment(reason)) {
+    names.push_back(item->path().filename().string());
+  }
+  if (reason) return std::unexpected(outcome("cannot list", path, reason).error());
+  std::ranges::sort(names);
+  return names;
+}
+
+Result<void> NSFileManager::write(std::string_view bytes, const Path& path) {
+  auto temporary = FileLock::exclusive(hiddenSibling(path, ".tmp"));
+  if (!temporary) return std::unexpected(temporary.error());
+  auto done = fill(temporary->file(), bytes, path);
+  if (done) done = renameOver(temporary->file().path(), path);
+  if (!done) {
+    ::unlink(temporary->file().path().c_str());
+    return done;
+  }
+  return synchronizeFolder(path);
+}
+
+Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
+  auto file = NSFileHandle::open(path, O_WRONLY | O_APPEND);
+  if (!file) return std::unexpected(file.error());
+  return file->write(bytes);
+}
+
+Result<void> NSFileManager::createDirectory(const Path& path) {
+  std::error_code reason;
+  fs::create_directories(path, reason);
+  return outcome("cannot make the folder", path, reason);
+}
+
+Result<void> NSFileManager::removeItem(const Path& path) {
+  std::error_code reason;
+  const bool missing = fs::remove_all(path, reason) == 0 && !reason;
+  if (missing) reason = std::make_error_code(std::errc::no_such_file_or_directory);
+  return outcome("cannot remove", path, reason);
+}
+
+Result<void> NSFileManager::copyItem(const Path& from, const Path& to) {
+  return copy(from, to, renameUnlessThere);
+}
+
+Result<void> NSFileManager::moveItem(const Path& from, const Path& to) {
+  return move(from, to, renameUnlessThere);
+}
+
+Result<void> NSFileManager::replaceItem(const Path& path, const Path& replacement) {
+  return move(replacement, path, renameOver);
+}
+
+}  // namespace platform
