@@ -1,0 +1,69 @@
+#include "Foundation/TestEnvironment.h"
+#include "OxKit/AppVersion.h"
+#include "OxKit/Platform.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+TEST(AppVersion, ReadsAndWritesText) {
+  struct Case {
+    const char* text;
+    const char* withBuild;          // empty for absent
+    const char* withoutBuildPlus9;  // the build 9 from elsewhere
+  };
+  const Case cases[] = {
+      {"1.2.3.45", "1.2.3.45", ""},
+      {"1.2.3", "1.2.3", "1.2.3.9"},
+      {"10", "10.0.0", "10.0.0.9"},
+      {"1.02", "1.2.0", "1.2.0.9"},
+      {"1.2.3.4.5", "", ""},
+      {"1..3", "", ""},
+      {"1.2.", "", ""},
+      {"1.-2", "", ""},
+      {" 1.2", "", ""},
+      {"1.2b", "", ""},
+      {"99999999999", "", ""},
+      {"", "", ""},
+  };
+  const auto formatted = [](const std::optional<AppVersion>& version) {
+    return version ? version->formatted() : "";
+  };
+  for (const auto& [text, withBuild, withoutBuild] : cases) {
+    EXPECT_EQ(formatted(AppVersion::fromTextWithBuild(text)), withBuild) << text;
+    EXPECT_EQ(formatted(AppVersion::fromTextWithoutBuild(text, 9)), withoutBuild) << text;
+  }
+}
+
+TEST(AppVersion, IsOrderedByNumbersThenBuild) {
+  const char* const ascending[] = {"0.9.9",  "1.2.3",  "1.2.3.0",  "1.2.3.1", "1.2.3.2",
+                                   "1.2.10", "1.10.0", "1.10.0.7", "2.0.0"};
+  std::vector<AppVersion> versions;
+  for (const char* text : ascending) versions.push_back(*AppVersion::fromTextWithBuild(text));
+  EXPECT_EQ(std::ranges::adjacent_find(versions, std::greater_equal{}), versions.end());
+}
+
+TEST(AppVersion, NextVersionsHaveNoBuild) {
+  const AppVersion version = AppVersion::fromTextWithBuild("1.2.3.5").value();
+  EXPECT_EQ(version.nextMajor().formatted(), "2.0.0");
+  EXPECT_EQ(version.nextMinor().formatted(), "1.3.0");
+  EXPECT_EQ(version.nextPatch().formatted(), "1.2.4");
+  EXPECT_EQ(version.withoutBuild().formatted(), "1.2.3");
+}
+
+TEST(AppVersion, CurrentIsThatOfTheBundle) {
+  TestEnvironment environment;
+  environment.setBundle({.identifier = "a", .shortVersion = "3.1", .version = "812"});
+  EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0.812");
+  environment.setBundle({.identifier = "a", .shortVersion = "3.1", .version = "8.1.2"});
+  EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0");
+  environment.setBundle({});
+  EXPECT_FALSE(AppVersion::current());
+}
+
+}  // namespace
+}  // namespace velloro
