@@ -20,9 +20,11 @@ endif()
 
 add_library(velloro_warnings INTERFACE)
 target_compile_options(velloro_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+if(VELLORO_SANITIZE)
   # g++ 12 reports these in library code once a sanitizer has rewritten it.
-  $<$<BOOL:${VELLORO_SANITIZE}>:-Wno-maybe-uninitialized -Wno-tsan>)
+  target_compile_options(velloro_warnings INTERFACE -Wno-maybe-uninitialized -Wno-tsan)
+endif()
 
 # velloro_library(<name> <source>…): a static library from this folder. Its headers are included
 # as "<Folder>/<Header>.h". Edges to other targets are declared beside it with
