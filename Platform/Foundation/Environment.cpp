@@ -10,8 +10,8 @@ namespace {
 std::atomic<Environment*> installed = nullptr;
 
 Environment& machine() {
-  static ProcessEnvironment environment;
-  return environment;
+  static auto* environment = new ProcessEnvironment;  // background work may outlast static objects
+  return *environment;
 }
 
 }  // namespace

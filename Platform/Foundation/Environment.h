@@ -10,6 +10,9 @@
 
 namespace platform {
 
+class MainLoop;
+class TimedWork;
+
 /// What the application does right now, as far as a user would notice.
 enum class ApplicationState { active, inactive, background };
 
@@ -54,6 +57,10 @@ class Environment {
   [[nodiscard]] virtual Date now() const = 0;
   /// The monotonic media clock in seconds, for animation, delays and timers.
   [[nodiscard]] virtual double mediaTime() const = 0;
+  /// The blocks that wait for the main thread. `DispatchQueue::main()` posts to it.
+  [[nodiscard]] virtual MainLoop& mainLoop() = 0;
+  /// The blocks that wait for a media time. `DispatchQueue::asyncAfter` and `NSTimer` use it.
+  [[nodiscard]] virtual TimedWork& timedWork() = 0;
   [[nodiscard]] virtual TimeZone timeZone() const = 0;
   /// Such as "en_US" or "de_DE".
   [[nodiscard]] virtual std::string localeIdentifier() const = 0;

@@ -1,5 +1,7 @@
 #include "Foundation/ProcessEnvironment.h"
 
+#include "Foundation/ProcessLoop.h"
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -86,8 +88,15 @@ Date ProcessEnvironment::now() const {
 }
 
 double ProcessEnvironment::mediaTime() const {
-  using Seconds = std::chrono::duration<double>;
-  return Seconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+  return processMediaTime();
+}
+
+MainLoop& ProcessEnvironment::mainLoop() {
+  return processMainLoop();
+}
+
+TimedWork& ProcessEnvironment::timedWork() {
+  return processTimedWork();
 }
 
 std::string ProcessEnvironment::deviceModel() const {

@@ -30,6 +30,8 @@ class ProcessEnvironment : public Environment {
 
   [[nodiscard]] Date now() const override;
   [[nodiscard]] double mediaTime() const override;
+  [[nodiscard]] MainLoop& mainLoop() override;
+  [[nodiscard]] TimedWork& timedWork() override;
   [[nodiscard]] TimeZone timeZone() const override { return timeZone_; }
   [[nodiscard]] std::string localeIdentifier() const override { return localeIdentifier_; }
   [[nodiscard]] const BundleInfo& bundle() const override { return options_.bundle; }

@@ -38,6 +38,7 @@ TestEnvironment::TestEnvironment()
       previous_(Environment::install(this)) {}
 
 TestEnvironment::~TestEnvironment() {
+  time_.close();
   Environment::install(previous_);
   std::error_code ignored;
   fs::remove_all(directories_.temporary.parent_path(), ignored);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Environment.h"
+#include "Foundation/VirtualTime.h"
 
 #include <mutex>
 #include <random>
@@ -17,12 +18,28 @@ namespace platform {
 ///
 ///     TestEnvironment environment;
 ///     environment.setNow(Date::fromISO8601("2024-03-07T12:00:00Z").value());
+///     DispatchQueue::main().asyncAfter(0.5, [] { note(Date::now()); });
+///     environment.advance(0.5);                    // notes 2024-03-07T12:00:00.5Z
+///
+/// Time is virtual; the thread that makes the environment is its main thread. Background queues run
+/// on real threads, and before the clock moves on, all background work handed in so far has ended:
+/// so a script gives the same result each time, as long as no background block waits for something
+/// that only a later time brings. When the environment ends, what waits for the main thread or for
+/// a time is dropped, and background work is waited for. Set places and names up before background
+/// work starts, or after `settle`.
 class TestEnvironment : public Environment {
  public:
   TestEnvironment();
   ~TestEnvironment() override;
 
-  void setNow(Date now) { now_ = now; }
+  /// Moves both clocks on by so many seconds and stops on the way at each thing that falls due:
+  /// what was posted to the main thread, delayed blocks, timers; at the same time, in the order in
+  /// which they were scheduled. What they post or schedule in turn runs as well if it falls due.
+  void advance(TimeInterval seconds) { time_.advance(seconds); }
+  /// Runs everything that is due now, until nothing is.
+  void settle() { advance(0); }
+  /// Jumps the wall clock alone, as a user does who sets it: nothing falls due.
+  void setNow(Date now) { time_.setNow(now); }
   void setTimeZone(TimeZone zone) { timeZone_ = zone; }
   void setLocale(std::string identifier) { localeIdentifier_ = std::move(identifier); }
   void setBundle(BundleInfo bundle) { bundle_ = std::move(bundle); }
@@ -34,8 +51,10 @@ class TestEnvironment : public Environment {
   /// What was reported so far, oldest first.
   [[nodiscard]] std::vector<std::string> reports() const;
 
-  [[nodiscard]] Date now() const override { return now_; }
-  [[nodiscard]] double mediaTime() const override { return mediaTime_; }
+  [[nodiscard]] Date now() const override { return time_.now(); }
+  [[nodiscard]] double mediaTime() const override { return time_.mediaTime(); }
+  [[nodiscard]] MainLoop& mainLoop() override { return time_; }
+  [[nodiscard]] TimedWork& timedWork() override { return time_; }
   [[nodiscard]] TimeZone timeZone() const override { return timeZone_; }
   [[nodiscard]] std::string localeIdentifier() const override { return localeIdentifier_; }
   [[nodiscard]] const BundleInfo& bundle() const override { return bundle_; }
@@ -47,8 +66,7 @@ class TestEnvironment : public Environment {
   void report(std::string_view line) override;
 
  private:
-  Date now_ = Date::since1970(1709809200);  // 2024-03-07T11:00:00Z, noon in Berlin
-  double mediaTime_ = 1000;
+  VirtualTime time_{Date::since1970(1709809200)};  // 2024-03-07T11:00:00Z, noon in Berlin
   TimeZone timeZone_;
   std::string localeIdentifier_ = "en_US";
   BundleInfo bundle_ = {.identifier = "velloro.app", .shortVersion = "1.0.0", .version = "1"};

@@ -1,0 +1,187 @@
+#include "Foundation/DispatchGroup.h"
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/MainLoop.h"
+#include "Foundation/TestEnvironment.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <latch>
+#include <limits>
+#include <numeric>
+#include <stdexcept>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+namespace platform {
+namespace {
+
+TEST(DispatchQueue, SerialBlocksOfManyThreadsRunInOrderAndAlone) {
+  constexpr int threads = 4;
+  constexpr int blocks = 500;
+  const DispatchQueue queue("serial");
+  std::vector<std::vector<int>> seen(threads);
+  int running = 0;
+  int mostRunning = 0;
+  {
+    std::vector<std::jthread> submitters;
+    for (std::size_t thread = 0; thread < threads; ++thread) {
+      submitters.emplace_back([&, thread] {
+        for (int i = 0; i < blocks; ++i) {
+          const auto block = [&, thread, i] {
+            mostRunning = std::max(mostRunning, ++running);
+            EXPECT_TRUE(queue.isCurrent());
+            seen[thread].push_back(i);
+            --running;
+          };
+          i % 5 == 0 ? queue.sync(block) : queue.async(block);
+        }
+      });
+    }
+  }
+  std::vector<int> ascending(blocks);
+  std::iota(ascending.begin(), ascending.end(), 0);
+  queue.sync([] {});
+  EXPECT_THAT(seen, testing::Each(ascending));
+  EXPECT_EQ(mostRunning, 1);
+}
+
+TEST(DispatchQueue, SyncGivesTheResultAndPassesWhatIsThrown) {
+  const DispatchQueue outer("outer");
+  const DispatchQueue inner("inner");
+  const auto nested = [&] {
+    return inner.sync([&] { return outer.isCurrent() && inner.isCurrent(); });
+  };
+  EXPECT_FALSE(outer.isCurrent());
+  EXPECT_TRUE(outer.sync(nested));
+  EXPECT_EQ(*outer.sync([] { return std::make_unique<int>(7); }), 7);
+  EXPECT_THROW(outer.sync([] { throw std::runtime_error("no"); }), std::runtime_error);
+  EXPECT_TRUE(outer.sync(nested)) << "the queue goes on after an exception";
+
+  TestEnvironment environment;
+  DispatchQueue::global().async([] {
+    EXPECT_FALSE(DispatchQueue::main().isCurrent());
+    EXPECT_TRUE(DispatchQueue::main().sync([] { return DispatchQueue::main().isCurrent(); }));
+    EXPECT_THROW(DispatchQueue::main().sync([] { throw std::runtime_error("no"); }),
+                 std::runtime_error);
+  });
+  environment.settle();
+}
+
+TEST(DispatchQueue, BlockedWorkersDoNotHoldUpOthers) {
+  TestEnvironment environment;
+  constexpr int blocked = 20;
+  std::latch waiting(blocked);
+  std::latch release(1);
+  for (int i = 0; i < blocked; ++i) {
+    const auto wait = [&] {
+      waiting.count_down();
+      release.wait();
+    };
+    i % 2 == 0 ? DispatchQueue("blocked").async(wait) : DispatchQueue::global().async(wait);
+  }
+  DispatchQueue::global(QualityOfService::background).async([&] {
+    waiting.wait();
+    release.count_down();
+  });
+  environment.settle();
+}
+
+TEST(DispatchQueue, RunsWhatItHoldsWhenTheLastHandleGoes) {
+  TestEnvironment environment;
+  std::promise<void> handleGone;
+  int ran = 0;
+  {
+    const DispatchQueue queue("short lived");
+    queue.async([&, self = queue] { handleGone.get_future().wait(); });
+    for (int i = 0; i < 100; ++i) queue.async([&] { ++ran; });
+  }
+  handleGone.set_value();
+  environment.settle();
+  EXPECT_EQ(ran, 100);
+}
+
+TEST(DispatchQueue, WorksInRealTime) {
+  MainLoop& loop = Environment::current().mainLoop();
+  TimedWork& timedWork = Environment::current().timedWork();
+  const double start = Environment::current().mediaTime();
+  std::vector<std::string> events;
+  const auto note = [&](const char* event) {
+    DispatchQueue::main().async([&events, event] { events.emplace_back(event); });
+  };
+  timedWork.schedule(start + 0.002, [&] { note("second"); });
+  timedWork.schedule(start + 0.001, [&] { note("first"); });
+  timedWork.schedule(std::numeric_limits<double>::infinity(), [&] { note("never"); });
+  timedWork.cancel(timedWork.schedule(start + 0.001, [&] { note("cancelled"); }));
+  DispatchQueue::global().async([&] {
+    note("background");
+    DispatchQueue::main().asyncAfter(0.004, [&] { loop.stop(); });
+  });
+  loop.run();
+  EXPECT_GE(Environment::current().mediaTime() - start, 0.004);
+  EXPECT_THAT(events, testing::UnorderedElementsAre("background", "first", "second"));
+}
+
+TEST(DispatchQueueDeathTest, ProcessExitsCleanlyWithWorkPendingAndKeepsWhatWasFlushed) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto exitBusily = [] {
+    const DispatchQueue log("log");
+    std::latch never(1);
+    std::atomic<bool> busy = false;
+    log.async([] { std::fputs("flushed", stderr); });
+    for (int i = 0; i < 5; ++i) DispatchQueue::global().async([&] { never.wait(); });
+    DispatchQueue::global().async([&] {
+      for (;;) busy = (busy.notify_all(), true);
+    });
+    DispatchQueue::global().asyncAfter(0.001, [] {});
+    DispatchQueue::global().asyncAfter(3600, [] {});
+    DispatchQueue::main().async([] { std::fputs("main thread", stderr); });
+    busy.wait(false);
+    log.sync([] {});
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitBusily(), testing::ExitedWithCode(0), "^flushed$");
+}
+
+#ifndef NDEBUG
+TEST(DispatchQueueDeathTest, WaitingForOneselfAsserts) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const DispatchQueue queue("own");
+  EXPECT_DEATH(queue.sync([&] { queue.sync([] {}); }), "already current");
+  EXPECT_DEATH(DispatchQueue::main().sync([] {}), "main thread");
+  EXPECT_DEATH(DispatchGroup().leave(), "more often");
+}
+#endif
+
+TEST(DispatchGroup, NotifiesWhenAllHaveLeft) {
+  TestEnvironment environment;
+  const DispatchGroup group;
+  int left = 0;
+  int leftAtNotification = -1;
+  group.notify(DispatchQueue::main(), [&] { leftAtNotification = left; });
+  environment.settle();
+  EXPECT_EQ(leftAtNotification, 0) << "an empty group notifies at once";
+
+  const DispatchQueue counter("counter");
+  for (int i = 0; i < 50; ++i) {
+    group.enter();
+    DispatchQueue::global().async([&, group] {
+      counter.sync([&] { ++left; });
+      group.leave();
+    });
+  }
+  group.notify(DispatchQueue::main(), [&] { leftAtNotification = left; });
+  EXPECT_TRUE(group.wait());
+  environment.settle();
+  EXPECT_EQ(leftAtNotification, 50);
+
+  group.enter();
+  EXPECT_FALSE(group.wait(0));
+  group.leave();
+  EXPECT_TRUE(group.wait(0));
+}
+
+}  // namespace
+}  // namespace platform
