@@ -81,24 +81,40 @@ constexpr std::int64_t daysFromCivil(const CivilDay& day) {
 /// The day that lies `days` after 1970-01-01.
 constexpr CivilDay civilFromDays(std::int64_t days) {
   using namespace civil_day_detail;
-  std::int64_t shifted = days + daysBefore1970 + cycles * daysPerCycle;
-  std::int64_t cycle = 0;
-  if (shifted < 0 || shifted >= 2 * cycles * daysPerCycle) {
-    cycle = floorDivide(shifted, daysPerCycle);
-    shifted -= cycle * daysPerCycle;
+  // Every fourth year from 1900-03-01 to 2100-02-28 is a leap year, so these days need no
+  // centuries.
+  constexpr std::int64_t march1900 = -25508;
+  constexpr std::uint64_t daysToMarch2100 = 73049;
+  const auto since1900 = static_cast<std::uint64_t>(days - march1900);
+  std::int64_t startYear = 1900;
+  std::uint32_t n2 = 4 * static_cast<std::uint32_t>(since1900) + 3;
+  if (since1900 >= daysToMarch2100) {
+    std::int64_t shifted = days + daysBefore1970 + cycles * daysPerCycle;
+    std::int64_t cycle = 0;
+    if (shifted < 0 || shifted >= 2 * cycles * daysPerCycle) {
+      cycle = floorDivide(shifted, daysPerCycle);
+      shifted -= cycle * daysPerCycle;
+    }
+    const std::uint32_t n1 = 4 * static_cast<std::uint32_t>(shifted) + 3;
+    startYear = 100 * std::int64_t{n1 / 146097} + (cycle - cycles) * yearsPerCycle;
+    n2 = n1 % 146097 | 3;
   }
-  const std::uint32_t n1 = 4 * static_cast<std::uint32_t>(shifted) + 3;
-  const std::uint32_t century = n1 / 146097;
-  const std::uint32_t n2 = n1 % 146097 | 3;
   const std::uint64_t p2 = std::uint64_t{2939745} * n2;
-  const auto yearOfCentury = static_cast<std::uint32_t>(p2 >> 32);
+  const auto yearsOn = static_cast<std::uint32_t>(p2 >> 32);
   const std::uint32_t dayOfYear = static_cast<std::uint32_t>(p2) / 2939745 / 4;
   const std::uint32_t n3 = 2141 * dayOfYear + 197913;
   const std::uint32_t januaryOrFebruary = dayOfYear >= 306 ? 1 : 0;
-  const std::int64_t year = 100 * std::int64_t{century} + yearOfCentury + januaryOrFebruary;
-  return {.y = year + (cycle - cycles) * yearsPerCycle,
+  return {.y = startYear + yearsOn + januaryOrFebruary,
           .m = (n3 >> 16) - 12 * januaryOrFebruary,
           .d = (n3 & 0xFFFF) / 2141 + 1};
+}
+
+/// The day number that holds a second counted from 1970-01-01 00:00:00 on the same clock, within
+/// about 46 million years. One unsigned division, where rounding a signed one down needs two.
+constexpr std::int64_t dayOfSeconds(std::int64_t seconds) {
+  constexpr std::int64_t bias = std::int64_t{1} << 34;
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(seconds + bias * 86400) / 86400) -
+         bias;
 }
 
 /// 0 is Sunday, 6 is Saturday.

@@ -59,12 +59,15 @@ class Date {
   /// end.
   [[nodiscard]] constexpr std::int64_t secondsSince1970() const {
     constexpr double limit = 1e15;
-    if (!(seconds_ > -limit)) return -static_cast<std::int64_t>(limit);
-    if (seconds_ > limit) return static_cast<std::int64_t>(limit);
+    if (!(seconds_ < limit && seconds_ > -limit)) [[unlikely]] {
+      return static_cast<std::int64_t>(seconds_ > 0 ? limit : -limit);
+    }
     const auto whole = static_cast<std::int64_t>(seconds_);
+    constexpr auto reference = static_cast<std::int64_t>(timeIntervalBetween1970AndReferenceDate);
+    if (seconds_ >= 0) [[likely]]
+      return whole + reference;
     const bool cutUpwards = static_cast<double>(whole) > seconds_;
-    return whole - (cutUpwards ? 1 : 0) +
-           static_cast<std::int64_t>(timeIntervalBetween1970AndReferenceDate);
+    return whole - (cutUpwards ? 1 : 0) + reference;
   }
 
   constexpr Date operator+(TimeInterval seconds) const { return Date(seconds_ + seconds); }

@@ -3,6 +3,7 @@
 #include "Foundation/Date.h"
 #include "Foundation/TimeZone.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -45,11 +46,14 @@ struct BundleInfo {
 class Environment {
  public:
   virtual ~Environment() = default;
-  Environment() = default;
+  explicit Environment(TimeZone timeZone) : timeZone_(timeZone) {}
   Environment(const Environment&) = delete;
   Environment& operator=(const Environment&) = delete;
 
-  [[nodiscard]] static Environment& current();
+  [[nodiscard]] static Environment& current() {
+    Environment* environment = installed_.load(std::memory_order_acquire);
+    return environment != nullptr ? *environment : machine();
+  }
   /// Makes `environment` the current one and returns the one before. Null restores the machine's.
   static Environment* install(Environment* environment);
 
@@ -61,7 +65,8 @@ class Environment {
   [[nodiscard]] virtual MainLoop& mainLoop() = 0;
   /// The blocks that wait for a media time. `DispatchQueue::asyncAfter` and `NSTimer` use it.
   [[nodiscard]] virtual TimedWork& timedWork() = 0;
-  [[nodiscard]] virtual TimeZone timeZone() const = 0;
+  /// The device's zone. Not virtual: all arithmetic on days begins here.
+  [[nodiscard]] TimeZone timeZone() const { return timeZone_.load(std::memory_order_relaxed); }
   /// Such as "en_US" or "de_DE".
   [[nodiscard]] virtual std::string localeIdentifier() const = 0;
 
@@ -78,6 +83,16 @@ class Environment {
 
   /// A line for whoever watches the process: standard error, or a test's list.
   virtual void report(std::string_view line) = 0;
+
+ protected:
+  void setTimeZone(TimeZone timeZone) { timeZone_.store(timeZone, std::memory_order_relaxed); }
+
+ private:
+  static Environment& machine();
+
+  static inline std::atomic<Environment*> installed_ = nullptr;
+
+  std::atomic<TimeZone> timeZone_;
 };
 
 }  // namespace platform

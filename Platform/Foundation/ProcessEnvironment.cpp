@@ -75,8 +75,8 @@ Directories foldersBelow(const std::optional<fs::path>& root) {
 }  // namespace
 
 ProcessEnvironment::ProcessEnvironment(Options options)
-    : options_(std::move(options)),
-      timeZone_(options_.timeZone ? *options_.timeZone : machineTimeZone()),
+    : Environment(options.timeZone ? *options.timeZone : machineTimeZone()),
+      options_(std::move(options)),
       localeIdentifier_(options_.localeIdentifier.value_or(machineLocale())),
       directories_(foldersBelow(options_.root)),
       generator_(std::random_device{}()) {}

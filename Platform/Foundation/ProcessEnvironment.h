@@ -32,7 +32,6 @@ class ProcessEnvironment : public Environment {
   [[nodiscard]] double mediaTime() const override;
   [[nodiscard]] MainLoop& mainLoop() override;
   [[nodiscard]] TimedWork& timedWork() override;
-  [[nodiscard]] TimeZone timeZone() const override { return timeZone_; }
   [[nodiscard]] std::string localeIdentifier() const override { return localeIdentifier_; }
   [[nodiscard]] const BundleInfo& bundle() const override { return options_.bundle; }
   [[nodiscard]] const Directories& directories() const override { return directories_; }
@@ -44,7 +43,6 @@ class ProcessEnvironment : public Environment {
 
  private:
   Options options_;
-  TimeZone timeZone_;
   std::string localeIdentifier_;
   Directories directories_;
   std::mutex randomMutex_;

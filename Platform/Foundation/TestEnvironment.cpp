@@ -32,7 +32,7 @@ Directories foldersBelow(const fs::path& root, const fs::path& resources) {
 }  // namespace
 
 TestEnvironment::TestEnvironment()
-    : timeZone_(TimeZone::fromIdentifier("Europe/Berlin").value()),
+    : Environment(TimeZone::fromIdentifier("Europe/Berlin").value()),
       directories_(
           foldersBelow(newTemporaryDirectory(), Environment::current().directories().resources)),
       previous_(Environment::install(this)) {}

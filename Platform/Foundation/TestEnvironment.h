@@ -40,7 +40,7 @@ class TestEnvironment : public Environment {
   void settle() { advance(0); }
   /// Jumps the wall clock alone, as a user does who sets it: nothing falls due.
   void setNow(Date now) { time_.setNow(now); }
-  void setTimeZone(TimeZone zone) { timeZone_ = zone; }
+  using Environment::setTimeZone;
   void setLocale(std::string identifier) { localeIdentifier_ = std::move(identifier); }
   void setBundle(BundleInfo bundle) { bundle_ = std::move(bundle); }
   void setDeviceModel(std::string model) { deviceModel_ = std::move(model); }
@@ -55,7 +55,6 @@ class TestEnvironment : public Environment {
   [[nodiscard]] double mediaTime() const override { return time_.mediaTime(); }
   [[nodiscard]] MainLoop& mainLoop() override { return time_; }
   [[nodiscard]] TimedWork& timedWork() override { return time_; }
-  [[nodiscard]] TimeZone timeZone() const override { return timeZone_; }
   [[nodiscard]] std::string localeIdentifier() const override { return localeIdentifier_; }
   [[nodiscard]] const BundleInfo& bundle() const override { return bundle_; }
   [[nodiscard]] const Directories& directories() const override { return directories_; }
@@ -67,7 +66,6 @@ class TestEnvironment : public Environment {
 
  private:
   VirtualTime time_{Date::since1970(1709809200)};  // 2024-03-07T11:00:00Z, noon in Berlin
-  TimeZone timeZone_;
   std::string localeIdentifier_ = "en_US";
   BundleInfo bundle_ = {.identifier = "velloro.app", .shortVersion = "1.0.0", .version = "1"};
   std::string deviceModel_ = "iPhone";

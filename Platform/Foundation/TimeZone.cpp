@@ -37,40 +37,30 @@ constexpr std::int64_t offsetBound = 26 * 3600;
 
 }  // namespace
 
-/// A zone's clock changes up to a horizon, as arrays, with an index by stretches of 2^21 seconds
-/// (24 days): a look-up reads one index entry and compares with next to always at most one change.
-/// Beyond the horizon the zone database itself is asked.
-struct TimeZone::Rules {
-  static constexpr int stretchShift = 21;
-  static constexpr std::int64_t indexStart = -2208988800;  // 1900-01-01
-  static constexpr std::int64_t horizon = 4102444800;      // 2100-01-01
+/// A zone's clock changes up to a horizon, as arrays, and the index over them. Beyond the horizon
+/// the zone database itself is asked.
+struct TimeZone::Rules : TimeZone::Index {
+  static constexpr std::int64_t horizon = 4102444800;  // 2100-01-01
 
   std::string identifier;
   cctz::time_zone zone;
-  bool hasDayJump = false;
   std::vector<std::int64_t> changeAt;  ///< UTC second of each clock change, ascending
   std::vector<std::int64_t> offset;    ///< offset[i] holds before changeAt[i], one more behind
   std::vector<std::int64_t> localEnd;  ///< first local second that interval i can't show
-  std::vector<std::uint16_t> changesBefore;  ///< per stretch, the changes at or before its start
 
   Rules(std::string name, cctz::time_zone loaded) : identifier(std::move(name)), zone(loaded) {
     collectChanges();
-    buildIndex();
+    for (std::size_t i = 0; i < stretches.size(); ++i) stretches[i] = stretchNumber(i);
   }
 
   [[nodiscard]] std::int64_t databaseOffsetAt(std::int64_t utcSeconds) const {
     return zone.lookup(instantAt(utcSeconds)).offset;
   }
 
+  /// The number of changes at or before a UTC second.
   [[nodiscard]] std::size_t intervalAt(std::int64_t utcSeconds) const {
-    if (utcSeconds < indexStart || utcSeconds >= horizon) {
-      return static_cast<std::size_t>(
-          std::upper_bound(changeAt.begin(), changeAt.end(), utcSeconds) - changeAt.begin());
-    }
-    std::size_t interval =
-        changesBefore[static_cast<std::size_t>(utcSeconds - indexStart) >> stretchShift];
-    while (interval < changeAt.size() && changeAt[interval] <= utcSeconds) ++interval;
-    return interval;
+    const auto later = std::ranges::upper_bound(changeAt, utcSeconds);
+    return static_cast<std::size_t>(later - changeAt.begin());
   }
 
  private:
@@ -95,12 +85,15 @@ struct TimeZone::Rules {
     localEnd.push_back(at + std::max(before, after));
   }
 
-  void buildIndex() {
-    std::size_t changes = 0;
-    for (std::int64_t start = indexStart; start < horizon; start += 1LL << stretchShift) {
-      while (changes < changeAt.size() && changeAt[changes] <= start) ++changes;
-      changesBefore.push_back(static_cast<std::uint16_t>(changes));
-    }
+  [[nodiscard]] Stretch stretchNumber(std::size_t number) const {
+    const auto start = static_cast<std::int64_t>(number << Stretch::shift);
+    const auto end = static_cast<std::int64_t>((number + 1) << Stretch::shift);
+    const std::size_t first = intervalAt(start);
+    const std::size_t last = intervalAt(end - 1);
+    return {.changeAt = first < last ? changeAt[first] : end,
+            .before = static_cast<std::int32_t>(offset[first]),
+            .after = static_cast<std::int32_t>(offset[last]),
+            .isCrowded = last > first + 1};
   }
 };
 
@@ -213,47 +206,59 @@ std::vector<std::string> TimeZone::knownTimeZoneIdentifiers() {
   return identifiers;
 }
 
+const TimeZone::Rules& TimeZone::rules() const {
+  return static_cast<const Rules&>(*index_);
+}
+
 const std::string& TimeZone::identifier() const {
-  return rules_->identifier;
+  return rules().identifier;
 }
 
 std::int64_t TimeZone::secondsFromGMT(Date date) const {
   return offsetAt(date.secondsSince1970());
 }
 
-std::int64_t TimeZone::offsetAt(std::int64_t utcSeconds) const {
-  if (utcSeconds >= Rules::horizon) return rules_->databaseOffsetAt(utcSeconds);
-  return rules_->offset[rules_->intervalAt(utcSeconds)];
+std::int64_t TimeZone::searchedOffsetAt(const Index* index, std::int64_t utcSeconds) {
+  const auto& rules = static_cast<const Rules&>(*index);
+  if (utcSeconds >= Rules::horizon) return rules.databaseOffsetAt(utcSeconds);
+  return rules.offset[rules.intervalAt(utcSeconds)];
 }
 
 std::int64_t TimeZone::utcSecondsAt(std::int64_t localSeconds) const {
-  if (localSeconds >= Rules::horizon - offsetBound) {
-    const auto civil = cctz::civil_second(1970, 1, 1, 0, 0, 0) + localSeconds;
-    return secondsOf(rules_->zone.lookup(civil).pre);
-  }
   // An interval can show a local time up to the later of its two readings at its end: a repeated
   // time belongs to the interval before the change, and so does a skipped one, which that offset
   // carries forward by the gap.
-  std::size_t interval = rules_->intervalAt(localSeconds - offsetBound);
-  while (interval < rules_->localEnd.size() && localSeconds >= rules_->localEnd[interval]) {
-    ++interval;
+  const std::uint64_t number = static_cast<std::uint64_t>(localSeconds) >> Stretch::shift;
+  constexpr std::int64_t length = std::int64_t{1} << Stretch::shift;
+  const std::int64_t place = localSeconds & (length - 1);
+  if (number < Stretch::count && place >= offsetBound && place < length - offsetBound) {
+    const Stretch& stretch = index_->stretches[number];
+    if (!stretch.isCrowded) {
+      const std::int64_t end = stretch.changeAt + std::max(stretch.before, +stretch.after);
+      return localSeconds - (localSeconds < end ? stretch.before : stretch.after);
+    }
   }
-  return localSeconds - rules_->offset[interval];
+  return searchedUtcSecondsAt(localSeconds);
 }
 
-bool TimeZone::hasSkippedOrRepeatedDays() const {
-  return rules_->hasDayJump;
+std::int64_t TimeZone::searchedUtcSecondsAt(std::int64_t localSeconds) const {
+  if (localSeconds >= Rules::horizon - offsetBound) {
+    const auto civil = cctz::civil_second(1970, 1, 1, 0, 0, 0) + localSeconds;
+    return secondsOf(rules().zone.lookup(civil).pre);
+  }
+  const auto later = std::ranges::upper_bound(rules().localEnd, localSeconds);
+  return localSeconds - rules().offset[static_cast<std::size_t>(later - rules().localEnd.begin())];
 }
 
 std::optional<Date> TimeZone::nextTransition(Date after) const {
-  const std::size_t next = rules_->intervalAt(after.secondsSince1970());
-  if (next < rules_->changeAt.size()) {
-    return Date::since1970(static_cast<double>(rules_->changeAt[next]));
+  const std::size_t next = rules().intervalAt(after.secondsSince1970());
+  if (next < rules().changeAt.size()) {
+    return Date::since1970(static_cast<double>(rules().changeAt[next]));
   }
   cctz::time_zone::civil_transition change;
   const CctzInstant from = instantAt(std::max(after.secondsSince1970(), Rules::horizon - 1));
-  if (!rules_->zone.next_transition(from, &change)) return std::nullopt;
-  const CctzInstant at = rules_->zone.lookup(std::min(change.from, change.to)).trans;
+  if (!rules().zone.next_transition(from, &change)) return std::nullopt;
+  const CctzInstant at = rules().zone.lookup(std::min(change.from, change.to)).trans;
   return Date::since1970(static_cast<double>(secondsOf(at)));
 }
 

@@ -2,6 +2,7 @@
 
 #include "Foundation/Date.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -41,26 +42,62 @@ class TimeZone {
   [[nodiscard]] std::int64_t secondsFromGMT(Date date) const;
 
   /// The offset at a UTC second, for calendar arithmetic on whole seconds since 1970.
-  [[nodiscard]] std::int64_t offsetAt(std::int64_t utcSeconds) const;
-  /// The UTC second at which the local clock shows `localSeconds`, which counts from 1970-01-01
-  /// 00:00:00 on that clock.
+  [[nodiscard]] std::int64_t offsetAt(std::int64_t utcSeconds) const {
+    const std::uint64_t number = static_cast<std::uint64_t>(utcSeconds) >> Stretch::shift;
+    if (number < Stretch::count) [[likely]] {
+      const Stretch& stretch = index_->stretches[number];
+      if (!stretch.isCrowded) [[likely]] {
+        return utcSeconds < stretch.changeAt ? stretch.before : stretch.after;
+      }
+    }
+    return searchedOffsetAt(index_, utcSeconds);
+  }
+  /// What the local clock shows at an instant, as whole seconds since 1970-01-01 00:00:00 on that
+  /// same clock.
+  [[nodiscard]] std::int64_t localSecondsAt(Date date) const {
+    const std::int64_t seconds = date.secondsSince1970();
+    return seconds + offsetAt(seconds);
+  }
+  /// The reverse: the UTC second at which the local clock shows `localSeconds`.
   [[nodiscard]] std::int64_t utcSecondsAt(std::int64_t localSeconds) const;
   /// Whether the clocks ever jumped by more than half a day, as when a place changed sides of the
   /// date line. In such a zone a civil day can be missing or stand twice, so day arithmetic must
   /// ask the calendar.
-  [[nodiscard]] bool hasSkippedOrRepeatedDays() const;
+  [[nodiscard]] bool hasSkippedOrRepeatedDays() const { return index_->hasDayJump; }
   /// The first clock change after an instant, absent when there is none.
   [[nodiscard]] std::optional<Date> nextTransition(Date after) const;
 
   bool operator==(const TimeZone&) const = default;
-  [[nodiscard]] std::size_t hashValue() const { return std::hash<const void*>{}(rules_); }
+  [[nodiscard]] std::size_t hashValue() const { return std::hash<const void*>{}(index_); }
 
   struct Rules;
 
  private:
-  explicit TimeZone(const Rules* rules) : rules_(rules) {}
+  /// A stretch of 2^21 seconds (24 days) of the years 1970 to 2100, with its one clock change.
+  /// Nearly every look-up ends here; what lies outside, or in a stretch with more changes, is
+  /// searched for.
+  struct Stretch {
+    static constexpr int shift = 21;
+    static constexpr std::size_t count = 1957;
 
-  const Rules* rules_;
+    std::int64_t changeAt;  ///< UTC second of the change, or the stretch's end when there is none.
+    std::int32_t before;
+    std::int32_t after;
+    bool isCrowded;
+  };
+  struct Index {
+    std::array<Stretch, Stretch::count> stretches;
+    bool hasDayJump = false;
+  };
+
+  explicit TimeZone(const Index* index) : index_(index) {}
+
+  /// Static, with the index by value, so that a zone in a register need not go to memory for it.
+  [[nodiscard]] static std::int64_t searchedOffsetAt(const Index* index, std::int64_t utcSeconds);
+  [[nodiscard]] std::int64_t searchedUtcSecondsAt(std::int64_t localSeconds) const;
+  [[nodiscard]] const Rules& rules() const;
+
+  const Index* index_;
 };
 
 }  // namespace platform

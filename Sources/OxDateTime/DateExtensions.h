@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Foundation/Calendar.h"
+#include "OxDateTime/DayOfWeek.h"
+#include "OxDateTime/HHMMSS.h"
+#include "OxDateTime/YYYYMMDD.h"
+
+#include <optional>
+
+namespace velloro {
+
+// An instant in terms of logical days. An absent zone means the device's current one.
+
+[[nodiscard]] YYYYMMDD yyyymmdd(Date date, HHMMSS startOfDay,
+                                std::optional<TimeZone> timeZone = {});
+[[nodiscard]] HHMMSS hhmmss(Date date, std::optional<TimeZone> timeZone = {});
+
+/// Whether the instant lies in today's logical day.
+[[nodiscard]] bool isToday(Date date, HHMMSS startOfDay, std::optional<TimeZone> timeZone = {});
+[[nodiscard]] bool isSameDayAs(Date date, HHMMSS startOfDay, Date other,
+                               std::optional<TimeZone> timeZone = {});
+
+/// The instant at which the logical day begins that holds the given one, and at which the next
+/// does.
+[[nodiscard]] Date startOfDay(Date date, HHMMSS startOfDay, std::optional<TimeZone> timeZone = {});
+[[nodiscard]] Date startOfNextDay(Date date, HHMMSS startOfDay,
+                                  std::optional<TimeZone> timeZone = {});
+
+/// The weekday that a calendar's clock shows.
+[[nodiscard]] DayOfWeek dayOfWeek(Date date, const Calendar& calendar);
+
+}  // namespace velloro

@@ -1,0 +1,164 @@
+#include "OxDateTime/YYYYMMDD.h"
+
+#include "Foundation/CivilDay.h"
+#include "Foundation/Environment.h"
+#include "Foundation/String.h"
+#include "OxDateTime/Digits.h"
+#include "OxDateTime/ThreadCalendar.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr YYYYMMDD fortnightAnchor{.y = 2000, .m = 1, .d = 1};
+/// Beyond this many days, sums could leave 64 bits; no date that can be named is so far away.
+constexpr std::int64_t largestCount = 1'000'000'000'000;
+
+/// Whether counting days needs no calendar: true where the device's zone never skipped or repeated
+/// one.
+bool daysAreNumbers() {
+  return !Environment::current().timeZone().hasSkippedOrRepeatedDays();
+}
+
+Date noon(const YYYYMMDD& day, const Calendar& calendar) {
+  return calendar.date(
+      ClockTime{.dayNumber = day.dayNumber(), .secondOfDay = HHMMSS::midday.intValue()});
+}
+
+YYYYMMDD readBack(Date date, const Calendar& calendar) {
+  return YYYYMMDD::fromDayNumber(calendar.clockTime(date).dayNumber);
+}
+
+}  // namespace
+
+std::optional<YYYYMMDD> YYYYMMDD::fromRawValue(std::int64_t value) {
+  if (value < 1) return std::nullopt;
+  return YYYYMMDD{.y = value / 10000, .m = value / 100 % 100, .d = value % 100};
+}
+
+std::optional<YYYYMMDD> YYYYMMDD::fromString(std::string_view text) {
+  if (text.size() != 8) return std::nullopt;
+  const auto year = wholeNumber(text.substr(0, 4));
+  const auto month = wholeNumber(text.substr(4, 2));
+  const auto day = wholeNumber(text.substr(6, 2));
+  if (!year || !month || !day || *month < 1 || *month > 12 || *day < 1 ||
+      *day > daysInMonth(*year, *month)) {
+    return std::nullopt;
+  }
+  return YYYYMMDD{.y = *year, .m = *month, .d = *day};
+}
+
+YYYYMMDD YYYYMMDD::fromClockDay(std::int64_t clockDay, std::int64_t shift, TimeZone timeZone) {
+  return fromDayNumber(clockDay).addUsingCalendar(Calendar(timeZone), shift);
+}
+
+std::string YYYYMMDD::debugDescription() const {
+  return stringWithFormat("%04lld-%02lld-%02lld", static_cast<long long>(y),
+                          static_cast<long long>(m), static_cast<long long>(d));
+}
+
+DateComponents YYYYMMDD::dateComponents() const {
+  return {.year = y, .month = m, .day = d};
+}
+
+YYYYMMDD YYYYMMDD::nextDay() const {
+  if (!daysAreNumbers()) return nextDayUsingCalendar();
+  if (m >= 1 && m <= 12 && d >= 1 && d < 28) return {.y = y, .m = m, .d = d + 1};
+  return fromDayNumber(dayNumber() + 1);
+}
+
+YYYYMMDD YYYYMMDD::previousDay() const {
+  if (!daysAreNumbers()) {
+    const Calendar& here = calendar();
+    return readBack(noon(*this, here) - secondsPerDay, here);
+  }
+  if (m >= 1 && m <= 12 && d > 1 && d <= 28) return {.y = y, .m = m, .d = d - 1};
+  return fromDayNumber(dayNumber() - 1);
+}
+
+YYYYMMDD YYYYMMDD::nextDayUsingCalendar() const {
+  const Calendar& here = calendar();
+  return readBack(noon(*this, here) + secondsPerDay, here);
+}
+
+YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
+  if (numDays == 0) return *this;
+  if (!daysAreNumbers()) return addUsingCalendar(calendar(), numDays);
+  return fromDayNumber(dayNumber() + std::clamp(numDays, -largestCount, largestCount));
+}
+
+YYYYMMDD YYYYMMDD::addUsingCalendar(const Calendar& calendar, std::int64_t numDays) const {
+  const Date from = noon(*this, calendar);
+  return readBack(calendar.dateByAddingDays(numDays, from).value_or(from), calendar);
+}
+
+DayOfWeek YYYYMMDD::dayOfWeek() const {
+  if (!daysAreNumbers()) {
+    const Calendar& here = calendar();
+    return static_cast<DayOfWeek>(here.weekday(noon(*this, here)) - 1);
+  }
+  return static_cast<DayOfWeek>(weekdayOfDays(dayNumber()));
+}
+
+std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay) const {
+  const std::int64_t from = dayNumber();
+  const std::int64_t days =
+      daysAreNumbers() ? to.dayNumber() - from : calendar().daysBetween(from, to.dayNumber());
+  return days + (includeThisDay ? 1 : 0);
+}
+
+YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek) const {
+  const int difference = static_cast<int>(firstDayOfWeek) - static_cast<int>(dayOfWeek());
+  return add(difference > 0 ? difference - 7 : difference);
+}
+
+YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek) const {
+  return startOfWeek(firstDayOfWeek).add(6);
+}
+
+YYYYMMDD YYYYMMDD::startOfFortnight(DayOfWeek firstDayOfWeek,
+                                    std::optional<YYYYMMDD> referenceDate) const {
+  const std::int64_t days = referenceDate.value_or(fortnightAnchor).distance(*this);
+  // The remainder has the sign of its dividend: no day before the anchor is in a second week.
+  const bool isSecondWeek = days % 14 > 6;
+  return (isSecondWeek ? add(-7) : *this).startOfWeek(firstDayOfWeek);
+}
+
+YYYYMMDD YYYYMMDD::endOfFortnight(DayOfWeek firstDayOfWeek,
+                                  std::optional<YYYYMMDD> referenceDate) const {
+  return startOfFortnight(firstDayOfWeek, referenceDate).add(13);
+}
+
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek,
+                                                     bool includeThisDay) const {
+  return distance(endOfWeek(firstDayOfWeek), includeThisDay);
+}
+
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisFortnight(
+    DayOfWeek firstDayOfWeek, bool includeThisDay, std::optional<YYYYMMDD> referenceDate) const {
+  return distance(endOfFortnight(firstDayOfWeek, referenceDate), includeThisDay);
+}
+
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisMonth(bool includeThisDay) const {
+  return distance(yyyymm().lastDay(), includeThisDay);
+}
+
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisYear(bool includeThisDay) const {
+  return distance(yyyymm().lastMonthOfYear().lastDay(), includeThisDay);
+}
+
+Date YYYYMMDD::dateAt(HHMMSS startOfDay, HHMMSS time, std::optional<TimeZone> timeZone) const {
+  const Calendar calendar(timeZone ? *timeZone : Environment::current().timeZone());
+  const Date date =
+      calendar.date(ClockTime{.dayNumber = dayNumber(), .secondOfDay = time.intValue()});
+  const std::int64_t daysAhead = logicalDayNumber(time.intValue(), startOfDay);
+  return calendar.dateByAddingDays(-daysAhead, date).value_or(date);
+}
+
+Calendar& YYYYMMDD::calendar(std::optional<TimeZone> timeZone) {
+  return currentThreadCalendar(timeZone);
+}
+
+}  // namespace velloro

@@ -1,0 +1,174 @@
+#pragma once
+
+#include "Foundation/Calendar.h"
+#include "OxDateTime/DayOfWeek.h"
+#include "OxDateTime/HHMMSS.h"
+#include "OxDateTime/YYYYMM.h"
+#include "OxKit/Platform.h"
+
+#include <compare>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velloro {
+
+/// A logical day. Stored and compared as y × 10000 + m × 100 + d.
+///
+/// A logical day begins at a user's `startOfDay`, at any hour of the clock. Up to noon it begins on
+/// the calendar day whose name it bears: a day that starts at 03:00 holds the early hours of the
+/// next morning. After noon it begins on the evening before: a day that starts at 18:00 is named
+/// after the date on which most of it lies.
+///
+///     const HHMMSS three{.h = 3};
+///     const Date night = Date::fromISO8601("2024-03-07T02:59:59+01:00").value();
+///     YYYYMMDD::fromDate(three, night, berlin);                      // 20240306
+///     YYYYMMDD{2024, 3, 6}.dateAt(three, {.h = 2}, berlin);          // 02:00 on 7 March
+///
+/// Days are counted from noon to noon in the device's zone, so no clock change moves a result by a
+/// day; only where that zone once skipped or repeated a whole day does the count follow it. Values
+/// that name no real day (20241345) count on from the ones that do. Where a function takes a time
+/// zone, absent means the device's current one.
+struct YYYYMMDD {
+  std::int64_t y = 0;
+  std::int64_t m = 0;
+  std::int64_t d = 0;
+
+  struct Range;
+
+  /// The stored form of a missing day.
+  static constexpr std::int64_t emptyValue = 0;
+
+  /// Absent below 1; nothing else is tested.
+  [[nodiscard]] static std::optional<YYYYMMDD> fromRawValue(std::int64_t value);
+  [[nodiscard]] static std::optional<YYYYMMDD> fromIntValue(std::int64_t value) {
+    return fromRawValue(value);
+  }
+  /// Exactly eight digits that name a day of the calendar, "20240307"; else absent.
+  [[nodiscard]] static std::optional<YYYYMMDD> fromString(std::string_view text);
+  /// The logical day that holds an instant, by what the zone's clock shows. (So an hour that the
+  /// clock repeats is read twice: a start of day inside it begins the day at its first showing, and
+  /// the second pass up to it reads as the day before once more.)
+  [[nodiscard]] static YYYYMMDD fromDate(HHMMSS startOfDay, Date date,
+                                         std::optional<TimeZone> timeZone = {});
+  [[nodiscard]] static YYYYMMDD today(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {}) {
+    return fromDate(startOfDay, Date::now(), timeZone);
+  }
+
+  [[nodiscard]] constexpr std::int64_t intValue() const { return y * 10000 + m * 100 + d; }
+  [[nodiscard]] constexpr std::int64_t rawValue() const { return intValue(); }
+  /// "2024-03-07".
+  [[nodiscard]] std::string debugDescription() const;
+  [[nodiscard]] YYYYMM yyyymm() const { return {.y = y, .m = m}; }
+  /// Year, month and day only.
+  [[nodiscard]] DateComponents dateComponents() const;
+
+  constexpr bool operator==(const YYYYMMDD& other) const { return intValue() == other.intValue(); }
+  constexpr auto operator<=>(const YYYYMMDD& other) const {
+    return intValue() <=> other.intValue();
+  }
+
+  [[nodiscard]] YYYYMMDD nextDay() const;
+  [[nodiscard]] YYYYMMDD previousDay() const;
+  [[nodiscard]] YYYYMMDD add(std::int64_t numDays) const;
+  [[nodiscard]] DayOfWeek dayOfWeek() const;
+  /// Days from this one to another, positive when that lies later, and 1 more with
+  /// `includeThisDay`, whatever the sign.
+  [[nodiscard]] std::int64_t distance(YYYYMMDD to, bool includeThisDay) const;
+  // The two operations of a strideable value, in days.
+  [[nodiscard]] YYYYMMDD advanced(std::int64_t by) const { return add(by); }
+  [[nodiscard]] std::int64_t distance(YYYYMMDD to) const { return distance(to, false); }
+
+  // The same by the calendar's instants: noon, moved, and read back. The functions above take this
+  // road themselves where it can lead elsewhere.
+  [[nodiscard]] YYYYMMDD nextDayUsingCalendar() const;
+  [[nodiscard]] YYYYMMDD addUsingCalendar(const Calendar& calendar, std::int64_t numDays) const;
+
+  [[nodiscard]] YYYYMMDD startOfWeek(DayOfWeek firstDayOfWeek) const;
+  [[nodiscard]] YYYYMMDD endOfWeek(DayOfWeek firstDayOfWeek) const;
+  /// The two weeks that hold this day. Their phase is that of the day itself, counted from the
+  /// reference day (2000-01-01 when absent), not that of its week's first day.
+  [[nodiscard]] YYYYMMDD startOfFortnight(DayOfWeek firstDayOfWeek,
+                                          std::optional<YYYYMMDD> referenceDate = {}) const;
+  [[nodiscard]] YYYYMMDD endOfFortnight(DayOfWeek firstDayOfWeek,
+                                        std::optional<YYYYMMDD> referenceDate = {}) const;
+
+  // Days from this one to the last of its week, fortnight, month or year: 0 on the last day, and 1
+  // more with `includeThisDay`.
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek,
+                                                           bool includeThisDay) const;
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisFortnight(
+      DayOfWeek firstDayOfWeek, bool includeThisDay,
+      std::optional<YYYYMMDD> referenceDate = {}) const;
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisMonth(bool includeThisDay) const;
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisYear(bool includeThisDay) const;
+
+  /// The instant of a time of the clock within this logical day: the reverse of `fromDate`. A time
+  /// that a clock change skips moves forward by the gap, a repeated one means its first showing.
+  [[nodiscard]] Date dateAt(HHMMSS startOfDay, HHMMSS time,
+                            std::optional<TimeZone> timeZone = {}) const;
+  [[nodiscard]] Date dateAt(HHMMSS startOfDay, std::int64_t hour, std::int64_t minute,
+                            std::int64_t second, std::optional<TimeZone> timeZone = {}) const {
+    return dateAt(startOfDay, HHMMSS{.h = hour, .m = minute, .s = second}, timeZone);
+  }
+  /// The instant at which this logical day begins.
+  [[nodiscard]] Date startOfDay(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {}) const {
+    return dateAt(startOfDay, startOfDay, timeZone);
+  }
+  /// This thread's calendar, set to a zone; see `currentThreadCalendar`.
+  [[nodiscard]] static Calendar& calendar(std::optional<TimeZone> timeZone = {});
+
+  /// Days since 1970-01-01, as if no zone had ever skipped or repeated a day.
+  [[nodiscard]] constexpr std::int64_t dayNumber() const {
+    return daysFromCivil({.y = y, .m = m, .d = d});
+  }
+  [[nodiscard]] static constexpr YYYYMMDD fromDayNumber(std::int64_t dayNumber) {
+    const CivilDay day = civilFromDays(dayNumber);
+    return {.y = day.y, .m = day.m, .d = day.d};
+  }
+
+ private:
+  static std::int64_t logicalDayNumber(std::int64_t localSeconds, HHMMSS startOfDay);
+  static YYYYMMDD fromClockDay(std::int64_t clockDay, std::int64_t shift, TimeZone timeZone);
+};
+
+/// A stretch of days with both ends in it; an absent end is open.
+struct YYYYMMDD::Range {
+  std::optional<YYYYMMDD> minDate = {};
+  std::optional<YYYYMMDD> maxDate = {};
+
+  [[nodiscard]] static Range from(YYYYMMDD date) { return {.minDate = date}; }
+  [[nodiscard]] static Range to(YYYYMMDD date) { return {.maxDate = date}; }
+
+  bool operator==(const Range&) const = default;
+};
+
+/// The number of the logical day that holds a second of the local clock. A day that starts after
+/// noon starts on the evening before the midnight of its name.
+inline std::int64_t YYYYMMDD::logicalDayNumber(std::int64_t localSeconds, HHMMSS startOfDay) {
+  const std::int64_t start = startOfDay.intValue();
+  const bool startsOnOwnDate = start <= HHMMSS::midday.intValue();
+  return dayOfSeconds(localSeconds - (startsOnOwnDate ? start : start - 86400));
+}
+
+// In the header, since every walk over entries and samples calls it for each of them.
+inline YYYYMMDD YYYYMMDD::fromDate(HHMMSS startOfDay, Date date, std::optional<TimeZone> timeZone) {
+  const TimeZone zone = timeZone ? *timeZone : TimeZone::current();
+  const std::int64_t local = zone.localSecondsAt(date);
+  const std::int64_t logicalDay = logicalDayNumber(local, startOfDay);
+  if (!zone.hasSkippedOrRepeatedDays()) [[likely]]
+    return fromDayNumber(logicalDay);
+  const std::int64_t clockDay = dayOfSeconds(local);
+  return fromClockDay(clockDay, logicalDay - clockDay, zone);
+}
+
+}  // namespace velloro
+
+template <>
+struct std::hash<velloro::YYYYMMDD> {
+  std::size_t operator()(const velloro::YYYYMMDD& day) const noexcept {
+    return std::hash<std::int64_t>{}(day.intValue());
+  }
+};
