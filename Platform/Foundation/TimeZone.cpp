@@ -234,7 +234,7 @@ std::int64_t TimeZone::utcSecondsAt(std::int64_t localSeconds) const {
   if (number < Stretch::count && place >= offsetBound && place < length - offsetBound) {
     const Stretch& stretch = index_->stretches[number];
     if (!stretch.isCrowded) {
-      const std::int64_t end = stretch.changeAt + std::max(stretch.before, +stretch.after);
+      const std::int64_t end = stretch.changeAt + std::max(stretch.before, stretch.after);
       return localSeconds - (localSeconds < end ? stretch.before : stretch.after);
     }
   }

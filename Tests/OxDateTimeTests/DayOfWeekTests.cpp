@@ -1,0 +1,46 @@
+#include "OxDateTime/DayOfWeek.h"
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+TEST(DayOfWeek, CountsRoundTheWeek) {
+  EXPECT_EQ(nextDay(DayOfWeek::saturday), DayOfWeek::sunday);
+  EXPECT_EQ(previousDay(DayOfWeek::sunday), DayOfWeek::saturday);
+  EXPECT_EQ(add(DayOfWeek::monday, -15), DayOfWeek::sunday);
+  EXPECT_EQ(add(DayOfWeek::monday, INT64_MIN), add(DayOfWeek::monday, INT64_MIN % 7));
+  EXPECT_EQ(calendarDayOfWeek(DayOfWeek::saturday), CalendarDayOfWeek::saturday);
+  EXPECT_EQ(dayOfWeek(CalendarDayOfWeek::sunday), DayOfWeek::sunday);
+  EXPECT_EQ(everyDay(DayOfWeek::wednesday)[5], DayOfWeek::monday);
+  EXPECT_EQ(everyDay().size(), 7u);
+}
+
+TEST(DaysOfWeek, IsASetOfBits) {
+  const DaysOfWeek weekend{DaysOfWeek::saturday, DaysOfWeek::sunday};
+  EXPECT_EQ(weekend.rawValue, 65);
+  EXPECT_EQ(DaysOfWeek::everyDay.subtracting(weekend).rawValue, 62);
+  EXPECT_TRUE(weekend.isSubset(DaysOfWeek::everyDay));
+  EXPECT_FALSE(weekend.contains(DaysOfWeek::everyDay));
+  EXPECT_TRUE(weekend.isDisjoint(DaysOfWeek::monday));
+  EXPECT_EQ(weekend.symmetricDifference({DaysOfWeek::sunday, DaysOfWeek::monday}),
+            (DaysOfWeek{DaysOfWeek::saturday, DaysOfWeek::monday}));
+
+  DaysOfWeek days = weekend;
+  EXPECT_FALSE(days.insert(DaysOfWeek::sunday));
+  EXPECT_TRUE(days.insert(DaysOfWeek::friday));
+  EXPECT_EQ(days.remove(DaysOfWeek::friday), DaysOfWeek::friday);
+  EXPECT_EQ(days.remove(DaysOfWeek::friday), std::nullopt);
+  EXPECT_EQ(days.update(DaysOfWeek::tuesday), std::nullopt);
+  EXPECT_EQ(days.update(DaysOfWeek::tuesday), DaysOfWeek::tuesday);
+}
+
+TEST(DaysOfWeek, ConvertsToAndFromASetOfDays) {
+  const std::set<DayOfWeek> days{DayOfWeek::sunday, DayOfWeek::wednesday};
+  EXPECT_EQ(daysOfWeek(days).rawValue, 9);
+  EXPECT_EQ(daysOfWeek(days).daysOfWeek(), days);
+  EXPECT_EQ(DaysOfWeek(std::int16_t{-128}).daysOfWeek(), std::set<DayOfWeek>{}) << "bits of no day";
+}
+
+}  // namespace
+}  // namespace velloro

@@ -1,0 +1,118 @@
+#include "OxDateTime/YYYYMMDD.h"
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+YYYYMMDD day(std::int64_t value) {
+  return YYYYMMDD::fromRawValue(value).value();
+}
+
+TEST(YYYYMMDD, ReadsItsIntegerForm) {
+  EXPECT_FALSE(YYYYMMDD::fromRawValue(YYYYMMDD::emptyValue));
+  EXPECT_FALSE(YYYYMMDD::fromRawValue(-20240307));
+  EXPECT_EQ(day(20240307).debugDescription(), "2024-03-07");
+  EXPECT_EQ(day(20241345).m, 13);
+  EXPECT_EQ(day(20241345).d, 45);
+  EXPECT_EQ(day(20241345).intValue(), 20241345);
+  EXPECT_EQ((YYYYMMDD{.y = 2024, .m = 2, .d = 107}), day(20240307)) << "equality is the integer's";
+  EXPECT_LT(day(20240229), day(20240301));
+}
+
+TEST(YYYYMMDD, ReadsText) {
+  for (const char* good : {"20240229", "00010101", "99991231"}) {
+    EXPECT_TRUE(YYYYMMDD::fromString(good)) << good;
+  }
+  for (const char* bad : {"20230229", "20231301", "20230001", "20230100", "20230431", "2023021",
+                          "202302111", "2023-2-1", "+2023011", " 2023011", ""}) {
+    EXPECT_FALSE(YYYYMMDD::fromString(bad)) << bad;
+  }
+}
+
+TEST(YYYYMMDD, CountsDays) {
+  EXPECT_EQ(day(20240307).distance(day(20240307), false), 0);
+  EXPECT_EQ(day(20240307).distance(day(20240307), true), 1);
+  EXPECT_EQ(day(20240307).distance(day(20240305)), -2);
+  EXPECT_EQ(day(20240307).distance(day(20240305), true), -1);
+  EXPECT_EQ(day(20240307).add(0), day(20240307));
+  EXPECT_EQ(day(20241345).add(0).intValue(), 20241345) << "nothing added, nothing normalised";
+  EXPECT_EQ(day(20241345).nextDay(), day(20250215));
+  EXPECT_EQ(day(20240230).previousDay(), day(20240229));
+  EXPECT_EQ(day(20240230).nextDay(), day(20240302));
+  EXPECT_EQ(day(99991231).nextDay().intValue(), 100000101);
+  // No overflow, whatever stands in a store.
+  EXPECT_GT(day(20240307).add(INT64_MAX), day(20240307));
+  EXPECT_GT(day(INT64_MAX).dateAt({}, {}, TimeZone::gmt()), Date::distantFuture());
+}
+
+TEST(YYYYMMDD, UsesTheCalendarToTheSameEnd) {
+  const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
+  for (const std::int64_t value : {20240330, 20240331, 20241026, 20241027, 15821004, 20241345}) {
+    EXPECT_EQ(day(value).nextDayUsingCalendar(), day(value).nextDay()) << value;
+    for (const int count : {-400, -1, 1, 7, 146097}) {
+      EXPECT_EQ(day(value).addUsingCalendar(Calendar(berlin), count), day(value).add(count));
+    }
+  }
+}
+
+TEST(YYYYMMDD, FindsWeeks) {
+  struct Case {
+    std::int64_t day;
+    DayOfWeek first;
+    std::int64_t start, end;
+  };
+  using enum DayOfWeek;
+  const Case cases[] = {
+      {20240307, monday, 20240304, 20240310},   {20240307, sunday, 20240303, 20240309},
+      {20240307, thursday, 20240307, 20240313}, {20240307, friday, 20240301, 20240307},
+      {20240101, sunday, 20231231, 20240106},
+  };
+  for (const auto& [value, first, start, end] : cases) {
+    EXPECT_EQ(day(value).startOfWeek(first), day(start)) << value;
+    EXPECT_EQ(day(value).endOfWeek(first), day(end)) << value;
+  }
+}
+
+TEST(YYYYMMDD, FindsFortnights) {
+  struct Case {
+    std::int64_t day;
+    DayOfWeek first;
+    std::optional<YYYYMMDD> reference;
+    std::int64_t start, end;
+  };
+  using enum DayOfWeek;
+  const Case cases[] = {
+      {20000102, sunday, {}, 20000102, 20000115},
+      {20000108, sunday, {}, 19991226, 20000108},
+      {20000115, sunday, {}, 20000109, 20000122},
+      {20000101, saturday, {}, 20000101, 20000114},
+      {20000108, saturday, {}, 20000101, 20000114},
+      {20000115, saturday, {}, 20000115, 20000128},
+      // Before the anchor the remainder is negative, so no day lies in a second week.
+      {19991228, saturday, {}, 19991225, 20000107},
+      {19991220, saturday, {}, 19991218, 19991231},
+      {20240307, monday, day(20240226), 20240226, 20240310},
+      {20240307, monday, day(20240304), 20240304, 20240317},
+  };
+  for (const auto& [value, first, reference, start, end] : cases) {
+    EXPECT_EQ(day(value).startOfFortnight(first, reference), day(start)) << value;
+    EXPECT_EQ(day(value).endOfFortnight(first, reference), day(end)) << value;
+  }
+}
+
+TEST(YYYYMMDD, CountsTheDaysThatRemain) {
+  const YYYYMMDD thursday = day(20240307);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::monday, false), 3);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::friday, false), 0);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::friday, true), 1);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisFortnight(DayOfWeek::monday, false, day(20240304)),
+            10);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisMonth(false), 24);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisMonth(true), 25);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisYear(false), 299);
+  EXPECT_EQ(day(20241231).numberOfDaysRemainingThisYear(true), 1);
+}
+
+}  // namespace
+}  // namespace velloro
