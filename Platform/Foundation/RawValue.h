@@ -1,0 +1,180 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace platform {
+
+/// Enumerations whose cases are stored or exchanged under a raw value, a text or an integer. One
+/// table beside the enumeration says which case has which, and everything else comes from it:
+///
+///     enum class Unit { hours, minutes, seconds };
+///
+///     constexpr auto rawValues(std::type_identity<Unit>) {
+///       return rawTexts<Unit>({{Unit::hours, "h"}, {Unit::minutes, "m"}, {Unit::seconds, "s"}});
+///     }
+///
+///     rawValue(Unit::minutes);      // "m"
+///     fromRawValue<Unit>("s");      // Unit::seconds
+///     fromRawValue<Unit>("d");      // absent
+///     allCases<Unit>();             // hours, minutes, seconds: the order of the table
+///
+/// The table stands in the enumeration's namespace. For an enumeration nested in a class it follows
+/// the class, or is a `friend` inside it where the class's own header needs it. It lists every
+/// case; one that stands twice, or a raw value that does, is an error of compilation.
+///
+/// `rawIntegers` makes a table of integers. In JSON (Coding.h) a case is its raw value. A table
+/// made by `keyedCases` is one of texts whose cases are written as objects instead: {"pinned":{}}.
+template <typename E, typename Raw>
+struct RawCase {
+  E value;
+  Raw raw;
+};
+
+/// What `rawTexts`, `rawIntegers` and `keyedCases` give. Look-ups by index where cases count from 0
+/// or raw values are consecutive, else by binary search.
+template <typename E, typename Raw, std::size_t N, bool Keyed>
+class RawValueTable {
+ public:
+  using RawType = Raw;
+  static constexpr bool isKeyed = Keyed;
+
+  consteval explicit RawValueTable(const RawCase<E, Raw> (&rows)[N]) {
+    for (std::size_t i = 0; i < N; ++i) {
+      cases_[i] = rows[i].value;
+      raws_[i] = rows[i].raw;
+    }
+    byCase_ = order(cases_, "a case stands twice in its table of raw values");
+    byRaw_ = order(raws_, "a raw value stands twice in its table");
+    for (std::size_t i = 0; i < N; ++i) {
+      casesCountFrom0_ = casesCountFrom0_ && underlying(cases_[i]) == static_cast<std::int64_t>(i);
+      if constexpr (std::is_integral_v<Raw>) {
+        rawsAreConsecutive_ = rawsAreConsecutive_ && distance(raws_[i]) == i;
+      }
+    }
+  }
+
+  [[nodiscard]] constexpr std::span<const E> cases() const { return cases_; }
+
+  [[nodiscard]] constexpr Raw rawValue(E value) const {
+    const std::size_t i = indexOf(value);
+    assert(i < N && "a case is missing from its table of raw values");
+    return i < N ? raws_[i] : Raw{};
+  }
+
+  [[nodiscard]] constexpr std::optional<E> fromRawValue(Raw raw) const {
+    const std::size_t i = indexOf(raw);
+    return i < N ? std::optional(cases_[i]) : std::nullopt;
+  }
+
+ private:
+  using Order = std::array<std::uint16_t, N>;
+
+  static constexpr std::int64_t underlying(E value) { return static_cast<std::int64_t>(value); }
+
+  template <typename Value>
+  static consteval Order order(const std::array<Value, N>& values, const char* whenRepeated) {
+    Order indexes{};
+    for (std::size_t i = 0; i < N; ++i) indexes[i] = static_cast<std::uint16_t>(i);
+    const auto valueAt = [&](std::uint16_t i) { return values[i]; };
+    std::ranges::sort(indexes, {}, valueAt);
+    if (std::ranges::adjacent_find(indexes, {}, valueAt) != indexes.end()) throw whenRepeated;
+    return indexes;
+  }
+
+  /// How far a raw value lies behind the first one; unsigned, so one comparison bounds it.
+  [[nodiscard]] constexpr std::uint64_t distance(Raw raw) const {
+    return static_cast<std::uint64_t>(raw) - static_cast<std::uint64_t>(raws_[0]);
+  }
+
+  [[nodiscard]] constexpr std::size_t indexOf(E value) const {
+    if (casesCountFrom0_) return static_cast<std::size_t>(underlying(value));
+    return search(byCase_, cases_, value);
+  }
+
+  [[nodiscard]] constexpr std::size_t indexOf(Raw raw) const {
+    if constexpr (std::is_integral_v<Raw>) {
+      if (rawsAreConsecutive_) return static_cast<std::size_t>(distance(raw));
+    }
+    return search(byRaw_, raws_, raw);
+  }
+
+  template <typename Value>
+  static constexpr std::size_t search(const Order& indexes, const std::array<Value, N>& values,
+                                      const Value& wanted) {
+    const auto valueAt = [&](std::uint16_t i) { return values[i]; };
+    const auto found = std::ranges::lower_bound(indexes, wanted, {}, valueAt);
+    return found != indexes.end() && values[*found] == wanted ? *found : N;
+  }
+
+  std::array<E, N> cases_{};
+  std::array<Raw, N> raws_{};
+  Order byCase_{};
+  Order byRaw_{};
+  bool casesCountFrom0_ = true;
+  bool rawsAreConsecutive_ = std::is_integral_v<Raw>;
+};
+
+template <typename E, std::size_t N>
+consteval auto rawTexts(const RawCase<E, std::string_view> (&rows)[N]) {
+  return RawValueTable<E, std::string_view, N, false>(rows);
+}
+
+template <typename E, std::size_t N>
+consteval auto rawIntegers(const RawCase<E, std::int64_t> (&rows)[N]) {
+  return RawValueTable<E, std::int64_t, N, false>(rows);
+}
+
+template <typename E, std::size_t N>
+consteval auto keyedCases(const RawCase<E, std::string_view> (&rows)[N]) {
+  return RawValueTable<E, std::string_view, N, true>(rows);
+}
+
+/// An enumeration with a table of raw values.
+template <typename E>
+concept RawRepresentable = std::is_enum_v<E> && requires {
+  rawValues(std::type_identity<E>{});
+};
+
+template <RawRepresentable E>
+inline constexpr auto rawValueTable = rawValues(std::type_identity<E>{});
+
+/// `std::string_view` or `std::int64_t`.
+template <RawRepresentable E>
+using RawValueType = typename std::remove_cvref_t<decltype(rawValueTable<E>)>::RawType;
+
+template <RawRepresentable E>
+constexpr RawValueType<E> rawValue(E value) {
+  return rawValueTable<E>.rawValue(value);
+}
+
+/// The case with a raw value, absent when no case has it.
+template <RawRepresentable E>
+constexpr std::optional<E> fromRawValue(std::type_identity_t<RawValueType<E>> raw) {
+  return rawValueTable<E>.fromRawValue(raw);
+}
+
+/// Every case, in the order of the table.
+template <RawRepresentable E>
+constexpr std::span<const E> allCases() {
+  return rawValueTable<E>.cases();
+}
+
+/// The raw value as a text for logs: "h", "3".
+template <RawRepresentable E>
+std::string debugDescription(E value) {
+  if constexpr (std::is_same_v<RawValueType<E>, std::string_view>) {
+    return std::string(rawValue(value));
+  } else {
+    return std::to_string(rawValue(value));
+  }
+}
+
+}  // namespace platform
