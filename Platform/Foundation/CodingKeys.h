@@ -1,0 +1,134 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <variant>
+
+namespace platform {
+
+class Decoder;
+class Encoder;
+
+/// The fallback of a key that keeps the member's own initial value when the key is missing.
+struct InitialValue {};
+inline constexpr InitialValue initialValue;
+
+/// The fallback of a key that must be there.
+struct NoFallback {};
+
+/// One member of a record and the key under which it is written.
+template <typename Record, typename Member, typename Fallback>
+struct CodingKey {
+  using MemberType = Member;
+  using FallbackType = Fallback;
+
+  std::string_view name;
+  Member Record::*member;
+  [[no_unique_address]] Fallback fallback;
+};
+
+/// A member under its key: needed on reading, unless it is a `std::optional`, which is written only
+/// when it has a value and reads as absent when the key is missing or null.
+template <typename Record, typename Member>
+consteval auto key(std::string_view name, Member Record::*member) {
+  return CodingKey<Record, Member, NoFallback>{name, member, {}};
+}
+
+/// A member that takes `fallback` when its key is missing or null. `initialValue` stands for the
+/// value that the member's declaration gives it.
+///
+///     key("count", &Task::count, 1)
+///     key("days", &Task::days, initialValue)
+template <typename Record, typename Member, typename Fallback>
+consteval auto key(std::string_view name, Member Record::*member, Fallback fallback) {
+  return CodingKey<Record, Member, Fallback>{name, member, fallback};
+}
+
+/// A record's keys, in the order in which they are written. See `keys`.
+template <typename... Key>
+struct CodingKeys {
+  static constexpr std::size_t count = sizeof...(Key);
+  static_assert(count <= 64, "a record can have 64 keys");
+
+  std::tuple<Key...> entries;
+  std::array<std::string_view, count> names;
+
+  template <typename Record, typename F>
+  constexpr void forEachMember(const Record& record, F&& f) const {
+    std::apply([&](const auto&... entry) { (f(record.*entry.member), ...); }, entries);
+  }
+};
+
+namespace coding_detail {
+template <std::size_t N>
+consteval auto distinct(std::array<std::string_view, N> names) {
+  auto sorted = names;
+  std::ranges::sort(sorted);
+  if (std::ranges::adjacent_find(sorted) != sorted.end()) throw "a name stands twice in its list";
+  return names;
+}
+}  // namespace coding_detail
+
+/// The one list of a record's members, from which come its JSON form (Coding.h) and its hash
+/// (Hasher.h). It stands behind the members:
+///
+///     static constexpr auto codingKeys = keys(key("date", &Entry::date), key("note",
+///     &Entry::note));
+template <typename... Key>
+consteval auto keys(Key... key) {
+  return CodingKeys<Key...>{
+      {key...}, coding_detail::distinct(std::array<std::string_view, sizeof...(Key)>{key.name...})};
+}
+
+/// One case of a variant: its name, and how its payload is written.
+struct CodingCase {
+  static constexpr std::size_t maximumLabels = 4;
+
+  std::string_view name;
+  bool isKeyed;
+  std::array<std::string_view, maximumLabels> labels;
+};
+
+/// A case written as {"name": payload}.
+consteval CodingCase payload(std::string_view name) {
+  return {.name = name, .isKeyed = false, .labels = {}};
+}
+
+/// A case written as {"name": {"_0": payload}}. A payload that is a tuple or a pair gives one key
+/// per element, "_0", "_1", …, or the labels given here; an empty struct gives {"name": {}}.
+template <typename... Label>
+consteval CodingCase keyed(std::string_view name, Label... label) {
+  CodingCase result{.name = name, .isKeyed = true, .labels = {"_0", "_1", "_2", "_3"}};
+  std::size_t i = 0;
+  ((result.labels[i++] = label), ...);
+  return result;
+}
+
+/// A variant's cases. See `cases`.
+template <typename Owner, typename... Alternative>
+struct CodingCases {
+  static constexpr std::size_t count = sizeof...(Alternative);
+
+  std::variant<Alternative...> Owner::*member;
+  std::array<CodingCase, count> entries;
+};
+
+/// The one list of the cases of a struct around a `std::variant`, one for each alternative and in
+/// their order:
+///
+///     static constexpr auto codingCases =
+///         cases(&Action::value, payload("completion"), payload("note"));
+template <typename Owner, typename... Alternative, std::same_as<CodingCase>... Case>
+consteval auto cases(std::variant<Alternative...> Owner::*member, Case... entry) {
+  static_assert(sizeof...(Alternative) == sizeof...(Case), "one case for each alternative");
+  coding_detail::distinct(std::array<std::string_view, sizeof...(Case)>{entry.name...});
+  return CodingCases<Owner, Alternative...>{member, {entry...}};
+}
+
+}  // namespace platform

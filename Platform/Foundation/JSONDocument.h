@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Objects and arrays may lie this deep in each other, on reading and on writing.
+inline constexpr std::size_t maximumJSONDepth = 512;
+
+/// A value in a parsed JSON text: two words, good as long as its `JSONDocument` lives. Ask for its
+/// kind before its value.
+class JSONNode {
+ public:
+  enum class Kind : std::uint8_t {
+    null,
+    boolean,
+    integer,
+    unsignedInteger,  ///< An integer beyond 2^63 - 1.
+    real,
+    text,
+    array,
+    object,
+  };
+
+  [[nodiscard]] Kind kind() const;
+  [[nodiscard]] bool boolean() const;
+  [[nodiscard]] std::int64_t integer() const;
+  [[nodiscard]] std::uint64_t unsignedInteger() const;
+  /// Of a number of any kind.
+  [[nodiscard]] double real() const;
+  [[nodiscard]] std::string_view text() const;
+  /// The elements of an array or the fields of an object; counts beyond 2^24 - 1 stay at that.
+  [[nodiscard]] std::size_t count() const;
+  /// For a message: "null", "the number 3.5", "the text \"abc\"" (cut where it is long).
+  [[nodiscard]] std::string description() const;
+
+ private:
+  const void* document_;
+  std::size_t index_;
+};
+
+/// Walks the elements of an array.
+class JSONElements {
+ public:
+  explicit JSONElements(JSONNode array);
+  /// False behind the last one.
+  bool next(JSONNode& element);
+
+ private:
+  JSONNode position_;
+  JSONNode end_;
+};
+
+/// Walks the fields of an object, in the order of the text.
+class JSONFields {
+ public:
+  explicit JSONFields(JSONNode object);
+  /// False behind the last one.
+  bool next(std::string_view& key, JSONNode& value);
+
+ private:
+  JSONNode position_;
+  JSONNode end_;
+};
+
+/// A parsed JSON text.
+class JSONDocument {
+ public:
+  /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that lies deeper than
+  ///     `maximumJSONDepth`, or that holds a number beyond the range of a double.
+  explicit JSONDocument(std::string_view text);
+  ~JSONDocument();
+
+  [[nodiscard]] JSONNode root() const { return root_; }
+
+ private:
+  struct Parser;
+  struct GiveBack {
+    void operator()(Parser* parser) const;
+  };
+
+  std::unique_ptr<Parser, GiveBack> parser_;
+  JSONNode root_;
+};
+
+}  // namespace platform

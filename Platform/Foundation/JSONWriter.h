@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace platform {
+
+/// Writes a JSON text value by value; commas, quotes and line breaks are its own business. The text
+/// goes to a sink in pieces of 256 KiB (the first one smaller), so a long one is never in memory
+/// as a whole.
+class JSONWriter {
+ public:
+  using Sink = std::function<void(std::string_view)>;
+  enum class Layout {
+    compact,
+    pretty,  ///< A line for each value, indented by two blanks.
+  };
+
+  /// The sink must outlive the writer.
+  JSONWriter(const Sink& sink, Layout layout);
+  ~JSONWriter();
+
+  void null();
+  void boolean(bool value);
+  void integer(std::int64_t value);
+  void unsignedInteger(std::uint64_t value);
+  /// The shortest text that reads back as the same number, 5 for 5.0. The number must be finite.
+  void real(double value);
+  /// False, with nothing written, when the text is not UTF-8.
+  [[nodiscard]] bool text(std::string_view value);
+  /// The key of a field, before its value; as `text`.
+  [[nodiscard]] bool key(std::string_view name);
+  void startObject();
+  void endObject();
+  void startArray();
+  void endArray();
+  /// Hands the rest to the sink.
+  void finish();
+
+  /// The objects and arrays that are open.
+  [[nodiscard]] std::size_t depth() const;
+
+ private:
+  struct Engine;
+  std::unique_ptr<Engine> engine_;
+};
+
+}  // namespace platform

@@ -1,0 +1,281 @@
+#pragma once
+
+#include "Foundation/Coder.h"
+#include "Foundation/CodingKeys.h"
+#include "Foundation/TypeName.h"
+
+#include <array>
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace platform {
+
+/// A record whose form is its list of keys.
+template <typename T>
+concept KeyedRecord = requires {
+  T::codingKeys;
+};
+
+/// A struct whose form is its list of cases.
+template <typename T>
+concept PayloadVariant = requires {
+  T::codingCases;
+};
+
+/// A struct that is written as one of its members: `codingValue` points to it.
+template <typename T>
+concept SingleValue = requires {
+  T::codingValue;
+};
+
+template <typename T>
+concept CustomEncoded = requires(const T& value, Encoder& encoder) {
+  value.encode(encoder);
+};
+
+template <typename T>
+concept CustomDecoded = requires(const Decoder& decoder) {
+  { T::decode(decoder) } -> std::same_as<T>;
+};
+
+/// A type that says its form itself.
+template <typename T>
+concept SelfCoded =
+    KeyedRecord<T> || PayloadVariant<T> || SingleValue<T> || CustomEncoded<T> || CustomDecoded<T>;
+
+}  // namespace platform
+
+/// How records and payload variants are written and read by their lists (CodingKeys.h). Part of
+/// Coding.h, which is the header to include.
+namespace platform::coding_detail {
+
+template <typename T>
+inline constexpr bool isOptional = false;
+template <typename T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+/// Where a name stands in a list, looked for first where it is expected; the list's size when it is
+/// not there.
+std::size_t searchName(std::span<const std::string_view> names, std::string_view name,
+                       std::size_t expected);
+
+inline std::size_t indexOf(std::span<const std::string_view> names, std::string_view name,
+                           std::size_t expected) {
+  if (expected < names.size() && names[expected] == name) return expected;
+  return searchName(names, name, expected);
+}
+
+/// Reads into a value that has just been made: in place, where its type can.
+template <typename T>
+void decodeInto(T& fresh, const Decoder& from) {
+  if constexpr (requires { Coding<T>::decodeInto(fresh, from); }) {
+    Coding<T>::decodeInto(fresh, from);
+  } else {
+    fresh = from.decode<T>();
+  }
+}
+
+template <typename T>
+void decodeOptional(std::optional<T>& value, const Decoder& from) {
+  if (from.isNull()) {
+    value.reset();
+  } else if constexpr (std::default_initializable<T>) {
+    decodeInto(value.emplace(), from);
+  } else {
+    value.emplace(from.decode<T>());
+  }
+}
+
+template <typename T>
+struct RecordCoding {
+  static constexpr const auto& keys = T::codingKeys;
+  static constexpr std::size_t count = keys.count;
+  using Indexes = std::make_index_sequence<count>;
+
+  static void encode(const T& value, Encoder& to) {
+    to.object([&](ObjectEncoder& object) {
+      std::apply([&](const auto&... key) { (object.encode(key.name, value.*key.member), ...); },
+                 keys.entries);
+    });
+  }
+
+  static void decodeInto(T& fresh, const Decoder& from) {
+    std::uint64_t seen = 0;
+    std::size_t expected = 0;
+    from.forEachField([&](std::string_view name, const Decoder& value) {
+      const std::size_t index = indexOf(keys.names, name, expected);
+      if (index == count) return;
+      expected = index + 1;
+      seen |= std::uint64_t{1} << index;
+      readers[index](fresh, value);
+    });
+    supplyMissing(fresh, from, seen, Indexes{});
+  }
+
+ private:
+  using Reader = void (*)(T&, const Decoder&);
+
+  template <std::size_t I>
+  static constexpr const auto& keyAt = std::get<I>(keys.entries);
+  template <std::size_t I>
+  using Key = std::remove_cvref_t<decltype(keyAt<I>)>;
+  template <std::size_t I>
+  using Fallback = typename Key<I>::FallbackType;
+  template <std::size_t I>
+  static constexpr bool isNeeded =
+      std::same_as<Fallback<I>, NoFallback> && !isOptional<typename Key<I>::MemberType>;
+
+  template <std::size_t I>
+  static void read(T& record, const Decoder& from) {
+    auto& member = record.*keyAt<I>.member;
+    using Member = typename Key<I>::MemberType;
+    if constexpr (isOptional<Member>) {
+      decodeOptional(member, from);
+    } else if (!isNeeded<I> && from.isNull()) {
+      T blank{};
+      supply<I>(blank);
+      member = std::move(blank.*keyAt<I>.member);
+    } else {
+      member = from.decode<Member>();
+    }
+  }
+
+  template <std::size_t... I>
+  static void supplyMissing(T& record, const Decoder& from, std::uint64_t seen,
+                            std::index_sequence<I...>) {
+    (((seen >> I & 1) != 0 || (needs<I>(from), supply<I>(record), true)), ...);
+  }
+
+  template <std::size_t I>
+  static void needs(const Decoder& from) {
+    if constexpr (isNeeded<I>) throw from.keyNotFound(keys.names[I]);
+  }
+
+  /// What a member of a new record is when its key is missing or null.
+  template <std::size_t I>
+  static void supply(T& fresh) {
+    auto& member = fresh.*keyAt<I>.member;
+    using Member = typename Key<I>::MemberType;
+    if constexpr (isOptional<Member> && std::same_as<Fallback<I>, NoFallback>) {
+      member.reset();
+    } else if constexpr (!std::same_as<Fallback<I>, InitialValue> && !isNeeded<I>) {
+      member = Member(keyAt<I>.fallback);
+    }
+  }
+
+  template <std::size_t... I>
+  static constexpr std::array<Reader, count> makeReaders(std::index_sequence<I...>) {
+    return {&read<I>...};
+  }
+  static constexpr std::array<Reader, count> readers = makeReaders(Indexes{});
+};
+
+template <typename T>
+concept TupleLike = requires {
+  std::tuple_size<T>::value;
+};
+
+/// A case without payload has an empty struct for an alternative.
+template <typename T>
+concept NoPayload = std::is_empty_v<T> && !SelfCoded<T>;
+
+template <typename T>
+struct VariantCoding {
+  static constexpr const auto& list = T::codingCases;
+  static constexpr std::size_t count = list.count;
+  using Variant = std::remove_cvref_t<decltype(std::declval<T>().*list.member)>;
+  using Indexes = std::make_index_sequence<count>;
+
+  static void encode(const T& value, Encoder& to) {
+    const Variant& variant = value.*list.member;
+    if (variant.valueless_by_exception()) throw to.invalidValue("The variant has no value.");
+    to.object([&](ObjectEncoder& object) { writers[variant.index()](variant, object); });
+  }
+
+  static T decode(const Decoder& from) {
+    const auto [name, payload] = from.onlyField();
+    for (std::size_t i = 0; i < count; ++i) {
+      if (list.entries[i].name == name) return T{readers[i](payload)};
+    }
+    throw from.unknownCase(name, typeName<T>());
+  }
+
+ private:
+  using Writer = void (*)(const Variant&, ObjectEncoder&);
+  using Reader = Variant (*)(const Decoder&);
+
+  template <std::size_t I>
+  static void write(const Variant& variant, ObjectEncoder& object) {
+    constexpr const CodingCase& entry = list.entries[I];
+    const auto& payload = *std::get_if<I>(&variant);
+    using Payload = std::remove_cvref_t<decltype(payload)>;
+    if constexpr (NoPayload<Payload>) {
+      object.object(entry.name, [](ObjectEncoder&) {});
+    } else if constexpr (!entry.isKeyed) {
+      object.encode(entry.name, payload);
+    } else {
+      object.object(entry.name, [&](ObjectEncoder& fields) {
+        if constexpr (TupleLike<Payload>) {
+          std::size_t label = 0;
+          std::apply(
+              [&](const auto&... element) { (fields.encode(entry.labels[label++], element), ...); },
+              payload);
+        } else {
+          fields.encode(entry.labels[0], payload);
+        }
+      });
+    }
+  }
+
+  template <std::size_t I>
+  static Variant read(const Decoder& from) {
+    constexpr const CodingCase& entry = list.entries[I];
+    using Payload = std::variant_alternative_t<I, Variant>;
+    constexpr auto place = std::in_place_index<I>;
+    if constexpr (NoPayload<Payload>) {
+      return Variant(place);
+    } else if constexpr (!entry.isKeyed) {
+      return Variant(place, from.decode<Payload>());
+    } else if constexpr (TupleLike<Payload>) {
+      return Variant(place, readElements<I, Payload>(
+                                from, std::make_index_sequence<std::tuple_size_v<Payload>>{}));
+    } else {
+      return Variant(place, readElement<Payload>(from, entry.labels[0]));
+    }
+  }
+
+  template <std::size_t I, typename Payload, std::size_t... Element>
+  static Payload readElements(const Decoder& from, std::index_sequence<Element...>) {
+    return Payload{readElement<std::tuple_element_t<Element, Payload>>(
+        from, list.entries[I].labels[Element])...};
+  }
+
+  template <typename Element>
+  static Element readElement(const Decoder& from, std::string_view label) {
+    if constexpr (isOptional<Element>) {
+      return from.decodeIfPresent<typename Element::value_type>(label);
+    } else {
+      return from.decode<Element>(label);
+    }
+  }
+
+  template <std::size_t... I>
+  static constexpr std::array<Writer, count> makeWriters(std::index_sequence<I...>) {
+    return {&write<I>...};
+  }
+  template <std::size_t... I>
+  static constexpr std::array<Reader, count> makeReaders(std::index_sequence<I...>) {
+    return {&read<I>...};
+  }
+  static constexpr std::array<Writer, count> writers = makeWriters(Indexes{});
+  static constexpr std::array<Reader, count> readers = makeReaders(Indexes{});
+};
+
+}  // namespace platform::coding_detail

@@ -1,0 +1,125 @@
+#include "Foundation/CodingError.h"
+#include "Foundation/Hasher.h"
+#include "Foundation/PropertyList.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+using Array = PropertyList::Array;
+using Dictionary = PropertyList::Dictionary;
+
+const Date instant = Date::sinceReferenceDate(731462399.25);
+
+TEST(PropertyList, FileTextLosesNothing) {
+  const PropertyList values[] = {
+      nullptr,
+      true,
+      std::numeric_limits<std::int64_t>::min(),
+      std::numeric_limits<std::int64_t>::max(),
+      0.1,
+      -0.0,
+      5.0,
+      1e300,
+      123456789012345680000.0,  // more digits than an integer has
+      std::numeric_limits<double>::denorm_min(),
+      "",
+      "tab\t quote\" \\ \x01 \xC3\xA4 \xF0\x9F\x8F\x86",
+      std::string("a\0b", 3),
+      Data(std::string("\x00\xFF", 2)),
+      Date::distantPast(),
+      instant,
+      Array{},
+      Array{1, "a", Array{nullptr}},
+      Dictionary{},
+      Dictionary{{"", 1}, {"b", Dictionary{{"c", instant}}}},
+      // Dictionaries that look like what stands for bytes and instants.
+      Dictionary{{"$data", "AAAA"}},
+      Dictionary{{"$date", 5}},
+      Dictionary{{"$$date", 5}, {"$", 1}},
+      Dictionary{{"$data", "AAAA"}, {"b", 1}},
+  };
+  for (const PropertyList& value : values) {
+    const std::string text = value.fileText();
+    const PropertyList back = PropertyList::fromFileText(text);
+    EXPECT_EQ(back, value) << text;
+    EXPECT_EQ(back.fileText(), text);
+    EXPECT_EQ(hashValue(back), hashValue(value)) << text;
+  }
+}
+
+TEST(PropertyList, PlainJSONHasNoTags) {
+  const PropertyList value(Dictionary{{"$b", Data("hi!")}, {"a", instant}, {"c", Array{nullptr}}});
+  EXPECT_EQ(value.json(), R"({"$b":"aGkh","a":731462399.25,"c":[null]})");
+  const PropertyList back = PropertyList::fromJSON(value.json());
+  EXPECT_EQ(*back["$b"].text(), "aGkh");
+  EXPECT_EQ(back["a"].real(), 731462399.25);
+}
+
+TEST(PropertyList, TellsKindsApart) {
+  EXPECT_EQ(PropertyList(5.0), PropertyList(5));
+  EXPECT_EQ(PropertyList(5.0).json(), "5");
+  EXPECT_EQ(PropertyList(1).boolean(), std::nullopt);
+  EXPECT_EQ(PropertyList(true).integer(), std::nullopt);
+  EXPECT_EQ(PropertyList(true).real(), std::nullopt);
+  EXPECT_EQ(PropertyList(2.5).integer(), std::nullopt);
+  EXPECT_EQ(PropertyList(0x1p63).integer(), std::nullopt);
+  EXPECT_EQ(PropertyList(-0x1p63), PropertyList(std::numeric_limits<std::int64_t>::min()));
+  EXPECT_EQ(PropertyList(7).real(), 7.0);
+  EXPECT_NE(PropertyList("5"), PropertyList(5));
+  EXPECT_NE(PropertyList(), PropertyList(false));
+  EXPECT_EQ(PropertyList("a").data(), nullptr);
+  EXPECT_TRUE(PropertyList(5)["a"]["b"].isNull());
+  EXPECT_TRUE(std::signbit(PropertyList(-0.0).real().value()));
+}
+
+TEST(PropertyList, RefusesBadTexts) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"{", ""},
+      {R"({"a":[{"$data":5}]})", "a[0].$data"},
+      {R"({"a":{"$data":"AA"}})", "a.$data"},
+      {R"({"$date":"2024-03-07T00:00:00Z"})", "$date"},
+  };
+  for (const auto& [text, path] : cases) {
+    try {
+      (void)PropertyList::fromFileText(text);
+      ADD_FAILURE() << text;
+    } catch (const DecodingError& error) {
+      EXPECT_EQ(error.codingPath(), path) << text;
+    }
+  }
+}
+
+TEST(PropertyList, RefusesWhatJSONCannotSay) {
+  const PropertyList values[] = {
+      Dictionary{{"a", Array{1, std::nan("")}}},
+      Dictionary{{"a", Array{1, Date::sinceReferenceDate(INFINITY)}}},
+      Dictionary{{"a", Array{1, "\xC3"}}},
+      Dictionary{{"a", Array{1, Dictionary{{"\xFF", 1}}}}},
+  };
+  for (const PropertyList& value : values) {
+    try {
+      (void)value.json();
+      ADD_FAILURE();
+    } catch (const EncodingError& error) {
+      EXPECT_EQ(error.codingPath(), "a[1]");
+    }
+  }
+}
+
+TEST(PropertyList, WritesAsDeepAsItReads) {
+  PropertyList value;
+  for (int depth = 0; depth < 512; ++depth) value = Array{value};
+  EXPECT_EQ(PropertyList::fromJSON(value.json()), value);
+  const PropertyList deeper(Array{value});
+  EXPECT_THROW((void)deeper.json(), EncodingError);
+  EXPECT_THROW((void)PropertyList::fromJSON("[" + value.json() + "]"), DecodingError);
+}
+
+}  // namespace
+}  // namespace platform
