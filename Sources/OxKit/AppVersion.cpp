@@ -1,9 +1,11 @@
 #include "OxKit/AppVersion.h"
 
+#include "Foundation/Coding.h"
 #include "Foundation/Environment.h"
+#include "Foundation/Hasher.h"
 #include "Foundation/String.h"
-#include "OxKit/Platform.h"
 
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -76,6 +78,20 @@ std::string AppVersion::formatted() const {
   std::string text = stringWithFormat("%d.%d.%d", major, minor, patch);
   if (build) text += stringWithFormat(".%d", *build);
   return text;
+}
+
+void AppVersion::encode(Encoder& to) const {
+  to.text(formatted());
+}
+
+AppVersion AppVersion::decode(const Decoder& from) {
+  const std::string_view text = from.text();
+  if (const auto version = fromTextWithBuild(text)) return *version;
+  throw from.dataCorrupted("\"" + std::string(text) + "\" is no version such as 1.2.3 or 1.2.3.4.");
+}
+
+void AppVersion::hash(Hasher& hasher) const {
+  hasher.combine(major, minor, patch, build);
 }
 
 }  // namespace velloro

@@ -1,9 +1,17 @@
 #pragma once
 
+#include "OxKit/Platform.h"
+
 #include <compare>
 #include <optional>
 #include <string>
 #include <string_view>
+
+namespace platform {
+class Decoder;
+class Encoder;
+class Hasher;
+}  // namespace platform
 
 namespace velloro {
 
@@ -14,6 +22,8 @@ namespace velloro {
 ///     version.nextMinor().formatted();                       // "1.3.0"
 ///     AppVersion::fromTextWithoutBuild("1.2", 45)->formatted();  // "1.2.0.45"
 ///     version.withoutBuild() < version;                      // true
+///
+/// In JSON it is its `formatted` text.
 struct AppVersion {
   int major = 0;
   int minor = 0;
@@ -40,6 +50,11 @@ struct AppVersion {
 
   /// "1.2.3", or "1.2.3.45" with a build: the stored form, which `fromTextWithBuild` reads back.
   [[nodiscard]] std::string formatted() const;
+
+  void encode(Encoder& to) const;
+  /// \throws DecodingError for a text that `fromTextWithBuild` can't read.
+  [[nodiscard]] static AppVersion decode(const Decoder& from);
+  void hash(Hasher& hasher) const;
 };
 
 }  // namespace velloro

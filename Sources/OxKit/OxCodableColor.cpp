@@ -2,7 +2,6 @@
 
 #include "Foundation/String.h"
 #include "OxKit/Numbers.h"
-#include "OxKit/Platform.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Foundation/CodingKeys.h"
+#include "OxKit/Platform.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +23,9 @@ struct OxCodableColor {
   double a = 1;
 
   bool operator==(const OxCodableColor&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("r", &OxCodableColor::r), key("g", &OxCodableColor::g), key("b", &OxCodableColor::b),
+           key("a", &OxCodableColor::a));
 
   /// Reads the hexadecimal digits at the front, behind white space and "0x" if there are any; the
   /// low 24 bits are red, green and blue. Alpha is 1. Absent when there is no such digit.

@@ -1,3 +1,5 @@
+#include "Foundation/Hasher.h"
+#include "Foundation/JSON.h"
 #include "Foundation/TestEnvironment.h"
 #include "OxKit/AppVersion.h"
 #include "OxKit/Platform.h"
@@ -63,6 +65,14 @@ TEST(AppVersion, CurrentIsThatOfTheBundle) {
   EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0");
   environment.setBundle({});
   EXPECT_FALSE(AppVersion::current());
+}
+
+TEST(AppVersion, IsATextInJSON) {
+  const AppVersion version{.major = 1, .minor = 2, .patch = 3, .build = 45};
+  EXPECT_EQ(JSONEncoder{}.encode(version), R"("1.2.3.45")");
+  EXPECT_EQ(JSONDecoder{}.decode<AppVersion>(R"("1.2.3.45")"), version);
+  EXPECT_THROW((void)JSONDecoder{}.decode<AppVersion>(R"("1.2.x")"), DecodingError);
+  EXPECT_NE(hashValue(version), hashValue(version.withoutBuild()));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "Foundation/JSON.h"
 #include "OxKit/OxCodableColor.h"
 
 #include <cmath>
@@ -51,6 +52,13 @@ TEST(OxCodableColor, SpaceSeparatedTextIsExactAndNeverUnreadable) {
   for (const char* bad : {"", "0.2 0.4 0.6", "0 0 0 1 1", "0 0 zero 1", "0,2 0 0 1", "nan 0 0 1"}) {
     EXPECT_FALSE(OxCodableColor::fromSpaceSeparated(bad)) << bad;
   }
+}
+
+TEST(OxCodableColor, IsFourNumbersInJSON) {
+  const OxCodableColor color{0.2, 0.4, 0.6, 0.5};
+  const char* const json = R"({"r":0.2,"g":0.4,"b":0.6,"a":0.5})";
+  EXPECT_EQ(JSONEncoder{}.encode(color), json);
+  EXPECT_EQ(JSONDecoder{}.decode<OxCodableColor>(json), color);
 }
 
 TEST(OxCodableColor, HSBRoundTrips) {
