@@ -42,6 +42,7 @@ class TestEnvironment : public Environment {
   void setNow(Date now) { time_.setNow(now); }
   using Environment::setTimeZone;
   void setLocale(std::string identifier) { localeIdentifier_ = std::move(identifier); }
+  void setResources(std::filesystem::path folder) { directories_.resources = std::move(folder); }
   void setBundle(BundleInfo bundle) { bundle_ = std::move(bundle); }
   void setDeviceModel(std::string model) { deviceModel_ = std::move(model); }
   void setApplicationState(ApplicationState state) { applicationState_ = state; }
