@@ -3,6 +3,7 @@
 #include "Foundation/ProcessLoop.h"
 
 #include <algorithm>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -29,8 +30,12 @@ void WorkerPool::submit(QualityOfService urgency, Block job) {
 }
 
 void WorkerPool::startWorker() {
-  ++workers_;
-  std::thread([this] { work(); }).detach();
+  try {
+    std::thread([this] { work(); }).detach();
+    ++workers_;
+  } catch (const std::system_error&) {
+    if (workers_ == 0) throw;  // otherwise those that are there do the work
+  }
 }
 
 void WorkerPool::work() {

@@ -25,25 +25,18 @@ class NSNotificationCenterTest : public testing::Test {
 TEST_F(NSNotificationCenterTest, ReachesThoseWhoAskedForTheNameAndTheObject) {
   const int mine = 0;
   const int other = 0;
-  const auto any = center.addObserver("saved", note("any"));
-  const auto ofMine = center.addObserver("saved", &mine, {}, note("mine"));
-  const auto ofOther = center.addObserver("saved", &other, {}, note("other"));
-  const auto loaded = center.addObserver("loaded", note("loaded"));
-  center.post({.name = "saved", .object = &mine});
-  center.post({.name = "saved"});
-  center.post({.name = "nobody asked"});
-  EXPECT_THAT(heard, ElementsAre("any", "mine", "any"));
-}
-
-TEST_F(NSNotificationCenterTest, CarriesValuesByKey) {
-  const auto token = center.addObserver("saved", [&](const Notification& notification) {
+  const auto any = center.addObserver("saved", [&](const Notification& notification) {
     EXPECT_THAT(*notification.value<std::vector<int>>("ids"), ElementsAre(1, 2));
     EXPECT_EQ(notification.value<int>("ids"), nullptr);
     EXPECT_EQ(notification.value<int>("count"), nullptr);
-    heard.push_back(notification.name);
+    heard.push_back("any");
   });
+  const auto ofMine = center.addObserver("saved", &mine, {}, note("mine"));
+  const auto ofOther = center.addObserver("saved", &other, {}, note("other"));
+  center.post({.name = "saved", .object = &mine, .userInfo = {{"ids", std::vector{1, 2}}}});
   center.post({.name = "saved", .userInfo = {{"ids", std::vector{1, 2}}}});
-  EXPECT_THAT(heard, ElementsAre("saved"));
+  center.post({.name = "nobody asked"});
+  EXPECT_THAT(heard, ElementsAre("any", "mine", "any"));
 }
 
 TEST_F(NSNotificationCenterTest, ObserversComeAndGoDuringAPost) {
@@ -77,36 +70,30 @@ TEST_F(NSNotificationCenterTest, DeliversOnTheObserversQueue) {
   EXPECT_THAT(heard, ElementsAre("main")) << "at once where the queue is current";
   environment.settle();
   EXPECT_THAT(heard, ElementsAre("main", "queue"));
-
   DispatchQueue::global().async([&] { center.post({.name = "saved"}); });
   environment.settle();
   EXPECT_EQ(heard.size(), 4U);
-  queue.sync([&] {
-    center.post({.name = "saved"});
-    EXPECT_EQ(heard.size(), 5U);
-  });
   queue.async([&] { onQueue.remove(); });
   center.post({.name = "saved"});
   environment.settle();
-  EXPECT_THAT(heard, testing::Contains("queue").Times(3)) << "removed while it waited its turn";
+  EXPECT_EQ(heard.size(), 5U) << "removed while the notification waited its turn";
 }
 
 TEST_F(NSNotificationCenterTest, SurvivesThreadsThatPostAndComeAndGo) {
   std::atomic<int> calls = 0;
   const auto steady = center.addObserver("saved", [&](const Notification&) { ++calls; });
+  const auto comeAndGo = [this] {
+    for (int i = 0; i < 250; ++i) {
+      const auto token =
+          center.addObserver("saved", [text = std::string("held by the handler")](const auto&) {
+            EXPECT_EQ(text.size(), 19U);
+          });
+      if (i % 5 == 0) center.post({.name = "saved"});
+    }
+  };
   {
     std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-      threads.emplace_back([&] {
-        for (int i = 0; i < 250; ++i) {
-          const auto token = center.addObserver(
-              "saved", [text = std::string("held by the handler")](const Notification&) {
-                EXPECT_EQ(text.size(), 19U);
-              });
-          if (i % 5 == 0) center.post({.name = "saved"});
-        }
-      });
-    }
+    for (int thread = 0; thread < 4; ++thread) threads.emplace_back(comeAndGo);
   }
   EXPECT_EQ(calls, 200);
 }

@@ -2,7 +2,6 @@
 #include "Foundation/NSOperationQueue.h"
 #include "Foundation/TestEnvironment.h"
 
-#include <latch>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -13,46 +12,18 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// What ran, in order, from any thread.
-class Events {
- public:
-  void note(const std::string& event) {
-    const std::scoped_lock lock(mutex_);
-    events_.push_back(event);
-  }
-  std::vector<std::string> take() {
-    const std::scoped_lock lock(mutex_);
-    return std::exchange(events_, {});
-  }
-
- private:
-  std::mutex mutex_;
-  std::vector<std::string> events_;
-};
-
-class Noting : public NSOperation {
- public:
-  Noting(Events& events, std::string name) : events_(events), name_(std::move(name)) {
-    setCompletionBlock([this] { events_.note(name_ + " finished"); });
-  }
-  void main() override { events_.note(name_); }
-
- private:
-  Events& events_;
-  std::string name_;
-};
-
 /// Ends when it is told to.
 class Asynchronous : public NSOperation {
  public:
-  explicit Asynchronous(std::function<void(Asynchronous&)> work = {}) : work_(std::move(work)) {}
+  explicit Asynchronous(std::function<void(Asynchronous&)> work = [](auto&) {})
+      : work_(std::move(work)) {}
   bool isAsynchronous() const override { return true; }
   bool isExecuting() const override { return executing_; }
   bool isFinished() const override { return finished_; }
   void start() override {
     if (isCancelled()) return complete();
     changeValue(executing_, true, "isExecuting");
-    if (work_) work_(*this);
+    work_(*this);
   }
   void complete() {
     if (completed_.exchange(true)) return;
@@ -67,17 +38,45 @@ class Asynchronous : public NSOperation {
   std::atomic<bool> finished_ = false;
 };
 
-TEST(NSOperation, AnnouncesEachChangeOnceWheneverItIsCompleted) {
-  Events events;
-  const auto observed = [&](NSOperation& operation) {
-    std::vector<NSNotificationCenter::Token> tokens;
-    for (const char* key : {"isExecuting", "isFinished"}) {
-      tokens.push_back(operation.addObserver(key, [&events, key] { events.note(key); }));
+/// Operations that note when they run (their name) and that they have finished ("/" and the name).
+class NSOperationTest : public testing::Test {
+ protected:
+  class Noting : public NSOperation {
+   public:
+    Noting(NSOperationTest& test, const std::string& name) : test_(test), name_(name) {
+      setCompletionBlock([&test, name] { test.note("/" + name); });
     }
-    return tokens;
+    void main() override { test_.note(name_); }
+
+   private:
+    NSOperationTest& test_;
+    std::string name_;
   };
+
+  std::shared_ptr<NSOperation> noting(const std::string& name) {
+    return std::make_shared<Noting>(*this, name);
+  }
+  void note(const std::string& event) {
+    lock.sync([&] { events.push_back(event); });
+  }
+  std::vector<std::string> takeEvents() {
+    return lock.sync([&] { return std::exchange(events, {}); });
+  }
+
+  const DispatchQueue lock{"events"};
+  std::vector<std::string> events;
+  TestEnvironment environment;
+  NSOperationQueue queue;
+};
+
+TEST_F(NSOperationTest, AnnouncesEachChangeOnceWheneverItIsCompleted) {
   const auto started = std::make_shared<Asynchronous>();
-  const auto startedTokens = observed(*started);
+  const auto unstarted = std::make_shared<Asynchronous>();
+  std::vector<NSNotificationCenter::Token> tokens;
+  for (const std::string key : {"isExecuting", "isFinished"}) {
+    tokens.push_back(started->addObserver(key, [this, key] { note(key); }));
+    tokens.push_back(unstarted->addObserver(key, [this, key] { note("unstarted " + key); }));
+  }
   started->start();
   EXPECT_TRUE(started->isExecuting());
   {
@@ -86,107 +85,88 @@ TEST(NSOperation, AnnouncesEachChangeOnceWheneverItIsCompleted) {
   }
   started->waitUntilFinished();
   EXPECT_FALSE(started->isExecuting());
-  EXPECT_THAT(events.take(), ElementsAre("isExecuting", "isExecuting", "isFinished"));
-
-  const auto unstarted = std::make_shared<Asynchronous>();
-  const auto unstartedTokens = observed(*unstarted);
+  EXPECT_THAT(takeEvents(), ElementsAre("isExecuting", "isExecuting", "isFinished"));
   unstarted->complete();
   unstarted->complete();
-  NSOperationQueue queue;
   queue.addOperation(unstarted);
   queue.waitUntilAllOperationsAreFinished();
-  EXPECT_THAT(events.take(), ElementsAre("isFinished"));
+  EXPECT_THAT(takeEvents(), ElementsAre("unstarted isFinished"));
 }
 
-TEST(NSOperationQueue, RunsOneAfterTheOtherAsTheyDepend) {
-  TestEnvironment environment;
-  Events events;
-  NSOperationQueue queue;
+TEST_F(NSOperationTest, RunOneAfterTheOtherAsTheyDepend) {
   NSOperationQueue otherQueue;
   queue.setMaxConcurrentOperationCount(1);
-  const auto first = std::make_shared<Noting>(events, "first");
-  const auto second = std::make_shared<Noting>(events, "second");
-  const auto last = std::make_shared<Noting>(events, "last");
+  const auto first = noting("first");
+  const auto last = noting("last");
   const auto remote = std::make_shared<Asynchronous>();
   last->addDependency(first);
   last->addDependency(remote);
-  queue.addOperation(last);
-  queue.addOperation(first);
-  queue.addOperation(second);
+  for (const auto& operation : {last, first, noting("second")}) queue.addOperation(operation);
   otherQueue.addOperation(remote);
   environment.settle();
-  EXPECT_THAT(events.take(), ElementsAre("first", "first finished", "second", "second finished"));
+  EXPECT_THAT(takeEvents(), ElementsAre("first", "/first", "second", "/second"));
   EXPECT_EQ(queue.operationCount(), 1U);
   DispatchQueue::main().asyncAfter(60, [&] { remote->complete(); });
   environment.advance(60);
-  EXPECT_THAT(events.take(), ElementsAre("last", "last finished"));
+  EXPECT_THAT(takeEvents(), ElementsAre("last", "/last"));
   EXPECT_EQ(queue.operationCount(), 0U);
 }
 
-TEST(NSOperationQueue, CancelledOperationsFinishWithoutTheirWork) {
-  TestEnvironment environment;
-  Events events;
-  NSOperationQueue queue;
+TEST_F(NSOperationTest, FinishWithoutTheirWorkWhenCancelled) {
   const auto never = std::make_shared<Asynchronous>();
-  const auto dependent = std::make_shared<Noting>(events, "dependent");
-  const auto follower = std::make_shared<Noting>(events, "follower");
-  const auto asynchronous =
-      std::make_shared<Asynchronous>([&](auto& operation) { operation.complete(); });
-  dependent->addDependency(never);
-  follower->addDependency(dependent);
-  queue.addOperation(dependent);
+  const auto cancelled = noting("cancelled");
+  const auto follower = noting("follower");
+  cancelled->addDependency(never);
+  follower->addDependency(cancelled);
+  queue.addOperation(cancelled);
   queue.addOperation(follower);
   environment.settle();
-  EXPECT_THAT(events.take(), IsEmpty());
-  dependent->cancel();
+  EXPECT_THAT(takeEvents(), IsEmpty());
+  cancelled->cancel();
   queue.waitUntilAllOperationsAreFinished();
-  EXPECT_THAT(events.take(), ElementsAre("dependent finished", "follower", "follower finished"));
+  EXPECT_THAT(takeEvents(), ElementsAre("/cancelled", "follower", "/follower"));
+  follower->cancel();
+  EXPECT_FALSE(follower->isCancelled()) << "it had finished";
 
   queue.setSuspended(true);
-  queue.addOperation(std::make_shared<Noting>(events, "suspended"));
-  asynchronous->addDependency(never);
-  queue.addOperation(asynchronous);
+  queue.addOperation(noting("suspended"));
+  queue.addOperation(std::make_shared<Asynchronous>());
   queue.cancelAllOperations();
   environment.settle();
   EXPECT_EQ(queue.operationCount(), 2U);
   queue.setSuspended(false);
   queue.waitUntilAllOperationsAreFinished();
-  EXPECT_THAT(events.take(), ElementsAre("suspended finished"));
+  EXPECT_THAT(takeEvents(), ElementsAre("/suspended"));
 }
 
-TEST(NSOperationQueue, KeepsOperationsUntilTheirEndOnAnotherThread) {
-  TestEnvironment environment;
-  Events events;
-  const DispatchQueue service("service");
+TEST_F(NSOperationTest, OutliveTheirQueuesHandle) {
   {
-    NSOperationQueue queue;
-    queue.setMaxConcurrentOperationCount(1);
-    queue.addOperation(std::make_shared<Asynchronous>(
-        [&](Asynchronous& operation) { service.asyncAfter(5, [&] { operation.complete(); }); }));
-    queue.addOperation([&] { events.note("after the queue's handle has gone"); });
+    NSOperationQueue gone;
+    gone.setMaxConcurrentOperationCount(1);
+    gone.addOperation(std::make_shared<Asynchronous>(
+        [this](Asynchronous& operation) { lock.asyncAfter(5, [&] { operation.complete(); }); }));
+    gone.addOperation(noting("next"));
     NSOperationQueue suspended;
     suspended.setSuspended(true);
-    suspended.addOperation([&] { events.note("never"); });
+    suspended.addOperation(noting("never"));
   }
   environment.settle();
-  EXPECT_THAT(events.take(), IsEmpty());
+  EXPECT_THAT(takeEvents(), IsEmpty());
   environment.advance(5);
-  EXPECT_THAT(events.take(), ElementsAre("after the queue's handle has gone"));
+  EXPECT_THAT(takeEvents(), ElementsAre("next", "/next"));
 }
 
-TEST(NSOperationQueue, ManyThreadsAddUpToTheLimit) {
+TEST_F(NSOperationTest, KeepToTheLimitAndTheirOrderFromManyThreads) {
   constexpr int limit = 3;
-  NSOperationQueue queue;
   queue.setMaxConcurrentOperationCount(limit);
   std::atomic<int> running = 0;
   std::atomic<int> ran = 0;
   std::atomic<bool> isInOrder = true;
-  const auto add = [&] {
+  const auto addChain = [&] {
     std::shared_ptr<NSOperation> previous;
     for (int i = 0; i < 100; ++i) {
-      const auto operation = std::make_shared<Asynchronous>([&, previous](Asynchronous& self) {
-        if (previous && !previous->isFinished()) isInOrder = false;
-        if (++running > limit) isInOrder = false;
+      auto operation = std::make_shared<Asynchronous>([&, previous](Asynchronous& self) {
+        if (++running > limit || (previous && !previous->isFinished())) isInOrder = false;
         DispatchQueue::global().async([&] {
           --running;
           ++ran;
@@ -195,12 +175,12 @@ TEST(NSOperationQueue, ManyThreadsAddUpToTheLimit) {
       });
       if (previous) operation->addDependency(previous);
       queue.addOperation(operation);
-      previous = operation;
+      previous = std::move(operation);
     }
   };
   {
     std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) threads.emplace_back(add);
+    for (int i = 0; i < 4; ++i) threads.emplace_back(addChain);
   }
   queue.waitUntilAllOperationsAreFinished();
   EXPECT_EQ(ran, 400);
