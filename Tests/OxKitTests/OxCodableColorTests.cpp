@@ -1,5 +1,5 @@
-#include "Foundation/JSON.h"
 #include "OxKit/OxCodableColor.h"
+#include "Support/Fixtures.h"
 
 #include <cmath>
 
@@ -55,10 +55,7 @@ TEST(OxCodableColor, SpaceSeparatedTextIsExactAndNeverUnreadable) {
 }
 
 TEST(OxCodableColor, IsFourNumbersInJSON) {
-  const OxCodableColor color{0.2, 0.4, 0.6, 0.5};
-  const char* const json = R"({"r":0.2,"g":0.4,"b":0.6,"a":0.5})";
-  EXPECT_EQ(JSONEncoder{}.encode(color), json);
-  EXPECT_EQ(JSONDecoder{}.decode<OxCodableColor>(json), color);
+  expectFixture("OxCodableColor", OxCodableColor{0.2, 0.4, 0.6, 0.5});
 }
 
 TEST(OxCodableColor, HSBRoundTrips) {
