@@ -191,6 +191,10 @@ NSDateFormatter NSDateFormatter::withStyles(Styles styles, Settings settings) {
   return NSDateFormatter(std::make_shared<const Implementation>(settings, std::move(pattern)));
 }
 
+Locale NSDateFormatter::locale() const {
+  return implementation_->settings.locale;
+}
+
 std::string NSDateFormatter::dateFormat() const {
   return utf8(implementation_->loaded().pattern());
 }

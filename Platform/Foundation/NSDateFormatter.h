@@ -51,6 +51,7 @@ class NSDateFormatter {
   /// One of the locale's own date and time forms; with neither, the text is empty.
   [[nodiscard]] static NSDateFormatter withStyles(Styles styles, Settings settings);
 
+  [[nodiscard]] Locale locale() const;
   /// The pattern that the formatter follows in its locale.
   [[nodiscard]] std::string dateFormat() const;
 

@@ -1,7 +1,9 @@
 #include "Foundation/Geometry.h"
+#include "Foundation/NSDateFormatter.h"
 #include "Foundation/TestEnvironment.h"
 #include "OxKit/AccessibilityLabel.h"
 #include "OxKit/DeviceType.h"
+#include "OxKit/Localization.h"
 #include "OxKit/Numbers.h"
 #include "OxKit/OxAnimationCurve.h"
 #include "OxKit/Platform.h"
@@ -113,6 +115,15 @@ TEST(CGPoint, IsMirroredForReadersFromTheRight) {
   const CGPoint point{.x = 10, .y = 5};
   EXPECT_EQ(point.transpose(true, 100), (CGPoint{.x = 90, .y = 5}));
   EXPECT_EQ(point.transpose(false, 100), point);
+}
+
+TEST(Localization, FollowsTheLocale) {
+  TestEnvironment environment;
+  environment.setLocale("en_US");
+  EXPECT_EQ(localized("distance.steps", {1}), "1 step");
+  EXPECT_FALSE(uses24HourTime(NSDateFormatter::withTemplate("H", {})));
+  environment.setLocale("de_DE");
+  EXPECT_TRUE(uses24HourTime(NSDateFormatter::withTemplate("h", {})));
 }
 
 TEST(RuntimeError, SaysItsMessage) {
