@@ -35,7 +35,7 @@ class Date {
   /// Now, as the installed `Environment` has it.
   [[nodiscard]] static Date now();
 
-  static constexpr Date distantPast() { return Date(-63114076800.0); }   // 0001-01-01T00:00:00Z
+  static constexpr Date distantPast() { return Date(-63113904000.0); }   // 0001-01-01T00:00:00Z
   static constexpr Date distantFuture() { return Date(63113904000.0); }  // 4001-01-01T00:00:00Z
 
   /// Reads ISO 8601: date, "T", time, an optional fraction of a second (any number of digits), and

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/RawValue.h"
 #include "OxKit/Platform.h"
 
 #include <array>
@@ -23,6 +24,17 @@ enum class DayOfWeek : std::int8_t {
   saturday,
 };
 
+constexpr auto rawValues(std::type_identity<DayOfWeek>) {
+  using enum DayOfWeek;
+  return rawIntegers<DayOfWeek>({{sunday, 0},
+                                 {monday, 1},
+                                 {tuesday, 2},
+                                 {wednesday, 3},
+                                 {thursday, 4},
+                                 {friday, 5},
+                                 {saturday, 6}});
+}
+
 /// The same seven days in the platform calendar's numbering, 1 (Sunday) to 7 (Saturday).
 enum class CalendarDayOfWeek : std::int8_t {
   sunday = 1,
@@ -33,6 +45,17 @@ enum class CalendarDayOfWeek : std::int8_t {
   friday,
   saturday,
 };
+
+constexpr auto rawValues(std::type_identity<CalendarDayOfWeek>) {
+  using enum CalendarDayOfWeek;
+  return rawIntegers<CalendarDayOfWeek>({{sunday, 1},
+                                         {monday, 2},
+                                         {tuesday, 3},
+                                         {wednesday, 4},
+                                         {thursday, 5},
+                                         {friday, 6},
+                                         {saturday, 7}});
+}
 
 [[nodiscard]] constexpr CalendarDayOfWeek calendarDayOfWeek(DayOfWeek day) {
   return static_cast<CalendarDayOfWeek>(static_cast<int>(day) + 1);
@@ -89,6 +112,7 @@ struct DaysOfWeek {
       : rawValue(static_cast<std::int16_t>(1 << static_cast<int>(day))) {}
 
   bool operator==(const DaysOfWeek&) const = default;
+  static constexpr auto codingValue = &DaysOfWeek::rawValue;
 
   [[nodiscard]] constexpr DaysOfWeek union_(DaysOfWeek other) const {
     return of(rawValue | other.rawValue);

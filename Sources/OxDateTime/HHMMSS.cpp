@@ -1,5 +1,6 @@
 #include "OxDateTime/HHMMSS.h"
 
+#include "Foundation/Coding.h"
 #include "Foundation/String.h"
 #include "OxDateTime/ThreadCalendar.h"
 #include "OxDateTime/YYYYMMDD.h"
@@ -36,6 +37,23 @@ HHMMSS HHMMSS::fromDate(Date date, std::optional<TimeZone> timeZone) {
 std::string HHMMSS::debugDescription() const {
   return stringWithFormat("%02lld:%02lld:%02lld", static_cast<long long>(h),
                           static_cast<long long>(m), static_cast<long long>(s));
+}
+
+void HHMMSS::encode(Encoder& to) const {
+  to.integer(intValue());
+}
+
+HHMMSS HHMMSS::decode(const Decoder& from) {
+  const auto fromInteger = [&] {
+    if (const auto time = fromRawValue(from.integer())) return *time;
+    throw from.dataCorrupted("Unable to create HHMMSS");
+  };
+  const auto fromFields = [&] {
+    return HHMMSS{.h = from.decode<std::int64_t>("h"),
+                  .m = from.decode<std::int64_t>("m"),
+                  .s = from.decode<std::int64_t>("s")};
+  };
+  return from.firstOf(fromInteger, fromFields);
 }
 
 DateComponents HHMMSS::dateComponents() const {

@@ -9,6 +9,11 @@
 #include <span>
 #include <vector>
 
+namespace platform {
+class Decoder;
+class Encoder;
+}  // namespace platform
+
 namespace velloro {
 
 /// A time of day. Stored and compared as its seconds since midnight.
@@ -41,6 +46,12 @@ struct HHMMSS {
   [[nodiscard]] std::string debugDescription() const;
   /// Hour, minute and second only.
   [[nodiscard]] DateComponents dateComponents() const;
+
+  /// In JSON one integer, `intValue`.
+  void encode(Encoder& to) const;
+  /// Reads that integer, or an object with the integers `h`, `m` and `s`, which are not tested.
+  /// \throws DecodingError, that of the first reading, when both fail.
+  [[nodiscard]] static HHMMSS decode(const Decoder& from);
 
   constexpr bool operator==(const HHMMSS& other) const { return intValue() == other.intValue(); }
   constexpr auto operator<=>(const HHMMSS& other) const { return intValue() <=> other.intValue(); }

@@ -1,8 +1,10 @@
 #include "OxDateTime/YYYYMM.h"
 
 #include "Foundation/CivilDay.h"
+#include "Foundation/Coding.h"
 #include "Foundation/String.h"
 #include "OxDateTime/Digits.h"
+#include "OxDateTime/OxDateTimeCache.h"
 #include "OxDateTime/YYYYMMDD.h"
 
 namespace velloro {
@@ -12,6 +14,10 @@ namespace {
 std::int64_t daysUpTo(DayOfWeek to, DayOfWeek from) {
   const int difference = static_cast<int>(to) - static_cast<int>(from);
   return difference < 0 ? difference + 7 : difference;
+}
+
+Date noonOfFirst(YYYYMM month) {
+  return month.firstDay().dateAt(HHMMSS::midnight, HHMMSS::midday);
 }
 
 }  // namespace
@@ -80,6 +86,32 @@ std::int64_t YYYYMM::numberOfDaysInWeekBeforeMonthStarts(DayOfWeek firstDayOfWee
 
 std::int64_t YYYYMM::numberOfDaysInWeekAfterMonthEnds(DayOfWeek firstDayOfWeek) const {
   return daysUpTo(previousDay(firstDayOfWeek), lastDay().dayOfWeek());
+}
+
+std::string YYYYMM::localizedTitle() const {
+  const auto& names = OxDateTimeCache::formatters().symbols.monthSymbols();
+  return m >= 1 && m <= 12 ? names[static_cast<std::size_t>(m - 1)] : debugDescription();
+}
+
+std::string YYYYMM::localizedTitleWithYear() const {
+  return OxDateTimeCache::formatters().titleWithYear.string(noonOfFirst(*this));
+}
+
+std::string YYYYMM::localizedShortTitleWithYear() const {
+  return OxDateTimeCache::formatters().shortTitleWithYear.string(noonOfFirst(*this));
+}
+
+std::string YYYYMM::localizedYear() const {
+  return OxDateTimeCache::formatters().localizedYear.string(noonOfFirst(*this));
+}
+
+void YYYYMM::encode(Encoder& to) const {
+  to.integer(intValue());
+}
+
+YYYYMM YYYYMM::decode(const Decoder& from) {
+  if (const auto month = fromRawValue(from.integer())) return *month;
+  throw from.dataCorrupted("Unable to create YYYYMM");
 }
 
 }  // namespace velloro

@@ -12,6 +12,11 @@
 #include <string>
 #include <string_view>
 
+namespace platform {
+class Decoder;
+class Encoder;
+}  // namespace platform
+
 namespace velloro {
 
 struct YYYYMMDD;
@@ -43,6 +48,11 @@ struct YYYYMM {
 
   constexpr bool operator==(const YYYYMM& other) const { return intValue() == other.intValue(); }
   constexpr auto operator<=>(const YYYYMM& other) const { return intValue() <=> other.intValue(); }
+
+  /// In JSON one integer, `intValue`.
+  void encode(Encoder& to) const;
+  /// \throws DecodingError for an integer below 1.
+  [[nodiscard]] static YYYYMM decode(const Decoder& from);
 
   [[nodiscard]] YYYYMMDD date(std::int64_t day) const;
   [[nodiscard]] YYYYMMDD firstDay() const;

@@ -1,6 +1,7 @@
 #include "OxDateTime/YYYYMMDD.h"
 
 #include "Foundation/CivilDay.h"
+#include "Foundation/Coding.h"
 #include "Foundation/Environment.h"
 #include "Foundation/String.h"
 #include "OxDateTime/Digits.h"
@@ -57,6 +58,16 @@ YYYYMMDD YYYYMMDD::fromClockDay(std::int64_t clockDay, std::int64_t shift, TimeZ
 std::string YYYYMMDD::debugDescription() const {
   return stringWithFormat("%04lld-%02lld-%02lld", static_cast<long long>(y),
                           static_cast<long long>(m), static_cast<long long>(d));
+}
+
+void YYYYMMDD::encode(Encoder& to) const {
+  to.integer(intValue());
+}
+
+YYYYMMDD YYYYMMDD::decode(const Decoder& from) {
+  const std::int64_t value = from.integer();
+  if (const auto day = fromRawValue(value)) return *day;
+  throw from.dataCorrupted("Unable to create YYYYMMDD from " + std::to_string(value));
 }
 
 DateComponents YYYYMMDD::dateComponents() const {

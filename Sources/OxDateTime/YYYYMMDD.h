@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Calendar.h"
+#include "Foundation/CodingKeys.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMM.h"
@@ -69,6 +70,11 @@ struct YYYYMMDD {
   constexpr auto operator<=>(const YYYYMMDD& other) const {
     return intValue() <=> other.intValue();
   }
+
+  /// In JSON one integer, `intValue`.
+  void encode(Encoder& to) const;
+  /// \throws DecodingError for an integer below 1.
+  [[nodiscard]] static YYYYMMDD decode(const Decoder& from);
 
   [[nodiscard]] YYYYMMDD nextDay() const;
   [[nodiscard]] YYYYMMDD previousDay() const;
@@ -143,6 +149,8 @@ struct YYYYMMDD::Range {
   [[nodiscard]] static Range to(YYYYMMDD date) { return {.maxDate = date}; }
 
   bool operator==(const Range&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("minDate", &Range::minDate), key("maxDate", &Range::maxDate));
 };
 
 /// The number of the logical day that holds a second of the local clock. A day that starts after

@@ -41,6 +41,8 @@ TEST(Date, ReadsISO8601) {
 TEST(Date, WritesWholeSecondsRoundedDown) {
   EXPECT_EQ(Date::since1970(-0.5).iso8601(), "1969-12-31T23:59:59Z");
   EXPECT_EQ(Date::since1970(0.999).iso8601(), "1970-01-01T00:00:00Z");
+  EXPECT_EQ(Date::distantPast().iso8601(), "0001-01-01T00:00:00Z");
+  EXPECT_EQ(Date::distantFuture().iso8601(), "4001-01-01T00:00:00Z");
 }
 
 TEST(Date, SurvivesValuesBeyondTheCalendar) {

@@ -1,3 +1,4 @@
+#include "Foundation/TestEnvironment.h"
 #include "OxDateTime/DayOfWeek.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,15 @@ TEST(DayOfWeek, CountsRoundTheWeek) {
   EXPECT_EQ(dayOfWeek(CalendarDayOfWeek::sunday), DayOfWeek::sunday);
   EXPECT_EQ(everyDay(DayOfWeek::wednesday)[5], DayOfWeek::monday);
   EXPECT_EQ(everyDay().size(), 7u);
+}
+
+TEST(DayOfWeek, StartsTheWeekAsTheLocaleDoes) {
+  TestEnvironment environment;
+  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::sunday);
+  environment.setLocale("de_DE");
+  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::monday);
+  environment.setLocale("ar_EG");
+  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::saturday);
 }
 
 TEST(DaysOfWeek, IsASetOfBits) {

@@ -1,3 +1,4 @@
+#include "Foundation/TestEnvironment.h"
 #include "OxDateTime/YYYYMM.h"
 #include "OxDateTime/YYYYMMDD.h"
 
@@ -39,6 +40,27 @@ TEST(YYYYMM, KnowsItsDays) {
   EXPECT_EQ(month(190002).lastDay().intValue(), 19000228);
   EXPECT_EQ(month(200002).numberOfDays(), 29);
   EXPECT_EQ(month(202414).numberOfDays(), 28) << "month 14 is the next February";
+}
+
+TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
+  struct Case {
+    const char* locale;
+    const char *title, *withYear, *shortWithYear, *year, *weekday;
+  };
+  const Case cases[] = {
+      {"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
+      {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
+      {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"},
+  };
+  TestEnvironment environment;
+  for (const auto& [locale, title, withYear, shortWithYear, year, weekday] : cases) {
+    environment.setLocale(locale);
+    EXPECT_EQ(month(202403).localizedTitle(), title);
+    EXPECT_EQ(month(202403).localizedTitleWithYear(), withYear);
+    EXPECT_EQ(month(202403).localizedShortTitleWithYear(), shortWithYear);
+    EXPECT_EQ(month(202403).localizedYear(), year);
+    EXPECT_EQ(localizedTitle(DayOfWeek::wednesday), weekday);
+  }
 }
 
 TEST(YYYYMM, CountsTheBlanksOfItsGrid) {

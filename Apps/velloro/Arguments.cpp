@@ -1,0 +1,68 @@
+#include "velloro/Arguments.h"
+
+#include "OxDateTime/Digits.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+
+namespace velloro {
+namespace {
+
+constexpr std::array<std::string_view, 7> weekdayNames = {
+    "sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
+
+UsageError unusable(const std::string& name, const std::string& text, const std::string& reason) {
+  return UsageError(name + " \"" + text + "\": " + reason);
+}
+
+std::string lowercased(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+  return text;
+}
+
+}  // namespace
+
+Date instantArgument(const std::string& name, const std::string& text) {
+  if (const auto date = Date::fromISO8601(text)) return *date;
+  throw unusable(name, text, "not an instant; write one as 2024-03-07T01:59:59Z or with an offset");
+}
+
+YYYYMMDD dayArgument(const std::string& name, const std::string& text) {
+  const auto day = YYYYMMDD::fromString(text);
+  if (day && day->y >= 1) return *day;
+  throw unusable(name, text, "not a day of the calendar; write one as 20240307");
+}
+
+HHMMSS timeArgument(const std::string& name, const std::string& text) {
+  const bool hasForm = text.size() == 8 && text[2] == ':' && text[5] == ':';
+  const auto hour = hasForm ? wholeNumber(text.substr(0, 2)) : std::nullopt;
+  const auto minute = hasForm ? wholeNumber(text.substr(3, 2)) : std::nullopt;
+  const auto second = hasForm ? wholeNumber(text.substr(6, 2)) : std::nullopt;
+  if (hour && minute && second && *hour < 24 && *minute < 60 && *second < 60) {
+    return {.h = *hour, .m = *minute, .s = *second};
+  }
+  throw unusable(name, text, "not a time of day; write one as 03:00:00");
+}
+
+DayOfWeek weekdayArgument(const std::string& name, const std::string& text) {
+  const std::string wanted = lowercased(text);
+  for (std::size_t i = 0; i < weekdayNames.size(); ++i) {
+    if (wanted == weekdayNames[i] || wanted == weekdayNames[i].substr(0, 3)) {
+      return everyDay(DayOfWeek::sunday)[i];
+    }
+  }
+  throw unusable(name, text, "not a weekday; write one as monday");
+}
+
+TimeZone zoneArgument(const std::string& name, const std::string& text) {
+  if (const auto zone = TimeZone::fromIdentifier(text)) return *zone;
+  throw unusable(name, text, "not a time zone of this system; write one as Europe/Berlin");
+}
+
+std::string weekdayName(DayOfWeek day) {
+  return std::string(weekdayNames[static_cast<std::size_t>(day)]);
+}
+
+}  // namespace velloro

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Foundation/Date.h"
+#include "Foundation/TimeZone.h"
+#include "OxDateTime/DayOfWeek.h"
+#include "OxDateTime/HHMMSS.h"
+#include "OxDateTime/YYYYMMDD.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace velloro {
+
+/// What the person typed can't be used; the text names the argument and says why. Exit code 2.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Each reads one argument's text. `name` is what the person knows the argument by ("--at").
+// All throw UsageError.
+
+/// ISO 8601 with an offset or "Z": 2024-03-07T01:59:59Z.
+[[nodiscard]] Date instantArgument(const std::string& name, const std::string& text);
+/// 20240307.
+[[nodiscard]] YYYYMMDD dayArgument(const std::string& name, const std::string& text);
+/// 03:00:00.
+[[nodiscard]] HHMMSS timeArgument(const std::string& name, const std::string& text);
+/// "monday", or "mon", in any case.
+[[nodiscard]] DayOfWeek weekdayArgument(const std::string& name, const std::string& text);
+/// A zone of the system's list: Europe/Berlin.
+[[nodiscard]] TimeZone zoneArgument(const std::string& name, const std::string& text);
+
+/// "monday".
+[[nodiscard]] std::string weekdayName(DayOfWeek day);
+
+}  // namespace velloro

@@ -1,0 +1,68 @@
+#include "velloro/DayCommand.h"
+
+#include "velloro/Arguments.h"
+#include "velloro/DayReport.h"
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct DayOptions {
+  std::optional<std::string> day;
+  std::optional<std::string> at;
+  std::string startOfDay = "00:00:00";
+  std::optional<std::string> firstDayOfWeek;
+  bool json = false;
+};
+
+YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay) {
+  if (options.day) return dayArgument("YYYYMMDD", *options.day);
+  const Date instant = options.at ? instantArgument("--at", *options.at) : Date::now();
+  return YYYYMMDD::fromDate(startOfDay, instant);
+}
+
+void run(const DayOptions& options) {
+  const HHMMSS startOfDay = timeArgument("--start-of-day", options.startOfDay);
+  const DayOfWeek firstDayOfWeek =
+      options.firstDayOfWeek ? weekdayArgument("--first-day-of-week", *options.firstDayOfWeek)
+                             : defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+  const auto report = DayReport::of(chosenDay(options, startOfDay), startOfDay, firstDayOfWeek);
+  const std::string text = options.json ? report.json() : report.text();
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+}  // namespace
+
+void addDayCommand(CLI::App& app) {
+  auto options = std::make_shared<DayOptions>();
+  CLI::App* command = app.add_subcommand("day", "Tells everything about a logical day");
+  auto* day = command->add_option("day", options->day, "The day (default: the one of --at)")
+                  ->type_name("YYYYMMDD");
+  command->add_option("--at", options->at, "The day that holds this instant (default: now)")
+      ->type_name("INSTANT")
+      ->excludes(day);
+  command
+      ->add_option("--start-of-day", options->startOfDay, "When a day begins (default: midnight)")
+      ->type_name("HH:MM:SS");
+  command
+      ->add_option("--first-day-of-week", options->firstDayOfWeek,
+                   "When a week begins (default: the locale's)")
+      ->type_name("DAY");
+  command->add_flag("--json", options->json, "Prints one JSON object");
+  command->footer(
+      "velloro --help lists the options of every command: --now, --zone, --locale, --store.\n\n"
+      "Examples:\n"
+      "  velloro day\n"
+      "  velloro day 20240229 --first-day-of-week monday\n"
+      "  velloro day --at 2024-03-07T01:59:59Z --start-of-day 03:00:00 --zone Europe/Berlin "
+      "--json");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

@@ -1,0 +1,57 @@
+#include "velloro/Arguments.h"
+#include "velloro/DayCommand.h"
+#include "velloro/GlobalOptions.h"
+
+#include <cstdio>
+#include <exception>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+constexpr int success = 0;
+constexpr int failed = 1;
+constexpr int badUsage = 2;
+
+int complain(const char* reason, int exitCode) {
+  std::fprintf(stderr, "velloro: %s\n", reason);
+  return exitCode;
+}
+
+int run(int argumentCount, char** arguments) {
+  CLI::App app("Reminders and records of habits", "velloro");
+  app.set_version_flag("--version", "velloro " VELLORO_VERSION);
+  app.require_subcommand(0, 1);
+  app.fallthrough();
+  app.footer("velloro COMMAND --help tells more of a command.");
+  GlobalOptions global;
+  global.addTo(app);
+  addDayCommand(app);
+
+  // The environment stands before any command runs, and for the rest of the process.
+  app.parse_complete_callback([&] {
+    static ProcessEnvironment environment(global.environment());
+    Environment::install(&environment);
+  });
+  try {
+    app.parse(argumentCount, arguments);
+    if (app.get_subcommands().empty()) throw UsageError("a command is needed; see velloro --help");
+    return success;
+  } catch (const CLI::Success& asked) {  // --help, --version
+    return app.exit(asked);
+  } catch (const CLI::ParseError& error) {
+    return complain(error.what(), badUsage);
+  } catch (const UsageError& error) {
+    return complain(error.what(), badUsage);
+  } catch (const std::exception& error) {
+    return complain(error.what(), failed);
+  }
+}
+
+}  // namespace
+}  // namespace velloro
+
+int main(int argumentCount, char** arguments) {
+  return velloro::run(argumentCount, arguments);
+}

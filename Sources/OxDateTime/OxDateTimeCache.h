@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Foundation/Locale.h"
+#include "Foundation/NSDateFormatter.h"
+#include "OxKit/Platform.h"
+
+namespace velloro {
+
+/// What is dear to make and the same for every caller: the formatters of calendar texts, made once
+/// for each locale at first use and kept for the life of the process. Safe from any thread.
+///
+/// Days, months and instants are not kept here: counting them takes less time than looking them up.
+class OxDateTimeCache {
+ public:
+  struct Formatters {
+    NSDateFormatter titleWithYear;       ///< "March 2024"
+    NSDateFormatter shortTitleWithYear;  ///< "Mar 2024"
+    NSDateFormatter localizedYear;       ///< "2024"
+    NSDateFormatter symbols;             ///< Read for the names of months and weekdays.
+  };
+
+  /// Those of the device's locale.
+  [[nodiscard]] static const Formatters& formatters();
+};
+
+}  // namespace velloro

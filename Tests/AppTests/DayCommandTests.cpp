@@ -1,0 +1,58 @@
+#include "AppTests/Program.h"
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(DayCommand, PrintsOneObject) {
+  const auto result = runProgram(
+      "day --at 2024-03-07T01:59:59Z --start-of-day 03:00:00 --zone Europe/Berlin "
+      "--first-day-of-week mon --json");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(result.output, R"({"day":20240306,"dayOfWeek":3,"start":"2024-03-06T02:00:00Z",)"
+                           R"("end":"2024-03-07T02:00:00Z","week":[20240304,20240310],)"
+                           R"("fortnight":[20240226,20240310],"month":[20240301,20240331],)"
+                           R"("year":[20240101,20241231],)"
+                           R"("daysRemaining":{"week":4,"fortnight":4,"month":25,"year":300}})"
+                           "\n");
+}
+
+TEST(DayCommand, TakesPlaceAndTimeFromItsOptions) {
+  const auto result =
+      runProgram("--now 2024-03-31T12:00:00Z day --zone Europe/Berlin --locale de_DE");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.output, HasSubstr("Sonntag, 2024-03-31"));
+  EXPECT_THAT(result.output, HasSubstr("23 hours"));
+  EXPECT_THAT(result.output, HasSubstr("2024-03-25  to  2024-03-31"));
+}
+
+TEST(DayCommand, NamesWhatItCannotUse) {
+  struct Case {
+    const char* arguments;
+    const char* complaint;
+  };
+  const Case cases[] = {
+      {"day 20230229", "YYYYMMDD \"20230229\": not a day of the calendar"},
+      {"day --at yesterday", "--at \"yesterday\": not an instant"},
+      {"day --start-of-day 24:00:00", "--start-of-day \"24:00:00\": not a time of day"},
+      {"day --first-day-of-week Monda", "--first-day-of-week \"Monda\": not a weekday"},
+      {"day --zone ../../etc/passwd", "--zone \"../../etc/passwd\": not a time zone"},
+      {"day --now 2024-03-07", "--now \"2024-03-07\": not an instant"},
+      {"day 20240307 --at 2024-03-07T00:00:00Z", "day excludes --at"},
+      {"night", "night"},
+      {"", "a command is needed"},
+  };
+  for (const auto& [arguments, complaint] : cases) {
+    const auto result = runProgram(arguments);
+    EXPECT_EQ(result.exitCode, 2) << arguments;
+    EXPECT_EQ(result.output, "") << arguments;
+    EXPECT_THAT(result.errors, HasSubstr(complaint)) << arguments;
+  }
+}
+
+}  // namespace
+}  // namespace velloro

@@ -1,0 +1,33 @@
+#include "AppTests/Program.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+namespace velloro {
+
+ProgramResult runProgram(const std::string& arguments) {
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  const auto errorFile = std::filesystem::path(testing::TempDir()) /
+                         (std::string("velloro-") + test->test_suite_name() + "-" + test->name());
+  const std::string command =
+      "'" VELLORO_PROGRAM "' " + arguments + " 2>'" + errorFile.string() + "'";
+  ProgramResult result;
+  FILE* pipe = popen(command.c_str(), "r");
+  char buffer[4096];
+  while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe)) {
+    result.output.append(buffer, count);
+  }
+  const int status = pclose(pipe);
+  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  std::ifstream errors(errorFile);
+  result.errors.assign(std::istreambuf_iterator<char>(errors), {});
+  std::filesystem::remove(errorFile);
+  return result;
+}
+
+}  // namespace velloro
