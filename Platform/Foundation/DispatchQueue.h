@@ -29,10 +29,10 @@ enum class QualityOfService { userInteractive, userInitiated, default_, utility,
 ///     const auto size = queue.sync([] { return fileSize(); });    // after that line was written
 ///     DispatchQueue::main().asyncAfter(0.5, [] { hide(); });
 ///
-/// Workers are never joined: blocks that have not run when the process exits don't run any more
-/// (`queue.sync([] {})` flushes a queue), and one that is running goes on until the very end. What
-/// a background block uses must therefore not be destroyed at exit; make it as `static auto* x =
-/// new X`.
+/// Workers are never joined: blocks still waiting when the process exits are lost, unless
+/// `queue.sync([] {})` flushes the queue, and a block that is running goes on until the very end.
+/// What a background block uses must therefore never be destroyed; singletons are made by a
+/// `static auto* instance = new …`.
 class DispatchQueue {
  public:
   /// A new serial queue. The label is for people; labels need not differ.
