@@ -181,6 +181,12 @@ Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
   return file->write(bytes);
 }
 
+Result<void> NSFileManager::createFile(const Path& path) {
+  const auto file = NSFileHandle::open(path, O_WRONLY | O_CREAT);
+  if (!file) return std::unexpected(file.error());
+  return {};
+}
+
 Result<void> NSFileManager::createDirectory(const Path& path) {
   std::error_code reason;
   fs::create_directories(path, reason);

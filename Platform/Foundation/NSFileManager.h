@@ -57,6 +57,8 @@ class NSFileManager {
   /// Adds to the end of a file that is there. Pieces that several processes add never mix.
   [[nodiscard]] static Result<void> append(std::string_view bytes, const Path& path);
 
+  /// Makes an empty file. One that is there already stays as it is.
+  [[nodiscard]] static Result<void> createFile(const Path& path);
   /// Makes a folder and the ones above it. One that is there already is no failure.
   [[nodiscard]] static Result<void> createDirectory(const Path& path);
   /// Removes a file, or a folder with all that is in it. A missing item is a failure (`ENOENT`).

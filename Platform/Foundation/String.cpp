@@ -3,6 +3,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include <simdjson.h>
+
 namespace platform {
 
 std::string stringWithFormat(const char* format, ...) {
@@ -16,6 +18,10 @@ std::string stringWithFormat(const char* format, ...) {
   std::vsnprintf(text.data(), text.size() + 1, format, again);
   va_end(again);
   return text;
+}
+
+bool isUTF8(std::string_view bytes) {
+  return simdjson::validate_utf8(bytes);
 }
 
 }  // namespace platform

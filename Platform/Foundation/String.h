@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -8,5 +9,8 @@ namespace platform {
 ///
 ///     stringWithFormat("%04d-%02d", 2024, 3);  // "2024-03"
 [[nodiscard]] [[gnu::format(printf, 1, 2)]] std::string stringWithFormat(const char* format, ...);
+
+/// Whether the bytes are a text in UTF-8.
+[[nodiscard]] bool isUTF8(std::string_view bytes);
 
 }  // namespace platform

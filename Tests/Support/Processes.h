@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <thread>
 #include <vector>
 
@@ -11,9 +12,11 @@
 /// failed expectation in the child shows in its exit status.
 template <typename Work>
 pid_t startProcess(Work work) {
+  std::fflush(nullptr);
   const pid_t child = fork();
   if (child == 0) {
     work();
+    std::fflush(nullptr);  // the messages of what failed
     _exit(::testing::Test::HasFailure() ? 1 : 0);
   }
   return child;
