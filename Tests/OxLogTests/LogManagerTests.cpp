@@ -1,0 +1,187 @@
+#include "Foundation/NSFileManager.h"
+#include "Foundation/String.h"
+#include "Foundation/TestEnvironment.h"
+#include "OxLog/LogManager.h"
+#include "Support/Processes.h"
+
+#include <fstream>
+#include <map>
+#include <stdexcept>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+namespace fs = std::filesystem;
+
+/// Each step is a process of its own, which has a shared manager of its own.
+class LogManagerTest : public ::testing::Test {
+ protected:
+  template <typename Step>
+  static void inNewProcess(Step step) {
+    EXPECT_TRUE(endedWell(startProcess([&] {
+      step(LogManager::shared());
+      LogManager::shared().flush();
+    })));
+  }
+  static std::string unused() {
+    ADD_FAILURE() << "a message was built for a line that is not written";
+    return "";
+  }
+
+  [[nodiscard]] fs::path file() const { return environment_.directories().caches / "debug.log"; }
+  [[nodiscard]] std::vector<std::string> lines() const {
+    std::vector<std::string> result;
+    std::ifstream stream(file());
+    for (std::string line; std::getline(stream, line);) result.push_back(line);
+    return result;
+  }
+
+  TestEnvironment environment_;
+};
+
+TEST_F(LogManagerTest, ANewInstallationWritesNothing) {
+  inNewProcess([](LogManager&) {
+    Log::general.error(unused);
+    Log::general.error(std::runtime_error("lost"));
+  });
+  EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {
+  inNewProcess([](LogManager& manager) {
+    manager.enableDiskLogging({Log::notifications, Log::cache}, LogLevel::info);
+    Log::notifications.debug(unused);
+    Log::database.error(unused);
+    Log::notifications.info([] { return "Updating badges..."; });
+  });
+  const int line = __LINE__ - 2;
+  inNewProcess([](LogManager&) {  // the choice outlives the process that made it
+    Log::notifications.debug(unused);
+    Log::cache.error(Error("domain", 1, "The cache is full."));
+    Log::cache.error(std::make_shared<const Error>("domain", 2, "It is gone."));
+  });
+  const auto place = [&](int offset) {
+    return stringWithFormat("2024-03-07 12:00:00.000 [LogManagerTests:%d] TestBody() ",
+                            line + offset);
+  };
+  EXPECT_THAT(lines(), ElementsAre("🚨 [Notifications, INFO] " + place(0) + "Updating badges...",
+                                   "[Cache, ERROR] " + place(5) + "The cache is full.",
+                                   "[Cache, ERROR] " + place(6) + "It is gone."));
+}
+
+TEST_F(LogManagerTest, UnknownStoredChoicesAreIgnored) {
+  NSUserDefaults::standardUserDefaults().setObjects(
+      {{"__lm.logs", PropertyList::Array{"music", "podcasts"}}, {"__lm.level", "verbose"}});
+  inNewProcess([](LogManager& manager) {
+    EXPECT_TRUE(manager.shouldLogToDisk(Log::music, LogLevel::error));
+    EXPECT_FALSE(manager.shouldLogToDisk(Log::music, LogLevel::info));
+    EXPECT_FALSE(manager.shouldLogToDisk(Log::general, LogLevel::error));
+  });
+}
+
+TEST_F(LogManagerTest, EveryCategoryCanBeChosenAlone) {
+  ASSERT_EQ(allCases<Log::Category>().size(), 20U);
+  inNewProcess([](LogManager& manager) {
+    for (const auto chosen : allCases<Log::Category>()) {
+      manager.enableDiskLogging({{chosen}}, LogLevel::debug);
+      EXPECT_THAT(NSUserDefaults::standardUserDefaults().stringArrayForKey("__lm.logs").value(),
+                  ElementsAre(rawValue(chosen)));
+      for (const auto other : allCases<Log::Category>()) {
+        EXPECT_EQ(manager.shouldLogToDisk({other}, LogLevel::debug), other == chosen);
+      }
+    }
+  });
+}
+
+TEST_F(LogManagerTest, ALargeFileIsClearedBeforeAProcessesFirstLine) {
+  const auto logTwice = [](LogManager& manager) {
+    manager.enableDiskLogging({Log::general}, LogLevel::error);
+    Log::general.error([] { return "first"; });
+    manager.flush();
+    fs::resize_file(manager.debugLogUrl(), LogManager::logSizeLimit);
+    Log::general.error([] { return "second"; });
+  };
+  const struct {
+    std::uintmax_t before;
+    std::uintmax_t kept;
+  } cases[] = {{9999999, 10000000}, {10000000, 10000000}, {20000000, 10000000}};
+  for (const auto& [before, kept] : cases) {
+    fs::create_directories(file().parent_path());
+    std::ofstream(file()).put('x');
+    fs::resize_file(file(), before);
+    inNewProcess(logTwice);
+    EXPECT_GT(fs::file_size(file()), kept);
+    const bool wasCleared = std::ifstream(file()).get() != 'x';
+    EXPECT_EQ(wasCleared, before >= 10000000) << before;
+  }
+}
+
+TEST_F(LogManagerTest, TakesLinesFromTheWatch) {
+  const auto packet = [](const char* category, const char* level) {
+    return Data(stringWithFormat(
+        R"json({"date":731491501.25,"category":"%s","level":"%s","message":"m",)json"
+        R"json("filename":"/w/Extension.swift","function":"session(_:didReceive:)","line":7})json",
+        category, level));
+  };
+  inNewProcess([&](LogManager& manager) {
+    manager.enableDiskLogging({Log::workout, Log::watchConnectivity}, LogLevel::info);
+    manager.receiveFromWatch(packet("workout", "info"));
+    manager.receiveFromWatch(packet("workout", "debug"));
+    manager.receiveFromWatch(packet("music", "error"));
+    manager.receiveFromWatch(packet("podcasts", "error"));
+    manager.receiveFromWatch(Data("{"));
+  });
+  const auto isFailure = StartsWith("⌚️ [Watch Connectivity, ERROR] 2024-03-07 12:00:00.000 ");
+  EXPECT_THAT(lines(), ElementsAre("💪 [WATCH, Workout, INFO] 2024-03-07 9:05:01.250 [Extension:7] "
+                                   "session(_:didReceive:) m",
+                                   AllOf(isFailure, HasSubstr("category"), HasSubstr("podcasts")),
+                                   isFailure));
+}
+
+TEST_F(LogManagerTest, AFileThatCannotBeOpenedLosesOnlyItsLines) {
+  inNewProcess([&](LogManager& manager) {
+    const fs::path folder = environment_.directories().caches;
+    manager.enableDiskLogging({Log::general}, LogLevel::debug);
+    std::ofstream(folder) << "in the way";
+    Log::general.debug([] { return "lost"; });
+    manager.flush();
+    fs::remove(folder);
+    Log::general.debug([] { return "cleared away"; });
+    manager.flush();
+    fs::remove_all(folder);
+    Log::general.debug([] { return "no \xff text"; });
+    Log::general.debug([] { return "written"; });
+  });
+  EXPECT_THAT(lines(), ElementsAre(HasSubstr("written")));
+}
+
+TEST_F(LogManagerTest, ProcessesAndThreadsWriteEveryLineOnceAndWhole) {
+  constexpr int rounds = 100;
+  inNewProcess(
+      [](LogManager& manager) { manager.enableDiskLogging({Log::database}, LogLevel::debug); });
+  workInProcesses(2, 10, [](int worker) {
+    for (int round = 0; round < rounds; ++round) {
+      Log::database.debug([&] { return stringWithFormat("<%d/%d>", worker, round); });
+    }
+    LogManager::shared().flush();
+  });
+  std::map<std::string, int> counts;
+  for (const std::string& line : lines()) {
+    EXPECT_THAT(line,
+                StartsWith("🗄 [Database, DEBUG] 2024-03-07 12:00:00.000 [LogManagerTests:"));
+    ++counts[line.substr(line.find('<'))];
+  }
+  EXPECT_EQ(counts.size(), 20U * rounds);
+  EXPECT_EQ(lines().size(), 20U * rounds);
+}
+
+}  // namespace
+}  // namespace velloro
