@@ -3,6 +3,7 @@
 #include "Foundation/Coding.h"
 #include "Foundation/PropertyList.h"
 
+#include <concepts>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -57,7 +58,18 @@ struct JSONDecoder {
   /// \throws DecodingError
   template <typename T>
   [[nodiscard]] T decode(std::string_view json) const {
-    const JSONDocument document(json);
+    return read<T>(JSONDocument(json));
+  }
+  /// The same without a copy of the text, where a string has room for `JSONDocument::readAhead`
+  /// more bytes.
+  template <typename T, std::same_as<std::string> Text>
+  [[nodiscard]] T decode(const Text& json) const {
+    return read<T>(JSONDocument(json, json.capacity() - json.size()));
+  }
+
+ private:
+  template <typename T>
+  [[nodiscard]] T read(const JSONDocument& document) const {
     return Decoder(document.root(), dateForm).decode<T>();
   }
 };

@@ -176,11 +176,14 @@ void JSONDocument::GiveBack::operator()(Parser* parser) const {
   if (owned->parser.capacity() <= Parser::largestKeptCapacity) Parser::kept = std::move(owned);
 }
 
-JSONDocument::JSONDocument(std::string_view text) : parser_(Parser::take()), root_() {
+JSONDocument::JSONDocument(std::string_view text, std::size_t readableBehind)
+    : parser_(Parser::take()), root_() {
+  static_assert(readAhead >= simdjson::SIMDJSON_PADDING);
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   dom::element root;
-  const auto failure = parser_->parser.parse(text.data(), text.size()).get(root);
+  const auto failure =
+      parser_->parser.parse(text.data(), text.size(), readableBehind < readAhead).get(root);
   if (failure != simdjson::SUCCESS) {
     throw DecodingError(DecodingError::Kind::dataCorrupted, "", reasonText(failure, text));
   }

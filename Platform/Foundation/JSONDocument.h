@@ -67,12 +67,16 @@ class JSONFields {
   JSONNode end_;
 };
 
-/// A parsed JSON text.
+/// A parsed JSON text. The text itself is no longer needed.
 class JSONDocument {
  public:
+  static constexpr std::size_t readAhead = 64;
+
   /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that lies deeper than
   ///     `maximumJSONDepth`, or that holds a number beyond the range of a double.
-  explicit JSONDocument(std::string_view text);
+  /// \param readableBehind How many bytes behind the text belong to its memory. From
+  ///     `readAhead` on, the text needs no copy.
+  explicit JSONDocument(std::string_view text, std::size_t readableBehind = 0);
   ~JSONDocument();
 
   [[nodiscard]] JSONNode root() const { return root_; }

@@ -34,13 +34,13 @@ class ChunkStream {
   void Flush() {}
 
   void append(std::string_view text) {
-    while (!text.empty()) {
-      if (at_ == end_) spill();
-      const std::size_t count = std::min(text.size(), static_cast<std::size_t>(end_ - at_));
-      std::memcpy(at_, text.data(), count);
-      at_ += count;
+    while (text.size() > room()) {
+      const std::size_t count = room();
+      copy(text.substr(0, count));
       text.remove_prefix(count);
+      spill();
     }
+    copy(text);
   }
 
   void finish() {
@@ -49,6 +49,13 @@ class ChunkStream {
   }
 
  private:
+  [[nodiscard]] std::size_t room() const { return static_cast<std::size_t>(end_ - at_); }
+
+  void copy(std::string_view text) {
+    std::memcpy(at_, text.data(), text.size());
+    at_ += text.size();
+  }
+
   void spill() {
     finish();
     if (!large_.empty()) return;
@@ -69,9 +76,10 @@ constexpr std::uint64_t everyByte(std::uint8_t byte) {
   return 0x0101010101010101U * byte;
 }
 
-/// The high bit of each byte that is zero (and of some behind it, which does no harm here).
-constexpr std::uint64_t zeroBytes(std::uint64_t word) {
-  return (word - everyByte(1)) & ~word & everyByte(0x80);
+/// The high bit of each byte that is less than `limit` (at most 0x80), and perhaps of some behind
+/// one, which does no harm here.
+constexpr std::uint64_t bytesBelow(std::uint64_t word, std::uint8_t limit) {
+  return (word - everyByte(limit)) & ~word & everyByte(0x80);
 }
 
 struct Contents {
@@ -79,16 +87,30 @@ struct Contents {
   bool isASCII = true;
 };
 
+std::uint64_t wordAt(const char* at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  return word;
+}
+
+/// The last 1 to 8 bytes of a text, among bytes that need no escape or that are seen twice.
+std::uint64_t lastWord(std::string_view text) {
+  if (text.size() >= sizeof(std::uint64_t)) return wordAt(text.data() + text.size() - 8);
+  std::uint64_t word = everyByte(' ');
+  for (const char c : text) word = word << 8 | static_cast<std::uint8_t>(c);
+  return word;
+}
+
 Contents contentsOf(std::string_view text) {
   std::uint64_t escapes = 0;
   std::uint64_t bytes = 0;
-  for (std::size_t at = 0; at < text.size(); at += sizeof(std::uint64_t)) {
-    std::uint64_t word = everyByte(' ');
-    std::memcpy(&word, text.data() + at, std::min(sizeof word, text.size() - at));
+  const auto look = [&](std::uint64_t word) {
     bytes |= word;
-    escapes |= ((word - everyByte(0x20)) & ~word & everyByte(0x80)) |
-               zeroBytes(word ^ everyByte('"')) | zeroBytes(word ^ everyByte('\\'));
-  }
+    escapes |= bytesBelow(word, 0x20) | bytesBelow(word ^ everyByte('"'), 1) |
+               bytesBelow(word ^ everyByte('\\'), 1);
+  };
+  for (std::size_t at = 0; at + 8 < text.size(); at += 8) look(wordAt(text.data() + at));
+  look(lastWord(text));
   return {.needsEscapes = escapes != 0, .isASCII = (bytes & everyByte(0x80)) == 0};
 }
 

@@ -46,15 +46,17 @@ Result<std::string> NSFileHandle::readToEnd() {
   std::string bytes;
   struct stat status {};
   if (auto known = getStatus(status); !known) return std::unexpected(known.error());
-  // One byte more than expected, so that the end shows without a further turn of growing.
-  std::size_t room = static_cast<std::size_t>(status.st_size) + 1;
+  // More than expected, so that the end shows without a further turn of growing. What stays free
+  // saves readers of JSON a copy.
+  constexpr std::size_t spare = 4096;
+  std::size_t room = static_cast<std::size_t>(status.st_size) + spare;
   for (std::size_t filled = 0;;) {
     bytes.resize(filled + room);
     const ssize_t count =
         uninterrupted([&] { return ::read(descriptor_, bytes.data() + filled, room); });
     if (count < 0) return fileFailure("cannot read", path_);
     filled += static_cast<std::size_t>(count);
-    room = std::max<std::size_t>(room - static_cast<std::size_t>(count), 4096);
+    room = std::max(room - static_cast<std::size_t>(count), spare);
     if (count == 0) {
       bytes.resize(filled);
       return bytes;

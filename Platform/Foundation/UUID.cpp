@@ -3,7 +3,6 @@
 #include "Foundation/Environment.h"
 
 #include <bit>
-#include <cstring>
 
 namespace platform {
 namespace {
@@ -13,13 +12,19 @@ constexpr bool dashBefore(std::size_t byte) {
   return byte == 4 || byte == 6 || byte == 8 || byte == 10;
 }
 
-/// 0 to 15, or -1.
-constexpr int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+constexpr std::uint8_t noDigit = 0xFF;
+
+constexpr auto digitOf = [] {
+  std::array<std::uint8_t, 256> table{};
+  table.fill(noDigit);
+  for (std::uint8_t i = 0; i < 16; ++i) {
+    const char capital = hexDigits[i];
+    const char small = i < 10 ? capital : static_cast<char>(capital - 'A' + 'a');
+    table[static_cast<std::uint8_t>(capital)] = table[static_cast<std::uint8_t>(small)] = i;
+  }
+  return table;
+}();
 
 }  // namespace
 
@@ -35,25 +40,25 @@ UUID UUID::random() {
 std::optional<UUID> UUID::fromString(std::string_view text) {
   if (text.size() != 36) return std::nullopt;
   Bytes bytes;
+  std::uint8_t seen = 0;
   const char* at = text.data();
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (dashBefore(i) && *at++ != '-') return std::nullopt;
-    const int high = hexDigit(*at++);
-    const int low = hexDigit(*at++);
-    if (high < 0 || low < 0) return std::nullopt;
+    const std::uint8_t high = digitOf[static_cast<std::uint8_t>(*at++)];
+    const std::uint8_t low = digitOf[static_cast<std::uint8_t>(*at++)];
+    seen |= high | low;
     bytes[i] = static_cast<std::uint8_t>(high << 4 | low);
   }
-  return UUID(bytes);
+  return seen == noDigit ? std::nullopt : std::optional(UUID(bytes));
 }
 
 std::string UUID::uuidString() const {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  text.reserve(36);
+  std::string text(36, '-');
+  char* at = text.data();
   for (std::size_t i = 0; i < bytes_.size(); ++i) {
-    if (dashBefore(i)) text += '-';
-    text += digits[bytes_[i] >> 4];
-    text += digits[bytes_[i] & 0x0F];
+    if (dashBefore(i)) ++at;
+    *at++ = hexDigits[bytes_[i] >> 4];
+    *at++ = hexDigits[bytes_[i] & 0x0F];
   }
   return text;
 }
