@@ -1,0 +1,344 @@
+#include "Foundation/Hasher.h"
+#include "Foundation/JSON.h"
+#include "FoundationTests/CodingRecords.h"
+
+#include <cmath>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+using Kind = DecodingError::Kind;
+using Layout = JSONWriter::Layout;
+
+TEST(JSON, DoesAsTheExampleSays) {
+  const Note note{Day{20240307}, Place{Place::Pinned{}}, Mood::good, {"a"}};
+  const std::string json = JSONEncoder{}.encode(note);
+  EXPECT_EQ(json, R"({"day":20240307,"place":{"pinned":{}},"mood":"g","lines":["a"]})");
+  EXPECT_EQ(JSONDecoder{}.decode<Note>(json), note);
+  const std::unordered_set<Note> notes{note};
+  EXPECT_TRUE(notes.contains(note));
+}
+
+Everything fullRecord() {
+  Everything full;
+  full.flag = true;
+  full.integer = std::numeric_limits<std::int64_t>::min();
+  full.large = std::numeric_limits<std::int64_t>::max();
+  full.small = -128;
+  full.real = 0.1;
+  full.text = "\"quoted\" \\ \n \x7F \xC3\xA4 and more than one word of 8 bytes";
+  full.weekday = Weekday::tuesday;
+  full.origin = Origin::shortcut;
+  full.date = Date::fromISO8601("2024-03-07T01:59:59Z").value();
+  full.zone = TimeZone::fromIdentifier("Asia/Kathmandu").value();
+  full.id = UUID::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427").value();
+  full.data = Data(std::string("\0\xFF", 2));
+  full.info = PropertyList::Dictionary{{"b", PropertyList::Array{1, nullptr}}, {"a", 2.5}};
+  full.time = Time{86399};
+  full.streak = Streak{3, 9};
+  const Note note{Day{5}, Place{Day{20240307}}, Mood::bad, {"", "x"}};
+  full.changes = {Change::of<0>(1.5),
+                  Change::of<1>(60.0),
+                  Change::of<2>(Change::Both{2, 3}),
+                  Change::of<2>(Change::Both{2, std::nullopt}),
+                  Change::of<3>(Day{7}, Mood::good),
+                  Change::of<4>(note),
+                  Change::of<5>()};
+  full.flags = {true, false};
+  full.gaps = {1, std::nullopt, 3};
+  full.tags = {Tag("a"), Tag("")};
+  full.days = {Day{3}, Day{1}};
+  full.moods = {Mood::bad, Mood::good};
+  full.notes = {{"", note}, {"none", std::nullopt}};
+  full.numbers = {{10, 1}, {-9, 0.5}, {9, 2}, {std::numeric_limits<std::int64_t>::max(), 0}};
+  full.streaks = {{Day{20240307}, {1, 2}}, {Day{9}, {}}};
+  full.names = {{Weekday::monday, "M"}, {Weekday::sunday, "S"}};
+  full.due = Date::distantPast();
+  full.tag = Tag("b");
+  full.rows = {{}, {1, 2}};
+  return full;
+}
+
+TEST(JSON, EveryMemberSurvives) {
+  const Everything records[] = {fullRecord(), Everything{}};
+  for (const Everything& record : records) {
+    for (const DateForm dateForm : {DateForm::iso8601, DateForm::secondsSinceReferenceDate}) {
+      for (const Layout layout : {Layout::compact, Layout::pretty}) {
+        for (const bool sortsKeys : {false, true}) {
+          const JSONEncoder encoder{.dateForm = dateForm, .layout = layout, .sortsKeys = sortsKeys};
+          const JSONDecoder decoder{.dateForm = dateForm};
+          const std::string json = encoder.encode(record);
+          const auto back = decoder.decode<Everything>(json);
+          EXPECT_EQ(back, record) << json;
+          EXPECT_EQ(encoder.encode(back), json);
+          EXPECT_EQ(hashValue(back), hashValue(record));
+          EXPECT_EQ(fromPropertyList<Everything>(toPropertyList(record, encoder), decoder), record);
+        }
+      }
+    }
+  }
+  EXPECT_NE(hashValue(records[0]), hashValue(records[1]));
+}
+
+/// What `json` reads as, written again; or the description of the error.
+template <typename T>
+std::string readAndWritten(std::string_view json) {
+  try {
+    return JSONEncoder{.dateForm = DateForm::iso8601}.encode(
+        JSONDecoder{.dateForm = DateForm::iso8601}.decode<T>(json));
+  } catch (const DecodingError& error) {
+    return error.localizedDescription();
+  }
+}
+
+struct ReadCase {
+  std::string (*read)(std::string_view);
+  const char* json;
+  const char* result;
+};
+
+void check(std::initializer_list<ReadCase> cases) {
+  for (const auto& [read, json, result] : cases) EXPECT_EQ(read(json), result) << json;
+}
+
+TEST(JSON, ReadsNumbersOnlyWhereTheyFit) {
+  const auto integer = readAndWritten<std::int64_t>;
+  const auto byte = readAndWritten<std::uint8_t>;
+  const auto large = readAndWritten<std::uint64_t>;
+  const auto real = readAndWritten<double>;
+  check({
+      {integer, "3.0", "3"},
+      {integer, "-0.0", "0"},
+      {integer, "9223372036854775807", "9223372036854775807"},
+      {integer, "-9223372036854775808", "-9223372036854775808"},
+      {integer, "-9.223372036854775808e18", "-9223372036854775808"},
+      {integer, "3.5", "Expected an integer of 64 bits, found the number 3.5."},
+      {integer, "1e300", "Expected an integer of 64 bits, found the number 1e+300."},
+      {integer, "9223372036854775808",
+       "Expected an integer of 64 bits, found the number 9223372036854775808."},
+      {integer, "true", "Expected an integer, found true."},
+      {integer, R"("3")", "Expected an integer, found the text \"3\"."},
+      {integer, "null", "Expected an integer, found null."},
+      {byte, "255", "255"},
+      {byte, "256", "Expected an integer from 0 to 255, found the number 256."},
+      {byte, "-1", "Expected an integer from 0 to 255, found the number -1."},
+      {large, "18446744073709551615", "18446744073709551615"},
+      {real, "5", "5"},
+      {real, "5.0", "5"},
+      {real, "0.1", "0.1"},
+      {real, "-0.0", "-0.0"},
+      {real, "1e20", "1e+20"},
+      {real, "100000000000000000000.0", "1e+20"},
+      {real, "18446744073709551615", "1.8446744073709552e+19"},
+      {real, "true", "Expected a number, found true."},
+      {readAndWritten<bool>, "1", "Expected true or false, found the number 1."},
+  });
+}
+
+TEST(JSON, WhatIsMissingReadsAsTheListSays) {
+  const auto note = readAndWritten<Note>;
+  const auto streak = readAndWritten<Streak>;
+  check({
+      {note, R"({"day":1,"place":{"pinned":{}}})", R"({"day":1,"place":{"pinned":{}},"lines":[]})"},
+      {note, R"({"x":{"day":7},"lines":null,"mood":null,"place":{"pinned":{}},"day":1,"y":[]})",
+       R"({"day":1,"place":{"pinned":{}},"lines":[]})"},
+      {note, R"({"day":1,"place":{"pinned":{}},"mood":"g","lines":["a"],"day":2,"mood":null,
+                 "lines":null})",
+       R"({"day":2,"place":{"pinned":{}},"lines":[]})"},
+      {streak, R"({"current":4})", R"({"current":4,"best":4})"},
+      {streak, R"({"best":5,"current":4,"best":null})", R"({"current":4,"best":4})"},
+      {readAndWritten<std::vector<Streak>>, R"([{"current":4,"best":5},{"current":1}])",
+       R"([{"current":4,"best":5},{"current":1,"best":1}])"},
+      {note, R"({"place":{"pinned":{}}})", "The key \"day\" is missing."},
+      {note, R"({"day":null,"place":{"pinned":{}}})", "day: Expected an integer, found null."},
+      {note, "[]", "Expected an object, found an array."},
+  });
+}
+
+TEST(JSON, VariantsHaveExactlyOneKey) {
+  const auto change = readAndWritten<Change>;
+  const auto origin = readAndWritten<Origin>;
+  check({
+      {change, R"({"quantity":{"_0":2}})", R"({"quantity":{"_0":2}})"},
+      {change, R"({"duration":2})", R"({"duration":2})"},
+      {change, R"({"both":{"_1":1,"_0":2}})", R"({"both":{"_0":2,"_1":1}})"},
+      {change, R"({"both":{"_0":2,"_1":null}})", R"({"both":{"_0":2}})"},
+      {change, R"({"moved":{"to":3,"mood":"b"}})", R"({"moved":{"to":3,"mood":"b"}})"},
+      {change, R"({"none":{}})", R"({"none":{}})"},
+      {change, "{}", "Invalid number of keys found, expected one."},
+      {change, R"({"duration":2,"none":{}})", "Invalid number of keys found, expected one."},
+      {change, R"({"nothing":{}})", "No case of Change is named \"nothing\"."},
+      {change, R"({"both":{"_1":1}})", "both: The key \"_0\" is missing."},
+      {change, R"({"moved":{"to":0,"mood":"b"}})", "moved.to: Unable to create Day from 0"},
+      {change, R"("none")", "Expected an object, found the text \"none\"."},
+      {origin, R"({"fromApp":{}})", R"({"fromApp":{}})"},
+      {origin, R"({"app":{}})", "No case of Origin is named \"app\"."},
+      {origin, R"({"fromApp":{},"fromShortcut":{}})",
+       "Invalid number of keys found, expected one."},
+      {readAndWritten<Mood>, R"("x")", "No case of Mood is the text \"x\"."},
+      {readAndWritten<Weekday>, "3", "No case of Weekday is the number 3."},
+  });
+}
+
+TEST(JSON, ContainersAndSingleValues) {
+  const auto numbers = readAndWritten<std::unordered_map<std::int16_t, int>>;
+  const auto names = readAndWritten<std::unordered_map<Weekday, std::string>>;
+  const auto time = readAndWritten<Time>;
+  check({
+      {readAndWritten<std::unordered_set<int>>, "[3,1,2,1,10]", "[1,2,3,10]"},
+      {numbers, R"({"10":1,"-9":2,"9":3,"10":4})", R"({"-9":2,"9":3,"10":4})"},
+      {numbers, R"({"x":1})", "x: Expected an integer for a key, found \"x\"."},
+      {numbers, R"({"1.0":1})", "1.0: Expected an integer for a key, found \"1.0\"."},
+      {numbers, R"({"40000":1})", "40000: Expected an integer for a key, found \"40000\"."},
+      {names, R"([2,"t",0,"s"])", R"([0,"s",2,"t"])"},
+      {names, "[2]", "Expected as many values as keys, found a key at the end."},
+      {names, R"([2,"t",7,"s"])", "[2]: No case of Weekday is the number 7."},
+      {time, "86399", "86399"},
+      {time, R"({"h":1,"m":2})", "3720"},
+      {time, "86400", "Expected an integer from 0 to 86399, found the number 86400."},
+      {time, R"({"m":2})", "Expected an integer, found an object."},
+      {readAndWritten<Data>, R"("AAA")", "Expected a text in Base64, found the text \"AAA\"."},
+      {readAndWritten<UUID>, R"("1B4E")", "Expected a UUID, found the text \"1B4E\"."},
+      {readAndWritten<TimeZone>, R"({"identifier":"GMT+0530"})", R"({"identifier":"GMT+0530"})"},
+      {readAndWritten<TimeZone>, R"({"identifier":"Mars"})", "No time zone is named \"Mars\"."},
+      {readAndWritten<Date>, R"("2024-03-07T01:59:59.75Z")", R"("2024-03-07T01:59:59Z")"},
+      {readAndWritten<Date>, R"("2024-13-07")",
+       "Expected a date in ISO 8601, found the text \"2024-13-07\"."},
+      {readAndWritten<Date>, "731462399", "Expected a text, found the number 731462399."},
+  });
+}
+
+TEST(JSON, ErrorsTellTheirKindAndPath) {
+  struct Case {
+    const char* key;
+    const char* value;
+    Kind kind;
+    const char* path;
+  };
+  const Case cases[] = {
+      {"changes", R"([{"none":{}},{"note":{"day":1}}])", Kind::keyNotFound, "changes[1].note"},
+      {"changes", R"([{"note":{"day":1,"place":{"date":{"_0":-5}}}}])", Kind::dataCorrupted,
+       "changes[0].note.place.date._0"},
+      {"notes", R"({"a b":{"day":1,"place":{"pinned":{}},"lines":["a",5]}})", Kind::typeMismatch,
+       "notes.a b.lines[1]"},
+      {"numbers", R"({"12":"x"})", Kind::typeMismatch, "numbers.12"},
+      {"streaks", R"([20240307,{"current":null}])", Kind::valueNotFound, "streaks[1].current"},
+      {"rows", "[[1],[2,[]]]", Kind::typeMismatch, "rows[1][1]"},
+      {"tag", R"(["a"])", Kind::dataCorrupted, "tag"},
+      {"zone", R"({"id":1})", Kind::keyNotFound, "zone"},
+      {"small", "128", Kind::dataCorrupted, "small"},
+  };
+  for (const auto& [key, value, kind, path] : cases) {
+    PropertyList record = toPropertyList(fullRecord());
+    (*record.dictionary())[key] = PropertyList::fromJSON(value);
+    try {
+      (void)fromPropertyList<Everything>(record);
+      ADD_FAILURE() << key << ": " << value;
+    } catch (const DecodingError& error) {
+      EXPECT_EQ(error.kind(), kind) << error.what();
+      EXPECT_EQ(error.codingPath(), path) << error.what();
+    }
+  }
+}
+
+TEST(JSON, RefusesWhatIsNoJSON) {
+  const std::string longText(100, 'x');
+  for (const std::string& json :
+       {std::string(), std::string(" \n"), std::string("{"), std::string("[1,"), std::string("nul"),
+        std::string("01"), std::string("1 2"), std::string("\"\xC3\""), std::string("\"a\nb\""),
+        std::string("\"\\ud800\""), std::string("1e999"), std::string(5000, '['),
+        std::string("[\0]", 3), "[" + longText}) {
+    try {
+      (void)JSONDecoder{}.decode<PropertyList>(json);
+      ADD_FAILURE() << json;
+    } catch (const DecodingError& error) {
+      EXPECT_EQ(error.kind(), Kind::dataCorrupted);
+      EXPECT_TRUE(error.localizedDescription().starts_with("The text")) << error.what();
+      EXPECT_LT(error.localizedDescription().size(), 250U);
+      // The description can itself be stored.
+      EXPECT_NO_THROW((void)JSONEncoder{}.encode(error.localizedDescription()));
+    }
+  }
+  EXPECT_EQ(JSONDecoder{}.decode<int>("\xEF\xBB\xBF 7"), 7);
+}
+
+TEST(JSON, RefusesToWriteWhatCannotBeRead) {
+  struct Case {
+    void (*spoil)(Everything&);
+    const char* path;
+  };
+  const Case cases[] = {
+      {[](Everything& record) { record.numbers[12] = std::nan(""); }, "numbers.12"},
+      {[](Everything& record) { record.changes[1] = Change::of<0>(-INFINITY); },
+       "changes[1].quantity._0"},
+      {[](Everything& record) { record.text = "\xFF"; }, "text"},
+      {[](Everything& record) { record.notes["\xC3"]; }, "notes"},
+      {[](Everything& record) { record.due = Date::since1970(253402300800); }, "due"},
+      {[](Everything& record) { record.due = Date::since1970(-62167219201); }, "due"},
+  };
+  for (const auto& [spoil, path] : cases) {
+    Everything record = fullRecord();
+    spoil(record);
+    try {
+      (void)JSONEncoder{.dateForm = DateForm::iso8601}.encode(record);
+      ADD_FAILURE() << path;
+    } catch (const EncodingError& error) {
+      EXPECT_EQ(error.codingPath(), path) << error.what();
+    }
+  }
+}
+
+TEST(JSON, SortsTheKeysOfEveryObject) {
+  const PropertyList list = PropertyList::fromJSON(R"({"b":[{"z":1,"a":-0.0}],"B":null})");
+  const JSONEncoder encoder{.layout = Layout::pretty, .sortsKeys = true};
+  EXPECT_EQ(encoder.encode(Streak{1, 2}), "{\n  \"best\": 2,\n  \"current\": 1\n}");
+  EXPECT_EQ(JSONEncoder{.sortsKeys = true}.encode(list), list.json());
+}
+
+TEST(JSON, HandsLongTextsOnInPieces) {
+  std::vector<std::string> lines{std::string(700000, 'a'), std::string(300000, '"'), "\xC3\xA4"};
+  for (int i = 0; i < 50000; ++i) lines.push_back(std::to_string(i));
+  std::string json;
+  JSONEncoder{}.encode(lines, [&](std::string_view piece) {
+    EXPECT_LE(piece.size(), 256U * 1024);
+    json += piece;
+  });
+  EXPECT_EQ(JSONDecoder{}.decode<std::vector<std::string>>(json), lines);
+  json.reserve(json.size() + JSONDocument::readAhead);
+  EXPECT_EQ(JSONDecoder{}.decode<std::vector<std::string>>(json), lines);
+}
+
+/// Holds JSON in a text, so that reading one document needs another.
+struct Envelope {
+  std::vector<Envelope> inside;
+  bool operator==(const Envelope&) const = default;
+  void encode(Encoder& to) const { to.text(JSONEncoder{}.encode(inside)); }
+  static Envelope decode(const Decoder& from) {
+    return {JSONDecoder{}.decode<std::vector<Envelope>>(from.text())};
+  }
+};
+
+TEST(JSON, DocumentsCanBeReadWhileOthersAre) {
+  const Envelope envelope{{{{{}, {{{}}}}}, {}, {{{}}}}};
+  EXPECT_EQ(JSONDecoder{}.decode<Envelope>(JSONEncoder{}.encode(envelope)), envelope);
+}
+
+TEST(Hasher, TellsValuesApart) {
+  const std::string one = "a", two = "bc", joined = "ab", rest = "c";
+  EXPECT_NE(hashValue(std::pair(one, two)), hashValue(std::pair(joined, rest)));
+  EXPECT_NE(hashValue(std::optional<int>()), hashValue(std::optional<int>(0)));
+  EXPECT_NE(hashValue(std::vector<int>{0}), hashValue(std::vector<int>{0, 0}));
+  EXPECT_NE(hashValue(Change::of<0>(1.0)), hashValue(Change::of<1>(1.0)));
+  EXPECT_NE(hashValue(std::unordered_set<int>{1, 2}), hashValue(std::unordered_set<int>{0, 3}));
+  EXPECT_EQ(hashValue(0.0), hashValue(-0.0));
+  EXPECT_EQ(hashValue(std::string("zone")), hashValue("zone"));
+  // Stored and sent to other machines: never to change.
+  const Note note{Day{20240307}, Place{Place::Pinned{}}, Mood::good, {"a longer line"}};
+  EXPECT_EQ(hashValue(note), 16329863284706351574U);
+}
+
+}  // namespace
+}  // namespace platform
