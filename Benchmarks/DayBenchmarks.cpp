@@ -1,5 +1,6 @@
 // Day arithmetic and the logical day of an instant, beside ICU's calendar and cctz.
 
+#include "Foundation/NSCache.h"
 #include "OxDateTime/YYYYMMDD.h"
 
 #include <memory>
@@ -190,11 +191,29 @@ void registerDateAt() {
   });
 }
 
+/// Why no day is memoised: on the calendar's road, the slow one, counting takes less than looking
+/// up.
+void registerCalendarRoad() {
+  using benchmark::RegisterBenchmark;
+  using benchmark::State;
+  RegisterBenchmark("next_day_by_calendar/velloro", [](State& state) {
+    overAll(state, days(),
+            [](const YYYYMMDD& day, const auto&) { return day.nextDayUsingCalendar(); });
+  });
+  RegisterBenchmark("next_day_by_calendar/memo", [](State& state) {
+    NSCache<std::int64_t, YYYYMMDD> memo;
+    for (const YYYYMMDD& day : days()) memo.setObject(day.intValue(), day.nextDay());
+    overAll(state, days(),
+            [&](const YYYYMMDD& day, const auto&) { return *memo.object(day.intValue()); });
+  });
+}
+
 [[maybe_unused]] const bool registered = [] {
   registerDayArithmetic();
   registerLogicalDay("in_order", true);
   registerLogicalDay("at_random", false);
   registerDateAt();
+  registerCalendarRoad();
   return true;
 }();
 

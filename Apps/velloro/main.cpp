@@ -29,11 +29,10 @@ int run(int argumentCount, char** arguments) {
   global.addTo(app);
   addDayCommand(app);
 
-  // The environment stands before any command runs, and for the rest of the process.
-  app.parse_complete_callback([&] {
-    static ProcessEnvironment environment(global.environment());
-    Environment::install(&environment);
-  });
+  // The environment stands before any command runs, and is never destroyed: background work may
+  // read it until the very end.
+  app.parse_complete_callback(
+      [&] { Environment::install(new ProcessEnvironment(global.environment())); });
   try {
     app.parse(argumentCount, arguments);
     if (app.get_subcommands().empty()) throw UsageError("a command is needed; see velloro --help");

@@ -9,7 +9,8 @@ namespace velloro {
 /// What is dear to make and the same for every caller: the formatters of calendar texts, made once
 /// for each locale at first use and kept for the life of the process. Safe from any thread.
 ///
-/// Days, months and instants are not kept here: counting them takes less time than looking them up.
+/// Days, months and instants are not kept here: counting them takes a few nanoseconds, and even by
+/// way of the calendar's instants about as long as a look-up (benchmark `next_day_by_calendar`).
 class OxDateTimeCache {
  public:
   struct Formatters {

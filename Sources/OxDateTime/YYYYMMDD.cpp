@@ -23,6 +23,10 @@ bool daysAreNumbers() {
   return !Environment::current().timeZone().hasSkippedOrRepeatedDays();
 }
 
+Calendar deviceCalendar() {
+  return Calendar(Environment::current().timeZone());
+}
+
 Date noon(const YYYYMMDD& day, const Calendar& calendar) {
   return calendar.date(
       ClockTime{.dayNumber = day.dayNumber(), .secondOfDay = HHMMSS::midday.intValue()});
@@ -82,7 +86,7 @@ YYYYMMDD YYYYMMDD::nextDay() const {
 
 YYYYMMDD YYYYMMDD::previousDay() const {
   if (!daysAreNumbers()) {
-    const Calendar& here = calendar();
+    const Calendar here = deviceCalendar();
     return readBack(noon(*this, here) - secondsPerDay, here);
   }
   if (m >= 1 && m <= 12 && d > 1 && d <= 28) return {.y = y, .m = m, .d = d - 1};
@@ -90,13 +94,13 @@ YYYYMMDD YYYYMMDD::previousDay() const {
 }
 
 YYYYMMDD YYYYMMDD::nextDayUsingCalendar() const {
-  const Calendar& here = calendar();
+  const Calendar here = deviceCalendar();
   return readBack(noon(*this, here) + secondsPerDay, here);
 }
 
 YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
   if (numDays == 0) return *this;
-  if (!daysAreNumbers()) return addUsingCalendar(calendar(), numDays);
+  if (!daysAreNumbers()) return addUsingCalendar(deviceCalendar(), numDays);
   return fromDayNumber(dayNumber() + std::clamp(numDays, -largestCount, largestCount));
 }
 
@@ -107,7 +111,7 @@ YYYYMMDD YYYYMMDD::addUsingCalendar(const Calendar& calendar, std::int64_t numDa
 
 DayOfWeek YYYYMMDD::dayOfWeek() const {
   if (!daysAreNumbers()) {
-    const Calendar& here = calendar();
+    const Calendar here = deviceCalendar();
     return static_cast<DayOfWeek>(here.weekday(noon(*this, here)) - 1);
   }
   return static_cast<DayOfWeek>(weekdayOfDays(dayNumber()));
@@ -116,7 +120,7 @@ DayOfWeek YYYYMMDD::dayOfWeek() const {
 std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay) const {
   const std::int64_t from = dayNumber();
   const std::int64_t days =
-      daysAreNumbers() ? to.dayNumber() - from : calendar().daysBetween(from, to.dayNumber());
+      daysAreNumbers() ? to.dayNumber() - from : deviceCalendar().daysBetween(from, to.dayNumber());
   return days + (includeThisDay ? 1 : 0);
 }
 
