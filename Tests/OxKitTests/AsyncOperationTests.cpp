@@ -1,0 +1,80 @@
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/NSOperationQueue.h"
+#include "OxKit/AsyncOperation.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+using Steps = std::vector<std::string>;
+
+/// What observers of an operation heard: the flag that changed, with its new value.
+struct Changes {
+  explicit Changes(AsyncOperation& it)
+      : executing(it.addObserver("isExecuting",
+                                 [&] { heard.push_back(it.isExecuting() ? "runs" : "rests"); })),
+        finished(it.addObserver("isFinished",
+                                [&] { heard.push_back(it.isFinished() ? "ended" : "back"); })) {}
+
+  Steps heard;
+  NSNotificationCenter::Token executing, finished;
+};
+
+TEST(AsyncOperation, EndsOnceWhenItSaysSo) {
+  std::shared_ptr<AsyncBlockOperation> given;
+  const auto operation = std::make_shared<AsyncBlockOperation>([&](auto self) { given = self; });
+  const Changes changes(*operation);
+  operation->start();
+  EXPECT_EQ(given, operation);
+  EXPECT_EQ(changes.heard, (Steps{"runs"}));
+  operation->complete();
+  operation->complete();
+  operation->start();
+  EXPECT_EQ(changes.heard, (Steps{"runs", "rests", "ended"}));
+}
+
+TEST(AsyncOperation, CompletesWithoutAStartOrABlock) {
+  AsyncBlockOperation unstarted, empty;
+  const Changes changes(unstarted);
+  unstarted.complete();
+  EXPECT_EQ(changes.heard, (Steps{"ended"}));
+  empty.start();
+  EXPECT_TRUE(empty.isFinished());
+}
+
+TEST(AsyncOperation, KeepsItsPlaceInAQueueUntilItCompletes) {
+  NSOperationQueue queue;
+  queue.setMaxConcurrentOperationCount(1);
+  Steps steps;  // one operation at a time writes it
+  for (const char* name : {"a", "b"}) {
+    queue.addOperation(std::make_shared<AsyncBlockOperation>([&steps, name](auto operation) {
+      steps.push_back(std::string("start ") + name);
+      DispatchQueue::global().async([&steps, name, operation] {
+        steps.push_back(std::string("end ") + name);
+        operation->complete();
+      });
+    }));
+  }
+  queue.waitUntilAllOperationsAreFinished();
+  EXPECT_EQ(steps, (Steps{"start a", "end a", "start b", "end b"}));
+}
+
+TEST(AsyncOperation, IsStartedEvenWhenCancelled) {
+  bool wasCancelled = false;
+  const auto operation = std::make_shared<AsyncBlockOperation>([&](auto self) {
+    wasCancelled = self->isCancelled();
+    self->complete();
+  });
+  operation->cancel();
+  NSOperationQueue queue;
+  queue.addOperation(operation);
+  operation->waitUntilFinished();
+  EXPECT_TRUE(wasCancelled);
+}
+
+}  // namespace
+}  // namespace velloro
