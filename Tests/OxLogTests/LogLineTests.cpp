@@ -34,29 +34,18 @@ TEST(LogLine, IsBuiltFromItsParts) {
   }
 }
 
-TEST(LogLine, SurvivesInstantsBeyondTheCalendar) {
-  for (const double seconds : {1e300, -1e300, std::nan("")}) {
-    LogManager::WatchDebugPacket line;
-    line.date = Date::sinceReferenceDate(seconds);
-    EXPECT_TRUE(logLineText(line, "", TimeZone::gmt()).ends_with(".000 [:0]  \n"));
-  }
-}
-
 TEST(LogLine, ReducesASignatureToTheName) {
   const struct {
     const char* signature;
     const char* name;
   } cases[] = {
       {"void velloro::NotificationManager::update(int)", "update()"},
-      {"int main()", "main()"},
-      {"velloro::{anonymous}::S::S()", "S()"},
       {"a::(anonymous namespace)::S::~S()", "~S()"},
       {"std::vector<T> a::S::t(std::map<int, T>) [with T = int]", "t()"},
       {"a::S::t<int>(std::map<int, std::less<int> >)::<lambda(int)>::<lambda()>", "t()"},
       {"static decltype(auto) a::S::d()", "d()"},
       {"void (* a::S::p(int))(int)", "p()"},
       {"void TT<T>::m(U) [with U = int; T = std::vector<int>]", "m()"},
-      {"a::S::operator bool() const", "operator bool()"},
       {"void a::S::operator()(int)", "operator()()"},
       {"bool a::S::operator<(const a::S&) const", "operator<()"},
       {"a::S::operator std::vector<int>()", "operator std::vector<int>()"},
