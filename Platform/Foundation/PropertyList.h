@@ -29,9 +29,9 @@ class Hasher;
 ///     info["x"]["y"].isNull();    // true: what is missing reads as null
 ///     info.json();                // {"days":5,"id":"a1"}
 ///
-/// A number is an integer wherever it is one that fits 64 bits with a sign (5.0 is the same value as
-/// 5, but -0.0 is a real), and dictionaries are kept in the order of their keys, so that equal values
-/// give equal texts.
+/// A number is an integer wherever it is one that fits 64 bits with a sign (5.0 is the same value
+/// as 5, but -0.0 is a real), and dictionaries are kept in the order of their keys, so that equal
+/// values give equal texts.
 class PropertyList {
  public:
   using Array = std::vector<PropertyList>;

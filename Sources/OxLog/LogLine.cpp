@@ -16,8 +16,9 @@ constexpr std::string_view lineLabel(LogLevel level) {
 /// The date in the form "y-MM-dd H:mm:ss.SSS", by plain arithmetic: a formatter made for any
 /// locale would cost more than all the rest of a line.
 std::string dateFormatter(Date date, const TimeZone& zone) {
-  // An instant's binary fraction may lie just below the thousandth that was meant.
-  const Date rounded = date + 0.0005;
+  // An instant's binary fraction may lie just below the thousandth that was meant; what is beyond
+  // a microsecond of it is cut off, as date formatters do.
+  const Date rounded = date + 0.000'000'5;
   const std::int64_t seconds = rounded.secondsSince1970();
   const double fraction = rounded.timeIntervalSince1970() - static_cast<double>(seconds);
   const int thousandths = fraction > 0 && fraction < 1 ? static_cast<int>(fraction * 1000) : 0;
@@ -27,14 +28,6 @@ std::string dateFormatter(Date date, const TimeZone& zone) {
   return stringWithFormat("%lld-%02lld-%02lld %d:%02d:%02d.%03d", static_cast<long long>(day.y),
                           static_cast<long long>(day.m), static_cast<long long>(day.d),
                           ofDay / 3600, ofDay / 60 % 60, ofDay % 60, thousandths);
-}
-
-/// No line of the file but a log line's first may look like one.
-std::string withMarkedContinuations(std::string text) {
-  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) {
-    text.insert(at + 1, 1, '\t');
-  }
-  return text;
 }
 
 bool isNamePart(char c) {
@@ -61,7 +54,7 @@ std::string logLineText(const LogManager::WatchDebugPacket& line, std::string_vi
   text += dateFormatter(line.date, zone);
   text += " [" + std::filesystem::path(line.filename).stem().string() + ":";
   text += std::to_string(line.line) + "] " + line.function + " " + line.message;
-  return withMarkedContinuations(std::move(text)) + '\n';
+  return text + '\n';
 }
 
 std::string functionName(std::string_view signature) {

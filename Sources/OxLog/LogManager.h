@@ -30,8 +30,7 @@ namespace velloro {
 /// writes nothing; other processes take a new choice over when they start.
 ///
 /// The date is in local time, the file's name without folder and extension, the function without
-/// types and arguments. The line breaks of a message are followed by a tab: a line of the file that
-/// begins with a tab continues the one above.
+/// types and arguments. A message stands as it is, with its own line breaks.
 ///
 /// Lines are written one after the other on a queue of the manager's own, in the order of the
 /// calls. Several processes may write the same file; their lines do not mix. Logging never fails

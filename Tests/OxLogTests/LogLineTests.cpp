@@ -22,12 +22,12 @@ TEST(LogLine, IsBuiltFromItsParts) {
        "Updating badges...\n"},
       {{at("2024-07-01T22:59:59.9996Z"), Log::cache, LogLevel::error, "", "a.test.cpp", "f()", 0},
        "WATCH",
-       "[WATCH, Cache, ERROR] 2024-07-02 1:00:00.000 [a.test:0] f() \n"},
+       "[WATCH, Cache, ERROR] 2024-07-02 0:59:59.999 [a.test:0] f() \n"},
       {{at("1969-12-31T22:59:59.999Z"), Log::watchConnectivity, LogLevel::debug,
-        "a\n🚨 [Notifications, INFO]\n", "b", "g(_:)", -1},
+        "a\nb", "b", "g(_:)", -1},
        "",
        "⌚️ [Watch Connectivity, DEBUG] 1969-12-31 23:59:59.999 [b:-1] g(_:) "
-       "a\n\t🚨 [Notifications, INFO]\n\t\n"},
+       "a\nb\n"},
   };
   for (const auto& [line, prefix, text] : cases) {
     EXPECT_EQ(logLineText(line, prefix, berlin), text);
