@@ -3,12 +3,15 @@
 #include "Foundation/String.h"
 #include "OxKit/Platform.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string>
 
 namespace velloro {
 namespace {
+
+constexpr double closeness = 1e-13;
 
 /// Adds 1 to a number of decimal digits, which may become one longer.
 void increment(std::string& digits) {
@@ -46,6 +49,17 @@ double roundToPlaces(double value, int places) {
   double result = std::abs(value);  // stays when the rounded value is beyond a double
   std::from_chars(rounded.data(), rounded.data() + rounded.size(), result);
   return std::copysign(result, value);
+}
+
+double wholeUnlessFractional(double value) {
+  const double whole = std::round(value);
+  return difference(value, whole) == 0 ? whole : value;
+}
+
+double difference(double a, double b) {
+  const double result = a - b;
+  const bool isRounding = std::abs(result) < closeness * std::max(std::abs(a), std::abs(b));
+  return isRounding ? 0 : result;
 }
 
 }  // namespace velloro

@@ -18,6 +18,20 @@ concept Number = (std::integral<T> || std::floating_point<T>)&&!std::same_as<T, 
 /// What is not finite stays as it is.
 [[nodiscard]] double roundToPlaces(double value, int places);
 
+/// The whole number that a value misses by binary rounding only, else the value itself: what to cut
+/// off or to compare with a limit instead of a quotient.
+///
+///     std::floor(0.3 / 0.1);                           // 2
+///     std::floor(wholeUnlessFractional(0.3 / 0.1));    // 3
+///
+/// A part in 10^13 counts as rounding: many additions lose less, and no amount is known better.
+[[nodiscard]] double wholeUnlessFractional(double value);
+
+/// a − b, and 0 where the two differ by binary rounding only, in the same sense.
+///
+///     difference(0.1 + 0.2, 0.3);    // 0
+[[nodiscard]] double difference(double a, double b);
+
 /// The sum of a collection of numbers, 0 for none, in their own type.
 ///
 ///     total(std::vector{1.5, 2.0});     // 3.5

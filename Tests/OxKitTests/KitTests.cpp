@@ -62,6 +62,24 @@ TEST(Numbers, RoundAsTheDecimalThatIsMeantAndAddUp) {
   EXPECT_EQ(total(std::vector{1LL << 40, 1LL << 40}), 1LL << 41);
 }
 
+TEST(Numbers, SeeThroughBinaryRoundingAndNoFurther) {
+  const double tenth = 0.1, infinity = std::numeric_limits<double>::infinity();
+  double sum = 0;
+  for (int i = 0; i < 1000; ++i) sum += tenth;
+  EXPECT_NE(sum, 100);
+  for (const auto& [value, whole] : {std::pair{0.3 / tenth, 3.0},
+                                     {-0.3 / tenth, -3.0},
+                                     {sum, 100.0},
+                                     {1e-14, 1e-14},
+                                     {2.9999999999, 2.9999999999},
+                                     {infinity, infinity}}) {
+    EXPECT_EQ(wholeUnlessFractional(value), whole) << value;
+  }
+  EXPECT_EQ(difference(tenth + 0.2, 0.3), 0);
+  EXPECT_EQ(difference(1, 0.999999999), 1 - 0.999999999);
+  EXPECT_EQ(difference(infinity, 5), infinity);
+}
+
 TEST(OxAnimationCurve, FollowsItsFormula) {
   using enum OxAnimationCurve;
   const std::pair<OxAnimationCurve, double> cases[] = {
