@@ -32,6 +32,15 @@ namespace platform {
 ///
 /// `rawIntegers` makes a table of integers. In JSON (Coding.h) a case is its raw value. A table
 /// made by `keyedCases` is one of texts whose cases are written as objects instead: {"pinned":{}}.
+///
+/// Where more is known of each case, the table has rows of its own type, with `value`, `raw` and
+/// further columns:
+///
+///     struct UnitRow { Unit value; std::string_view raw; int seconds; };
+///     inline constexpr UnitRow unitRows[] = {{Unit::hours, "h", 3600}, {Unit::minutes, "m", 60}};
+///     constexpr auto rawValues(std::type_identity<Unit>) { return rawColumn(unitRows); }
+///
+///     rowOf(unitRows, Unit::minutes).seconds;  // 60
 template <typename E, typename Raw>
 struct RawCase {
   E value;
@@ -46,7 +55,8 @@ class RawValueTable {
   using RawType = Raw;
   static constexpr bool isKeyed = Keyed;
 
-  consteval explicit RawValueTable(const RawCase<E, Raw> (&rows)[N]) {
+  template <typename Row>
+  consteval explicit RawValueTable(const Row (&rows)[N]) {
     for (std::size_t i = 0; i < N; ++i) {
       cases_[i] = rows[i].value;
       raws_[i] = rows[i].raw;
@@ -74,6 +84,12 @@ class RawValueTable {
     return i < N ? std::optional(cases_[i]) : std::nullopt;
   }
 
+  /// The row of a case.
+  [[nodiscard]] constexpr std::size_t indexOf(E value) const {
+    if (casesCountFrom0_) return static_cast<std::size_t>(underlying(value));
+    return search(byCase_, cases_, value);
+  }
+
  private:
   using Order = std::array<std::uint16_t, N>;
 
@@ -92,11 +108,6 @@ class RawValueTable {
   /// How far a raw value lies behind the first one; unsigned, so one comparison bounds it.
   [[nodiscard]] constexpr std::uint64_t distance(Raw raw) const {
     return static_cast<std::uint64_t>(raw) - static_cast<std::uint64_t>(raws_[0]);
-  }
-
-  [[nodiscard]] constexpr std::size_t indexOf(E value) const {
-    if (casesCountFrom0_) return static_cast<std::size_t>(underlying(value));
-    return search(byCase_, cases_, value);
   }
 
   [[nodiscard]] constexpr std::size_t indexOf(Raw raw) const {
@@ -137,6 +148,12 @@ consteval auto keyedCases(const RawCase<E, std::string_view> (&rows)[N]) {
   return RawValueTable<E, std::string_view, N, true>(rows);
 }
 
+/// The table of raw values of one with further columns.
+template <typename Row, std::size_t N>
+consteval auto rawColumn(const Row (&rows)[N]) {
+  return RawValueTable<decltype(Row::value), decltype(Row::raw), N, false>(rows);
+}
+
 /// An enumeration with a table of raw values.
 template <typename E>
 concept RawRepresentable = std::is_enum_v<E> && requires {
@@ -159,6 +176,14 @@ constexpr RawValueType<E> rawValue(E value) {
 template <RawRepresentable E>
 constexpr std::optional<E> fromRawValue(std::type_identity_t<RawValueType<E>> raw) {
   return rawValueTable<E>.fromRawValue(raw);
+}
+
+/// A case's row in the table of which its raw values are a column.
+template <typename Row, std::size_t N>
+constexpr const Row& rowOf(const Row (&rows)[N], decltype(Row::value) value) {
+  const std::size_t i = rawValueTable<decltype(Row::value)>.indexOf(value);
+  assert(i < N && "a case is missing from its table");
+  return rows[i];
 }
 
 /// Every case, in the order of the table.

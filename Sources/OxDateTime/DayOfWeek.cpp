@@ -28,23 +28,4 @@ std::optional<DayOfWeek> defaultFirstDayOfWeek() {
   return fromRawValue<DayOfWeek>(Locale::current().firstWeekday() - 1);
 }
 
-std::set<DayOfWeek> DaysOfWeek::daysOfWeek() const {
-  std::set<DayOfWeek> days;
-  for (const DayOfWeek day : allCases<DayOfWeek>()) {
-    if (contains(DaysOfWeek(day))) days.insert(day);
-  }
-  return days;
-}
-
-DaysOfWeek daysOfWeek(const std::set<DayOfWeek>& days) {
-  DaysOfWeek bits;
-  for (const DayOfWeek day : days) bits.insert(DaysOfWeek(day));
-  return bits;
-}
-
-const std::set<DayOfWeek>& everyDay() {
-  static const std::set<DayOfWeek> days = DaysOfWeek::everyDay.daysOfWeek();
-  return days;
-}
-
 }  // namespace velloro

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "Foundation/RawValue.h"
+#include "OxKit/EnumSet.h"
+#include "OxKit/OptionSet.h"
 #include "OxKit/Platform.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <optional>
-#include <set>
 #include <string>
 
 namespace velloro {
@@ -97,69 +97,18 @@ constexpr auto rawValues(std::type_identity<CalendarDayOfWeek>) {
 ///     const DaysOfWeek weekend{DaysOfWeek::saturday, DaysOfWeek::sunday};
 ///     weekend.rawValue;                                    // 65
 ///     weekend.contains(DaysOfWeek::sunday);                // true
-struct DaysOfWeek {
-  std::int16_t rawValue = 0;
-
+struct DaysOfWeek : OptionSet<DaysOfWeek, std::int16_t> {
   static const DaysOfWeek sunday, monday, tuesday, wednesday, thursday, friday, saturday;
   static const DaysOfWeek everyDay;
 
-  constexpr DaysOfWeek() = default;
-  explicit constexpr DaysOfWeek(std::int16_t bits) : rawValue(bits) {}
-  constexpr DaysOfWeek(std::initializer_list<DaysOfWeek> days) {
-    for (const DaysOfWeek day : days) rawValue |= day.rawValue;
-  }
+  using OptionSet::OptionSet;
   explicit constexpr DaysOfWeek(DayOfWeek day)
-      : rawValue(static_cast<std::int16_t>(1 << static_cast<int>(day))) {}
+      : DaysOfWeek(static_cast<std::int16_t>(1 << static_cast<int>(day))) {}
 
-  bool operator==(const DaysOfWeek&) const = default;
   static constexpr auto codingValue = &DaysOfWeek::rawValue;
 
-  [[nodiscard]] constexpr DaysOfWeek union_(DaysOfWeek other) const {
-    return of(rawValue | other.rawValue);
-  }
-  [[nodiscard]] constexpr DaysOfWeek intersection(DaysOfWeek other) const {
-    return of(rawValue & other.rawValue);
-  }
-  [[nodiscard]] constexpr DaysOfWeek symmetricDifference(DaysOfWeek other) const {
-    return of(rawValue ^ other.rawValue);
-  }
-  [[nodiscard]] constexpr DaysOfWeek subtracting(DaysOfWeek other) const {
-    return of(rawValue & ~other.rawValue);
-  }
-  [[nodiscard]] constexpr bool contains(DaysOfWeek other) const { return other.isSubset(*this); }
-  [[nodiscard]] constexpr bool isSubset(DaysOfWeek other) const {
-    return intersection(other) == *this;
-  }
-  [[nodiscard]] constexpr bool isSuperset(DaysOfWeek other) const { return other.isSubset(*this); }
-  [[nodiscard]] constexpr bool isDisjoint(DaysOfWeek other) const {
-    return intersection(other).isEmpty();
-  }
-  [[nodiscard]] constexpr bool isEmpty() const { return rawValue == 0; }
-
-  /// Adds the days; false when all of them were in already.
-  constexpr bool insert(DaysOfWeek days) {
-    const bool isNew = !contains(days);
-    *this = union_(days);
-    return isNew;
-  }
-  /// Takes the days out and returns those that were in, absent when none was.
-  constexpr std::optional<DaysOfWeek> remove(DaysOfWeek days) {
-    const DaysOfWeek removed = intersection(days);
-    *this = subtracting(days);
-    return removed.isEmpty() ? std::nullopt : std::optional(removed);
-  }
-  /// Adds the days and returns those that were in already, absent when none was.
-  constexpr std::optional<DaysOfWeek> update(DaysOfWeek days) {
-    const DaysOfWeek before = intersection(days);
-    *this = union_(days);
-    return before.isEmpty() ? std::nullopt : std::optional(before);
-  }
-
   /// The days as a set of values. Bits that stand for no day are left out.
-  [[nodiscard]] std::set<DayOfWeek> daysOfWeek() const;
-
- private:
-  static constexpr DaysOfWeek of(int bits) { return DaysOfWeek(static_cast<std::int16_t>(bits)); }
+  [[nodiscard]] constexpr EnumSet<DayOfWeek> daysOfWeek() const;
 };
 
 inline constexpr DaysOfWeek DaysOfWeek::sunday(DayOfWeek::sunday);
@@ -171,11 +120,20 @@ inline constexpr DaysOfWeek DaysOfWeek::friday(DayOfWeek::friday);
 inline constexpr DaysOfWeek DaysOfWeek::saturday(DayOfWeek::saturday);
 inline constexpr DaysOfWeek DaysOfWeek::everyDay(std::int16_t{127});
 
-/// The bits of a set of days.
-[[nodiscard]] DaysOfWeek daysOfWeek(const std::set<DayOfWeek>& days);
-
 /// All seven days.
-[[nodiscard]] const std::set<DayOfWeek>& everyDay();
+[[nodiscard]] constexpr EnumSet<DayOfWeek> everyDay() {
+  return DaysOfWeek::everyDay.daysOfWeek();
+}
+
+/// The bits of a set of days.
+[[nodiscard]] constexpr DaysOfWeek daysOfWeek(EnumSet<DayOfWeek> days) {
+  return DaysOfWeek(static_cast<std::int16_t>(days.rawValue));
+}
+
+// Both kinds of sets give a day the same bit.
+constexpr EnumSet<DayOfWeek> DaysOfWeek::daysOfWeek() const {
+  return EnumSet<DayOfWeek>(static_cast<std::uint64_t>(rawValue & everyDay.rawValue));
+}
 
 }  // namespace velloro
 

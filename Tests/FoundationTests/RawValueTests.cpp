@@ -30,7 +30,20 @@ constexpr auto rawValues(std::type_identity<Task::Weekday>) {
   return rawIntegers<Task::Weekday>({{sunday, 1}, {monday, 2}, {tuesday, 3}});
 }
 
+struct SizeRow {
+  enum class Size { large = 30, small = 10 } value;
+  std::string_view raw;
+  int litres;
+};
+inline constexpr SizeRow sizeRows[] = {{SizeRow::Size::small, "s", 1},
+                                       {SizeRow::Size::large, "l", 5}};
+constexpr auto rawValues(std::type_identity<SizeRow::Size>) {
+  return rawColumn(sizeRows);
+}
+
 static_assert(rawValue(Unit::minutes) == "m");
+static_assert(rawValue(SizeRow::Size::large) == "l");
+static_assert(rowOf(sizeRows, SizeRow::Size::large).litres == 5);
 static_assert(fromRawValue<Task::Weekday>(3) == Task::Weekday::tuesday);
 
 template <typename E>

@@ -31,8 +31,12 @@ TEST(DaysOfWeek, IsASetOfBits) {
   EXPECT_EQ(weekend.rawValue, 65);
   EXPECT_EQ(DaysOfWeek::everyDay.subtracting(weekend).rawValue, 62);
   EXPECT_TRUE(weekend.isSubset(DaysOfWeek::everyDay));
+  EXPECT_TRUE(DaysOfWeek::everyDay.isSuperset(weekend));
   EXPECT_FALSE(weekend.contains(DaysOfWeek::everyDay));
+  EXPECT_FALSE(weekend.isDisjoint(DaysOfWeek::everyDay));
   EXPECT_TRUE(weekend.isDisjoint(DaysOfWeek::monday));
+  EXPECT_EQ(weekend.union_(DaysOfWeek::monday).rawValue, 67);
+  EXPECT_EQ(weekend.intersection({DaysOfWeek::sunday, DaysOfWeek::monday}), DaysOfWeek::sunday);
   EXPECT_EQ(weekend.symmetricDifference({DaysOfWeek::sunday, DaysOfWeek::monday}),
             (DaysOfWeek{DaysOfWeek::saturday, DaysOfWeek::monday}));
 
@@ -46,10 +50,10 @@ TEST(DaysOfWeek, IsASetOfBits) {
 }
 
 TEST(DaysOfWeek, ConvertsToAndFromASetOfDays) {
-  const std::set<DayOfWeek> days{DayOfWeek::sunday, DayOfWeek::wednesday};
+  const EnumSet<DayOfWeek> days{DayOfWeek::sunday, DayOfWeek::wednesday};
   EXPECT_EQ(daysOfWeek(days).rawValue, 9);
   EXPECT_EQ(daysOfWeek(days).daysOfWeek(), days);
-  EXPECT_EQ(DaysOfWeek(std::int16_t{-128}).daysOfWeek(), std::set<DayOfWeek>{}) << "bits of no day";
+  EXPECT_EQ(DaysOfWeek(std::int16_t{-128}).daysOfWeek(), EnumSet<DayOfWeek>{}) << "bits of no day";
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ struct Reminder {
   std::vector<HHMMSS> times;
   YYYYMMDD::Range range;
   DaysOfWeek days;
-  std::set<DayOfWeek> dayList;
+  EnumSet<DayOfWeek> dayList;
 
   bool operator==(const Reminder&) const = default;
   static constexpr auto codingKeys =
