@@ -47,10 +47,9 @@ TEST(AppVersion, IsOrderedByNumbersThenBuild) {
 
 TEST(AppVersion, NextVersionsHaveNoBuild) {
   const AppVersion version = AppVersion::fromTextWithBuild("1.2.3.5").value();
-  EXPECT_EQ(version.nextMajor().formatted(), "2.0.0");
-  EXPECT_EQ(version.nextMinor().formatted(), "1.3.0");
-  EXPECT_EQ(version.nextPatch().formatted(), "1.2.4");
-  EXPECT_EQ(version.withoutBuild().formatted(), "1.2.3");
+  EXPECT_EQ(version.nextMajor().formatted() + ", " + version.nextMinor().formatted() + ", " +
+                version.nextPatch().formatted() + ", " + version.withoutBuild().formatted(),
+            "2.0.0, 1.3.0, 1.2.4, 1.2.3");
 }
 
 TEST(AppVersion, CurrentIsThatOfTheBundle) {
