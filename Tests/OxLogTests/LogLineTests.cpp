@@ -23,8 +23,8 @@ TEST(LogLine, IsBuiltFromItsParts) {
       {{at("2024-07-01T22:59:59.9996Z"), Log::cache, LogLevel::error, "", "a.test.cpp", "f()", 0},
        "WATCH",
        "[WATCH, Cache, ERROR] 2024-07-02 0:59:59.999 [a.test:0] f() \n"},
-      {{at("1969-12-31T22:59:59.999Z"), Log::watchConnectivity, LogLevel::debug,
-        "a\nb", "b", "g(_:)", -1},
+      {{at("1969-12-31T22:59:59.999Z"), Log::watchConnectivity, LogLevel::debug, "a\nb", "b",
+        "g(_:)", -1},
        "",
        "⌚️ [Watch Connectivity, DEBUG] 1969-12-31 23:59:59.999 [b:-1] g(_:) "
        "a\nb\n"},
