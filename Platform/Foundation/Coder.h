@@ -185,6 +185,9 @@ class Decoder {
   /// Calls `f(const Decoder& element)` for each element of this array.
   template <typename F>
   void forEachElement(F&& f) const;
+  /// Calls `f(const Decoder& key, const Decoder& value)` for each two elements of this array.
+  template <typename F>
+  void forEachPair(F&& f) const;
   /// The elements of this array or the fields of this object, for reserving room.
   [[nodiscard]] std::size_t count() const { return node_.count(); }
 
@@ -275,6 +278,18 @@ void Decoder::forEachElement(F&& f) const {
   JSONElements elements(node_);
   std::size_t index = 0;
   for (JSONNode element = node_; elements.next(element);) f(Decoder(*this, index++, element));
+}
+
+template <typename F>
+void Decoder::forEachPair(F&& f) const {
+  expect(Kind::array, "an array");
+  JSONElements elements(node_);
+  std::size_t index = 0;
+  JSONNode value = node_;
+  for (JSONNode key = node_; elements.next(key); index += 2) {
+    if (!elements.next(value)) throw dataCorrupted("The last key has no value.");
+    f(Decoder(*this, index, key), Decoder(*this, index + 1, value));
+  }
 }
 
 }  // namespace platform

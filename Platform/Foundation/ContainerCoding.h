@@ -160,23 +160,11 @@ struct Coding<T> {
                              value.decode<Value>());
       });
     } else {
-      decodePairs(map, from);
+      from.forEachPair([&](const Decoder& key, const Decoder& value) {
+        map.insert_or_assign(map.end(), key.decode<Key>(), value.decode<Value>());
+      });
     }
     return map;
-  }
-
- private:
-  static void decodePairs(T& map, const Decoder& from) {
-    std::optional<Key> key;
-    from.forEachElement([&](const Decoder& element) {
-      if (key) {
-        map.insert_or_assign(map.end(), std::move(*key), element.decode<Value>());
-        key.reset();
-      } else {
-        key.emplace(element.decode<Key>());
-      }
-    });
-    if (key) throw from.dataCorrupted("Expected as many values as keys, found a key at the end.");
   }
 };
 

@@ -1,6 +1,6 @@
 #include "Foundation/Hasher.h"
 #include "Foundation/JSON.h"
-#include "FoundationTests/CodingRecords.h"
+#include "Support/CodingRecords.h"
 
 #include <cmath>
 #include <functional>
@@ -194,7 +194,7 @@ TEST(JSON, ContainersAndSingleValues) {
       {numbers, R"({"1.0":1})", "1.0: Expected an integer for a key, found \"1.0\"."},
       {numbers, R"({"40000":1})", "40000: Expected an integer for a key, found \"40000\"."},
       {names, R"([2,"t",0,"s"])", R"([0,"s",2,"t"])"},
-      {names, "[2]", "Expected as many values as keys, found a key at the end."},
+      {names, "[2]", "The last key has no value."},
       {names, R"([2,"t",7,"s"])", "[2]: No case of Weekday is the number 7."},
       {time, "86399", "86399"},
       {time, R"({"h":1,"m":2})", "3720"},

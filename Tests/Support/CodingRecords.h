@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Hasher.h"
 #include "Foundation/JSON.h"
 #include "Foundation/TimeZone.h"
 #include "Foundation/UUID.h"
