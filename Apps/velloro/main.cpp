@@ -1,3 +1,4 @@
+#include "OxLog/LogManager.h"
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
@@ -52,5 +53,7 @@ int run(int argumentCount, char** arguments) {
 }  // namespace velloro
 
 int main(int argumentCount, char** arguments) {
-  return velloro::run(argumentCount, arguments);
+  const int exitCode = velloro::run(argumentCount, arguments);
+  velloro::LogManager::shared().flush();
+  return exitCode;
 }
