@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/TypeName.h"
+
 #include <algorithm>
 #include <array>
 #include <cassert>
@@ -9,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace platform {
 
@@ -30,7 +33,8 @@ namespace platform {
 /// the class, or is a `friend` inside it where the class's own header needs it. It lists every
 /// case; one that stands twice, or a raw value that does, is an error of compilation.
 ///
-/// `rawIntegers` makes a table of integers. In JSON (Coding.h) a case is its raw value. A table
+/// `rawIntegers` makes a table of integers. `caseNames` makes the table of texts of an enumeration
+/// whose raw values are the names of its cases. In JSON (Coding.h) a case is its raw value. A table
 /// made by `keyedCases` is one of texts whose cases are written as objects instead: {"pinned":{}}.
 ///
 /// Where more is known of each case, the table has rows of its own type, with `value`, `raw` and
@@ -152,6 +156,33 @@ consteval auto keyedCases(const RawCase<E, std::string_view> (&rows)[N]) {
 template <typename Row, std::size_t N>
 consteval auto rawColumn(const Row (&rows)[N]) {
   return RawValueTable<decltype(Row::value), decltype(Row::raw), N, false>(rows);
+}
+
+namespace raw_value_detail {
+template <auto Case>
+consteval std::string_view nameOf() {
+  using Holder = std::integral_constant<decltype(Case), Case>;
+  // "std::integral_constant<Mood, Mood::good>", with "(Mood)7" for a number that is no case
+  std::string_view name = typeName<Holder>();
+  if (name.contains(')')) throw "a number between the cases has no case";
+  name.remove_prefix(name.rfind(':') + 1);
+  name.remove_suffix(1);
+  if (name.ends_with('_')) name.remove_suffix(1);
+  return name;
+}
+}  // namespace raw_value_detail
+
+/// The names of the cases from 0 to the last one, without the underscore behind a keyword. To
+/// rename a case is then to change a raw value.
+///
+///     constexpr auto rawValues(std::type_identity<Mood>) { return caseNames<Mood::bad>(); }
+template <auto Last>
+consteval auto caseNames() {
+  using E = decltype(Last);
+  return []<std::size_t... I>(std::index_sequence<I...>) {
+    return rawTexts<E>({{static_cast<E>(I), raw_value_detail::nameOf<static_cast<E>(I)>()}...});
+  }
+  (std::make_index_sequence<static_cast<std::size_t>(Last) + 1>());
 }
 
 /// An enumeration with a table of raw values.

@@ -30,6 +30,11 @@ constexpr auto rawValues(std::type_identity<Task::Weekday>) {
   return rawIntegers<Task::Weekday>({{sunday, 1}, {monday, 2}, {tuesday, 3}});
 }
 
+enum class Kind : std::uint8_t { plain_text, double_, keyword = 2 };
+constexpr auto rawValues(std::type_identity<Kind>) {
+  return caseNames<Kind::keyword>();
+}
+
 struct SizeRow {
   enum class Size { large = 30, small = 10 } value;
   std::string_view raw;
@@ -44,6 +49,8 @@ constexpr auto rawValues(std::type_identity<SizeRow::Size>) {
 static_assert(rawValue(Unit::minutes) == "m");
 static_assert(rawValue(SizeRow::Size::large) == "l");
 static_assert(rowOf(sizeRows, SizeRow::Size::large).litres == 5);
+static_assert(rawValue(Kind::plain_text) == "plain_text" && rawValue(Kind::double_) == "double");
+static_assert(fromRawValue<Kind>("keyword") == Kind::keyword && !fromRawValue<Kind>("double_"));
 static_assert(fromRawValue<Task::Weekday>(3) == Task::Weekday::tuesday);
 
 template <typename E>

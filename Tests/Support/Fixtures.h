@@ -48,6 +48,13 @@ void expectFixture(const std::string& name, const T& value,
   }
 }
 
+/// Every case of an enumeration, to be compared with a fixture when they are many.
+template <platform::RawRepresentable E>
+std::vector<E> everyCase() {
+  const auto cases = platform::allCases<E>();
+  return {cases.begin(), cases.end()};
+}
+
 /// Whether an enumeration still has its released raw values, given in the order of its table, and
 /// no others.
 ///
