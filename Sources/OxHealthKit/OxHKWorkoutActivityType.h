@@ -116,8 +116,8 @@ enum class OxHKWorkoutLocation { indoor, outdoor };
 /// The activity alone: `cycling` of `cyclingIndoor`. A type that says no place is itself.
 [[nodiscard]] OxHKWorkoutActivityType withoutLocation(OxHKWorkoutActivityType type);
 
-/// The shortest list that means the same: where both places of an activity are chosen, the activity
-/// alone stands for them. In the order of the cases.
+/// The types as a person would list them: where both places of an activity are chosen, the activity
+/// alone stands for the two. In the order of the cases.
 ///
 ///     minimalWorkoutTypeList({yoga, runningOutdoor, runningIndoor});  // {running, yoga}
 ///     minimalWorkoutTypeList({yoga, runningOutdoor});                 // {yoga, runningOutdoor}
