@@ -1,5 +1,6 @@
 #include "velloro/Arguments.h"
 
+#include "Foundation/Locale.h"
 #include "OxDateTime/Digits.h"
 
 #include <algorithm>
@@ -61,8 +62,18 @@ TimeZone zoneArgument(const std::string& name, const std::string& text) {
   throw unusable(name, text, "not a time zone of this system; write one as Europe/Berlin");
 }
 
-std::string weekdayName(DayOfWeek day) {
-  return std::string(weekdayNames[static_cast<std::size_t>(day)]);
+std::string localeArgument(const std::string& name, const std::string& text) {
+  // An unknown language counts as English.
+  const bool isEnglish = text.starts_with("en");
+  if (isEnglish || Locale::fromIdentifier(text).languageCode() != "en") return text;
+  throw unusable(name, text, "not a locale of a known language; write one as de_DE");
+}
+
+std::filesystem::path folderArgument(const std::string& name, const std::string& text) {
+  std::error_code failure;
+  auto folder = std::filesystem::absolute(text, failure);
+  if (!failure && !text.empty()) return folder;
+  throw unusable(name, text, "not a folder");
 }
 
 }  // namespace velloro

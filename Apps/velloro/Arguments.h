@@ -6,6 +6,7 @@
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
@@ -31,7 +32,10 @@ class UsageError : public std::runtime_error {
 /// A zone of the system's list: Europe/Berlin.
 [[nodiscard]] TimeZone zoneArgument(const std::string& name, const std::string& text);
 
-/// "monday".
-[[nodiscard]] std::string weekdayName(DayOfWeek day);
+/// A locale whose language is known: de_DE.
+[[nodiscard]] std::string localeArgument(const std::string& name, const std::string& text);
+/// A folder, which need not be there yet; as an absolute path.
+[[nodiscard]] std::filesystem::path folderArgument(const std::string& name,
+                                                   const std::string& text);
 
 }  // namespace velloro

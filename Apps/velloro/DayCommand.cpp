@@ -24,7 +24,9 @@ struct DayOptions {
 YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay) {
   if (options.day) return dayArgument("YYYYMMDD", *options.day);
   const Date instant = options.at ? instantArgument("--at", *options.at) : Date::now();
-  return YYYYMMDD::fromDate(startOfDay, instant);
+  const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, instant);
+  if (day.y >= 1) return day;
+  throw UsageError("--at \"" + *options.at + "\": lies before the year 1");
 }
 
 void run(const DayOptions& options) {
@@ -54,7 +56,7 @@ void addDayCommand(CLI::App& app) {
       ->add_option("--first-day-of-week", options->firstDayOfWeek,
                    "When a week begins (default: the locale's)")
       ->type_name("DAY");
-  command->add_flag("--json", options->json, "Prints one JSON object");
+  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
   command->footer(
       "velloro --help lists the options of every command: --now, --zone, --locale, --store.\n\n"
       "Examples:\n"

@@ -8,7 +8,7 @@ namespace velloro {
 namespace {
 
 std::string instantText(Date date) {
-  return NSDateFormatter::withFormat("yyyy-MM-dd HH:mm:ss ZZZZZ", {.locale = Locale::posix()})
+  return NSDateFormatter::withFormat("uuuu-MM-dd HH:mm:ss ZZZZZ", {.locale = Locale::posix()})
       .string(date);
 }
 
@@ -25,8 +25,8 @@ DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWee
   return {
       .day = day,
       .dayOfWeek = day.dayOfWeek(),
-      .start = day.startOfDay(startOfDay),
-      .end = day.nextDay().startOfDay(startOfDay),
+      .start = {day.startOfDay(startOfDay)},
+      .end = {day.nextDay().startOfDay(startOfDay)},
       .week = {day.startOfWeek(firstDayOfWeek), day.endOfWeek(firstDayOfWeek)},
       .fortnight = {day.startOfFortnight(firstDayOfWeek), day.endOfFortnight(firstDayOfWeek)},
       .month = {month.firstDay(), month.lastDay()},
@@ -38,13 +38,13 @@ DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWee
 }
 
 std::string DayReport::json() const {
-  return JSONEncoder{.dateForm = DateForm::iso8601}.encode(*this) + "\n";
+  return JSONEncoder{}.encode(*this) + "\n";
 }
 
 std::string DayReport::text() const {
-  const double hours = end.timeIntervalSince(start) / 3600;
+  const double hours = end.date.timeIntervalSince(start.date) / 3600;
   return localizedTitle(dayOfWeek) + ", " + day.debugDescription() + "\n\n" + "begins     " +
-         instantText(start) + "\n" + "ends       " + instantText(end) +
+         instantText(start.date) + "\n" + "ends       " + instantText(end.date) +
          stringWithFormat("   %g hours\n", hours) + rangeText("week", week, daysRemaining.week) +
          rangeText("fortnight", fortnight, daysRemaining.fortnight) +
          rangeText("month", month, daysRemaining.month) +

@@ -22,10 +22,16 @@ struct DayReport {
              key("month", &Remaining::month), key("year", &Remaining::year));
   };
 
+  /// Written in ISO 8601 whatever the year; a date's own form ends with the year 9999.
+  struct Instant {
+    Date date;
+    void encode(Encoder& to) const { to.text(date.iso8601()); }
+  };
+
   YYYYMMDD day;
   DayOfWeek dayOfWeek = DayOfWeek::sunday;
-  Date start;                  ///< The instant at which the day begins …
-  Date end;                    ///< … and the next one begins.
+  Instant start;               ///< At which the day begins …
+  Instant end;                 ///< … and the next one does.
   std::vector<YYYYMMDD> week;  ///< First and last day, as in the three that follow.
   std::vector<YYYYMMDD> fortnight;
   std::vector<YYYYMMDD> month;

@@ -2,8 +2,6 @@
 
 #include "velloro/Arguments.h"
 
-#include <filesystem>
-
 #include <CLI/CLI.hpp>
 
 namespace velloro {
@@ -27,8 +25,8 @@ ProcessEnvironment::Options GlobalOptions::environment() const {
       .bundle = {.identifier = "velloro.app", .shortVersion = VELLORO_VERSION, .version = "1"}};
   if (now) options.now = instantArgument("--now", *now);
   if (zone) options.timeZone = zoneArgument("--zone", *zone);
-  if (store) options.root = std::filesystem::absolute(*store);
-  options.localeIdentifier = locale;
+  if (store) options.root = folderArgument("--store", *store);
+  if (locale) options.localeIdentifier = localeArgument("--locale", *locale);
   return options;
 }
 

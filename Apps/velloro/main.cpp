@@ -1,8 +1,10 @@
+#include "Foundation/Error.h"
 #include "OxLog/LogManager.h"
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 
@@ -18,6 +20,13 @@ constexpr int badUsage = 2;
 int complain(const char* reason, int exitCode) {
   std::fprintf(stderr, "velloro: %s\n", reason);
   return exitCode;
+}
+
+/// What was printed has arrived, or the person is told.
+int closeOutput() {
+  errno = 0;
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return success;
+  return complain(PosixError("cannot write the output", errno).what(), failed);
 }
 
 int run(int argumentCount, char** arguments) {
@@ -37,9 +46,11 @@ int run(int argumentCount, char** arguments) {
   try {
     app.parse(argumentCount, arguments);
     if (app.get_subcommands().empty()) throw UsageError("a command is needed; see velloro --help");
-    return success;
+    LogManager::shared().flush();
+    return closeOutput();
   } catch (const CLI::Success& asked) {  // --help, --version
-    return app.exit(asked);
+    app.exit(asked);
+    return closeOutput();
   } catch (const CLI::ParseError& error) {
     return complain(error.what(), badUsage);
   } catch (const UsageError& error) {
@@ -53,7 +64,5 @@ int run(int argumentCount, char** arguments) {
 }  // namespace velloro
 
 int main(int argumentCount, char** arguments) {
-  const int exitCode = velloro::run(argumentCount, arguments);
-  velloro::LogManager::shared().flush();
-  return exitCode;
+  return velloro::run(argumentCount, arguments);
 }

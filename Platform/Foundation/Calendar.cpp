@@ -8,8 +8,8 @@ namespace {
 constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t noon = secondsPerDay / 2;
 /// Bounds that keep every sum below in 64 bits and every instant an exact whole second in a double.
-constexpr std::int64_t largestDay = 10'000'000'000;
-constexpr std::int64_t largestPart = largestDay * 40;
+constexpr std::int64_t largestDay = 11'574'074'074;  // where `Date::secondsSince1970` ends
+constexpr std::int64_t largestPart = 400'000'000'000;
 constexpr std::int64_t largestYear = 1'000'000;
 
 Date dateAt(std::int64_t utcSeconds) {

@@ -57,7 +57,7 @@ class Calendar {
   /// a day and as 0 otherwise. Values out of their range carry on: month 13 is the next January,
   /// day 45 counts on from the 1st. Absent beyond about a million years from now.
   [[nodiscard]] std::optional<Date> date(const DateComponents& components) const;
-  /// The same for the reading of a clock; beyond about 27 million years its nearest end counts.
+  /// The same for the reading of a clock; beyond about 31 million years its nearest end counts.
   [[nodiscard]] Date date(ClockTime clockTime) const;
 
   /// The instant that many calendar days later (or, below 0, earlier) at the same time of the

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstdint>
 
@@ -50,11 +51,13 @@ namespace civil_day_detail {
 inline constexpr std::int64_t daysPerCycle = 146097;
 inline constexpr std::int64_t yearsPerCycle = 400;
 inline constexpr std::int64_t cycles = 3670;  // years -1468000 to 1471744 need no cycle arithmetic
+inline constexpr std::int64_t farthestYear = 10'000'000'000'000;
 inline constexpr std::int64_t daysBefore1970 = 719468;  // from 0000-03-01
 }  // namespace civil_day_detail
 
 /// Days since 1970-01-01 of a real or unreal date: months beyond 1..12 carry into the year, and
-/// days beyond the month simply count on, so 2024-13-45 is 2025-02-14.
+/// days beyond the month simply count on, so 2024-13-45 is 2025-02-14. A year beyond ±10^13 counts
+/// as that one.
 constexpr std::int64_t daysFromCivil(const CivilDay& day) {
   using namespace civil_day_detail;
   std::int64_t y = day.y;
@@ -65,6 +68,7 @@ constexpr std::int64_t daysFromCivil(const CivilDay& day) {
   }
   std::int64_t cycle = 0;
   if (y < -yearsPerCycle * cycles || y > yearsPerCycle * cycles) {
+    y = std::clamp(y, -farthestYear, farthestYear);
     cycle = floorDivide(y, yearsPerCycle);
     y -= cycle * yearsPerCycle;
   }

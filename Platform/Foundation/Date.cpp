@@ -4,6 +4,8 @@
 #include "Foundation/Environment.h"
 #include "Foundation/String.h"
 
+#include <charconv>
+
 namespace platform {
 namespace {
 
@@ -36,7 +38,9 @@ class Scanner {
     do {
       text += static_cast<char>('0' + digit());
     } while (ok_ && !rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9');
-    return std::stod(text);
+    double value = 0;  // stays for a fraction too small for any double
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
   }
 
  private:

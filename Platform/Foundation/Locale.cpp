@@ -5,6 +5,7 @@
 #include "Foundation/IcuSupport.h"
 
 #include <array>
+#include <cctype>
 #include <map>
 
 #include <unicode/bytestream.h>
@@ -154,17 +155,31 @@ icu::DateTimePatternGenerator& Locale::Data::patterns() const {
   });
 }
 
+namespace {
+
+/// Language, script and place. What the C library's names add to them, and what no identifier can
+/// hold, is left out.
+std::string plainSpelling(std::string_view identifier) {
+  std::string spelling(identifier.substr(0, identifier.find_first_of(".@")));
+  std::erase_if(spelling, [](unsigned char c) {
+    return c > 0x7F || (!std::isalnum(c) && c != '_' && c != '-');
+  });
+  return spelling;
+}
+
+}  // namespace
+
 Locale Locale::fromIdentifier(std::string_view identifier) {
   Registry& known = registry();
   const std::scoped_lock lock(known.mutex);
   if (const auto found = known.data.find(identifier); found != known.data.end()) {
     return Locale(found->second);
   }
-  const std::string spelling(identifier);
-  const icu::Locale canonical = icu::Locale::createCanonical(spelling.c_str());
-  const Data*& data = known.data[canonical.getName()];
-  if (data == nullptr) data = new Data(canonical);
-  return Locale(known.data[spelling] = data);
+  const icu::Locale canonical = icu::Locale::createCanonical(plainSpelling(identifier).c_str());
+  auto same = known.data.find(std::string_view(canonical.getName()));
+  const Data* data = same != known.data.end() ? same->second : new Data(canonical);
+  known.data.emplace(canonical.getName(), data);
+  return Locale(known.data.emplace(identifier, data).first->second);
 }
 
 Locale Locale::current() {

@@ -5,9 +5,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
+#include <pwd.h>
 #include <unistd.h>
 
 namespace platform {
@@ -20,38 +22,67 @@ std::string environmentVariable(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// The zone that the machine's clock is set to: TZ, else the target of /etc/localtime.
+void writeToStandardError(std::string_view line) {
+  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+/// The zone that a name, or the path of a zone file, stands for.
+std::optional<TimeZone> zoneNamed(std::string name) {
+  constexpr std::string_view folder = "zoneinfo/";
+  if (const auto at = name.rfind(folder); at != std::string::npos) {
+    name.erase(0, at + folder.size());
+  }
+  return TimeZone::fromIdentifier(name);
+}
+
+/// The zone that the machine's clock is set to: TZ, else the file behind /etc/localtime, else the
+/// name in /etc/timezone. A machine with none of these goes by GMT.
 TimeZone machineTimeZone() {
   std::string name = environmentVariable("TZ");
   if (name.starts_with(':')) name.erase(0, 1);
-  if (name.empty()) {
-    std::error_code ignored;
-    const std::string target = fs::read_symlink("/etc/localtime", ignored).string();
-    constexpr std::string_view folder = "zoneinfo/";
-    if (const auto at = target.find(folder); at != std::string::npos) {
-      name = target.substr(at + folder.size());
-    }
+  std::error_code ignored;
+  if (name.empty()) name = fs::canonical("/etc/localtime", ignored).string();
+  if (name.empty() || name == "/etc/localtime") {
+    std::ifstream("/etc/timezone") >> name;
   }
-  return TimeZone::fromIdentifier(name).value_or(TimeZone::gmt());
+  const auto zone = zoneNamed(name);
+  if (!zone && !name.empty()) {
+    writeToStandardError("cannot use the time zone \"" + name + "\"; taking GMT");
+  }
+  return zone.value_or(TimeZone::gmt());
 }
 
 /// "de_DE" from "de_DE.UTF-8"; "en_US" where the machine names no language.
 std::string machineLocale() {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     std::string value = environmentVariable(name);
+    const bool isLatin = value.ends_with("@latin");
     value.erase(std::min(value.find_first_of(".@"), value.size()));
     if (value == "C" || value == "POSIX") break;
+    if (isLatin) value.insert(std::min(value.find('_'), value.size()), "_Latn");
     if (!value.empty()) return value;
   }
   return "en_US";
+}
+
+fs::path homeFolder() {
+  const fs::path home = environmentVariable("HOME");
+  if (home.is_absolute()) return home;
+  const passwd* user = getpwuid(getuid());
+  return user != nullptr ? user->pw_dir : "/";
+}
+
+fs::path temporaryFolder() {
+  std::error_code unusable;
+  const fs::path folder = fs::temp_directory_path(unusable);
+  return unusable ? "/tmp" : folder;
 }
 
 fs::path xdgFolder(const char* variable, const char* belowHome) {
   const fs::path folder = environmentVariable(variable);
   // The base directory rules ignore relative paths.
   if (folder.is_absolute()) return folder / "velloro";
-  const std::string home = environmentVariable("HOME");
-  return fs::path(home.empty() ? "/" : home) / belowHome / "velloro";
+  return homeFolder() / belowHome / "velloro";
 }
 
 /// The installed layout and the build tree both keep the program in "bin" and its resources in
@@ -68,7 +99,7 @@ Directories foldersBelow(const std::optional<fs::path>& root) {
           .documents = data / "documents",
           .preferences = root ? *root / "preferences" : xdgFolder("XDG_CONFIG_HOME", ".config"),
           .groupContainers = data / "groups",
-          .temporary = fs::temp_directory_path(),
+          .temporary = temporaryFolder(),
           .resources = resourcesFolder()};
 }
 
@@ -118,7 +149,7 @@ std::uint64_t ProcessEnvironment::random() {
 }
 
 void ProcessEnvironment::report(std::string_view line) {
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+  writeToStandardError(line);
 }
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 #include "Foundation/String.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <chrono>
 #include <cstdlib>
@@ -149,10 +150,23 @@ std::optional<std::int64_t> fixedSeconds(std::string_view identifier) {
   return sign == '-' ? -seconds : seconds;
 }
 
-/// The zone loader would take these as file paths or as its own pseudo zones.
+/// Whether a text has the form of a name of the zone database, so that each zone has one spelling
+/// and nothing is taken as a file path or as one of the loader's own pseudo zones.
 bool isZoneName(std::string_view identifier) {
-  return !identifier.empty() && identifier.front() != '/' && !identifier.contains("..") &&
-         !identifier.contains(':') && !identifier.starts_with("Fixed/");
+  const auto isPart = [](std::string_view part) {
+    return !part.empty() && std::ranges::all_of(part, [](unsigned char c) {
+      return std::isalnum(c) != 0 || c == '_' || c == '-' || c == '+';
+    });
+  };
+  for (std::string_view rest = identifier;;) {
+    const std::size_t slash = rest.find('/');
+    if (!isPart(rest.substr(0, slash))) return false;
+    if (slash == std::string_view::npos) break;
+    rest.remove_prefix(slash + 1);
+  }
+  return identifier != "localtime" && identifier != "posixrules" &&
+         !identifier.starts_with("posix/") && !identifier.starts_with("right/") &&
+         !identifier.starts_with("Fixed/");
 }
 
 std::filesystem::path zoneDatabaseFolder() {

@@ -23,6 +23,23 @@ std::int64_t wholeSeconds(TimeInterval seconds) {
   return static_cast<std::int64_t>(std::clamp(seconds, -1e10, 1e10));
 }
 
+/// A time's instant on each calendar day. It is made anew for each, since stepping the instant
+/// would carry a time that one day's clock change moved into all the days behind it.
+class DailyInstants {
+ public:
+  DailyInstants(const HHMMSS& time, std::optional<TimeZone> zone)
+      : time_(time), calendar_(zone ? *zone : TimeZone::current()) {}
+
+  [[nodiscard]] Date on(YYYYMMDD day) const {
+    return day.dateAt(HHMMSS::midnight, time_, calendar_.timeZone());
+  }
+  [[nodiscard]] YYYYMMDD next(YYYYMMDD day) const { return day.addUsingCalendar(calendar_, 1); }
+
+ private:
+  HHMMSS time_;
+  Calendar calendar_;
+};
+
 }  // namespace
 
 std::optional<HHMMSS> HHMMSS::fromRawValue(std::int64_t secondsSinceMidnight) {
@@ -85,27 +102,20 @@ HHMMSS HHMMSS::roundToNearestInterval(TimeInterval duration) const {
 }
 
 Date HHMMSS::nextOccurrence(Date from, std::optional<TimeZone> timeZone) const {
-  const Calendar& calendar = currentThreadCalendar(timeZone);
+  const DailyInstants instants(*this, timeZone);
   const YYYYMMDD day = YYYYMMDD::fromDate(midnight, from, timeZone);
-  std::optional<Date> occurrence = day.dateAt(midnight, *this, timeZone);
-  while (*occurrence < from) {
-    const auto next = calendar.dateByAddingDays(1, *occurrence);
-    if (!next) break;
-    occurrence = next;
-  }
-  return *occurrence;
+  const Date today = instants.on(day);
+  return today < from ? instants.on(instants.next(day)) : today;
 }
 
 std::vector<Date> HHMMSS::occurrences(Date from, Date to, std::optional<TimeZone> timeZone) const {
+  const DailyInstants instants(*this, timeZone);
+  const Date end = std::min(to, Date::distantFuture());
   std::vector<Date> all;
-  Date occurrence = nextOccurrence(from, timeZone);
-  YYYYMMDD day = YYYYMMDD::fromDate(midnight, occurrence, timeZone);
-  // Each day's instant is made anew from the day: stepping the instant itself would carry a time
-  // that one day's clock change moved into all the days behind it.
-  while (occurrence < to) {
-    all.push_back(occurrence);
-    day = day.addUsingCalendar(currentThreadCalendar(timeZone), 1);
-    occurrence = day.dateAt(midnight, *this, timeZone);
+  YYYYMMDD day = YYYYMMDD::fromDate(midnight, from, timeZone);
+  for (Date date = instants.on(day); date < end; date = instants.on(day)) {
+    if (date >= from) all.push_back(date);
+    day = instants.next(day);
   }
   return all;
 }

@@ -39,7 +39,11 @@ struct HHMMSS {
   [[nodiscard]] static HHMMSS now() { return fromDate(Date::now()); }
 
   /// Seconds since midnight.
-  [[nodiscard]] constexpr std::int64_t intValue() const { return h * 3600 + m * 60 + s; }
+  [[nodiscard]] constexpr std::int64_t intValue() const {
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(h) * 3600 +
+                                     static_cast<std::uint64_t>(m) * 60 +
+                                     static_cast<std::uint64_t>(s));
+  }
   [[nodiscard]] constexpr std::int64_t rawValue() const { return intValue(); }
   [[nodiscard]] constexpr bool isMidnight() const { return h == 0 && m == 0 && s == 0; }
   /// "09:05:00".
@@ -70,12 +74,13 @@ struct HHMMSS {
   /// never past the end of the day. An interval below one second leaves the time as it is.
   [[nodiscard]] HHMMSS roundToNearestInterval(TimeInterval duration) const;
 
-  /// The first instant at or after `from` at which the clock shows this time.
+  /// The first of this time's instants, one on each calendar day, that is not before `from`. A day
+  /// whose clock skips the time has it by the gap later; of a repeated one, the first counts.
   [[nodiscard]] Date nextOccurrence(Date from, std::optional<TimeZone> timeZone = {}) const;
   [[nodiscard]] Date nextOccurrence(std::optional<TimeZone> timeZone = {}) const {
     return nextOccurrence(Date::now(), timeZone);
   }
-  /// Every day's instant of this time from `from` on and strictly before `to`, in order.
+  /// The instants from `from` on and strictly before `to`, in order; none behind `distantFuture`.
   [[nodiscard]] std::vector<Date> occurrences(Date from, Date to,
                                               std::optional<TimeZone> timeZone = {}) const;
 };

@@ -39,7 +39,10 @@ struct YYYYMM {
   /// The month of today's logical day.
   [[nodiscard]] static YYYYMM thisMonth(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {});
 
-  [[nodiscard]] constexpr std::int64_t intValue() const { return y * 100 + m; }
+  [[nodiscard]] constexpr std::int64_t intValue() const {
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(y) * 100 +
+                                     static_cast<std::uint64_t>(m));
+  }
   [[nodiscard]] constexpr std::int64_t rawValue() const { return intValue(); }
   /// "2024-03".
   [[nodiscard]] std::string debugDescription() const;

@@ -32,6 +32,13 @@ Date noon(const YYYYMMDD& day, const Calendar& calendar) {
       ClockTime{.dayNumber = day.dayNumber(), .secondOfDay = HHMMSS::midday.intValue()});
 }
 
+/// How many days a time of the clock lies behind the date whose name its logical day bears: 1 for
+/// the next morning, -1 for the evening before.
+std::int64_t daysBehindName(std::int64_t time, std::int64_t startOfDay) {
+  if (startOfDay <= HHMMSS::midday.intValue()) return time < startOfDay ? 1 : 0;
+  return time >= startOfDay ? -1 : 0;
+}
+
 YYYYMMDD readBack(Date date, const Calendar& calendar) {
   return YYYYMMDD::fromDayNumber(calendar.clockTime(date).dayNumber);
 }
@@ -168,8 +175,8 @@ Date YYYYMMDD::dateAt(HHMMSS startOfDay, HHMMSS time, std::optional<TimeZone> ti
   const Calendar calendar(timeZone ? *timeZone : Environment::current().timeZone());
   const Date date =
       calendar.date(ClockTime{.dayNumber = dayNumber(), .secondOfDay = time.intValue()});
-  const std::int64_t daysAhead = logicalDayNumber(time.intValue(), startOfDay);
-  return calendar.dateByAddingDays(-daysAhead, date).value_or(date);
+  return calendar.dateByAddingDays(daysBehindName(time.intValue(), startOfDay.intValue()), date)
+      .value_or(date);
 }
 
 Calendar& YYYYMMDD::calendar(std::optional<TimeZone> timeZone) {

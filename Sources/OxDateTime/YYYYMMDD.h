@@ -7,6 +7,7 @@
 #include "OxDateTime/YYYYMM.h"
 #include "OxKit/Platform.h"
 
+#include <algorithm>
 #include <compare>
 #include <cstdint>
 #include <functional>
@@ -51,14 +52,21 @@ struct YYYYMMDD {
   [[nodiscard]] static std::optional<YYYYMMDD> fromString(std::string_view text);
   /// The logical day that holds an instant, by what the zone's clock shows. (So an hour that the
   /// clock repeats is read twice: a start of day inside it begins the day at its first showing, and
-  /// the second pass up to it reads as the day before once more.)
+  /// the second pass up to it reads as the day before once more. One inside an hour that the clock
+  /// skips has been passed as soon as the clock moves on, while `startOfDay` names an instant by
+  /// the length of the gap behind it.)
   [[nodiscard]] static YYYYMMDD fromDate(HHMMSS startOfDay, Date date,
                                          std::optional<TimeZone> timeZone = {});
   [[nodiscard]] static YYYYMMDD today(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {}) {
     return fromDate(startOfDay, Date::now(), timeZone);
   }
 
-  [[nodiscard]] constexpr std::int64_t intValue() const { return y * 10000 + m * 100 + d; }
+  [[nodiscard]] constexpr std::int64_t intValue() const {
+    // Unsigned, since what stands in a store may be beyond any day, and must not be undefined.
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(y) * 10000 +
+                                     static_cast<std::uint64_t>(m) * 100 +
+                                     static_cast<std::uint64_t>(d));
+  }
   [[nodiscard]] constexpr std::int64_t rawValue() const { return intValue(); }
   /// "2024-03-07".
   [[nodiscard]] std::string debugDescription() const;
@@ -156,7 +164,7 @@ struct YYYYMMDD::Range {
 /// The number of the logical day that holds a second of the local clock. A day that starts after
 /// noon starts on the evening before the midnight of its name.
 inline std::int64_t YYYYMMDD::logicalDayNumber(std::int64_t localSeconds, HHMMSS startOfDay) {
-  const std::int64_t start = startOfDay.intValue();
+  const std::int64_t start = std::clamp<std::int64_t>(startOfDay.intValue(), 0, 86400);
   const bool startsOnOwnDate = start <= HHMMSS::midday.intValue();
   return dayOfSeconds(localSeconds - (startsOnOwnDate ? start : start - 86400));
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <vector>
 
 namespace velloro {
@@ -31,6 +32,11 @@ std::optional<std::vector<int>> numbersOf(std::string_view text, std::size_t mos
     if (dot == text.size()) return numbers;
     text.remove_prefix(dot + 1);
   }
+}
+
+/// The largest number stays: a version read from outside may hold it.
+int following(int number) {
+  return number == std::numeric_limits<int>::max() ? number : number + 1;
 }
 
 AppVersion versionOf(std::vector<int> numbers, std::optional<int> build) {
@@ -63,15 +69,15 @@ AppVersion AppVersion::withoutBuild() const {
 }
 
 AppVersion AppVersion::nextMajor() const {
-  return {.major = major + 1};
+  return {.major = following(major)};
 }
 
 AppVersion AppVersion::nextMinor() const {
-  return {.major = major, .minor = minor + 1};
+  return {.major = major, .minor = following(minor)};
 }
 
 AppVersion AppVersion::nextPatch() const {
-  return {.major = major, .minor = minor, .patch = patch + 1};
+  return {.major = major, .minor = minor, .patch = following(patch)};
 }
 
 std::string AppVersion::formatted() const {

@@ -30,6 +30,14 @@ TEST(DayCommand, TakesPlaceAndTimeFromItsOptions) {
   EXPECT_THAT(result.output, HasSubstr("2024-03-25  to  2024-03-31"));
 }
 
+TEST(DayCommand, TellsWhenItsOutputIsLost) {
+  for (const char* arguments : {"day >/dev/full", "--help >/dev/full", "day >&-"}) {
+    const auto result = runProgram(arguments);
+    EXPECT_EQ(result.exitCode, 1) << arguments;
+    EXPECT_THAT(result.errors, HasSubstr("cannot write the output")) << arguments;
+  }
+}
+
 TEST(DayCommand, NamesWhatItCannotUse) {
   struct Case {
     const char* arguments;
@@ -40,10 +48,14 @@ TEST(DayCommand, NamesWhatItCannotUse) {
       {"day --at yesterday", "--at \"yesterday\": not an instant"},
       {"day --start-of-day 24:00:00", "--start-of-day \"24:00:00\": not a time of day"},
       {"day --first-day-of-week Monda", "--first-day-of-week \"Monda\": not a weekday"},
+      {"day --locale garbage", "--locale \"garbage\": not a locale"},
+      {"day --store ''", "--store \"\": not a folder"},
+      {"day --at 0000-01-01T00:00:00Z", "lies before the year 1"},
       {"day --zone ../../etc/passwd", "--zone \"../../etc/passwd\": not a time zone"},
       {"day --now 2024-03-07", "--now \"2024-03-07\": not an instant"},
       {"day 20240307 --at 2024-03-07T00:00:00Z", "day excludes --at"},
       {"night", "night"},
+      {"day 20240307 --json=5", "json was given"},
       {"", "a command is needed"},
   };
   for (const auto& [arguments, complaint] : cases) {

@@ -29,6 +29,7 @@ TEST(CalendarSweep, DayArithmeticFrom1600To2400) {
     ASSERT_EQ(static_cast<int>(today.dayOfWeek()), oracle.weekday(value)) << value;
     expected = oracle.add(value, 1);
     ASSERT_EQ(day(expected).previousDay().intValue(), value);
+    ASSERT_EQ(today.nextDayUsingCalendar().intValue(), expected);
     if (value % 7 != 0) continue;
     ASSERT_EQ(today.distance(day(far)), oracle.distance(value, far)) << value << " to " << far;
     ASSERT_EQ(today.add(value % 1000).intValue(),

@@ -77,6 +77,8 @@ TEST(HHMMSS, FindsItsNextOccurrence) {
       {time(9), "2024-03-07T08:00:01Z", "2024-03-08T08:00:00Z"},
       {time(9), "2024-03-30T12:00:00Z", "2024-03-31T07:00:00Z"},
       {time(2, 30), "2024-03-31T00:00:00Z", "2024-03-31T01:30:00Z"},
+      {time(2, 30), "2024-03-31T02:00:00Z", "2024-04-01T00:30:00Z"},  // back in its place
+      {time(2, 30), "2024-10-27T00:45:00Z", "2024-10-28T01:30:00Z"},  // the second pass is none
   };
   for (const auto& [clock, from, next] : cases) {
     EXPECT_EQ(clock.nextOccurrence(at(from), berlin).iso8601(), next) << from;
@@ -94,6 +96,9 @@ TEST(HHMMSS, ListsItsOccurrences) {
   EXPECT_EQ(texts, (std::vector<std::string>{"2024-03-30T01:30:00Z", "2024-03-31T01:30:00Z",
                                              "2024-04-01T00:30:00Z"}));
   EXPECT_TRUE(time(9).occurrences(to, to, berlin).empty());
+  const Date far = Date::sinceReferenceDate(1e300);
+  EXPECT_GT(time(9).nextOccurrence(far, berlin), Date::distantFuture()) << "and comes to an end";
+  EXPECT_TRUE(time(9).occurrences(Date::distantFuture(), far, berlin).empty());
 }
 
 }  // namespace

@@ -66,6 +66,9 @@ TEST(LogicalDay, InstantOfATime) {
       {20240331, time(0), time(2, 30), "Europe/Berlin", "2024-03-31T01:30:00Z"},
       {20241027, time(0), time(2, 30), "Europe/Berlin", "2024-10-27T00:30:00Z"},
       {20240330, time(3), time(2, 30), "Europe/Berlin", "2024-03-31T01:30:00Z"},
+      {20240331, time(2, 30), time(2, 30), "Europe/Berlin", "2024-03-31T01:30:00Z"},
+      {20240306, time(0), time(30), "GMT",
+       "2024-03-07T06:00:00Z"},  // no time of day: it carries on
       {25000101, time(0), time(0), "America/New_York", "2500-01-01T05:00:00Z"},
       {15000101, time(0), time(12), "GMT", "1500-01-01T12:00:00Z"},
   };

@@ -44,34 +44,15 @@ TEST(YYYYMMDD, CountsDays) {
   // No overflow, whatever stands in a store.
   EXPECT_GT(day(20240307).add(INT64_MAX), day(20240307));
   EXPECT_GT(day(INT64_MAX).dateAt({}, {}, TimeZone::gmt()), Date::distantFuture());
-}
-
-TEST(YYYYMMDD, UsesTheCalendarToTheSameEnd) {
-  const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
-  for (const std::int64_t value : {20240330, 20240331, 20241026, 20241027, 15821004, 20241345}) {
-    EXPECT_EQ(day(value).nextDayUsingCalendar(), day(value).nextDay()) << value;
-    for (const int count : {-400, -1, 1, 7, 146097}) {
-      EXPECT_EQ(day(value).addUsingCalendar(Calendar(berlin), count), day(value).add(count));
-    }
-  }
+  EXPECT_NE(day(INT64_MAX).nextDay(), day(INT64_MAX));
+  EXPECT_GT(YYYYMM::fromRawValue(INT64_MAX)->firstDay().nextDay().y, 9999);
 }
 
 TEST(YYYYMMDD, FindsWeeks) {
-  struct Case {
-    std::int64_t day;
-    DayOfWeek first;
-    std::int64_t start, end;
-  };
-  using enum DayOfWeek;
-  const Case cases[] = {
-      {20240307, monday, 20240304, 20240310},   {20240307, sunday, 20240303, 20240309},
-      {20240307, thursday, 20240307, 20240313}, {20240307, friday, 20240301, 20240307},
-      {20240101, sunday, 20231231, 20240106},
-  };
-  for (const auto& [value, first, start, end] : cases) {
-    EXPECT_EQ(day(value).startOfWeek(first), day(start)) << value;
-    EXPECT_EQ(day(value).endOfWeek(first), day(end)) << value;
-  }
+  EXPECT_EQ(day(20240307).startOfWeek(DayOfWeek::thursday), day(20240307));
+  EXPECT_EQ(day(20240307).startOfWeek(DayOfWeek::friday), day(20240301));
+  EXPECT_EQ(day(20240101).startOfWeek(DayOfWeek::sunday), day(20231231));
+  EXPECT_EQ(day(20240101).endOfWeek(DayOfWeek::sunday), day(20240106));
 }
 
 TEST(YYYYMMDD, FindsFortnights) {
