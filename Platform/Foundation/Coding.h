@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Foundation/Coder.h"
 #include "Foundation/CodingKeys.h"
 #include "Foundation/ContainerCoding.h"
+#include "Foundation/Decoder.h"
+#include "Foundation/Encoder.h"
 #include "Foundation/RawValue.h"
 #include "Foundation/RecordCoding.h"
 #include "Foundation/TypeName.h"
@@ -72,8 +73,8 @@ class UUID;
 ///     std::unordered_set<Note> notes;             // the hash comes of the list, too
 ///
 /// A type may have a member `void encode(Encoder&) const` or a static `T decode(const Decoder&)` of
-/// its own (Coder.h), alone or beside a list, and these come first; `encodeKeyed` and `decodeKeyed`
-/// then do what the list says.
+/// its own (Encoder.h, Decoder.h), alone or beside a list, and these come first; `encodeKeyed` and
+/// `decodeKeyed` then do what the list says.
 ///
 /// | type | form |
 /// | --- | --- |
@@ -92,7 +93,8 @@ class UUID;
 /// | `PropertyList` | whatever it holds; no `Data` or `Date` comes back |
 template <typename T>
 struct Coding {
-  static_assert(sizeof(T) == 0, "this type has no form in JSON: give it a list or a codec");
+  static_assert(sizeof(T) == 0,
+                "this type has no form in JSON: give it a list, or encode and decode");
 };
 
 template <KeyedRecord T>
@@ -102,6 +104,7 @@ void encodeKeyed(const T& value, Encoder& to) {
 
 template <KeyedRecord T>
 [[nodiscard]] T decodeKeyed(const Decoder& from) {
+  static_assert(std::default_initializable<T>, "a record's members need initial values");
   T record{};
   coding_detail::RecordCoding<T>::decodeInto(record, from);
   return record;

@@ -5,15 +5,22 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <tuple>
-#include <type_traits>
 #include <variant>
 
 namespace platform {
 
 class Decoder;
 class Encoder;
+
+namespace coding_detail {
+template <typename T>
+inline constexpr bool isOptional = false;
+template <typename T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+}  // namespace coding_detail
 
 /// The fallback of a key that keeps the member's own initial value when the key is missing.
 struct InitialValue {};
@@ -27,6 +34,7 @@ template <typename Record, typename Member, typename Fallback>
 struct CodingKey {
   using MemberType = Member;
   using FallbackType = Fallback;
+  static constexpr bool hasFallback = !std::same_as<Fallback, NoFallback>;
 
   std::string_view name;
   Member Record::*member;
@@ -47,6 +55,7 @@ consteval auto key(std::string_view name, Member Record::*member) {
 ///     key("days", &Task::days, initialValue)
 template <typename Record, typename Member, typename Fallback>
 consteval auto key(std::string_view name, Member Record::*member, Fallback fallback) {
+  static_assert(!coding_detail::isOptional<Member>, "an optional reads as absent without its key");
   return CodingKey<Record, Member, Fallback>{name, member, fallback};
 }
 
@@ -78,8 +87,8 @@ consteval auto distinct(std::array<std::string_view, N> names) {
 /// The one list of a record's members, from which come its JSON form (Coding.h) and its hash
 /// (Hasher.h). It stands behind the members:
 ///
-///     static constexpr auto codingKeys = keys(key("date", &Entry::date), key("note",
-///     &Entry::note));
+///     static constexpr auto codingKeys =
+///         keys(key("date", &Entry::date), key("note", &Entry::note));
 template <typename... Key>
 consteval auto keys(Key... key) {
   return CodingKeys<Key...>{
@@ -130,5 +139,23 @@ consteval auto cases(std::variant<Alternative...> Owner::*member, Case... entry)
   coding_detail::distinct(std::array<std::string_view, sizeof...(Case)>{entry.name...});
   return CodingCases<Owner, Alternative...>{member, {entry...}};
 }
+
+/// A record whose form is its list of keys.
+template <typename T>
+concept KeyedRecord = requires {
+  T::codingKeys;
+};
+
+/// A struct whose form is its list of cases.
+template <typename T>
+concept PayloadVariant = requires {
+  T::codingCases;
+};
+
+/// A struct that is written as one of its members: `codingValue` points to it.
+template <typename T>
+concept SingleValue = requires {
+  T::codingValue;
+};
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Foundation/Coder.h"
+#include "Foundation/Decoder.h"
+#include "Foundation/Encoder.h"
 #include "Foundation/RecordCoding.h"
 
 #include <algorithm>
@@ -19,20 +20,18 @@ namespace platform {
 namespace coding_detail {
 
 template <typename T>
-concept Map = requires {
+concept Map = !SelfCoded<T> && requires {
   typename T::mapped_type;
-}
-&&!SelfCoded<T>;
+};
 template <typename T>
-concept Set = requires {
+concept Set = !SelfCoded<T> && !Map<T> && requires {
   typename T::key_type;
-}
-&&!Map<T> && !SelfCoded<T>;
+};
 template <typename T>
-concept List = requires(T& list, typename T::value_type element) {
+concept List = !SelfCoded<T> && !std::convertible_to<const T&, std::string_view> &&
+               requires(T & list, typename T::value_type element) {
   list.push_back(element);
-}
-&&!std::convertible_to<const T&, std::string_view> && !SelfCoded<T>;
+};
 
 template <typename T>
 concept TextKey = std::same_as<T, std::string>;

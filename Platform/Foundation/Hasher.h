@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/CodingKeys.h"
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -17,22 +19,16 @@ namespace platform {
 class Hasher;
 class TimeZone;
 
-/// A type that says what its hash covers: a record with a list of `codingKeys`, a variant with a
-/// list of `codingCases`, a struct with a `codingValue` (all in CodingKeys.h), or a type with a
-/// member `void hash(Hasher&) const`. Such a type has a `std::hash` by that alone.
 template <typename T>
-concept SelfHashing = requires {
-  T::codingKeys;
-}
-|| requires {
-  T::codingCases;
-}
-|| requires {
-  T::codingValue;
-}
-|| requires(const T& value, Hasher& hasher) {
+concept CustomHashing = requires(const T& value, Hasher& hasher) {
   value.hash(hasher);
 };
+
+/// A type that says what its hash covers: by its list of keys or cases or its `codingValue`
+/// (CodingKeys.h), or by a member `void hash(Hasher&) const`, which comes first. Such a type has a
+/// `std::hash` by that alone.
+template <typename T>
+concept SelfHashing = CustomHashing<T> || KeyedRecord<T> || PayloadVariant<T> || SingleValue<T>;
 
 /// Makes one number of many values. The number is the same in every process and on every machine,
 /// so it may be stored and sent; equal values give equal numbers.
@@ -65,13 +61,13 @@ class Hasher {
 
   template <typename T>
   void add(const T& value) {
-    if constexpr (requires { value.hash(*this); }) {
+    if constexpr (CustomHashing<T>) {
       value.hash(*this);
-    } else if constexpr (requires { T::codingKeys; }) {
+    } else if constexpr (KeyedRecord<T>) {
       T::codingKeys.forEachMember(value, [this](const auto& member) { add(member); });
-    } else if constexpr (requires { T::codingCases; }) {
+    } else if constexpr (PayloadVariant<T>) {
       add(value.*T::codingCases.member);
-    } else if constexpr (requires { T::codingValue; }) {
+    } else if constexpr (SingleValue<T>) {
       add(value.*T::codingValue);
     } else if constexpr (std::is_enum_v<T> || std::is_integral_v<T>) {
       addBits(static_cast<std::uint64_t>(value));

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "Foundation/Coder.h"
 #include "Foundation/CodingKeys.h"
+#include "Foundation/Decoder.h"
+#include "Foundation/Encoder.h"
 #include "Foundation/TypeName.h"
 
 #include <array>
@@ -16,24 +17,6 @@
 #include <variant>
 
 namespace platform {
-
-/// A record whose form is its list of keys.
-template <typename T>
-concept KeyedRecord = requires {
-  T::codingKeys;
-};
-
-/// A struct whose form is its list of cases.
-template <typename T>
-concept PayloadVariant = requires {
-  T::codingCases;
-};
-
-/// A struct that is written as one of its members: `codingValue` points to it.
-template <typename T>
-concept SingleValue = requires {
-  T::codingValue;
-};
 
 template <typename T>
 concept CustomEncoded = requires(const T& value, Encoder& encoder) {
@@ -55,11 +38,6 @@ concept SelfCoded =
 /// How records and payload variants are written and read by their lists (CodingKeys.h). Part of
 /// Coding.h, which is the header to include.
 namespace platform::coding_detail {
-
-template <typename T>
-inline constexpr bool isOptional = false;
-template <typename T>
-inline constexpr bool isOptional<std::optional<T>> = true;
 
 /// Where a name stands in a list, looked for first where it is expected; the list's size when it is
 /// not there.
@@ -126,11 +104,6 @@ struct RecordCoding {
   static constexpr const auto& keyAt = std::get<I>(keys.entries);
   template <std::size_t I>
   using Key = std::remove_cvref_t<decltype(keyAt<I>)>;
-  template <std::size_t I>
-  using Fallback = typename Key<I>::FallbackType;
-  template <std::size_t I>
-  static constexpr bool isNeeded =
-      std::same_as<Fallback<I>, NoFallback> && !isOptional<typename Key<I>::MemberType>;
 
   template <std::size_t I>
   static void read(T& record, const Decoder& from) {
@@ -138,11 +111,15 @@ struct RecordCoding {
     using Member = typename Key<I>::MemberType;
     if constexpr (isOptional<Member>) {
       decodeOptional(member, from);
-    } else if (!isNeeded<I> && from.isNull()) {
-      T blank{};
-      supply<I>(blank);
-      member = std::move(blank.*keyAt<I>.member);
     } else {
+      if constexpr (Key<I>::hasFallback) {
+        if (from.isNull()) {
+          T blank{};
+          supply<I>(blank, from);
+          member = std::move(blank.*keyAt<I>.member);
+          return;
+        }
+      }
       member = from.decode<Member>();
     }
   }
@@ -150,23 +127,20 @@ struct RecordCoding {
   template <std::size_t... I>
   static void supplyMissing(T& record, const Decoder& from, std::uint64_t seen,
                             std::index_sequence<I...>) {
-    (((seen >> I & 1) != 0 || (needs<I>(from), supply<I>(record), true)), ...);
+    (((seen >> I & 1) != 0 || (supply<I>(record, from), true)), ...);
   }
 
+  /// What a member of a new record is when its key is missing.
   template <std::size_t I>
-  static void needs(const Decoder& from) {
-    if constexpr (isNeeded<I>) throw from.keyNotFound(keys.names[I]);
-  }
-
-  /// What a member of a new record is when its key is missing or null.
-  template <std::size_t I>
-  static void supply(T& fresh) {
+  static void supply(T& fresh, const Decoder& from) {
+    using Fallback = typename Key<I>::FallbackType;
     auto& member = fresh.*keyAt<I>.member;
-    using Member = typename Key<I>::MemberType;
-    if constexpr (isOptional<Member> && std::same_as<Fallback<I>, NoFallback>) {
+    if constexpr (isOptional<typename Key<I>::MemberType>) {
       member.reset();
-    } else if constexpr (!std::same_as<Fallback<I>, InitialValue> && !isNeeded<I>) {
-      member = Member(keyAt<I>.fallback);
+    } else if constexpr (!Key<I>::hasFallback) {
+      throw from.keyNotFound(keys.names[I]);
+    } else if constexpr (!std::same_as<Fallback, InitialValue>) {
+      member = typename Key<I>::MemberType(keyAt<I>.fallback);
     }
   }
 
@@ -179,7 +153,7 @@ struct RecordCoding {
 
 template <typename T>
 concept TupleLike = requires {
-  std::tuple_size<T>::value;
+  typename std::tuple_size<T>::type;
 };
 
 /// A case without payload has an empty struct for an alternative.
@@ -244,8 +218,9 @@ struct VariantCoding {
     } else if constexpr (!entry.isKeyed) {
       return Variant(place, from.decode<Payload>());
     } else if constexpr (TupleLike<Payload>) {
-      return Variant(place, readElements<I, Payload>(
-                                from, std::make_index_sequence<std::tuple_size_v<Payload>>{}));
+      constexpr std::size_t size = std::tuple_size_v<Payload>;
+      static_assert(size <= CodingCase::maximumLabels, "a payload has at most so many elements");
+      return Variant(place, readElements<I, Payload>(from, std::make_index_sequence<size>{}));
     } else {
       return Variant(place, readElement<Payload>(from, entry.labels[0]));
     }

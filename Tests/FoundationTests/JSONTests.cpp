@@ -153,6 +153,7 @@ TEST(JSON, WhatIsMissingReadsAsTheListSays) {
       {readAndWritten<std::vector<Streak>>, R"([{"current":4,"best":5},{"current":1}])",
        R"([{"current":4,"best":5},{"current":1,"best":1}])"},
       {note, R"({"place":{"pinned":{}}})", "The key \"day\" is missing."},
+      {note, R"({"day":-5,"place":{"pinned":{}}})", "day: Unable to create Day from -5"},
       {note, R"({"day":null,"place":{"pinned":{}}})", "day: Expected an integer, found null."},
       {note, "[]", "Expected an object, found an array."},
   });
