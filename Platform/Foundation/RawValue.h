@@ -31,7 +31,8 @@ namespace platform {
 ///
 /// The table stands in the enumeration's namespace. For an enumeration nested in a class it follows
 /// the class, or is a `friend` inside it where the class's own header needs it. It lists every
-/// case; one that stands twice, or a raw value that does, is an error of compilation.
+/// case; one that stands twice, or a raw value that does, is an error of compilation wherever the
+/// table is used.
 ///
 /// `rawIntegers` makes a table of integers. `caseNames` makes the table of texts of an enumeration
 /// whose raw values are the names of its cases. In JSON (Coding.h) a case is its raw value. A table
@@ -60,7 +61,7 @@ class RawValueTable {
   static constexpr bool isKeyed = Keyed;
 
   template <typename Row>
-  consteval explicit RawValueTable(const Row (&rows)[N]) {
+  constexpr explicit RawValueTable(const Row (&rows)[N]) {
     for (std::size_t i = 0; i < N; ++i) {
       cases_[i] = rows[i].value;
       raws_[i] = rows[i].raw;
@@ -100,7 +101,7 @@ class RawValueTable {
   static constexpr std::int64_t underlying(E value) { return static_cast<std::int64_t>(value); }
 
   template <typename Value>
-  static consteval Order order(const std::array<Value, N>& values, const char* whenRepeated) {
+  static constexpr Order order(const std::array<Value, N>& values, const char* whenRepeated) {
     Order indexes{};
     for (std::size_t i = 0; i < N; ++i) indexes[i] = static_cast<std::uint16_t>(i);
     const auto valueAt = [&](std::uint16_t i) { return values[i]; };
@@ -138,29 +139,29 @@ class RawValueTable {
 };
 
 template <typename E, std::size_t N>
-consteval auto rawTexts(const RawCase<E, std::string_view> (&rows)[N]) {
+constexpr auto rawTexts(const RawCase<E, std::string_view> (&rows)[N]) {
   return RawValueTable<E, std::string_view, N, false>(rows);
 }
 
 template <typename E, std::size_t N>
-consteval auto rawIntegers(const RawCase<E, std::int64_t> (&rows)[N]) {
+constexpr auto rawIntegers(const RawCase<E, std::int64_t> (&rows)[N]) {
   return RawValueTable<E, std::int64_t, N, false>(rows);
 }
 
 template <typename E, std::size_t N>
-consteval auto keyedCases(const RawCase<E, std::string_view> (&rows)[N]) {
+constexpr auto keyedCases(const RawCase<E, std::string_view> (&rows)[N]) {
   return RawValueTable<E, std::string_view, N, true>(rows);
 }
 
 /// The table of raw values of one with further columns.
 template <typename Row, std::size_t N>
-consteval auto rawColumn(const Row (&rows)[N]) {
+constexpr auto rawColumn(const Row (&rows)[N]) {
   return RawValueTable<decltype(Row::value), decltype(Row::raw), N, false>(rows);
 }
 
 namespace raw_value_detail {
 template <auto Case>
-consteval std::string_view nameOf() {
+constexpr std::string_view nameOf() {
   using Holder = std::integral_constant<decltype(Case), Case>;
   // "std::integral_constant<Mood, Mood::good>", with "(Mood)7" for a number that is no case
   std::string_view name = typeName<Holder>();
@@ -177,7 +178,7 @@ consteval std::string_view nameOf() {
 ///
 ///     constexpr auto rawValues(std::type_identity<Mood>) { return caseNames<Mood::bad>(); }
 template <auto Last>
-consteval auto caseNames() {
+constexpr auto caseNames() {
   using E = decltype(Last);
   return []<std::size_t... I>(std::index_sequence<I...>) {
     return rawTexts<E>({{static_cast<E>(I), raw_value_detail::nameOf<static_cast<E>(I)>()}...});
