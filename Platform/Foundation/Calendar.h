@@ -38,9 +38,9 @@ struct ClockTime {
 ///
 ///     const Calendar berlin(TimeZone::fromIdentifier("Europe/Berlin").value());
 ///     const Date gap = berlin.date({.year = 2024, .month = 3, .day = 31, .hour = 2}).value();
-///     gap.iso8601();                                          // "2024-03-31T01:00:00Z", 03:00
-///     there berlin.dateByAddingDays(-1, gap)->iso8601();            // "2024-03-30T02:00:00Z",
-///     03:00 there
+///     gap.iso8601();     // "2024-03-31T01:00:00Z": 3:00 in Berlin
+///     const Date before = berlin.dateByAddingDays(-1, gap).value();
+///     before.iso8601();  // "2024-03-30T02:00:00Z": 3:00 as well
 class Calendar {
  public:
   explicit Calendar(TimeZone timeZone) : timeZone_(timeZone) {}

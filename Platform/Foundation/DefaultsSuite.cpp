@@ -49,6 +49,14 @@ Dictionary dictionaryFrom(const std::string& text) {
   throw DecodingError(DecodingError::Kind::typeMismatch, "", "Expected a dictionary.");
 }
 
+Result<std::string> textFrom(const Dictionary& values) {
+  try {
+    return PropertyList(values).fileText();
+  } catch (const EncodingError& error) {
+    return failure<EncodingError>(error);
+  }
+}
+
 fs::path lockFileOf(const fs::path& path) {
   return path.parent_path() / ("." + path.filename().string() + ".lock");
 }
@@ -157,14 +165,12 @@ void DefaultsSuite::apply(const Dictionary& changes) {
 
 /// To be asked first: one value that no text can hold would make every later write fail as well.
 bool DefaultsSuite::canBeStored(const Dictionary& changes) const {
-  try {
-    (void)PropertyList(changes).fileText();
-    return true;
-  } catch (const EncodingError& error) {
+  const auto text = textFrom(changes);
+  if (!text) {
     Environment::current().report("the defaults file \"" + path_.string() +
-                                  "\" can't take a value: " + error.what());
-    return false;
+                                  "\" can't take a value: " + text.error()->what());
   }
+  return text.has_value();
 }
 
 bool DefaultsSuite::wouldChange(const Dictionary& changes) {
@@ -183,11 +189,12 @@ Result<void> DefaultsSuite::save(const Dictionary& changes) {
   if (!lock) return std::unexpected(lock.error());
   const auto content = contentWith(changes);
   if (!content) return std::unexpected(content.error());
-  const std::string text = PropertyList(content->values).fileText();
+  const auto text = textFrom(content->values);
+  if (!text) return std::unexpected(text.error());
   if (content->replacesCorruptFile) {
     if (auto aside = moveAside(path_); !aside) return aside;
   }
-  if (auto written = NSFileManager::write(text, path_); !written) return written;
+  if (auto written = NSFileManager::write(*text, path_); !written) return written;
   const std::scoped_lock reading(mutex_);
   load();
   unsaved_.clear();

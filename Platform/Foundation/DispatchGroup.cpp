@@ -1,5 +1,6 @@
 #include "Foundation/DispatchGroup.h"
 
+#include <algorithm>
 #include <cassert>
 #include <chrono>
 #include <condition_variable>
@@ -49,8 +50,10 @@ void DispatchGroup::notify(const DispatchQueue& queue, Block block) const {
 bool DispatchGroup::wait(std::optional<TimeInterval> timeout) const {
   std::unique_lock lock(state_->mutex);
   const auto isEmpty = [this] { return state_->inside == 0; };
-  if (timeout) {
-    return state_->empty.wait_for(lock, std::chrono::duration<double>(*timeout), isEmpty);
+  constexpr TimeInterval forEver = 1e9;  // more than the clock may not be able to count
+  if (timeout && *timeout < forEver) {
+    const std::chrono::duration<double> seconds(std::max(*timeout, 0.0));
+    return state_->empty.wait_for(lock, seconds, isEmpty);
   }
   state_->empty.wait(lock, isEmpty);
   return true;

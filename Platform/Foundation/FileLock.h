@@ -18,15 +18,19 @@ class FileLock {
   /// Waits for as long as another holds it. A thread that asks again for what it holds waits for
   /// ever.
   [[nodiscard]] static Result<FileLock> exclusive(const std::filesystem::path& path);
+  /// The same by way of a file that must be there (`ENOENT`), or of what a link leads to. What is
+  /// written to `file` goes to its end.
+  [[nodiscard]] static Result<FileLock> exclusiveForAppending(const std::filesystem::path& path);
 
   FileLock(FileLock&&) noexcept = default;
   FileLock& operator=(FileLock&&) = delete;
   ~FileLock();
 
-  /// The locked file, open for reading and writing.
+  /// The locked file, open for reading and writing, or for appending.
   [[nodiscard]] NSFileHandle& file() { return file_; }
 
  private:
+  static Result<FileLock> take(const std::filesystem::path& path, int flags);
   explicit FileLock(NSFileHandle file) : file_(std::move(file)) {}
 
   NSFileHandle file_;

@@ -2,11 +2,14 @@
 
 #include "Foundation/CodingError.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <new>
 #include <utility>
 
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
 #include <simdjson.h>
 
 namespace platform {
@@ -37,6 +40,30 @@ std::string shortened(std::string_view text) {
   return std::string(text.substr(0, end)) + "…";
 }
 
+/// Stops at a number that can't be read.
+struct NumberCheck : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, NumberCheck> {
+  static bool RawNumber(const char* start, rapidjson::SizeType size, bool /*copy*/) {
+    const std::string_view digits(start, size);
+    if (digits.find_first_of(".eE") != digits.npos) return fits<double>(digits);
+    return fits<std::int64_t>(digits) || fits<std::uint64_t>(digits);
+  }
+  template <typename Number>
+  static bool fits(std::string_view digits) {
+    Number number{};
+    return std::from_chars(digits.begin(), digits.end(), number).ec == std::errc();
+  }
+};
+
+/// The parser doesn't tell where it stopped, so another one looks.
+std::size_t placeOfFailure(std::string_view text) {
+  rapidjson::MemoryStream stream(text.data(), text.size());
+  rapidjson::Reader reader;
+  NumberCheck check;
+  using namespace rapidjson;
+  reader.Parse<kParseIterativeFlag | kParseNumbersAsStringsFlag>(stream, check);
+  return std::min(reader.GetErrorOffset(), text.size());
+}
+
 std::string reasonText(simdjson::error_code failure, std::string_view text) {
   switch (failure) {
     case simdjson::EMPTY:
@@ -48,10 +75,11 @@ std::string reasonText(simdjson::error_code failure, std::string_view text) {
     default:
       break;
   }
-  const std::string excerpt = shortened(text);
+  const std::size_t place = placeOfFailure(text);
+  const std::string excerpt = shortened(text.substr(place));
   const bool readable = simdjson::validate_utf8(excerpt);
-  return "The text " + (readable ? "\"" + excerpt + "\" " : "") +
-         "is not valid JSON: " + simdjson::error_message(failure);
+  return "The text is not valid JSON at byte " + std::to_string(place) +
+         (readable ? ", \"" + excerpt + "\"" : "") + ": " + simdjson::error_message(failure);
 }
 
 }  // namespace

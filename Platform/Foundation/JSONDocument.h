@@ -8,7 +8,8 @@
 
 namespace platform {
 
-/// Objects and arrays may lie this deep in each other, on reading and on writing.
+/// Objects and arrays may lie this deep in each other, on reading and on writing. On reading, one
+/// that is empty may lie a level deeper.
 inline constexpr std::size_t maximumJSONDepth = 512;
 
 /// A value in a parsed JSON text: two words, good as long as its `JSONDocument` lives. Ask for its
@@ -73,7 +74,9 @@ class JSONDocument {
   static constexpr std::size_t readAhead = 64;
 
   /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that lies deeper than
-  ///     `maximumJSONDepth`, or that holds a number beyond the range of a double.
+  ///     `maximumJSONDepth`, or that holds an integer beyond 64 bits ("1e20" is none), a number
+  ///     beyond the range of a double or half of a surrogate pair ("\\ud800"). Its description names
+  ///     the place.
   /// \param readableBehind How many bytes behind the text belong to its memory. From
   ///     `readAhead` on, the text needs no copy.
   explicit JSONDocument(std::string_view text, std::size_t readableBehind = 0);

@@ -176,9 +176,17 @@ Result<void> NSFileManager::write(std::string_view bytes, const Path& path) {
 }
 
 Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
-  auto file = NSFileHandle::open(path, O_WRONLY | O_APPEND);
-  if (!file) return std::unexpected(file.error());
-  return file->write(bytes);
+  auto lock = FileLock::exclusiveForAppending(path);
+  if (!lock) return std::unexpected(lock.error());
+  NSFileHandle& file = lock->file();
+  struct stat before {};
+  if (auto known = file.getStatus(before); !known) return known;
+  auto written = file.write(bytes);
+  // A full disk may have taken a part, which the next piece must not follow.
+  if (!written && ::ftruncate(file.fileDescriptor(), before.st_size) != 0) {
+    return fileFailure("cannot take back what was added to", path);
+  }
+  return written;
 }
 
 Result<void> NSFileManager::createFile(const Path& path) {

@@ -30,6 +30,7 @@ namespace platform {
 ///       void start() override {
 ///         if (isCancelled()) return complete();     // a cancelled operation does no work
 ///         changeValue(executing_, true, "isExecuting");
+///         if (completed_) return changeValue(executing_, false, "isExecuting");  // meanwhile
 ///         request([self = shared_from_this()] { … complete(); });
 ///       }
 ///       void complete() {                           // also without start()

@@ -65,30 +65,44 @@ void Formed::encode(Date date, Encoder& to) const {
   to.object([&](ObjectEncoder& object) { object.encode(dateTag, date); });
 }
 
-PropertyList decodeForm(const Decoder& from, Form form);
+/// \param levels How many arrays and dictionaries may still lie in each other.
+PropertyList decodeForm(const Decoder& from, Form form, std::size_t levels = maximumJSONDepth);
 
 /// What {"$data": …} or {"$date": …} stands for; absent for any other object.
 std::optional<PropertyList> taggedValue(const Decoder& from) {
   if (from.count() != 1) return std::nullopt;
   const auto [key, value] = from.onlyField();
-  if (key == dataTag) return value.decode<Data>();
-  if (key == dateTag) return value.decode<Date>();
+  try {
+    if (key == dataTag) return value.decode<Data>();
+    if (key == dateTag) return value.decode<Date>();
+  } catch (const DecodingError&) {
+    // One slip of a person's hand must not make the whole file unreadable.
+  }
   return std::nullopt;
 }
 
-PropertyList objectFrom(const Decoder& from, Form form) {
+PropertyList objectFrom(const Decoder& from, Form form, std::size_t levels) {
   if (form == Form::file) {
     if (auto tagged = taggedValue(from)) return std::move(*tagged);
   }
   PropertyList::Dictionary dictionary;
   from.forEachField([&](std::string_view key, const Decoder& value) {
     if (form == Form::file && key.starts_with("$$")) key.remove_prefix(1);
-    dictionary.insert_or_assign(dictionary.end(), std::string(key), decodeForm(value, form));
+    dictionary.insert_or_assign(dictionary.end(), std::string(key),
+                                decodeForm(value, form, levels));
   });
   return dictionary;
 }
 
-PropertyList decodeForm(const Decoder& from, Form form) {
+PropertyList arrayFrom(const Decoder& from, Form form, std::size_t levels) {
+  PropertyList::Array array;
+  array.reserve(from.count());
+  from.forEachElement(
+      [&](const Decoder& element) { array.push_back(decodeForm(element, form, levels)); });
+  return array;
+}
+
+PropertyList decodeForm(const Decoder& from, Form form, std::size_t levels) {
   switch (from.kind()) {
     case Decoder::Kind::null:
       return {};
@@ -102,14 +116,13 @@ PropertyList decodeForm(const Decoder& from, Form form) {
     case Decoder::Kind::text:
       return from.text();
     case Decoder::Kind::object:
-      return objectFrom(from, form);
     case Decoder::Kind::array:
       break;
   }
-  PropertyList::Array array;
-  array.reserve(from.count());
-  from.forEachElement([&](const Decoder& element) { array.push_back(decodeForm(element, form)); });
-  return array;
+  // What is read must be writable again.
+  if (levels == 0) throw from.dataCorrupted("The value nests too deep.");
+  const bool isObject = from.kind() == Decoder::Kind::object;
+  return isObject ? objectFrom(from, form, levels - 1) : arrayFrom(from, form, levels - 1);
 }
 
 }  // namespace

@@ -77,7 +77,8 @@ class PropertyList {
   [[nodiscard]] static PropertyList fromJSON(std::string_view json);
 
   /// JSON that loses nothing, for files: bytes as {"$data":"…"}, instants as {"$date":…}, and a
-  /// dictionary's own key that starts with "$" is written with a second one.
+  /// dictionary's own key that starts with "$" is written with a second one. On reading, an object
+  /// whose "$data" or "$date" can't be read is a dictionary.
   [[nodiscard]] std::string fileText() const;
   [[nodiscard]] static PropertyList fromFileText(std::string_view text);
 

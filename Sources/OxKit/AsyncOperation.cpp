@@ -7,6 +7,8 @@ namespace velloro {
 void AsyncOperation::start() {
   if (completeCalled_) return;
   changeValue(executing_, true, "isExecuting");
+  // A `complete` that came in between found nothing to take back.
+  if (completeCalled_) return changeValue(executing_, false, "isExecuting");
   main();
 }
 

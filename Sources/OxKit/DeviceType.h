@@ -54,7 +54,8 @@ struct DeviceType {
   [[nodiscard]] static std::optional<DeviceType> fromModelIdentifier(std::string_view identifier);
   /// The running device, as the installed `Environment` has it; a phone when its name says nothing.
   [[nodiscard]] static DeviceType current();
-  /// Whether the process environment holds the variable SIMULATOR_MODEL_IDENTIFIER.
+  /// Whether the process environment holds the variable SIMULATOR_MODEL_IDENTIFIER; an empty
+  /// one counts as none.
   [[nodiscard]] static bool isInSimulator();
 };
 

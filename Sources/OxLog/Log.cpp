@@ -17,7 +17,7 @@ void Log::error(const std::exception& error, const std::source_location& caller)
 }
 
 void Log::error(const ErrorPtr& error, const std::source_location& caller) const {
-  this->error(*error, caller);
+  this->error([&] { return error ? error->what() : "unknown error"; }, caller);
 }
 
 bool Log::isWritten(LogLevel level) const {

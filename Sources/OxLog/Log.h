@@ -84,7 +84,7 @@ struct Log {
              const std::source_location& caller = std::source_location::current()) const {
     if (isWritten(LogLevel::error)) write(LogLevel::error, std::string(message()), caller);
   }
-  /// Writes the error's description.
+  /// Writes the error's description; "unknown error" for a null pointer.
   void error(const std::exception& error,
              const std::source_location& caller = std::source_location::current()) const;
   void error(const ErrorPtr& error,

@@ -60,7 +60,8 @@ class LogManager {
   /// A file of this many bytes or more is cleared before a process's first line.
   static constexpr std::uint64_t logSizeLimit = 10'000'000;
 
-  /// The manager that `Log` writes to.
+  /// The manager that `Log` writes to. Its folder and defaults are those of the environment that is
+  /// current at the first use; a process installs its environment before that.
   [[nodiscard]] static LogManager& shared();
 
   /// A manager over the current environment's caches folder and standard defaults.

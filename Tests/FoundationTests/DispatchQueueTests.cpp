@@ -172,7 +172,7 @@ TEST(DispatchGroup, NotifiesWhenAllHaveLeft) {
     });
   }
   group.leave();
-  EXPECT_TRUE(group.wait());
+  EXPECT_TRUE(group.wait(std::numeric_limits<double>::infinity()));
   environment.settle();
   EXPECT_THAT(leftAtNotification, testing::ElementsAre(0, 50, 50));
 }

@@ -73,6 +73,7 @@ TEST_F(NSFileManagerTest, FailuresNameTheFileAndTheReasonAndLeaveNothing) {
     std::signal(SIGXFSZ, SIG_IGN);
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
     EXPECT_EQ(NSFileManager::write("more than ten bytes", file("a")).error()->code(), EFBIG);
+    EXPECT_EQ(NSFileManager::append("more than ten bytes", file("a")).error()->code(), EFBIG);
   })));
   EXPECT_EQ(NSFileManager::contents(file("a")).value(), "old");
   EXPECT_THAT(names(), ElementsAre("a", "d"));

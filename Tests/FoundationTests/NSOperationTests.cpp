@@ -23,6 +23,7 @@ class Asynchronous : public NSOperation {
   void start() override {
     if (isCancelled()) return complete();
     changeValue(executing_, true, "isExecuting");
+    if (completed_) return changeValue(executing_, false, "isExecuting");
     work_(*this);
   }
   void complete() {

@@ -77,13 +77,19 @@ TEST(PropertyList, TellsKindsApart) {
   EXPECT_TRUE(std::signbit(PropertyList(-0.0).real().value()));
 }
 
+TEST(PropertyList, ABadTagIsADictionarysKey) {
+  for (const char* tagged : {R"({"$data":"!!"})", R"({"$data":5})", R"({"$date":"2024-03-07"})"}) {
+    const PropertyList read = PropertyList::fromFileText(tagged);
+    EXPECT_EQ(read, PropertyList::fromJSON(tagged));
+    EXPECT_EQ(PropertyList::fromFileText(read.fileText()), read) << tagged;
+  }
+}
+
 TEST(PropertyList, RefusesBadTexts) {
   const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"{", ""},
-      {R"({"a":[{"$data":5}]})", "a[0].$data"},
-      {R"({"a":{"$data":"AA"}})", "a.$data"},
-      {R"({"$date":"2024-03-07T00:00:00Z"})", "$date"},
+      {R"({"a":[5,1e999]})", ""},
   };
   for (const auto& [text, path] : cases) {
     try {
@@ -119,6 +125,8 @@ TEST(PropertyList, WritesAsDeepAsItReads) {
   const PropertyList deeper(Array{value});
   EXPECT_THROW((void)deeper.json(), EncodingError);
   EXPECT_THROW((void)PropertyList::fromJSON("[" + value.json() + "]"), DecodingError);
+  const std::string empty = std::string(513, '[') + std::string(513, ']');
+  EXPECT_THROW((void)PropertyList::fromFileText(empty), DecodingError);
 }
 
 }  // namespace

@@ -44,6 +44,11 @@ TEST(AsyncOperation, CompletesWithoutAStartOrABlock) {
   EXPECT_EQ(changes.heard, (Steps{"ended"}));
   empty.start();
   EXPECT_TRUE(empty.isFinished());
+
+  AsyncBlockOperation early([](const auto&) { ADD_FAILURE() << "it had ended"; });
+  const auto meanwhile = early.addObserver("isExecuting", [&] { early.complete(); });
+  early.start();
+  EXPECT_FALSE(early.isExecuting());
 }
 
 TEST(AsyncOperation, KeepsItsPlaceInAQueueUntilItCompletes) {

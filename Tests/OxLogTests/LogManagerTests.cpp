@@ -61,6 +61,7 @@ TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {
     Log::notifications.debug(unused);
     Log::cache.error(Error("domain", 1, "The cache is full."));
     Log::cache.error(std::make_shared<const Error>("domain", 2, "It is gone."));
+    Log::cache.error(ErrorPtr());
   });
   const auto place = [&](int offset) {
     return stringWithFormat("2024-03-07 12:00:00.000 [LogManagerTests:%d] TestBody() ",
@@ -68,7 +69,8 @@ TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {
   };
   EXPECT_THAT(lines(), ElementsAre("🚨 [Notifications, INFO] " + place(0) + "Updating badges...",
                                    "[Cache, ERROR] " + place(5) + "The cache is full.",
-                                   "[Cache, ERROR] " + place(6) + "It is gone."));
+                                   "[Cache, ERROR] " + place(6) + "It is gone.",
+                                   "[Cache, ERROR] " + place(7) + "unknown error"));
 }
 
 TEST_F(LogManagerTest, EachCategoryIsChosenByItsRawValueAlone) {
