@@ -77,7 +77,7 @@ std::string reasonText(simdjson::error_code failure, std::string_view text) {
   }
   const std::size_t place = placeOfFailure(text);
   const std::string excerpt = shortened(text.substr(place));
-  const bool readable = simdjson::validate_utf8(excerpt);
+  const bool readable = !excerpt.empty() && simdjson::validate_utf8(excerpt);
   return "The text is not valid JSON at byte " + std::to_string(place) +
          (readable ? ", \"" + excerpt + "\"" : "") + ": " + simdjson::error_message(failure);
 }

@@ -75,7 +75,7 @@ class JSONDocument {
 
   /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that lies deeper than
   ///     `maximumJSONDepth`, or that holds an integer beyond 64 bits ("1e20" is none), a number
-  ///     beyond the range of a double or half of a surrogate pair ("\\ud800"). Its description names
+  ///     beyond the range of a double or half of a surrogate pair ("\ud800"). Its description names
   ///     the place.
   /// \param readableBehind How many bytes behind the text belong to its memory. From
   ///     `readAhead` on, the text needs no copy.

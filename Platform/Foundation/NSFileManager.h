@@ -55,7 +55,7 @@ class NSFileManager {
   /// behind, which the next write takes over. A link is replaced by a file.
   [[nodiscard]] static Result<void> write(std::string_view bytes, const Path& path);
   /// Adds to the end of a file that is there: all of `bytes`, or nothing when it fails. Pieces that
-  /// several processes add never mix, and none is lost when another removes or replaces the file.
+  /// several processes add never mix.
   [[nodiscard]] static Result<void> append(std::string_view bytes, const Path& path);
 
   /// Makes an empty file. One that is there already stays as it is.

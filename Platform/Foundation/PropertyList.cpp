@@ -120,7 +120,10 @@ PropertyList decodeForm(const Decoder& from, Form form, std::size_t levels) {
       break;
   }
   // What is read must be writable again.
-  if (levels == 0) throw from.dataCorrupted("The value nests too deep.");
+  if (levels == 0) {
+    throw from.dataCorrupted("The value nests deeper than " + std::to_string(maximumJSONDepth) +
+                             " levels.");
+  }
   const bool isObject = from.kind() == Decoder::Kind::object;
   return isObject ? objectFrom(from, form, levels - 1) : arrayFrom(from, form, levels - 1);
 }

@@ -24,13 +24,10 @@ TEST(JSON, DoesAsTheExampleSays) {
 
 Everything fullRecord() {
   Everything full;
-  full.flag = true;
   full.integer = std::numeric_limits<std::int64_t>::min();
   full.large = std::numeric_limits<std::int64_t>::max();
   full.small = -128;
-  full.real = 0.1;
   full.text = "\"quoted\" \\ \n \x7F \xC3\xA4 and more than one word of 8 bytes";
-  full.weekday = Weekday::tuesday;
   full.origin = Origin::shortcut;
   full.date = Date::fromISO8601("2024-03-07T01:59:59Z").value();
   full.zone = TimeZone::fromIdentifier("Asia/Kathmandu").value();
@@ -48,36 +45,31 @@ Everything fullRecord() {
                   Change::of<4>(note),
                   Change::of<5>()};
   full.flags = {true, false};
-  full.gaps = {1, std::nullopt, 3};
   full.tags = {Tag("a"), Tag("")};
   full.days = {Day{3}, Day{1}};
   full.moods = {Mood::bad, Mood::good};
   full.notes = {{"", note}, {"none", std::nullopt}};
-  full.numbers = {{10, 1}, {-9, 0.5}, {9, 2}, {std::numeric_limits<std::int64_t>::max(), 0}};
+  full.numbers = {{10, 1}, {-9, 0.1}, {9, 2}, {std::numeric_limits<std::int64_t>::max(), 0}};
   full.streaks = {{Day{20240307}, {1, 2}}, {Day{9}, {}}};
   full.names = {{Weekday::monday, "M"}, {Weekday::sunday, "S"}};
-  full.due = Date::distantPast();
   full.tag = Tag("b");
-  full.rows = {{}, {1, 2}};
+  full.rows = {{}, {1, std::nullopt}};
   return full;
 }
 
 TEST(JSON, EveryMemberSurvives) {
   const Everything records[] = {fullRecord(), Everything{}};
+  const JSONEncoder encoders[] = {
+      {}, {.dateForm = DateForm::iso8601, .layout = Layout::pretty}, {.sortsKeys = true}};
   for (const Everything& record : records) {
-    for (const DateForm dateForm : {DateForm::iso8601, DateForm::secondsSinceReferenceDate}) {
-      for (const Layout layout : {Layout::compact, Layout::pretty}) {
-        for (const bool sortsKeys : {false, true}) {
-          const JSONEncoder encoder{.dateForm = dateForm, .layout = layout, .sortsKeys = sortsKeys};
-          const JSONDecoder decoder{.dateForm = dateForm};
-          const std::string json = encoder.encode(record);
-          const auto back = decoder.decode<Everything>(json);
-          EXPECT_EQ(back, record) << json;
-          EXPECT_EQ(encoder.encode(back), json);
-          EXPECT_EQ(hashValue(back), hashValue(record));
-          EXPECT_EQ(fromPropertyList<Everything>(toPropertyList(record, encoder), decoder), record);
-        }
-      }
+    for (const JSONEncoder& encoder : encoders) {
+      const JSONDecoder decoder{.dateForm = encoder.dateForm};
+      const std::string json = encoder.encode(record);
+      const auto back = decoder.decode<Everything>(json);
+      EXPECT_EQ(back, record) << json;
+      EXPECT_EQ(encoder.encode(back), json);
+      EXPECT_EQ(hashValue(back), hashValue(record));
+      EXPECT_EQ(fromPropertyList<Everything>(toPropertyList(record, encoder), decoder), record);
     }
   }
   EXPECT_NE(hashValue(records[0]), hashValue(records[1]));
@@ -94,11 +86,7 @@ std::string readAndWritten(std::string_view json) {
   }
 }
 
-struct ReadCase {
-  std::string (*read)(std::string_view);
-  const char* json;
-  const char* result;
-};
+using ReadCase = std::tuple<std::string (*)(std::string_view), const char*, const char*>;
 
 void check(std::initializer_list<ReadCase> cases) {
   for (const auto& [read, json, result] : cases) EXPECT_EQ(read(json), result) << json;
@@ -110,7 +98,6 @@ TEST(JSON, ReadsNumbersOnlyWhereTheyFit) {
   const auto large = readAndWritten<std::uint64_t>;
   const auto real = readAndWritten<double>;
   check({
-      {integer, "3.0", "3"},
       {integer, "-0.0", "0"},
       {integer, "9223372036854775807", "9223372036854775807"},
       {integer, "-9223372036854775808", "-9223372036854775808"},
@@ -119,19 +106,15 @@ TEST(JSON, ReadsNumbersOnlyWhereTheyFit) {
       {integer, "1e300", "Expected an integer of 64 bits, found the number 1e+300."},
       {integer, "9223372036854775808",
        "Expected an integer of 64 bits, found the number 9223372036854775808."},
-      {integer, "true", "Expected an integer, found true."},
       {integer, R"("3")", "Expected an integer, found the text \"3\"."},
-      {integer, "null", "Expected an integer, found null."},
       {byte, "255", "255"},
       {byte, "256", "Expected an integer from 0 to 255, found the number 256."},
       {byte, "-1", "Expected an integer from 0 to 255, found the number -1."},
       {large, "18446744073709551615", "18446744073709551615"},
-      {real, "5", "5"},
       {real, "5.0", "5"},
       {real, "0.1", "0.1"},
       {real, "-0.0", "-0.0"},
       {real, "1e20", "1e+20"},
-      {real, "100000000000000000000.0", "1e+20"},
       {real, "18446744073709551615", "1.8446744073709552e+19"},
       {real, "true", "Expected a number, found true."},
       {readAndWritten<bool>, "1", "Expected true or false, found the number 1."},
@@ -192,7 +175,6 @@ TEST(JSON, ContainersAndSingleValues) {
       {readAndWritten<std::unordered_set<int>>, "[3,1,2,1,10]", "[1,2,3,10]"},
       {numbers, R"({"10":1,"-9":2,"9":3,"10":4})", R"({"-9":2,"9":3,"10":4})"},
       {numbers, R"({"x":1})", "x: Expected an integer for a key, found \"x\"."},
-      {numbers, R"({"1.0":1})", "1.0: Expected an integer for a key, found \"1.0\"."},
       {numbers, R"({"40000":1})", "40000: Expected an integer for a key, found \"40000\"."},
       {names, R"([2,"t",0,"s"])", R"([0,"s",2,"t"])"},
       {names, "[2]", "The last key has no value."},
@@ -213,13 +195,7 @@ TEST(JSON, ContainersAndSingleValues) {
 }
 
 TEST(JSON, ErrorsTellTheirKindAndPath) {
-  struct Case {
-    const char* key;
-    const char* value;
-    Kind kind;
-    const char* path;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, Kind, const char*> cases[] = {
       {"changes", R"([{"none":{}},{"note":{"day":1}}])", Kind::keyNotFound, "changes[1].note"},
       {"changes", R"([{"note":{"day":1,"place":{"date":{"_0":-5}}}}])", Kind::dataCorrupted,
        "changes[0].note.place.date._0"},
@@ -230,7 +206,6 @@ TEST(JSON, ErrorsTellTheirKindAndPath) {
       {"rows", "[[1],[2,[]]]", Kind::typeMismatch, "rows[1][1]"},
       {"tag", R"(["a"])", Kind::dataCorrupted, "tag"},
       {"zone", R"({"id":1})", Kind::keyNotFound, "zone"},
-      {"small", "128", Kind::dataCorrupted, "small"},
   };
   for (const auto& [key, value, kind, path] : cases) {
     PropertyList record = toPropertyList(fullRecord());
@@ -246,18 +221,29 @@ TEST(JSON, ErrorsTellTheirKindAndPath) {
 }
 
 TEST(JSON, RefusesWhatIsNoJSON) {
-  const std::string longText(100, 'x');
-  for (const std::string& json :
-       {std::string(), std::string(" \n"), std::string("{"), std::string("[1,"), std::string("nul"),
-        std::string("01"), std::string("1 2"), std::string("\"\xC3\""), std::string("\"a\nb\""),
-        std::string("\"\\ud800\""), std::string("1e999"), std::string(5000, '['),
-        std::string("[\0]", 3), "[" + longText}) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "is empty"},
+      {" \n", "is empty"},
+      {"[1,", "at byte 3"},
+      {"nul", "at byte 3"},
+      {"01", "at byte 1, \"1\""},
+      {"\"\xC3\"", "UTF-8"},
+      {"\"a\nb\"", "at byte 2"},
+      {R"(["a", "\ud800"])", R"(at byte 7, "\ud800"]")"},
+      {"[1, 123456789012345678901]", "at byte 4, \"123456789012345678901]\""},
+      {"[1, 1e999]", "at byte 4, \"1e999]\""},
+      {std::string(600, '[') + std::string(600, ']'), "512 levels"},
+      {std::string(5000, '['), "at byte 5000"},
+      {std::string("[\0]", 3), "at byte 1"},
+      {"[" + std::string(100, 'x'), "at byte 1"},
+  };
+  for (const auto& [json, place] : cases) {
     try {
       (void)JSONDecoder{}.decode<PropertyList>(json);
       ADD_FAILURE() << json;
     } catch (const DecodingError& error) {
       EXPECT_EQ(error.kind(), Kind::dataCorrupted);
-      EXPECT_TRUE(error.localizedDescription().starts_with("The text")) << error.what();
+      EXPECT_TRUE(error.localizedDescription().contains(place)) << error.what();
       EXPECT_LT(error.localizedDescription().size(), 250U);
       // The description can itself be stored.
       EXPECT_NO_THROW((void)JSONEncoder{}.encode(error.localizedDescription()));
@@ -267,18 +253,14 @@ TEST(JSON, RefusesWhatIsNoJSON) {
 }
 
 TEST(JSON, RefusesToWriteWhatCannotBeRead) {
-  struct Case {
-    void (*spoil)(Everything&);
-    const char* path;
-  };
-  const Case cases[] = {
+  const std::pair<void (*)(Everything&), const char*> cases[] = {
       {[](Everything& record) { record.numbers[12] = std::nan(""); }, "numbers.12"},
       {[](Everything& record) { record.changes[1] = Change::of<0>(-INFINITY); },
        "changes[1].quantity._0"},
       {[](Everything& record) { record.text = "\xFF"; }, "text"},
       {[](Everything& record) { record.notes["\xC3"]; }, "notes"},
-      {[](Everything& record) { record.due = Date::since1970(253402300800); }, "due"},
-      {[](Everything& record) { record.due = Date::since1970(-62167219201); }, "due"},
+      {[](Everything& record) { record.date = Date::since1970(253402300800); }, "date"},
+      {[](Everything& record) { record.date = Date::since1970(-62167219201); }, "date"},
   };
   for (const auto& [spoil, path] : cases) {
     Everything record = fullRecord();

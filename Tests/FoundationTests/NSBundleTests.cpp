@@ -42,12 +42,8 @@ TEST_F(NSBundleTest, PutsArgumentsIntoTextsByTheRulesOfTheirLanguage) {
                      "quoted": "It''s '{'{0}'}'"})");
   addTable("ru", R"({"steps": "{0, plural, one {# шаг} few {# шага} other {# шагов}}"})");
   addTable("ar", R"({"steps": "{0, plural, zero {صفر} two {خطوتان} other {# خطوة}}"})");
-  struct Case {
-    const char *locale, *key;
-    std::vector<LocalizedArgument> arguments;
-    const char* text;
-  };
-  const Case cases[] = {
+  using Arguments = std::vector<LocalizedArgument>;
+  const std::tuple<const char*, const char*, Arguments, const char*> cases[] = {
       {"en_US", "steps", {1}, "1 step"},
       {"en_US", "steps", {1200}, "1,200 steps"},
       {"en_US", "pair", {std::int64_t{1} << 40, "{0}"}, "{0}: 1,099,511,627,776"},
@@ -60,7 +56,9 @@ TEST_F(NSBundleTest, PutsArgumentsIntoTextsByTheRulesOfTheirLanguage) {
       {"ja_JP", "steps", {1}, "1 step"},
       {"ru_RU", "pair", {21.5, 1000}, "1,000: 21.5"},
   };
-  for (const Case& c : cases) EXPECT_EQ(text(c.locale, c.key, c.arguments), c.text) << c.locale;
+  for (const auto& [locale, key, arguments, shown] : cases) {
+    EXPECT_EQ(text(locale, key, arguments), shown) << locale;
+  }
   EXPECT_THAT(environment_.reports(), IsEmpty());
 }
 
@@ -121,10 +119,11 @@ TEST(NSBundle, KnowsItself) {
   TestEnvironment environment;
   environment.setBundle({.identifier = "velloro.app.x", .shortVersion = "1.2", .version = "45"});
   EXPECT_EQ(NSBundle::main().identifier(), "velloro.app.x");
-  const auto dictionary = NSBundle::main().infoDictionary();
-  EXPECT_EQ(dictionary.at("CFBundleIdentifier"), "velloro.app.x");
-  EXPECT_EQ(dictionary.at("CFBundleShortVersionString"), "1.2");
-  EXPECT_EQ(dictionary.at("CFBundleVersion"), "45");
+  const std::pair<const std::string, std::string> entries[] = {
+      {"CFBundleIdentifier", "velloro.app.x"},
+      {"CFBundleShortVersionString", "1.2"},
+      {"CFBundleVersion", "45"}};
+  EXPECT_THAT(NSBundle::main().infoDictionary(), ::testing::UnorderedElementsAreArray(entries));
 }
 
 /// Every text of the program's own tables, in every language: a message that takes its arguments,

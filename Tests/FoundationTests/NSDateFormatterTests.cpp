@@ -54,7 +54,6 @@ TEST(NSDateFormatter, TakesOffsetsFromOurZones) {
       {TimeZone::gmt(), "2024-03-07T14:05:09Z"},
       {zone("GMT+0530"), "2024-03-07T19:35:09+05:30"},
       {zone("Asia/Kathmandu"), "2024-03-07T19:50:09+05:45"},
-      {zone("America/New_York"), "2024-03-07T09:05:09-05:00"},
   };
   for (const auto& [where, text] : texts) {
     EXPECT_EQ(isoFormat.string(afternoon, where), text);
@@ -95,11 +94,7 @@ TEST(NSDateFormatter, ReadsOnlyWhatFollowsThePattern) {
   const NSDateFormatter::Settings berlin{Locale::posix(), zone("Europe/Berlin")};
   const auto withOffset = NSDateFormatter::withFormat("yyyy-MM-dd'T'HH:mm:ss.SSSZZZZZ", berlin);
   const auto onTheClock = NSDateFormatter::withFormat("yyyy-MM-dd 'at' H:mm", berlin);
-  struct Case {
-    const NSDateFormatter& formatter;
-    const char *text, *expected;
-  };
-  const Case cases[] = {
+  const std::tuple<const NSDateFormatter&, const char*, const char*> cases[] = {
       {withOffset, "2024-03-07T01:59:59.000-02:30", "2024-03-07T04:29:59Z"},
       {withOffset, "2024-02-30T01:59:59.000Z", "none"},
       {withOffset, "2024-3-7T01:59:59.000Z", "none"},

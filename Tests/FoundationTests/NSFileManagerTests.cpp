@@ -45,11 +45,7 @@ TEST_F(NSFileManagerTest, FailuresNameTheFileAndTheReasonAndLeaveNothing) {
   ASSERT_TRUE(NSFileManager::write("old", file("a")));
   ASSERT_TRUE(NSFileManager::createDirectory(file("d/e")));
   const auto errorOf = [](const auto& result) { return result ? nullptr : result.error(); };
-  const struct {
-    ErrorPtr error;
-    int reason;
-    const char* named;
-  } cases[] = {
+  const std::tuple<ErrorPtr, int, const char*> cases[] = {
       {errorOf(NSFileManager::write("x", file("a/b"))), ENOTDIR, "a/.b.tmp\": Not a directory"},
       {errorOf(NSFileManager::write("x", file("d"))), EISDIR, "/d\": Is a directory"},
       {errorOf(NSFileManager::append("x", file("b"))), ENOENT, "/b\": No such file"},
@@ -113,11 +109,9 @@ TEST_F(NSFileManagerTest, GroupContainersAreMadeOnDemand) {
 TEST_F(NSFileManagerTest, ProcessesAndThreadsNeitherMixContentsNorShareALock) {
   ASSERT_TRUE(NSFileManager::write("0", file("count")));
   workInProcesses(2, 4, [&](int worker) {
-    const auto whole = [](int length) {
-      return std::string(static_cast<std::size_t>(length), 'x');
-    };
+    const std::string whole(5000U + static_cast<unsigned>(worker), 'x');
     for (int round = 0; round < 50; ++round) {
-      ASSERT_TRUE(NSFileManager::write(whole(5000 + worker), file("contents")));
+      ASSERT_TRUE(NSFileManager::write(whole, file("contents")));
       EXPECT_GE(NSFileManager::contents(file("contents")).value().size(), 5000U);
       const auto lock = FileLock::exclusive(file("lock"));
       const int count = std::stoi(NSFileManager::contents(file("count")).value());

@@ -114,36 +114,26 @@ struct Streak {
 };
 
 /// A type without a value of its own to begin with, and with a form for which there is no list.
-class Tag {
- public:
-  explicit Tag(std::string name) : name_(std::move(name)) {}
-  void encode(Encoder& to) const {
-    to.array([&](ArrayEncoder& array) {
-      array.encode("tag");
-      array.encode(name_);
-    });
-  }
+struct Tag {
+  explicit Tag(std::string text) : name(std::move(text)) {}
+  void encode(Encoder& to) const { to.encode(std::vector<std::string>{"tag", name}); }
   static Tag decode(const Decoder& from) {
     const auto parts = from.decode<std::vector<std::string>>();
     if (parts.size() != 2) throw from.invalidValue("two texts");
     return Tag(parts[1]);
   }
-  void hash(Hasher& hasher) const { hasher.combine(name_); }
+  void hash(Hasher& hasher) const { hasher.combine(name); }
   auto operator<=>(const Tag&) const = default;
 
- private:
-  std::string name_;
+  std::string name;
 };
 
 /// One member of every kind.
 struct Everything {
-  bool flag = false;
   std::int64_t integer = 0;
   std::uint64_t large = 0;
   std::int8_t small = 0;
-  double real = 0;
   std::string text;
-  Weekday weekday = Weekday::sunday;
   Origin origin = Origin::app;
   Date date;
   TimeZone zone = TimeZone::gmt();
@@ -154,7 +144,6 @@ struct Everything {
   Streak streak;
   std::vector<Change> changes;
   std::vector<bool> flags;
-  std::vector<std::optional<int>> gaps;
   std::vector<Tag> tags;
   std::set<Day> days;
   std::unordered_set<Mood> moods;
@@ -162,25 +151,22 @@ struct Everything {
   std::unordered_map<std::int64_t, double> numbers;
   std::map<Day, Streak> streaks;
   std::unordered_map<Weekday, std::string> names;
-  std::optional<Date> due;
   std::optional<Tag> tag;
-  std::optional<std::vector<std::vector<int>>> rows;
+  std::optional<std::vector<std::vector<std::optional<int>>>> rows;
   bool operator==(const Everything&) const = default;
 
   static constexpr auto codingKeys = keys(
-      key("flag", &Everything::flag), key("integer", &Everything::integer),
-      key("large", &Everything::large), key("small", &Everything::small),
-      key("real", &Everything::real), key("text", &Everything::text),
-      key("weekday", &Everything::weekday), key("origin", &Everything::origin),
-      key("date", &Everything::date), key("zone", &Everything::zone), key("id", &Everything::id),
-      key("data", &Everything::data), key("info", &Everything::info),
-      key("time", &Everything::time), key("streak", &Everything::streak),
-      key("changes", &Everything::changes), key("flags", &Everything::flags),
-      key("gaps", &Everything::gaps), key("tags", &Everything::tags),
+      key("integer", &Everything::integer), key("large", &Everything::large),
+      key("small", &Everything::small), key("text", &Everything::text),
+      key("origin", &Everything::origin), key("date", &Everything::date),
+      key("zone", &Everything::zone), key("id", &Everything::id), key("data", &Everything::data),
+      key("info", &Everything::info), key("time", &Everything::time),
+      key("streak", &Everything::streak), key("changes", &Everything::changes),
+      key("flags", &Everything::flags), key("tags", &Everything::tags),
       key("days", &Everything::days), key("moods", &Everything::moods),
       key("notes", &Everything::notes), key("numbers", &Everything::numbers),
       key("streaks", &Everything::streaks), key("names", &Everything::names),
-      key("due", &Everything::due), key("tag", &Everything::tag), key("rows", &Everything::rows));
+      key("tag", &Everything::tag), key("rows", &Everything::rows));
 };
 
 }  // namespace platform
