@@ -51,10 +51,7 @@ class ChunkStream {
  private:
   [[nodiscard]] std::size_t room() const { return static_cast<std::size_t>(end_ - at_); }
 
-  void copy(std::string_view text) {
-    std::memcpy(at_, text.data(), text.size());
-    at_ += text.size();
-  }
+  void copy(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
 
   void spill() {
     finish();

@@ -279,6 +279,7 @@ TEST(JSON, SortsTheKeysOfEveryObject) {
   const JSONEncoder encoder{.layout = Layout::pretty, .sortsKeys = true};
   EXPECT_EQ(encoder.encode(Streak{1, 2}), "{\n  \"best\": 2,\n  \"current\": 1\n}");
   EXPECT_EQ(JSONEncoder{.sortsKeys = true}.encode(list), list.json());
+  EXPECT_EQ(JSONEncoder{}.encode(std::string_view()), "\"\"");
 }
 
 TEST(JSON, HandsLongTextsOnInPieces) {
