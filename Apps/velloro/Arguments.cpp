@@ -2,17 +2,21 @@
 
 #include "Foundation/Locale.h"
 #include "OxDateTime/Digits.h"
+#include "velloro/NearMatches.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <string_view>
+#include <vector>
 
 namespace velloro {
 namespace {
 
 constexpr std::array<std::string_view, 7> weekdayNames = {
     "sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
+
+constexpr auto periodNames = caseNames<TaskFrequencyPeriodType::year>();
 
 UsageError unusable(const std::string& name, const std::string& text, const std::string& reason) {
   return UsageError(name + " \"" + text + "\": " + reason);
@@ -74,6 +78,25 @@ std::filesystem::path folderArgument(const std::string& name, const std::string&
   auto folder = std::filesystem::absolute(text, failure);
   if (!failure && !text.empty()) return folder;
   throw unusable(name, text, "not a folder");
+}
+
+TaskFrequencyPeriodType periodArgument(const std::string& name, const std::string& text) {
+  if (const auto period = periodNames.fromRawValue(text)) return *period;
+  throw unusable(name, text, "not a period; write day, week, fortnight, month or year");
+}
+
+TaskType taskTypeArgument(const std::string& name, const std::string& text) {
+  if (const auto type = TaskType::fromRawValue(text)) return *type;
+  std::vector<std::string_view> names;
+  for (const TaskType type : TaskType::all()) names.push_back(type.rawValue());
+  const std::string hint = suggestion(text, names);
+  throw unusable(
+      name, text,
+      "not an automatic type; " + (hint.empty() ? "\"velloro types\" lists them" : hint));
+}
+
+std::string periodName(TaskFrequencyPeriodType period) {
+  return std::string(periodNames.rawValue(period));
 }
 
 }  // namespace velloro

@@ -5,6 +5,8 @@
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "VelloroCore/TaskFrequencyPeriodType.h"
+#include "VelloroCore/TaskType.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -37,5 +39,13 @@ class UsageError : public std::runtime_error {
 /// A folder, which need not be there yet; as an absolute path.
 [[nodiscard]] std::filesystem::path folderArgument(const std::string& name,
                                                    const std::string& text);
+/// "week".
+[[nodiscard]] TaskFrequencyPeriodType periodArgument(const std::string& name,
+                                                     const std::string& text);
+/// An automatic type's stored name: "hk_water", "timer".
+[[nodiscard]] TaskType taskTypeArgument(const std::string& name, const std::string& text);
+
+/// "week".
+[[nodiscard]] std::string periodName(TaskFrequencyPeriodType period);
 
 }  // namespace velloro

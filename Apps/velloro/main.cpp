@@ -3,6 +3,7 @@
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
+#include "velloro/TypesCommand.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -38,6 +39,7 @@ int run(int argumentCount, char** arguments) {
   GlobalOptions global;
   global.addTo(app);
   addDayCommand(app);
+  addTypesCommand(app);
 
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.

@@ -58,12 +58,7 @@ TEST(DayCommand, NamesWhatItCannotUse) {
       {"day 20240307 --json=5", "json was given"},
       {"", "a command is needed"},
   };
-  for (const auto& [arguments, complaint] : cases) {
-    const auto result = runProgram(arguments);
-    EXPECT_EQ(result.exitCode, 2) << arguments;
-    EXPECT_EQ(result.output, "") << arguments;
-    EXPECT_THAT(result.errors, HasSubstr(complaint)) << arguments;
-  }
+  for (const auto& [arguments, complaint] : cases) expectRefusal(arguments, complaint);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
 namespace velloro {
@@ -28,6 +28,13 @@ ProgramResult runProgram(const std::string& arguments) {
   result.errors.assign(std::istreambuf_iterator<char>(errors), {});
   std::filesystem::remove(errorFile);
   return result;
+}
+
+void expectRefusal(const std::string& arguments, const std::string& complaint) {
+  const auto result = runProgram(arguments);
+  EXPECT_EQ(result.exitCode, 2) << arguments;
+  EXPECT_EQ(result.output, "") << arguments;
+  EXPECT_THAT(result.errors, testing::HasSubstr(complaint)) << arguments;
 }
 
 }  // namespace velloro

@@ -15,4 +15,8 @@ struct ProgramResult {
 ///     runProgram("day 20240307 --json").exitCode;  // 0
 [[nodiscard]] ProgramResult runProgram(const std::string& arguments);
 
+/// Whether the program refuses arguments as unusable: exit code 2, nothing on standard output, and
+/// `complaint` in what it says on standard error.
+void expectRefusal(const std::string& arguments, const std::string& complaint);
+
 }  // namespace velloro
