@@ -120,10 +120,14 @@ std::vector<Date> HHMMSS::occurrences(Date from, Date to, std::optional<TimeZone
   return all;
 }
 
+std::vector<HHMMSS> sortedAscending(std::vector<HHMMSS> times) {
+  std::ranges::sort(times);
+  return times;
+}
+
 std::optional<HHMMSS> median(std::span<const HHMMSS> times) {
   if (times.empty()) return std::nullopt;
-  std::vector<HHMMSS> sorted(times.begin(), times.end());
-  std::ranges::sort(sorted);
+  const std::vector<HHMMSS> sorted = sortedAscending({times.begin(), times.end()});
   const std::size_t middle = sorted.size() / 2;
   if (sorted.size() % 2 == 1) return sorted[middle];
   return fromSeconds((sorted[middle - 1].intValue() + sorted[middle].intValue()) / 2);

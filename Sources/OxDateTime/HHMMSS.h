@@ -70,6 +70,16 @@ struct HHMMSS {
   /// the same dial; the way past midnight does not count.
   [[nodiscard]] bool isWithin(double hours, const HHMMSS& of, bool inclusive) const;
 
+  /// Whether this time comes before another one, or equals it, in a day that begins at
+  /// `startOfDay`, so that a time below that lies in the next morning.
+  ///
+  ///     HHMMSS{.h = 23}.isBefore({.h = 3}, /*startOfDay=*/{.h = 4});  // true
+  [[nodiscard]] constexpr bool isBefore(const HHMMSS& other, const HHMMSS& startOfDay) const {
+    const bool isNextMorning = *this < startOfDay;
+    const bool otherIsNextMorning = other < startOfDay;
+    return isNextMorning == otherIsNextMorning ? *this <= other : otherIsNextMorning;
+  }
+
   /// The nearest multiple of an interval of whole seconds since midnight; half-way goes up, but
   /// never past the end of the day. An interval below one second leaves the time as it is.
   [[nodiscard]] HHMMSS roundToNearestInterval(TimeInterval duration) const;
@@ -87,6 +97,8 @@ struct HHMMSS {
 
 inline constexpr HHMMSS HHMMSS::midnight{};
 inline constexpr HHMMSS HHMMSS::midday{.h = 12};
+
+[[nodiscard]] std::vector<HHMMSS> sortedAscending(std::vector<HHMMSS> times);
 
 /// The middle value; of an even count the mean of the middle two, cut to whole seconds. Absent for
 /// no values.

@@ -57,6 +57,12 @@ TEST(HHMMSS, RoundsToAnInterval) {
   }
 }
 
+TEST(HHMMSS, ComesBeforeOthersInADayThatBeginsLate) {
+  EXPECT_TRUE(time(23).isBefore(time(3), time(4)) && time(5).isBefore(time(5), time(4)));
+  EXPECT_TRUE(time(1).isBefore(time(2), time(4)) && time(4).isBefore(time(3), time(4)));
+  EXPECT_FALSE(time(3).isBefore(time(23), time(4)) || time(6).isBefore(time(5), time(4)));
+}
+
 TEST(HHMMSS, HasAMedian) {
   const HHMMSS three[] = {time(9), time(23), time(7)};
   const HHMMSS even[] = {time(9), time(7, 0, 1)};
