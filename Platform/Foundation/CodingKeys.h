@@ -26,6 +26,11 @@ inline constexpr bool isOptional<std::optional<T>> = true;
 struct InitialValue {};
 inline constexpr InitialValue initialValue;
 
+/// The fallback of an optional enumeration whose text may be one that no case has, such as a newer
+/// program's: it reads as absent and does not keep the rest of the record from being read.
+struct AbsentWhenUnknown {};
+inline constexpr AbsentWhenUnknown absentWhenUnknown;
+
 /// The fallback of a key that must be there.
 struct NoFallback {};
 
@@ -49,13 +54,15 @@ consteval auto key(std::string_view name, Member Record::*member) {
 }
 
 /// A member that takes `fallback` when its key is missing or null. `initialValue` stands for the
-/// value that the member's declaration gives it.
+/// value that the member's declaration gives it; see also `absentWhenUnknown`.
 ///
 ///     key("count", &Task::count, 1)
 ///     key("days", &Task::days, initialValue)
+///     key("sound", &Task::sound, absentWhenUnknown)
 template <typename Record, typename Member, typename Fallback>
 consteval auto key(std::string_view name, Member Record::*member, Fallback fallback) {
-  static_assert(!coding_detail::isOptional<Member>, "an optional reads as absent without its key");
+  static_assert(!coding_detail::isOptional<Member> || std::same_as<Fallback, AbsentWhenUnknown>,
+                "an optional reads as absent without its key");
   return CodingKey<Record, Member, Fallback>{name, member, fallback};
 }
 

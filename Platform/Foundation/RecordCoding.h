@@ -3,6 +3,7 @@
 #include "Foundation/CodingKeys.h"
 #include "Foundation/Decoder.h"
 #include "Foundation/Encoder.h"
+#include "Foundation/RawValue.h"
 #include "Foundation/TypeName.h"
 
 #include <array>
@@ -71,6 +72,15 @@ void decodeOptional(std::optional<T>& value, const Decoder& from) {
   }
 }
 
+template <RawRepresentable E>
+void decodeIfKnown(std::optional<E>& value, const Decoder& from) {
+  if (from.isNull()) {
+    value.reset();
+  } else {
+    value = fromRawValue<E>(from.text());
+  }
+}
+
 template <typename T>
 struct RecordCoding {
   static constexpr const auto& keys = T::codingKeys;
@@ -109,7 +119,9 @@ struct RecordCoding {
   static void read(T& record, const Decoder& from) {
     auto& member = record.*keyAt<I>.member;
     using Member = typename Key<I>::MemberType;
-    if constexpr (isOptional<Member>) {
+    if constexpr (std::same_as<typename Key<I>::FallbackType, AbsentWhenUnknown>) {
+      decodeIfKnown(member, from);
+    } else if constexpr (isOptional<Member>) {
       decodeOptional(member, from);
     } else {
       if constexpr (Key<I>::hasFallback) {
