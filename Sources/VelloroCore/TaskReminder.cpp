@@ -1,0 +1,65 @@
+#include "VelloroCore/TaskReminder.h"
+
+#include <utility>
+
+namespace velloro {
+namespace {
+
+void shift(std::optional<TaskReminder::DayIndexes>& indexes, std::int64_t days) {
+  if (!indexes) return;
+  TaskReminder::DayIndexes shifted;
+  for (const std::int64_t index : *indexes) shifted.insert(index + days);
+  indexes = std::move(shifted);
+}
+
+void shiftDays(TaskReminder& reminder, std::int64_t days) {
+  EnumSet<DayOfWeek> moved;
+  for (const DayOfWeek day : reminder.daysOfWeek) moved.insert(add(day, days));
+  reminder.daysOfWeek = moved;
+  shift(reminder.dayIndexesFromStart, days);
+  shift(reminder.dayIndexesFromFinish, -days);
+}
+
+}  // namespace
+
+TaskReminder TaskReminder::with(EnumSet<DayOfWeek> days, Trigger newTrigger) const {
+  TaskReminder copy = *this;
+  copy.daysOfWeek = days;
+  copy.trigger = std::move(newTrigger);
+  copy.dayIndexesFromStart.reset();
+  copy.dayIndexesFromFinish.reset();
+  return copy;
+}
+
+TaskReminder TaskReminder::withSnooze(std::optional<YYYYMMDD> date, std::optional<HHMMSS> time,
+                                      std::optional<NotificationTimeZone> zone) const {
+  TaskReminder copy = *this;
+  copy.snoozeDate = date;
+  copy.snoozeTime = time;
+  copy.snoozeTimeZone = zone;
+  return copy;
+}
+
+TaskReminder TaskReminder::convert(NotificationTimeZone to, TimeZone ownerTimeZone,
+                                   TimeZone viewerTimeZone) const {
+  const bool isTimed =
+      trigger.type == TriggerType::timeOfDay || trigger.type == TriggerType::timeOfDayMuted;
+  if (timeZone == to || !isTimed || !trigger.timeOfDay) return *this;
+
+  const bool isForViewer = to == NotificationTimeZone::taskViewer;
+  const TimeZone source = isForViewer ? ownerTimeZone : viewerTimeZone;
+  const TimeZone target = isForViewer ? viewerTimeZone : ownerTimeZone;
+  const YYYYMMDD today = YYYYMMDD::today(HHMMSS::midnight, source);
+  const Date moment = today.dateAt(HHMMSS::midnight, *trigger.timeOfDay, source);
+  const YYYYMMDD newDay = YYYYMMDD::fromDate(HHMMSS::midnight, moment, target);
+
+  TaskReminder copy = *this;
+  copy.trigger = {.type = trigger.type, .timeOfDay = HHMMSS::fromDate(moment, target)};
+  if (newDay > today) shiftDays(copy, 1);
+  if (newDay < today) shiftDays(copy, -1);
+  copy.timeZone = to;
+  copy.timeSensitive.reset();
+  return copy;
+}
+
+}  // namespace velloro
