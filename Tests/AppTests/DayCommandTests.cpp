@@ -1,5 +1,7 @@
 #include "AppTests/Program.h"
 
+#include <tuple>
+
 #include <gmock/gmock.h>
 
 namespace velloro {
@@ -39,11 +41,7 @@ TEST(DayCommand, TellsWhenItsOutputIsLost) {
 }
 
 TEST(DayCommand, NamesWhatItCannotUse) {
-  struct Case {
-    const char* arguments;
-    const char* complaint;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*> cases[] = {
       {"day 20230229", "YYYYMMDD \"20230229\": not a day of the calendar"},
       {"day --at yesterday", "--at \"yesterday\": not an instant"},
       {"day --start-of-day 24:00:00", "--start-of-day \"24:00:00\": not a time of day"},

@@ -1,6 +1,7 @@
 #include "AppTests/Program.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -34,11 +35,7 @@ TEST(TypesCommand, ListsAllTypes) {
 }
 
 TEST(TypesCommand, NamesWhatItCannotUse) {
-  struct Case {
-    const char* arguments;
-    const char* complaint;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*> cases[] = {
       {"types hk_watr", "TYPE \"hk_watr\": not an automatic type; did you mean \"hk_water\"?"},
       {"types vitaminb", "\"hk_dietary_vitaminb6\", \"hk_dietary_vitaminb12\"?"},
       {"types xyz", "not an automatic type; \"velloro types\" lists them"},

@@ -1,6 +1,7 @@
 #include "Foundation/Date.h"
 
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -8,12 +9,8 @@ namespace platform {
 namespace {
 
 TEST(Date, ReadsISO8601) {
-  struct Case {
-    const char* text;
-    std::optional<double> since1970;
-  };
   const std::string tinyFraction = "1970-01-01T00:00:00." + std::string(400, '0') + "1Z";
-  const Case cases[] = {
+  const std::tuple<const char*, std::optional<double>> cases[] = {
       {"1970-01-01T00:00:00Z", 0},
       {"2024-03-07T01:59:59Z", 1709776799},
       {"2024-03-07T02:59:59+01:00", 1709776799},

@@ -1,6 +1,7 @@
 #include "OxDateTime/HHMMSS.h"
 
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -41,12 +42,7 @@ TEST(HHMMSS, IsWithinHoursOnTheSameDial) {
 }
 
 TEST(HHMMSS, RoundsToAnInterval) {
-  struct Case {
-    HHMMSS from;
-    double interval;
-    HHMMSS to;
-  };
-  const Case cases[] = {
+  const std::tuple<HHMMSS, double, HHMMSS> cases[] = {
       {time(10, 7, 29), 900, time(10)},        {time(10, 7, 30), 900, time(10, 15)},
       {time(23, 59), 900, time(23, 45)},       {time(10, 15), 900, time(10, 15)},
       {time(23, 59, 59), 1e9, time(0)},        {time(10, 7, 29), 1, time(10, 7, 29)},
@@ -73,12 +69,7 @@ TEST(HHMMSS, HasAMedian) {
 
 TEST(HHMMSS, FindsItsNextOccurrence) {
   const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
-  struct Case {
-    HHMMSS time;
-    const char* from;
-    const char* next;
-  };
-  const Case cases[] = {
+  const std::tuple<HHMMSS, const char*, const char*> cases[] = {
       {time(9), "2024-03-07T08:00:00Z", "2024-03-07T08:00:00Z"},
       {time(9), "2024-03-07T08:00:01Z", "2024-03-08T08:00:00Z"},
       {time(9), "2024-03-30T12:00:00Z", "2024-03-31T07:00:00Z"},

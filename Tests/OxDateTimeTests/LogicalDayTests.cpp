@@ -2,6 +2,8 @@
 #include "OxDateTime/DateExtensions.h"
 #include "OxDateTime/ThreadCalendar.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 namespace velloro {
@@ -20,13 +22,7 @@ HHMMSS time(std::int64_t hour, std::int64_t minute = 0, std::int64_t second = 0)
 }
 
 TEST(LogicalDay, OfAnInstant) {
-  struct Case {
-    HHMMSS startOfDay;
-    const char* instant;
-    const char* zone;
-    std::int64_t day;
-  };
-  const Case cases[] = {
+  const std::tuple<HHMMSS, const char*, const char*, std::int64_t> cases[] = {
       {time(3), "2024-03-07T01:59:59Z", "Europe/Berlin", 20240306},
       {time(3), "2024-03-07T02:00:00Z", "Europe/Berlin", 20240307},
       {time(12), "2024-03-07T11:59:59Z", "GMT", 20240306},
@@ -52,14 +48,7 @@ TEST(LogicalDay, OfAnInstant) {
 }
 
 TEST(LogicalDay, InstantOfATime) {
-  struct Case {
-    std::int64_t day;
-    HHMMSS startOfDay;
-    HHMMSS time;
-    const char* zone;
-    const char* instant;
-  };
-  const Case cases[] = {
+  const std::tuple<std::int64_t, HHMMSS, HHMMSS, const char*, const char*> cases[] = {
       {20240306, time(3), time(2), "GMT", "2024-03-07T02:00:00Z"},
       {20240307, time(18), time(19), "GMT", "2024-03-06T19:00:00Z"},
       {20240307, time(18), time(17), "GMT", "2024-03-07T17:00:00Z"},
@@ -79,11 +68,7 @@ TEST(LogicalDay, InstantOfATime) {
 }
 
 TEST(LogicalDay, LastsAsLongAsTheClockMakesIt) {
-  struct Case {
-    const char* instant;
-    double hours;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, double> cases[] = {
       {"2024-03-30T20:00:00Z", 23}, {"2024-10-26T20:00:00Z", 25}, {"2024-06-01T20:00:00Z", 24}};
   for (const auto& [instant, hours] : cases) {
     const Date begin = startOfDay(at(instant), time(3), zone("Europe/Berlin"));

@@ -1,21 +1,11 @@
 #include "Foundation/JSON.h"
-#include "Foundation/TestEnvironment.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "Support/Fixtures.h"
 
 #include <gtest/gtest.h>
 
 namespace velloro {
 namespace {
-
-template <typename T>
-std::string failureOf(const char* json) {
-  try {
-    (void)JSONDecoder{}.decode<T>(json);
-  } catch (const DecodingError& error) {
-    return error.localizedDescription();
-  }
-  return "none";
-}
 
 struct Reminder {
   std::vector<HHMMSS> times;
@@ -46,14 +36,14 @@ TEST(Serialization, ReadsTheKeyedFormOfATime) {
 }
 
 TEST(Serialization, NamesWhatIsWrongAndWhere) {
-  EXPECT_EQ(failureOf<std::vector<YYYYMMDD>>("[20240307,-5]"),
+  EXPECT_EQ(decodingFailure<std::vector<YYYYMMDD>>("[20240307,-5]"),
             "[1]: Unable to create YYYYMMDD from -5");
-  EXPECT_EQ(failureOf<std::vector<YYYYMM>>("[0]"), "[0]: Unable to create YYYYMM");
-  EXPECT_EQ(failureOf<Reminder>(R"({"times":[86400],"range":{},"days":0,"dayList":[]})"),
+  EXPECT_EQ(decodingFailure<std::vector<YYYYMM>>("[0]"), "[0]: Unable to create YYYYMM");
+  EXPECT_EQ(decodingFailure<Reminder>(R"({"times":[86400],"range":{},"days":0,"dayList":[]})"),
             "times[0]: Unable to create HHMMSS");
-  EXPECT_NE(failureOf<std::vector<DayOfWeek>>("[7]"), "none");
-  EXPECT_NE(failureOf<std::vector<CalendarDayOfWeek>>("[0]"), "none");
-  EXPECT_NE(failureOf<std::vector<DaysOfWeek>>("[40000]"), "none");
+  EXPECT_NE(decodingFailure<std::vector<DayOfWeek>>("[7]"), "none");
+  EXPECT_NE(decodingFailure<std::vector<CalendarDayOfWeek>>("[0]"), "none");
+  EXPECT_NE(decodingFailure<std::vector<DaysOfWeek>>("[40000]"), "none");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 #include "OxDateTime/YYYYMM.h"
 #include "OxDateTime/YYYYMMDD.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 namespace velloro {
@@ -21,12 +23,9 @@ TEST(YYYYMM, ReadsItsForms) {
 }
 
 TEST(YYYYMM, AddsMonths) {
-  struct Case {
-    std::int64_t from, count, to;
-  };
-  const Case cases[] = {{202401, -1, 202312}, {202312, 1, 202401},   {202403, 0, 202403},
-                        {202403, 22, 202601}, {202403, -27, 202112}, {202403, 120, 203403},
-                        {202412, -12, 202312}};
+  const std::tuple<std::int64_t, std::int64_t, std::int64_t> cases[] = {
+      {202401, -1, 202312},  {202312, 1, 202401},   {202403, 0, 202403},  {202403, 22, 202601},
+      {202403, -27, 202112}, {202403, 120, 203403}, {202412, -12, 202312}};
   for (const auto& [from, count, to] : cases) {
     EXPECT_EQ(month(from).add(count), month(to)) << from << " " << count;
     EXPECT_EQ(month(from).distance(month(to)), count);
@@ -43,15 +42,12 @@ TEST(YYYYMM, KnowsItsDays) {
 }
 
 TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
-  struct Case {
-    const char* locale;
-    const char *title, *withYear, *shortWithYear, *year, *weekday;
-  };
-  const Case cases[] = {
-      {"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
-      {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
-      {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"},
-  };
+  const std::tuple<const char*, const char*, const char*, const char*, const char*, const char*>
+      cases[] = {
+          {"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
+          {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
+          {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"},
+      };
   TestEnvironment environment;
   for (const auto& [locale, title, withYear, shortWithYear, year, weekday] : cases) {
     environment.setLocale(locale);
@@ -64,13 +60,8 @@ TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
 }
 
 TEST(YYYYMM, CountsTheBlanksOfItsGrid) {
-  struct Case {
-    std::int64_t month;
-    DayOfWeek first;
-    std::int64_t before, after;
-  };
   using enum DayOfWeek;
-  const Case cases[] = {
+  const std::tuple<std::int64_t, DayOfWeek, std::int64_t, std::int64_t> cases[] = {
       {202403, sunday, 5, 6},  // Friday 1 to Sunday 31
       {202403, monday, 4, 0},
       {202403, friday, 0, 4},

@@ -4,6 +4,7 @@
 #include "OxKit/Platform.h"
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,22 +13,17 @@ namespace velloro {
 namespace {
 
 TEST(AppVersion, ReadsAndWritesText) {
-  struct Case {
-    const char* text;
-    const char* withBuild;          // empty for absent
-    const char* withoutBuildPlus9;  // the build 9 from elsewhere
-  };
-  const Case cases[] = {{"1.2.3.45", "1.2.3.45", ""},
-                        {"1.2.3", "1.2.3", "1.2.3.9"},
-                        {"10", "10.0.0", "10.0.0.9"},
-                        {"1.2.3.4.5", "", ""},
-                        {"1..3", "", ""},
-                        {"1.2.", "", ""},
-                        {"1.-2", "", ""},
-                        {" 1", "", ""},
-                        {"1.2b", "", ""},
-                        {"99999999999", "", ""},
-                        {"", "", ""}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"1.2.3.45", "1.2.3.45", ""},
+                                                                     {"1.2.3", "1.2.3", "1.2.3.9"},
+                                                                     {"10", "10.0.0", "10.0.0.9"},
+                                                                     {"1.2.3.4.5", "", ""},
+                                                                     {"1..3", "", ""},
+                                                                     {"1.2.", "", ""},
+                                                                     {"1.-2", "", ""},
+                                                                     {" 1", "", ""},
+                                                                     {"1.2b", "", ""},
+                                                                     {"99999999999", "", ""},
+                                                                     {"", "", ""}};
   const auto formatted = [](const std::optional<AppVersion>& version) {
     return version ? version->formatted() : "";
   };

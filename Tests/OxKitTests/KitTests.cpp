@@ -9,6 +9,7 @@
 #include "OxKit/Platform.h"
 
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -44,17 +45,13 @@ TEST(DeviceType, IsToldByTheBeginningOfTheModel) {
 }
 
 TEST(Numbers, RoundAsTheDecimalThatIsMeantAndAddUp) {
-  struct Case {
-    double value;
-    int places;
-    double rounded;
-  };
-  const Case cases[] = {{1.005, 2, 1.01},       {-1.005, 2, -1.01}, {2.5, 0, 3},
-                        {-2.5, 0, -3},          {0.5, 0, 1},        {0.49, 0, 0},
-                        {0.05, 0, 0},           {99.95, 1, 100},    {1250, -2, 1300},
-                        {50, -2, 100},          {49, -2, 0},        {1.2, 5, 1.2},
-                        {5e-7, 6, 1e-6},        {1e300, 3, 1e300},  {1.7e308, -308, 1.7e308},
-                        {INFINITY, 2, INFINITY}};
+  const std::tuple<double, int, double> cases[] = {
+      {1.005, 2, 1.01},       {-1.005, 2, -1.01}, {2.5, 0, 3},
+      {-2.5, 0, -3},          {0.5, 0, 1},        {0.49, 0, 0},
+      {0.05, 0, 0},           {99.95, 1, 100},    {1250, -2, 1300},
+      {50, -2, 100},          {49, -2, 0},        {1.2, 5, 1.2},
+      {5e-7, 6, 1e-6},        {1e300, 3, 1e300},  {1.7e308, -308, 1.7e308},
+      {INFINITY, 2, INFINITY}};
   for (const auto& [value, places, rounded] : cases) {
     EXPECT_EQ(roundToPlaces(value, places), rounded) << value << " to " << places;
   }

@@ -2,6 +2,7 @@
 #include "Support/Fixtures.h"
 
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -69,12 +70,7 @@ TEST(OxCodableColor, BrightnessMovesAlone) {
 
 TEST(OxCodableColor, WalksToATargetInWholeSteps) {
   const OxCodableColor black{}, white{1, 1, 1}, red{1, 0, 0}, grey{0.35, 0.35, 0.35};
-  struct Case {
-    const char* what;
-    OxCodableColor result;
-    double brightness;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, OxCodableColor, double> cases[] = {
       {"at the target one more step", black.lightenTo(0.2), 0.25},
       {"each of many steps exact", black.lightenTo(0.9), 0.95},
       {"beyond the end", black.lightenTo(2), 1},
