@@ -1,5 +1,6 @@
 // Day arithmetic and the logical day of an instant, beside ICU's calendar and cctz.
 
+#include "Days.h"
 #include "Foundation/NSCache.h"
 #include "OxDateTime/YYYYMMDD.h"
 
@@ -18,19 +19,6 @@ namespace {
 constexpr const char* zoneName = "Europe/Berlin";
 constexpr std::size_t count = 4096;
 constexpr HHMMSS three{.h = 3};
-
-/// Days of 2000 to 2049 in no order, so that no branch or memo learns them.
-const std::vector<YYYYMMDD>& days() {
-  static const auto values = [] {
-    std::mt19937 generator(7);
-    std::vector<YYYYMMDD> list(count);
-    for (YYYYMMDD& day : list) {
-      day = YYYYMMDD{.y = 2000, .m = 1, .d = 1}.add(generator() % 18262);
-    }
-    return list;
-  }();
-  return values;
-}
 
 /// Instants of 2024, in order or at random.
 std::vector<Date> instants(bool inOrder) {
@@ -73,16 +61,6 @@ cctz::civil_day civil(const YYYYMMDD& day) {
 
 YYYYMMDD fromCivil(const cctz::civil_day& day) {
   return {.y = day.year(), .m = day.month(), .d = day.day()};
-}
-
-/// Runs `body` on each of `inputs` and the one behind it; the time told is that of one input.
-template <typename Input, typename Body>
-void overAll(benchmark::State& state, const std::vector<Input>& inputs, Body body) {
-  while (state.KeepRunningBatch(count - 1)) {
-    for (std::size_t i = 0; i + 1 < count; ++i) {
-      benchmark::DoNotOptimize(body(inputs[i], inputs[i + 1]));
-    }
-  }
 }
 
 void registerDayArithmetic() {

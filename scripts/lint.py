@@ -18,7 +18,7 @@ TEST_SHARE = (25, 33)  # percent of the code's lines
 
 # Third-party headers by the first part of their name; under Platform/ any other is welcome too.
 TEST_LIBRARIES = {"gtest", "gmock", "benchmark"}
-ORACLES = {"unicode", "cctz"}
+ORACLES = {"unicode", "cctz", "libical"}
 THIRD_PARTY = {
     "Apps": {"CLI"},
     "Tests": TEST_LIBRARIES | ORACLES,

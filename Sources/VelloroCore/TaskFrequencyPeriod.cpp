@@ -10,27 +10,26 @@ namespace velloro {
 
 TaskFrequencyPeriod TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType periodType, YYYYMMDD date,
                                                   DayOfWeek firstDayOfWeek) {
-  const auto period = [&](YYYYMMDD startDate, YYYYMMDD finishDate) {
-    return TaskFrequencyPeriod{periodType, startDate, finishDate, firstDayOfWeek};
+  const auto weeks = [&](const YYYYMMDD& startDate, std::int64_t numDays) {
+    return TaskFrequencyPeriod{periodType, startDate, startDate.add(numDays - 1), firstDayOfWeek};
   };
+  const auto months = [&](YYYYMM first, YYYYMM last) {
+    return TaskFrequencyPeriod{periodType, first.firstDay(), last.lastDay(), firstDayOfWeek};
+  };
+  const YYYYMM month = date.yyyymm();
   switch (periodType) {
     case TaskFrequencyPeriodType::day:
       break;
-    case TaskFrequencyPeriodType::week: {
-      const YYYYMMDD startDate = date.startOfWeek(firstDayOfWeek);
-      return period(startDate, startDate.add(6));
-    }
-    case TaskFrequencyPeriodType::fortnight: {
-      const YYYYMMDD startDate = date.startOfFortnight(firstDayOfWeek);
-      return period(startDate, startDate.add(13));
-    }
+    case TaskFrequencyPeriodType::week:
+      return weeks(date.startOfWeek(firstDayOfWeek), 7);
+    case TaskFrequencyPeriodType::fortnight:
+      return weeks(date.startOfFortnight(firstDayOfWeek), 14);
     case TaskFrequencyPeriodType::month:
-      return period(date.yyyymm().firstDay(), date.yyyymm().lastDay());
+      return months(month, month);
     case TaskFrequencyPeriodType::year:
-      return period(date.yyyymm().firstMonthOfYear().firstDay(),
-                    date.yyyymm().lastMonthOfYear().lastDay());
+      return months(month.firstMonthOfYear(), month.lastMonthOfYear());
   }
-  return period(date, date);
+  return {periodType, date, date, firstDayOfWeek};
 }
 
 std::weak_ordering TaskFrequencyPeriod::operator<=>(const TaskFrequencyPeriod& other) const {
