@@ -3,9 +3,10 @@
 #include "Days.h"
 #include "VelloroCore/TaskFrequency.h"
 
-#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include <libical/ical.h>
 
@@ -45,17 +46,17 @@ class IcalSeries {
   std::unique_ptr<icalrecur_iterator, decltype(&icalrecur_iterator_free)> iterator_;
 };
 
-TaskFrequency::DaysInPeriodCallbackResponse twoDone(const TaskFrequencyPeriod&) {
-  return {.numUniqueCompletions = 2, .taskCreatedDate = seriesStart};
-}
-
 SkipMode skipMode(const TaskFrequency& frequency, const YYYYMMDD& day,
                   const std::optional<TaskFrequencyPeriod>& last = {}) {
   const DatedPeriod today = frequency.period(day, DayOfWeek::monday);
   return frequency.shouldSkipPeriod(
       {.period = today.period,
        .startOfDay = HHMMSS::midnight,
-       .daysInPeriodCallback = [](const auto& asked) { return twoDone(asked); },
+       .daysInPeriodCallback =
+           [](const auto&) {
+             return TaskFrequency::DaysInPeriodCallbackResponse{.numUniqueCompletions = 2,
+                                                                .taskCreatedDate = seriesStart};
+           },
        .dayIntervalCallback =
            [&](const auto&) { return TaskFrequency::DayIntervalResponse{last}; }});
 }

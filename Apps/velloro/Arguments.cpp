@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <ranges>
 #include <string_view>
 #include <vector>
 
@@ -16,6 +17,7 @@ namespace {
 constexpr std::array<std::string_view, 7> weekdayNames = {
     "sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
 
+constexpr auto modeNames = caseNames<DayMode::specificDaysOfMonth>();
 constexpr auto periodNames = caseNames<TaskFrequencyPeriodType::year>();
 
 UsageError unusable(const std::string& name, const std::string& text, const std::string& reason) {
@@ -61,6 +63,27 @@ DayOfWeek weekdayArgument(const std::string& name, const std::string& text) {
   throw unusable(name, text, "not a weekday; write one as monday");
 }
 
+EnumSet<DayOfWeek> weekdaysArgument(const std::string& name, const std::string& text) {
+  EnumSet<DayOfWeek> days;
+  for (const auto piece : std::views::split(text, ',')) {
+    days.insert(weekdayArgument(name, std::string(piece.begin(), piece.end())));
+  }
+  return days;
+}
+
+std::int64_t countArgument(const std::string& name, const std::string& text) {
+  const auto count = text.empty() || text.size() > 9 ? std::nullopt : wholeNumber(text);
+  if (count) return *count;
+  throw unusable(name, text, "not a whole number from 0 to 999999999");
+}
+
+DayMode modeArgument(const std::string& name, const std::string& text) {
+  if (const auto mode = modeNames.fromRawValue(text)) return *mode;
+  std::string list;
+  for (const DayMode mode : modeNames.cases()) list += (list.empty() ? "" : ", ") + modeName(mode);
+  throw unusable(name, text, "not a mode; write one of " + list);
+}
+
 TimeZone zoneArgument(const std::string& name, const std::string& text) {
   if (const auto zone = TimeZone::fromIdentifier(text)) return *zone;
   throw unusable(name, text, "not a time zone of this system; write one as Europe/Berlin");
@@ -93,6 +116,10 @@ TaskType taskTypeArgument(const std::string& name, const std::string& text) {
   throw unusable(
       name, text,
       "not an automatic type; " + (hint.empty() ? "\"velloro types\" lists them" : hint));
+}
+
+std::string modeName(DayMode mode) {
+  return std::string(modeNames.rawValue(mode));
 }
 
 std::string periodName(TaskFrequencyPeriodType period) {

@@ -5,9 +5,11 @@
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "VelloroCore/DayMode.h"
 #include "VelloroCore/TaskFrequencyPeriodType.h"
 #include "VelloroCore/TaskType.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -31,6 +33,12 @@ class UsageError : public std::runtime_error {
 [[nodiscard]] HHMMSS timeArgument(const std::string& name, const std::string& text);
 /// "monday", or "mon", in any case.
 [[nodiscard]] DayOfWeek weekdayArgument(const std::string& name, const std::string& text);
+/// "mon,wed,fri".
+[[nodiscard]] EnumSet<DayOfWeek> weekdaysArgument(const std::string& name, const std::string& text);
+/// A whole number from 0 on, of nine digits at most.
+[[nodiscard]] std::int64_t countArgument(const std::string& name, const std::string& text);
+/// "numberOfDaysInWeek".
+[[nodiscard]] DayMode modeArgument(const std::string& name, const std::string& text);
 /// A zone of the system's list: Europe/Berlin.
 [[nodiscard]] TimeZone zoneArgument(const std::string& name, const std::string& text);
 
@@ -45,6 +53,8 @@ class UsageError : public std::runtime_error {
 /// An automatic type's stored name: "hk_water", "timer".
 [[nodiscard]] TaskType taskTypeArgument(const std::string& name, const std::string& text);
 
+/// "numberOfDaysInWeek".
+[[nodiscard]] std::string modeName(DayMode mode);
 /// "week".
 [[nodiscard]] std::string periodName(TaskFrequencyPeriodType period);
 

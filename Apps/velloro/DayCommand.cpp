@@ -2,6 +2,7 @@
 
 #include "velloro/Arguments.h"
 #include "velloro/DayReport.h"
+#include "velloro/FirstDayOfWeekOption.h"
 
 #include <cstdio>
 #include <memory>
@@ -17,7 +18,7 @@ struct DayOptions {
   std::optional<std::string> day;
   std::optional<std::string> at;
   std::string startOfDay = "00:00:00";
-  std::optional<std::string> firstDayOfWeek;
+  FirstDayOfWeekOption firstDayOfWeek;
   bool json = false;
 };
 
@@ -31,10 +32,8 @@ YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay) {
 
 void run(const DayOptions& options) {
   const HHMMSS startOfDay = timeArgument("--start-of-day", options.startOfDay);
-  const DayOfWeek firstDayOfWeek =
-      options.firstDayOfWeek ? weekdayArgument("--first-day-of-week", *options.firstDayOfWeek)
-                             : defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
-  const auto report = DayReport::of(chosenDay(options, startOfDay), startOfDay, firstDayOfWeek);
+  const auto report =
+      DayReport::of(chosenDay(options, startOfDay), startOfDay, options.firstDayOfWeek.value());
   const std::string text = options.json ? report.json() : report.text();
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
@@ -52,10 +51,7 @@ void addDayCommand(CLI::App& app) {
   command
       ->add_option("--start-of-day", options->startOfDay, "When a day begins (default: midnight)")
       ->type_name("HH:MM:SS");
-  command
-      ->add_option("--first-day-of-week", options->firstDayOfWeek,
-                   "When a week begins (default: the locale's)")
-      ->type_name("DAY");
+  options->firstDayOfWeek.addTo(*command);
   command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
   command->footer(
       "velloro --help lists the options of every command: --now, --zone, --locale, --store.\n\n"

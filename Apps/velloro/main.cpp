@@ -3,6 +3,7 @@
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
+#include "velloro/PeriodCommand.h"
 #include "velloro/TypesCommand.h"
 
 #include <cerrno>
@@ -39,6 +40,7 @@ int run(int argumentCount, char** arguments) {
   GlobalOptions global;
   global.addTo(app);
   addDayCommand(app);
+  addPeriodCommand(app);
   addTypesCommand(app);
 
   // The environment stands before any command runs, and is never destroyed: background work may

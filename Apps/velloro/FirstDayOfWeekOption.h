@@ -1,0 +1,23 @@
+#pragma once
+
+#include "OxDateTime/DayOfWeek.h"
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace velloro {
+
+/// `--first-day-of-week DAY`, of the commands that count weeks.
+struct FirstDayOfWeekOption {
+  std::optional<std::string> text;
+
+  void addTo(CLI::App& command);
+  /// The given day, or the locale's. \throws UsageError
+  [[nodiscard]] DayOfWeek value() const;
+};
+
+}  // namespace velloro

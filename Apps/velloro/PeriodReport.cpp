@@ -1,0 +1,55 @@
+#include "velloro/PeriodReport.h"
+
+#include "Foundation/JSON.h"
+#include "Foundation/String.h"
+#include "velloro/Arguments.h"
+
+namespace velloro {
+namespace {
+
+PeriodReport::Stretch stretch(const TaskFrequencyPeriod& period) {
+  return {.type = periodName(period.periodType),
+          .start = period.startDate,
+          .finish = period.finishDate};
+}
+
+std::string line(const char* name, const PeriodReport::Stretch& stretch) {
+  return stringWithFormat("%-10s %s  to  %s\n", name, stretch.start.debugDescription().c_str(),
+                          stretch.finish.debugDescription().c_str());
+}
+
+}  // namespace
+
+PeriodReport PeriodReport::of(const TaskFrequency& frequency, YYYYMMDD date,
+                              DayOfWeek firstDayOfWeek) {
+  const TaskFrequencyPeriod period = frequency.period(date, firstDayOfWeek).period;
+  const YYYYMMDD longAgo{};
+  return {.mode = modeName(frequency.dayMode),
+          .date = date,
+          .period = stretch(period),
+          .previous = stretch(period.previous()),
+          .next = stretch(period.next()),
+          .numberOfDays = period.numberOfDays(),
+          .remainingDays = period.remainingDays(date, false),
+          .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo),
+          .isEmpty = frequency.isEmpty(),
+          .countedOver = periodName(periodTypeForCompletionCountCalculation(frequency.dayMode))};
+}
+
+std::string PeriodReport::json() const {
+  return JSONEncoder{}.encode(*this) + "\n";
+}
+
+std::string PeriodReport::text() const {
+  const auto number = [](std::int64_t n) { return static_cast<long long>(n); };
+  return mode + ", " + localizedTitle(date.dayOfWeek()) + ", " + date.debugDescription() + "\n\n" +
+         line(("the " + period.type).c_str(), period) + line("previous", previous) +
+         line("next", next) +
+         stringWithFormat("days       %lld, %lld to go\n", number(numberOfDays),
+                          number(remainingDays)) +
+         stringWithFormat("expected   %lld times in the %s\n", number(expectedCompletions),
+                          countedOver.c_str()) +
+         (isEmpty ? "No day can ever be due.\n" : "");
+}
+
+}  // namespace velloro

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Foundation/CodingKeys.h"
+#include "VelloroCore/TaskFrequency.h"
+
+#include <cstdint>
+#include <string>
+
+namespace velloro {
+
+/// A period of a task and what there is to do in it, as `velloro period` tells it.
+struct PeriodReport {
+  struct Stretch {
+    std::string type;  ///< "week"
+    YYYYMMDD start = {};
+    YYYYMMDD finish = {};
+
+    static constexpr auto codingKeys =
+        keys(key("type", &Stretch::type), key("start", &Stretch::start),
+             key("finish", &Stretch::finish));
+  };
+
+  std::string mode;  ///< "numberOfDaysInWeek"
+  YYYYMMDD date = {};
+  Stretch period;
+  Stretch previous;
+  Stretch next;
+  std::int64_t numberOfDays = 0;
+  std::int64_t remainingDays = 0;  ///< The date itself not counted.
+  /// For a task that was there before the period began.
+  std::int64_t expectedCompletions = 0;
+  bool isEmpty = false;
+  std::string countedOver;  ///< "week"; in the text alone.
+
+  static constexpr auto codingKeys =
+      keys(key("mode", &PeriodReport::mode), key("date", &PeriodReport::date),
+           key("period", &PeriodReport::period), key("previous", &PeriodReport::previous),
+           key("next", &PeriodReport::next), key("numberOfDays", &PeriodReport::numberOfDays),
+           key("remainingDays", &PeriodReport::remainingDays),
+           key("expectedCompletions", &PeriodReport::expectedCompletions),
+           key("isEmpty", &PeriodReport::isEmpty));
+
+  [[nodiscard]] static PeriodReport of(const TaskFrequency& frequency, YYYYMMDD date,
+                                       DayOfWeek firstDayOfWeek);
+
+  [[nodiscard]] std::string json() const;
+  [[nodiscard]] std::string text() const;
+};
+
+}  // namespace velloro
