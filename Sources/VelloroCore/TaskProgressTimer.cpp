@@ -5,20 +5,13 @@
 #include <algorithm>
 
 namespace velloro {
-namespace {
-
-double secondsIn(TaskProgressTimer::Unit unit) {
-  return rowOf(task_progress_timer_detail::unitRows, unit).seconds;
-}
-
-}  // namespace
 
 double TaskProgressTimer::convertToTimeInterval(double value, Unit unit) {
-  return wholeUnlessFractional(value * secondsIn(unit));
+  return velloro::convertToTimeInterval(value, automaticTaskTypeUnit(unit));
 }
 
 double TaskProgressTimer::convertFromTimeInterval(double duration, Unit unit) {
-  return wholeUnlessFractional(duration / secondsIn(unit));
+  return velloro::convertFromTimeInterval(duration, automaticTaskTypeUnit(unit));
 }
 
 double TaskProgressTimer::remainingDuration() const {

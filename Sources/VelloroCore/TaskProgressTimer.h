@@ -3,6 +3,7 @@
 #include "Foundation/RawValue.h"
 #include "VelloroCore/DatedPeriod.h"
 #include "VelloroCore/TaskProgressType.h"
+#include "VelloroCore/TypeUnit.h"
 
 #include <cstdint>
 #include <string_view>
@@ -85,16 +86,22 @@ namespace task_progress_timer_detail {
 struct UnitRow {
   TaskProgressTimer::Unit value;
   std::string_view raw;
-  double seconds;
+  TypeUnit automaticTaskTypeUnit;
 };
 
-inline constexpr UnitRow unitRows[] = {{TaskProgressTimer::Unit::hours, "h", 3600},
-                                       {TaskProgressTimer::Unit::minutes, "m", 60},
-                                       {TaskProgressTimer::Unit::seconds, "s", 1}};
+inline constexpr UnitRow unitRows[] = {
+    {TaskProgressTimer::Unit::hours, "h", TypeUnit::durationHours},
+    {TaskProgressTimer::Unit::minutes, "m", TypeUnit::durationMinutes},
+    {TaskProgressTimer::Unit::seconds, "s", TypeUnit::durationSeconds}};
 }  // namespace task_progress_timer_detail
 
 constexpr auto rawValues(std::type_identity<TaskProgressTimer::Unit>) {
   return rawColumn(task_progress_timer_detail::unitRows);
+}
+
+/// The same unit among those of automatic tasks.
+[[nodiscard]] constexpr TypeUnit automaticTaskTypeUnit(TaskProgressTimer::Unit unit) {
+  return rowOf(task_progress_timer_detail::unitRows, unit).automaticTaskTypeUnit;
 }
 
 }  // namespace velloro

@@ -201,6 +201,8 @@ TEST(TaskProgressTimer, LosesNothingToBinaryRounding) {
   }
   EXPECT_EQ(timer(0, 100).remainingDurationCurrentCompletion(), 200);
   EXPECT_EQ(Timer::convertToTimeInterval(1.1, Unit::minutes), 66);
+  EXPECT_EQ(Timer::convertToTimeInterval(1.5, Unit::hours), 5400);
+  EXPECT_EQ(Timer::convertFromTimeInterval(90, Unit::seconds), 90);
 }
 
 TEST(TaskProgressActivityRings, AreOneNumberAndBack) {
