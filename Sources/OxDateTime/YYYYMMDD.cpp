@@ -102,7 +102,9 @@ YYYYMMDD YYYYMMDD::previousDay() const {
 
 YYYYMMDD YYYYMMDD::nextDayUsingCalendar() const {
   const Calendar here = deviceCalendar();
-  return readBack(noon(*this, here) + secondsPerDay, here);
+  const YYYYMMDD next = readBack(noon(*this, here) + secondsPerDay, here);
+  // Where a day stood twice, the way leads to its second showing; a walk must not stop there.
+  return fromDayNumber(std::max(next.dayNumber(), dayNumber() + 1));
 }
 
 YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
@@ -113,7 +115,10 @@ YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
 
 YYYYMMDD YYYYMMDD::addUsingCalendar(const Calendar& calendar, std::int64_t numDays) const {
   const Date from = noon(*this, calendar);
-  return readBack(calendar.dateByAddingDays(numDays, from).value_or(from), calendar);
+  const Date to = calendar.dateByAddingDays(numDays, from).value_or(from);
+  const std::int64_t number = readBack(to, calendar).dayNumber();
+  if (numDays > 0) return fromDayNumber(std::max(number, dayNumber() + 1));
+  return fromDayNumber(numDays < 0 ? std::min(number, dayNumber() - 1) : number);
 }
 
 DayOfWeek YYYYMMDD::dayOfWeek() const {

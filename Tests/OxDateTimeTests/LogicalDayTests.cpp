@@ -108,6 +108,10 @@ TEST(LogicalDay, FollowsAZoneThatSkippedADay) {
   // 01:00 on the 31st belongs to the logical day before, which is the 29th.
   EXPECT_EQ(YYYYMMDD::fromDate(time(3), at("2011-12-30T11:00:00Z")), before);
   EXPECT_EQ(before.dateAt(time(3), time(1)).iso8601(), "2011-12-30T11:00:00Z");
+  environment.setTimeZone(zone("America/Juneau"));  // had 18 October 1867 twice
+  YYYYMMDD day{.y = 1867, .m = 10, .d = 15};
+  for (int i = 0; i < 6; ++i) day = day.nextDay();
+  EXPECT_GE(day.intValue(), 18671020) << "a walk goes on";
 }
 
 }  // namespace
