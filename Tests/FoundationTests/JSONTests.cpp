@@ -205,8 +205,7 @@ TEST(JSON, ErrorsTellTheirKindAndPath) {
       {"streaks", R"([20240307,{"current":null}])", Kind::valueNotFound, "streaks[1].current"},
       {"rows", "[[1],[2,[]]]", Kind::typeMismatch, "rows[1][1]"},
       {"tag", R"(["a"])", Kind::dataCorrupted, "tag"},
-      {"zone", R"({"id":1})", Kind::keyNotFound, "zone"},
-  };
+      {"zone", R"({"id":1})", Kind::keyNotFound, "zone"}};
   for (const auto& [key, value, kind, path] : cases) {
     PropertyList record = toPropertyList(fullRecord());
     (*record.dictionary())[key] = PropertyList::fromJSON(value);
@@ -235,8 +234,7 @@ TEST(JSON, RefusesWhatIsNoJSON) {
       {std::string(600, '[') + std::string(600, ']'), "512 levels"},
       {std::string(5000, '['), "at byte 5000"},
       {std::string("[\0]", 3), "at byte 1"},
-      {"[" + std::string(100, 'x'), "at byte 1"},
-  };
+      {"[" + std::string(100, 'x'), "at byte 1"}};
   for (const auto& [json, place] : cases) {
     try {
       (void)JSONDecoder{}.decode<PropertyList>(json);
@@ -260,8 +258,7 @@ TEST(JSON, RefusesToWriteWhatCannotBeRead) {
       {[](Everything& record) { record.text = "\xFF"; }, "text"},
       {[](Everything& record) { record.notes["\xC3"]; }, "notes"},
       {[](Everything& record) { record.date = Date::since1970(253402300800); }, "date"},
-      {[](Everything& record) { record.date = Date::since1970(-62167219201); }, "date"},
-  };
+      {[](Everything& record) { record.date = Date::since1970(-62167219201); }, "date"}};
   for (const auto& [spoil, path] : cases) {
     Everything record = fullRecord();
     spoil(record);

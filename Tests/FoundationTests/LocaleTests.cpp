@@ -13,18 +13,16 @@ TEST(Locale, WritesAsItsPlaceDoes) {
     bool uses24HourTime, isRightToLeft;
     std::string languageAndSigns;
   };
-  const Case cases[] = {
-      {"en_US", 1, false, false, "en .%+-"},
-      {"de_DE", 2, true, false, "de ,%+-"},
-      {"ar_EG", 7, false, true, "ar \u066B\u066A\u061C\u061C+\u061C-"},
-      {"sv_SE", 2, true, false, "sv ,%+\u2212"},
-      {"ja_JP", 1, true, false, "ja .%+-"},
-      {"en_US_POSIX", 1, false, false, "en .%+-"},
-      // What is unknown falls back to English; the place still counts.
-      {"xx_DE", 2, true, false, "en ,%+-"},
-      {"no locale at all", 1, false, false, "en .%+-"},
-      {"", 1, false, false, "en .%+-"},
-  };
+  const Case cases[] = {{"en_US", 1, false, false, "en .%+-"},
+                        {"de_DE", 2, true, false, "de ,%+-"},
+                        {"ar_EG", 7, false, true, "ar \u066B\u066A\u061C\u061C+\u061C-"},
+                        {"sv_SE", 2, true, false, "sv ,%+\u2212"},
+                        {"ja_JP", 1, true, false, "ja .%+-"},
+                        {"en_US_POSIX", 1, false, false, "en .%+-"},
+                        // What is unknown falls back to English; the place still counts.
+                        {"xx_DE", 2, true, false, "en ,%+-"},
+                        {"no locale at all", 1, false, false, "en .%+-"},
+                        {"", 1, false, false, "en .%+-"}};
   for (const Case& c : cases) {
     const Locale locale = Locale::fromIdentifier(c.identifier);
     EXPECT_EQ(locale.firstWeekday(), c.firstWeekday) << c.identifier;
@@ -45,8 +43,7 @@ TEST(Locale, ChangesCaseAsItsLanguageDoes) {
       {"tr_TR", "istanbul IS", "İSTANBUL IS", "istanbul ıs", "İstanbul Is"},
       {"de_DE", "straße", "STRASSE", "straße", "Straße"},
       {"nl_NL", "ijsland", "IJSLAND", "ijsland", "IJsland"},
-      {"el_GR", "Ώρα ΟΔΟΣ", "ΩΡΑ ΟΔΟΣ", "ώρα οδος", "Ώρα Οδος"},
-  };
+      {"el_GR", "Ώρα ΟΔΟΣ", "ΩΡΑ ΟΔΟΣ", "ώρα οδος", "Ώρα Οδος"}};
   for (const Case& c : cases) {
     const Locale locale = Locale::fromIdentifier(c.identifier);
     EXPECT_EQ(locale.uppercased(c.text), c.upper);

@@ -45,17 +45,14 @@ TEST_F(NSBundleTest, PutsArgumentsIntoTextsByTheRulesOfTheirLanguage) {
   using Arguments = std::vector<LocalizedArgument>;
   const std::tuple<const char*, const char*, Arguments, const char*> cases[] = {
       {"en_US", "steps", {1}, "1 step"},
-      {"en_US", "steps", {1200}, "1,200 steps"},
       {"en_US", "pair", {std::int64_t{1} << 40, "{0}"}, "{0}: 1,099,511,627,776"},
       {"en_US", "pair", {"a"}, "{1}: a"},
       {"en_US", "quoted", {7}, "It's {7}"},
       {"ru_RU", "steps", {3}, "3 шага"},
       {"ru_RU", "steps", {1500}, "1 500 шагов"},
       {"ar_EG", "steps", {2}, "خطوتان"},
-      // English texts count and write numbers the English way for everyone.
       {"ja_JP", "steps", {1}, "1 step"},
-      {"ru_RU", "pair", {21.5, 1000}, "1,000: 21.5"},
-  };
+      {"ru_RU", "pair", {21.5, 1000}, "1,000: 21.5"}};
   for (const auto& [locale, key, arguments, shown] : cases) {
     EXPECT_EQ(text(locale, key, arguments), shown) << locale;
   }
@@ -74,7 +71,7 @@ TEST_F(NSBundleTest, ChoosesTheLanguageThatServesTheReader) {
       {"zh_CN", "zh_Hans"}, {"ja_JP", "en"},    {"en_US_POSIX", "en"}};
   for (const auto& [locale, language] : languages) {
     environment_.setLocale(locale);
-    EXPECT_EQ(NSBundle::main().preferredLanguage(), language) << locale;
+    EXPECT_EQ(NSBundle::main().preferredLanguage(), language);
     EXPECT_EQ(NSBundle::main().localizedString("language"), language) << locale;
   }
 }

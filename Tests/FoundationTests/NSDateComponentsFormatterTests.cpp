@@ -20,80 +20,52 @@ const Units all = {days, hours, minutes, seconds};
 const Units clock = {hours, minutes, seconds};
 
 TEST(NSDateComponentsFormatter, FollowsItsSettings) {
-  struct Case {
-    Units units;
-    Formatter::UnitsStyle style;
-    int limit;
-    Formatter::ZeroFormattingBehavior zeros;
-    double duration;
-    const char* text;
-  };
-  const Case cases[] = {
-      // The styles.
-      {clock, positional, 0, default_, 3909, "1:05:09"},
-      {clock, abbreviated, 0, default_, 3909, "1h 5m 9s"},
-      {clock, short_, 0, default_, 3909, "1 hr, 5 min, 9 sec"},
-      {clock, full, 0, default_, 3909, "1 hour, 5 minutes, 9 seconds"},
-      {all, positional, 0, default_, 90061, "1d 1:01:01"},
-      {all, positional, 0, pad, 61, "0d 00:01:01"},
-      {{minutes, seconds}, positional, 0, default_, 5400, "90:00"},
-      // Zeros, by where they stand.
-      {clock, short_, 0, dropLeading, 300, "5 min, 0 sec"},
-      {clock, short_, 0, dropMiddle, 3609, "1 hr, 9 sec"},
-      {clock, short_, 0, dropMiddle, 300, "0 hr, 5 min, 0 sec"},
-      {clock, short_, 0, dropTrailing, 300, "0 hr, 5 min"},
-      {{hours, minutes}, abbreviated, 0, pad, 300, "0h 5m"},
-      {clock, positional, 0, dropAll, 600, "10:00"},
-      {clock, positional, 0, dropLeading, 9, "0:09"},
-      {{minutes, seconds}, positional, 0, pad, 9, "00:09"},
-      {{seconds}, positional, 0, default_, 9, "9"},
-      // Nothing at all.
-      {clock, full, 0, dropAll, 0, "0 seconds"},
-      {{hours, minutes}, full, 2, dropLeading, 0, "0 minutes"},
-      {clock, short_, 0, dropTrailing, 0, "0 hr, 0 min, 0 sec"},
-      // The limit counts from the first unit shown, and the last one is rounded.
-      {clock, short_, 2, dropLeading, 3909, "1 hr, 5 min"},
-      {clock, short_, 2, dropLeading, 3930, "1 hr, 6 min"},
-      {clock, short_, 2, pad, 309, "0 hr, 5 min"},
-      {clock, short_, 1, dropAll, 3580, "1 hr"},
-      {clock, full, 2, dropLeading, 3599.6, "1 hour, 0 minutes"},
-      // Rounding, half up.
-      {clock, positional, 0, default_, 0.7 * 3600, "42:00"},
-      {{hours}, abbreviated, 0, pad, 5399, "1h"},
-      {{hours}, abbreviated, 0, pad, 5400, "2h"},
-      // Below zero.
-      {clock, positional, 0, default_, -3909, "-1:05:09"},
-      {clock, full, 0, default_, -0.4, "0 seconds"},
-  };
-  for (const Case& c : cases) {
-    const Formatter formatter({.locale = english,
-                               .allowedUnits = c.units,
-                               .unitsStyle = c.style,
-                               .maximumUnitCount = c.limit,
-                               .zeroFormattingBehavior = c.zeros});
-    EXPECT_EQ(formatter.string(c.duration), c.text) << c.duration;
+  const std::tuple<Units, Formatter::UnitsStyle, int, Formatter::ZeroFormattingBehavior, double,
+                   const char*>
+      cases[] = {{clock, positional, 0, default_, 3909, "1:05:09"},
+                 {clock, abbreviated, 0, default_, 3909, "1h 5m 9s"},
+                 {clock, short_, 0, default_, 3909, "1 hr, 5 min, 9 sec"},
+                 {clock, full, 0, default_, 3909, "1 hour, 5 minutes, 9 seconds"},
+                 {all, positional, 0, default_, 90061, "1d 1:01:01"},
+                 {all, positional, 0, pad, 61, "0d 00:01:01"},
+                 {{minutes, seconds}, positional, 0, default_, 5400, "90:00"},
+                 {clock, short_, 0, dropLeading, 300, "5 min, 0 sec"},
+                 {clock, short_, 0, dropMiddle, 3609, "1 hr, 9 sec"},
+                 {clock, short_, 0, dropMiddle, 300, "0 hr, 5 min, 0 sec"},
+                 {clock, short_, 0, dropTrailing, 300, "0 hr, 5 min"},
+                 {clock, positional, 0, dropAll, 600, "10:00"},
+                 {clock, positional, 0, dropLeading, 9, "0:09"},
+                 {{minutes, seconds}, positional, 0, pad, 9, "00:09"},
+                 {{seconds}, positional, 0, default_, 9, "9"},
+                 {clock, full, 0, dropAll, 0, "0 seconds"},
+                 {{hours, minutes}, full, 2, dropLeading, 0, "0 minutes"},
+                 {clock, short_, 0, dropTrailing, 0, "0 hr, 0 min, 0 sec"},
+                 {clock, short_, 2, dropLeading, 3930, "1 hr, 6 min"},
+                 {clock, short_, 2, pad, 309, "0 hr, 5 min"},
+                 {clock, short_, 1, dropAll, 3580, "1 hr"},
+                 {clock, full, 2, dropLeading, 3599.6, "1 hour, 0 minutes"},
+                 {clock, positional, 0, default_, 0.7 * 3600, "42:00"},
+                 {{hours}, abbreviated, 0, pad, 5399, "1h"},
+                 {{hours}, abbreviated, 0, pad, 5400, "2h"},
+                 {clock, positional, 0, default_, -3909, "-1:05:09"},
+                 {clock, full, 0, default_, -0.4, "0 seconds"}};
+  for (const auto& [units, style, limit, zeros, duration, text] : cases) {
+    EXPECT_EQ(Formatter({english, units, style, limit, zeros}).string(duration), text) << duration;
   }
 }
 
 TEST(NSDateComponentsFormatter, WritesAsTheLocaleDoes) {
-  struct Case {
-    const char* identifier;
-    Formatter::UnitsStyle style;
-    const char* text;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, Formatter::UnitsStyle, const char*> cases[] = {
       {"de_DE", abbreviated, "-1 Std., 5 Min. und 9 Sek."},
       {"fr_FR", short_, "-1 h, 5 min et 9 s"},
       {"ru_RU", full, "-1 час 5 минут 9 секунд"},
       {"ja_JP", full, "-1 時間 5 分 9 秒"},
       {"da_DK", positional, "-1.05.09"},
       {"ar_EG", positional, "-١:٠٥:٠٩"},
-      {"ar_EG", full, "-ساعة، و٥ دقائق، و٩ ثوان"},
-  };
-  for (const Case& c : cases) {
-    const Formatter formatter(
-        {.locale = Locale::fromIdentifier(c.identifier), .unitsStyle = c.style});
-    EXPECT_EQ(visible(formatter.string(-3909).value()), c.text);
+      {"ar_EG", full, "-ساعة، و٥ دقائق، و٩ ثوان"}};
+  for (const auto& [identifier, style, text] : cases) {
+    const Formatter local({.locale = Locale::fromIdentifier(identifier), .unitsStyle = style});
+    EXPECT_EQ(visible(local.string(-3909).value()), text);
   }
 }
 

@@ -34,9 +34,7 @@ TEST(NSDateFormatter, FollowsTemplatesAndStylesOfTheLocale) {
       {"ru_RU", "март 2024 г.; март 2024 г.; 2024; 14:05; 2 PM; 7 мар. 2024 г., 14:05"},
       {"ja_JP", "2024年3月; 2024年3月; 2024年; 14:05; 午後2時; 2024/03/07 14:05"},
       {"ar_EG", "مارس ٢٠٢٤; مارس ٢٠٢٤; ٢٠٢٤; ١٤:٠٥; ٢ م; ٠٧/٠٣/٢٠٢٤، ٢:٠٥ م"},
-      // Places with a calendar of their own still get the Gregorian one.
-      {"th_TH", "มีนาคม 2024; มี.ค. 2024; 2024; 14:05; 2 หลังเที่ยง; 7 มี.ค. 2024 14:05"},
-  };
+      {"th_TH", "มีนาคม 2024; มี.ค. 2024; 2024; 14:05; 2 หลังเที่ยง; 7 มี.ค. 2024 14:05"}};
   for (const auto& [identifier, expected] : texts) {
     const NSDateFormatter::Settings settings{locale(identifier), TimeZone::gmt()};
     std::string text;
@@ -53,13 +51,11 @@ TEST(NSDateFormatter, TakesOffsetsFromOurZones) {
   const std::pair<TimeZone, const char*> texts[] = {
       {TimeZone::gmt(), "2024-03-07T14:05:09Z"},
       {zone("GMT+0530"), "2024-03-07T19:35:09+05:30"},
-      {zone("Asia/Kathmandu"), "2024-03-07T19:50:09+05:45"},
-  };
+      {zone("Asia/Kathmandu"), "2024-03-07T19:50:09+05:45"}};
   for (const auto& [where, text] : texts) {
     EXPECT_EQ(isoFormat.string(afternoon, where), text);
     EXPECT_EQ(isoFormat.date(text), afternoon) << text;
   }
-
   TestEnvironment environment;  // in Berlin
   EXPECT_EQ(isoFormat.string(afternoon), "2024-03-07T15:05:09+01:00");
 }
@@ -83,7 +79,7 @@ TEST(NSDateFormatter, CountsGregorianDaysThroughAllHistory) {
   for (Date day = start; day < Date::distantFuture(); day = day + 97 * 86400) {
     const std::string text = day.iso8601().substr(0, 10);
     ASSERT_EQ(formatter.string(day), text);
-    ASSERT_EQ(formatter.date(text), day) << text;
+    ASSERT_EQ(formatter.date(text), day);
   }
   for (const double beyond : {1e300, -1e300, std::nan("")}) {
     EXPECT_FALSE(formatter.string(Date::sinceReferenceDate(beyond)).empty());
@@ -102,8 +98,7 @@ TEST(NSDateFormatter, ReadsOnlyWhatFollowsThePattern) {
       {onTheClock, "2024-07-01 at 2:30", "2024-07-01T00:30:00Z"},
       {onTheClock, "2024-03-31 at 2:30", "2024-03-31T01:30:00Z"},  // skipped: on by the gap
       {onTheClock, "2024-10-27 at 2:30", "2024-10-27T00:30:00Z"},  // repeated: the first
-      {onTheClock, "2024-07-01 AT 2:30", "none"},
-  };
+      {onTheClock, "2024-07-01 AT 2:30", "none"}};
   for (const auto& [formatter, text, expected] : cases) {
     const auto date = formatter.date(text);
     EXPECT_EQ(date ? date->iso8601() : "none", expected) << text;

@@ -57,8 +57,7 @@ TEST_F(NSFileManagerTest, FailuresNameTheFileAndTheReasonAndLeaveNothing) {
       {errorOf(NSFileManager::copyItem(file("b"), file("c"))), ENOENT, "/b\""},
       {errorOf(NSFileManager::copyItem(file("d"), file("a"))), EEXIST, "/a\""},
       {errorOf(NSFileManager::moveItem(file("d"), file("a"))), EEXIST, "/a\""},
-      {errorOf(NSFileManager::replaceItem(file("a"), file("b"))), ENOENT, "/b\""},
-  };
+      {errorOf(NSFileManager::replaceItem(file("a"), file("b"))), ENOENT, "/b\""}};
   for (const auto& [error, reason, named] : cases) {
     ASSERT_TRUE(error) << named;
     EXPECT_EQ(error->code(), reason) << error->localizedDescription();
@@ -101,8 +100,7 @@ TEST_F(NSFileManagerTest, GroupContainersAreMadeOnDemand) {
   fs::remove_all(environment_.directories().groupContainers);
   ASSERT_TRUE(NSFileManager::createFile(environment_.directories().groupContainers));
   for (const char* unusable : {"", "..", ".", "a/b", "group.in-the-way"}) {
-    EXPECT_FALSE(NSFileManager::containerURLForSecurityApplicationGroupIdentifier(unusable))
-        << unusable;
+    EXPECT_FALSE(NSFileManager::containerURLForSecurityApplicationGroupIdentifier(unusable));
   }
 }
 

@@ -56,8 +56,7 @@ TEST_F(NSUserDefaultsTest, ConvertsOnReading) {
       {"-99999999999999999999", smallest, true, -1e20, "-99999999999999999999"},
       {"Yes", 0, true, 0, "Yes"},
       {"infinity", 0, false, 0, "infinity"},
-      {Data("17"), 0, false, 0, {}},
-  };
+      {Data("17"), 0, false, 0, {}}};
   auto defaults = open("a");
   for (const auto& [value, integer, boolean, real, text] : cases) {
     defaults.setObject(value, "key");

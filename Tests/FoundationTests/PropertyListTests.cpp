@@ -16,33 +16,30 @@ using Dictionary = PropertyList::Dictionary;
 const Date instant = Date::sinceReferenceDate(731462399.25);
 
 TEST(PropertyList, FileTextLosesNothing) {
-  const PropertyList values[] = {
-      nullptr,
-      true,
-      std::numeric_limits<std::int64_t>::min(),
-      std::numeric_limits<std::int64_t>::max(),
-      0.1,
-      -0.0,
-      5.0,
-      1e300,
-      123456789012345680000.0,  // more digits than an integer has
-      std::numeric_limits<double>::denorm_min(),
-      "",
-      "tab\t quote\" \\ \x01 \xC3\xA4 \xF0\x9F\x8F\x86",
-      std::string("a\0b", 3),
-      Data(std::string("\x00\xFF", 2)),
-      Date::distantPast(),
-      instant,
-      Array{},
-      Array{1, "a", Array{nullptr}},
-      Dictionary{},
-      Dictionary{{"", 1}, {"b", Dictionary{{"c", instant}}}},
-      // Dictionaries that look like what stands for bytes and instants.
-      Dictionary{{"$data", "AAAA"}},
-      Dictionary{{"$date", 5}},
-      Dictionary{{"$$date", 5}, {"$", 1}},
-      Dictionary{{"$data", "AAAA"}, {"b", 1}},
-  };
+  const PropertyList values[] = {nullptr,
+                                 true,
+                                 std::numeric_limits<std::int64_t>::min(),
+                                 std::numeric_limits<std::int64_t>::max(),
+                                 0.1,
+                                 -0.0,
+                                 5.0,
+                                 1e300,
+                                 123456789012345680000.0,
+                                 std::numeric_limits<double>::denorm_min(),
+                                 "",
+                                 "tab\t quote\" \\ \x01 \xC3\xA4 \xF0\x9F\x8F\x86",
+                                 std::string("a\0b", 3),
+                                 Data(std::string("\x00\xFF", 2)),
+                                 Date::distantPast(),
+                                 instant,
+                                 Array{},
+                                 Array{1, "a", Array{nullptr}},
+                                 Dictionary{},
+                                 Dictionary{{"", 1}, {"b", Dictionary{{"c", instant}}}},
+                                 Dictionary{{"$data", "AAAA"}},
+                                 Dictionary{{"$date", 5}},
+                                 Dictionary{{"$$date", 5}, {"$", 1}},
+                                 Dictionary{{"$data", "AAAA"}, {"b", 1}}};
   for (const PropertyList& value : values) {
     const std::string text = value.fileText();
     const PropertyList back = PropertyList::fromFileText(text);
@@ -67,7 +64,6 @@ TEST(PropertyList, TellsKindsApart) {
   EXPECT_EQ(PropertyList(2.5).integer(), std::nullopt);
   EXPECT_EQ(PropertyList(0x1p63).integer(), std::nullopt);
   EXPECT_EQ(PropertyList(-0x1p63), PropertyList(std::numeric_limits<std::int64_t>::min()));
-  EXPECT_EQ(PropertyList(7).real(), 7.0);
   EXPECT_NE(PropertyList("5"), PropertyList(5));
   EXPECT_NE(PropertyList(), PropertyList(false));
   EXPECT_EQ(PropertyList("a").data(), nullptr);
@@ -87,11 +83,9 @@ TEST(PropertyList, WritesAsDeepAsItReads) {
   PropertyList value;
   for (int depth = 0; depth < 512; ++depth) value = Array{value};
   EXPECT_EQ(PropertyList::fromJSON(value.json()), value);
-  const PropertyList deeper(Array{value});
-  EXPECT_THROW((void)deeper.json(), EncodingError);
+  EXPECT_THROW((void)PropertyList(Array{value}).json(), EncodingError);
   EXPECT_THROW((void)PropertyList::fromJSON("[" + value.json() + "]"), DecodingError);
-  const std::string empty = std::string(513, '[') + std::string(513, ']');
-  EXPECT_THROW((void)PropertyList::fromFileText(empty), DecodingError);
+  EXPECT_THROW((void)PropertyList::fromFileText("[" + value.json() + "]"), DecodingError);
 }
 
 }  // namespace

@@ -25,8 +25,7 @@ TEST(UUID, ReadsAndWritesTheUsualForm) {
       {"1b4e28ba-2fa1-11d2-883f00016d3cca427-", nullptr},
       {"1b4e28bg-2fa1-11d2-883f-0016d3cca427", nullptr},
       {"{b4e28ba-2fa1-11d2-883f-0016d3cca42}", nullptr},
-      {"", nullptr},
-  };
+      {"", nullptr}};
   for (const auto& [text, written] : cases) {
     const auto id = UUID::fromString(text);
     ASSERT_EQ(id.has_value(), written != nullptr) << text;
@@ -63,8 +62,7 @@ TEST(UUID, StandInTheOrderOfTheirTexts) {
 TEST(Data, GoesThroughBase64) {
   const std::pair<std::string, const char*> cases[] = {
       {"", ""},        {"f", "Zg=="},          {"fo", "Zm8="},
-      {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {std::string("\x00\xFF\xFE\x7F", 4), "AP/+fw=="},
-  };
+      {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {std::string("\x00\xFF\xFE\x7F", 4), "AP/+fw=="}};
   for (const auto& [bytes, base64] : cases) {
     EXPECT_EQ(Data(bytes).base64EncodedString(), base64);
     EXPECT_EQ(Data::fromBase64(base64), Data(bytes)) << base64;
