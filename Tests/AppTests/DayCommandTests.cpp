@@ -54,8 +54,7 @@ TEST(DayCommand, NamesWhatItCannotUse) {
       {"day 20240307 --at 2024-03-07T00:00:00Z", "day excludes --at"},
       {"night", "night"},
       {"day 20240307 --json=5", "json was given"},
-      {"", "a command is needed"},
-  };
+      {"", "a command is needed"}};
   for (const auto& [arguments, complaint] : cases) expectRefusal(arguments, complaint);
 }
 

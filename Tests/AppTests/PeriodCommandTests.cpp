@@ -31,8 +31,7 @@ TEST(PeriodCommand, TellsWhatIsExpected) {
       {"--mode dayInterval --interval 31", "No day can ever be due."},
       {"--mode specificDaysOfWeek --partial 0", "No day can ever be due."},
       {"--mode aggregateOverWeek --date 20240306", "2024-03-03  to  2024-03-09"},
-      {"--mode specificDaysOfWeek --days mon,Friday", "Thursday, 2024-03-07"},
-  };
+      {"--mode specificDaysOfWeek --days mon,Friday", "Thursday, 2024-03-07"}};
   for (const auto& [arguments, told] : cases) {
     const auto result =
         runProgram(std::string("--now 2024-03-07T12:00:00Z --locale en_US period ") + arguments);
@@ -54,8 +53,7 @@ TEST(PeriodCommand, NamesWhatItCannotUse) {
       {"--mode specificDaysOfWeek --partial ''", "--partial \"\": not a whole number"},
       {"--mode specificDaysOfWeek --days mon,", "--days \"\": not a weekday"},
       {"--mode specificDaysOfWeek --date 20230229", "--date \"20230229\": not a day"},
-      {"--mode specificDaysOfWeek --first-day-of-week x", "--first-day-of-week \"x\": not a"},
-  };
+      {"--mode specificDaysOfWeek --first-day-of-week x", "--first-day-of-week \"x\": not a"}};
   for (const auto& [arguments, complaint] : cases) {
     const auto result = runProgram(std::string("period ") + arguments);
     EXPECT_EQ(result.exitCode, 2) << arguments;

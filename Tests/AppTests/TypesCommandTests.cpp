@@ -40,8 +40,7 @@ TEST(TypesCommand, NamesWhatItCannotUse) {
       {"types vitaminb", "\"hk_dietary_vitaminb6\", \"hk_dietary_vitaminb12\"?"},
       {"types xyz", "not an automatic type; \"velloro types\" lists them"},
       {"types ''", "TYPE \"\": not an automatic type"},
-      {"types hk_water --period decade", "--period \"decade\": not a period"},
-  };
+      {"types hk_water --period decade", "--period \"decade\": not a period"}};
   for (const auto& [arguments, complaint] : cases) expectRefusal(arguments, complaint);
 }
 

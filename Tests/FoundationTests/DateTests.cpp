@@ -27,8 +27,7 @@ TEST(Date, ReadsISO8601) {
       {"2024-03-07T01:59:59.Z", {}},
       {"2024-03-07T01:59:59ZZ", {}},
       {"2024-3-7T01:59:59Z", {}},
-      {"", {}},
-  };
+      {"", {}}};
   for (const auto& [text, expected] : cases) {
     const auto date = Date::fromISO8601(text);
     ASSERT_EQ(date.has_value(), expected.has_value()) << text;

@@ -43,11 +43,10 @@ TEST(HHMMSS, IsWithinHoursOnTheSameDial) {
 
 TEST(HHMMSS, RoundsToAnInterval) {
   const std::tuple<HHMMSS, double, HHMMSS> cases[] = {
-      {time(10, 7, 29), 900, time(10)},        {time(10, 7, 30), 900, time(10, 15)},
-      {time(23, 59), 900, time(23, 45)},       {time(10, 15), 900, time(10, 15)},
-      {time(23, 59, 59), 1e9, time(0)},        {time(10, 7, 29), 1, time(10, 7, 29)},
-      {time(10, 7, 29), 0.5, time(10, 7, 29)},
-  };
+      {time(10, 7, 29), 900, time(10)},       {time(10, 7, 30), 900, time(10, 15)},
+      {time(23, 59), 900, time(23, 45)},      {time(10, 15), 900, time(10, 15)},
+      {time(23, 59, 59), 1e9, time(0)},       {time(10, 7, 29), 1, time(10, 7, 29)},
+      {time(10, 7, 29), 0.5, time(10, 7, 29)}};
   for (const auto& [from, interval, to] : cases) {
     EXPECT_EQ(from.roundToNearestInterval(interval), to) << interval;
   }

@@ -40,8 +40,7 @@ TEST(LogicalDay, OfAnInstant) {
       {time(2, 30), "2024-03-31T01:00:00Z", "Europe/Berlin", 20240331},
       // Far from the years that have an index.
       {time(0), "1492-10-12T12:00:00Z", "GMT", 14921012},
-      {time(0), "2400-07-01T22:00:00Z", "Europe/Berlin", 24000702},
-  };
+      {time(0), "2400-07-01T22:00:00Z", "Europe/Berlin", 24000702}};
   for (const auto& [startOfDay, instant, name, day] : cases) {
     EXPECT_EQ(YYYYMMDD::fromDate(startOfDay, at(instant), zone(name)).intValue(), day) << instant;
   }
@@ -59,8 +58,7 @@ TEST(LogicalDay, InstantOfATime) {
       {20240306, time(0), time(30), "GMT",
        "2024-03-07T06:00:00Z"},  // no time of day: it carries on
       {25000101, time(0), time(0), "America/New_York", "2500-01-01T05:00:00Z"},
-      {15000101, time(0), time(12), "GMT", "1500-01-01T12:00:00Z"},
-  };
+      {15000101, time(0), time(12), "GMT", "1500-01-01T12:00:00Z"}};
   for (const auto& [day, startOfDay, clock, name, instant] : cases) {
     const Date date = YYYYMMDD::fromRawValue(day)->dateAt(startOfDay, clock, zone(name));
     EXPECT_EQ(date.iso8601(), instant) << day;

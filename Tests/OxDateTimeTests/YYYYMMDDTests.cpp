@@ -53,19 +53,17 @@ TEST(YYYYMMDD, CountsDays) {
 TEST(YYYYMMDD, FindsFortnights) {
   using enum DayOfWeek;
   const std::tuple<std::int64_t, DayOfWeek, std::optional<YYYYMMDD>, std::int64_t, std::int64_t>
-      cases[] = {
-          {20000102, sunday, {}, 20000102, 20000115},
-          {20000108, sunday, {}, 19991226, 20000108},
-          {20000115, sunday, {}, 20000109, 20000122},
-          {20000101, saturday, {}, 20000101, 20000114},
-          {20000108, saturday, {}, 20000101, 20000114},
-          {20000115, saturday, {}, 20000115, 20000128},
-          // Before the anchor the remainder is negative, so no day lies in a second week.
-          {19991228, saturday, {}, 19991225, 20000107},
-          {19991220, saturday, {}, 19991218, 19991231},
-          {20240307, monday, day(20240226), 20240226, 20240310},
-          {20240307, monday, day(20240304), 20240304, 20240317},
-      };
+      cases[] = {{20000102, sunday, {}, 20000102, 20000115},
+                 {20000108, sunday, {}, 19991226, 20000108},
+                 {20000115, sunday, {}, 20000109, 20000122},
+                 {20000101, saturday, {}, 20000101, 20000114},
+                 {20000108, saturday, {}, 20000101, 20000114},
+                 {20000115, saturday, {}, 20000115, 20000128},
+                 // Before the anchor the remainder is negative, so no day lies in a second week.
+                 {19991228, saturday, {}, 19991225, 20000107},
+                 {19991220, saturday, {}, 19991218, 19991231},
+                 {20240307, monday, day(20240226), 20240226, 20240310},
+                 {20240307, monday, day(20240304), 20240304, 20240317}};
   for (const auto& [value, first, reference, start, end] : cases) {
     EXPECT_EQ(day(value).startOfFortnight(first, reference), day(start)) << value;
     EXPECT_EQ(day(value).endOfFortnight(first, reference), day(end)) << value;

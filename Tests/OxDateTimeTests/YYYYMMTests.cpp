@@ -43,11 +43,9 @@ TEST(YYYYMM, KnowsItsDays) {
 
 TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
   const std::tuple<const char*, const char*, const char*, const char*, const char*, const char*>
-      cases[] = {
-          {"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
-          {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
-          {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"},
-      };
+      cases[] = {{"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
+                 {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
+                 {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"}};
   TestEnvironment environment;
   for (const auto& [locale, title, withYear, shortWithYear, year, weekday] : cases) {
     environment.setLocale(locale);

@@ -80,8 +80,7 @@ TEST(OxCodableColor, WalksToATargetInWholeSteps) {
       {"down, by what the eye finds", red.darkenTo(0.2), 0.65},
       {"white at once", white.lightenTo(1), 1},
       {"down to the end", grey.darkenTo(0), 0},
-      {"dark already", grey.darkenTo(0.4), 0.35},
-  };
+      {"dark already", grey.darkenTo(0.4), 0.35}};
   for (const auto& [what, result, brightness] : cases) {
     EXPECT_NEAR(result.toHSB().brightness, brightness, 1e-12) << what;
   }

@@ -27,8 +27,7 @@ TEST(LogLine, IsBuiltFromItsParts) {
         "g(_:)", -1},
        "",
        "⌚️ [Watch Connectivity, DEBUG] 1969-12-31 23:59:59.999 [b:-1] g(_:) "
-       "a\nb\n"},
-  };
+       "a\nb\n"}};
   for (const auto& [line, prefix, text] : cases) {
     EXPECT_EQ(logLineText(line, prefix, berlin), text);
   }
@@ -38,21 +37,19 @@ TEST(LogLine, ReducesASignatureToTheName) {
   const struct {
     const char* signature;
     const char* name;
-  } cases[] = {
-      {"void velloro::NotificationManager::update(int)", "update()"},
-      {"a::(anonymous namespace)::S::~S()", "~S()"},
-      {"std::vector<T> a::S::t(std::map<int, T>) [with T = int]", "t()"},
-      {"a::S::t<int>(std::map<int, std::less<int> >)::<lambda(int)>::<lambda()>", "t()"},
-      {"static decltype(auto) a::S::d()", "d()"},
-      {"void (* a::S::p(int))(int)", "p()"},
-      {"void TT<T>::m(U) [with U = int; T = std::vector<int>]", "m()"},
-      {"void a::S::operator()(int)", "operator()()"},
-      {"bool a::S::operator<(const a::S&) const", "operator<()"},
-      {"a::S::operator std::vector<int>()", "operator std::vector<int>()"},
-      {"void a::operators(int)", "operators()"},
-      {"<lambda()>", "<lambda()>"},
-      {"", ""},
-  };
+  } cases[] = {{"void velloro::NotificationManager::update(int)", "update()"},
+               {"a::(anonymous namespace)::S::~S()", "~S()"},
+               {"std::vector<T> a::S::t(std::map<int, T>) [with T = int]", "t()"},
+               {"a::S::t<int>(std::map<int, std::less<int> >)::<lambda(int)>::<lambda()>", "t()"},
+               {"static decltype(auto) a::S::d()", "d()"},
+               {"void (* a::S::p(int))(int)", "p()"},
+               {"void TT<T>::m(U) [with U = int; T = std::vector<int>]", "m()"},
+               {"void a::S::operator()(int)", "operator()()"},
+               {"bool a::S::operator<(const a::S&) const", "operator<()"},
+               {"a::S::operator std::vector<int>()", "operator std::vector<int>()"},
+               {"void a::operators(int)", "operators()"},
+               {"<lambda()>", "<lambda()>"},
+               {"", ""}};
   for (const auto& [signature, name] : cases) EXPECT_EQ(functionName(signature), name);
 }
 

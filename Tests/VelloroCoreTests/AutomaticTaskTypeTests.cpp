@@ -124,8 +124,7 @@ TEST(AutomaticTaskType, LimitsPartialCompletions) {
       {water(7.9, TypeUnit::cupsUS), Period::day, 18, 7, 7},
       {water(0.5, TypeUnit::cupsUS), Period::day, 18, 1, 1},
       {water(1e300, TypeUnit::cupsUS), Period::week, 36, 36, 36},
-      {water(8, TypeUnit::steps), Period::day, 18, 1, 1},
-  };
+      {water(8, TypeUnit::steps), Period::day, 18, 1, 1}};
   for (const auto& [type, period, maximum, atFirst, suggested] : cases) {
     SCOPED_TRACE(type.debugDescription());
     EXPECT_EQ(type.minPartialCompletions(), 1);

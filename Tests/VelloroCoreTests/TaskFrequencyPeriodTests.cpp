@@ -35,19 +35,17 @@ TEST(TaskFrequencyPeriod, HoldsItsDate) {
     std::int64_t start, finish;
   };
   using enum DayOfWeek;
-  const Case cases[] = {
-      {TaskFrequencyPeriodType::day, 20240306, sunday, 20240306, 20240306},
-      {week, 20240306, sunday, 20240303, 20240309},
-      {week, 20240306, wednesday, 20240306, 20240312},
-      {week, 20240101, sunday, 20231231, 20240106},
-      {fortnight, 20000108, sunday, 19991226, 20000108},
-      {fortnight, 20000109, sunday, 20000102, 20000115},
-      {fortnight, 20000115, sunday, 20000109, 20000122},
-      {fortnight, 20000114, saturday, 20000101, 20000114},
-      {month, 20240229, sunday, 20240201, 20240229},
-      {month, 20231231, sunday, 20231201, 20231231},
-      {year, 20240306, sunday, 20240101, 20241231},
-  };
+  const Case cases[] = {{TaskFrequencyPeriodType::day, 20240306, sunday, 20240306, 20240306},
+                        {week, 20240306, sunday, 20240303, 20240309},
+                        {week, 20240306, wednesday, 20240306, 20240312},
+                        {week, 20240101, sunday, 20231231, 20240106},
+                        {fortnight, 20000108, sunday, 19991226, 20000108},
+                        {fortnight, 20000109, sunday, 20000102, 20000115},
+                        {fortnight, 20000115, sunday, 20000109, 20000122},
+                        {fortnight, 20000114, saturday, 20000101, 20000114},
+                        {month, 20240229, sunday, 20240201, 20240229},
+                        {month, 20231231, sunday, 20231201, 20231231},
+                        {year, 20240306, sunday, 20240101, 20241231}};
   for (const auto& [type, value, first, start, finish] : cases) {
     const auto found = period(type, value, first);
     EXPECT_EQ(found.startDate, date(start)) << value;

@@ -46,8 +46,7 @@ TEST(TaskLogEntryType, IsInTheSetsOfItsKind) {
       {"completed partial", {6, 10}, {}, isCompletedPartial},
       {"missed full", {7, 5}, {}, isMissedFull},
       {"missed partial", {8, 9}, {}, isMissedPartial},
-      {"allowable miss", {13, 14}, {}, isAllowableMissFull},
-  };
+      {"allowable miss", {13, 14}, {}, isAllowableMissFull}};
   for (const auto type : allCases<TaskLogEntryType>()) {
     EXPECT_TRUE(Sets::allTypes.contains(type)) << debugDescription(type);
     for (const auto& [what, members, set, test] : cases) {
@@ -97,8 +96,7 @@ TEST(TaskLogEntryPeriod, IsMadeOfWhatIsStored) {
       {week, 6, 3, 9, period(week, 3, 9, 6)},  {week, 2, 3, 9, period(week, 3, 9, 3)},
       {week, 10, 3, 9, period(week, 3, 9, 9)}, {week, 0, 3, 9, period(week, 3, 9, 9)},
       {week, 6, 3, 0, period(week, 6, 6, 6)},  {day, 6, 3, 9, period(day, 6, 6, 6)},
-      {{}, 6, 3, 9, period(day, 6, 6, 6)},     {week, 0, 3, 0, {}},
-  };
+      {{}, 6, 3, 9, period(day, 6, 6, 6)},     {week, 0, 3, 0, {}}};
   for (const auto& [type, on, from, to, expected] : cases) {
     EXPECT_TRUE(TaskLogEntryPeriod::fromStored(type, date(on), date(from), date(to)) == expected)
         << on << " in " << from << "…" << to;

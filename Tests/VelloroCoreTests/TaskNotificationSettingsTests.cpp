@@ -150,8 +150,7 @@ TEST(TaskNotificationSettings, EstimateWhenATaskMatters) {
       {settings("tod 3 3 tod 3 4"), 2, 24, {}, {3}, {4}},           // Wednesday's early hours
       {settings("tod 2.5 0 tod 9 0"), 564, 600, {}, {578.5, 584}},  // summer time begins
       {settings("tod 9 4 todm 11 4"), 0, 24, {}, {9}},
-      {settings("tod 9 4 todm 11 4", ReminderType::none), 0, 24, {}, {11}},
-  };
+      {settings("tod 9 4 todm 11 4", ReminderType::none), 0, 24, {}, {11}}};
   TestEnvironment environment;
   for (const auto& [given, from, to, completions, times, startOfDay] : cases) {
     const auto found = given.sortedEstimatedRelevantTimes(

@@ -114,8 +114,7 @@ TEST(HealthTitleKey, FollowsTheFormOfItsType) {
       {dietaryVitaminB12, {1, micrograms}, negative, "DietaryVitaminB12Less"},
       {dietarySugar, {1, grams}, {}, "DietarySugarMore"},
       {energyDeficit, {0, calories, {TypeSpeed::lessThan}}, {}, "EnergyDeficit.LessThan.Zero"},
-      {energyDeficit, {-5, calories}, {}, "EnergyDeficit.MoreThan.Long"},
-  };
+      {energyDeficit, {-5, calories}, {}, "EnergyDeficit.MoreThan.Long"}};
   for (const auto& [type, target, form, key] : cases) {
     EXPECT_EQ(titleKey(type, target, form), key);
   }
@@ -158,8 +157,7 @@ TEST(WorkoutType, IsOneValueInJSON) {
       {R"("napping")", "Unable to decode enum: no activity has the name \"napping\""},
       {"7", "Unable to decode WorkoutType: "},
       {R"({"title":"a"})", "Unable to decode WorkoutType: "},
-      {R"({"id":{"system":"mild"},"title":"a"})", "id.system: Unable to decode WorkoutType: "},
-  };
+      {R"({"id":{"system":"mild"},"title":"a"})", "id.system: Unable to decode WorkoutType: "}};
   for (const auto& [json, failure] : cases) {
     EXPECT_TRUE(decodingFailure<WorkoutType>(json).starts_with(failure))
         << decodingFailure<WorkoutType>(json);

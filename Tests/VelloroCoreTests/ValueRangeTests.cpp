@@ -31,8 +31,7 @@ TEST(ValueRange, StepsThroughItsItems) {
       {{.unit = unit, .from = 3, ._specificValues = {7, 1}}, {1, 7}},
       {{.unit = unit, .from = 1, .items = {{3, 1}}, ._specificValues = {2, 2.5, 9}},
        {1, 2, 2.5, 3, 9}},
-      {{.unit = unit, ._defaultValue = 5}, {}},
-  };
+      {{.unit = unit, ._defaultValue = 5}, {}}};
   for (const auto& [range, values] : cases) {
     EXPECT_EQ(range.sortedValues(), values);
     EXPECT_EQ(range.count(), values.size());
@@ -52,11 +51,10 @@ TEST(ValueRange, FindsAValueThatIsNotOnIt) {
     std::optional<double> smaller, bigger;
   };
   const double infinite = std::numeric_limits<double>::infinity();
-  const Case cases[] = {
-      {1.25, 1.2, 1.3},   {7.2, 7, 7.5},      {1, std::nullopt, 1.1},    {0.3, std::nullopt, 1},
-      {20, 19.5, {}},     {1e300, 20, {}},    {1 + 0.1 + 0.1, 1.1, 1.3}, {2.9999999, 2.9, 3.1},
-      {infinite, 20, {}}, {-infinite, {}, 1}, {std::nan(""), {}, {}},
-  };
+  const Case cases[] = {{1.25, 1.2, 1.3},          {7.2, 7, 7.5},         {1, std::nullopt, 1.1},
+                        {0.3, std::nullopt, 1},    {20, 19.5, {}},        {1e300, 20, {}},
+                        {1 + 0.1 + 0.1, 1.1, 1.3}, {2.9999999, 2.9, 3.1}, {infinite, 20, {}},
+                        {-infinite, {}, 1},        {std::nan(""), {}, {}}};
   for (const auto& [value, smaller, bigger] : cases) {
     EXPECT_EQ(range.smaller(value), smaller) << value;
     EXPECT_EQ(range.bigger(value), bigger) << value;
@@ -90,25 +88,23 @@ TEST(QuantityOptions, AreThoseOfTheCatalogue) {
     double first, last, defaultValue;
   };
   using enum HealthType;
-  const Case cases[] = {
-      {sleep, TypeUnit::durationHours, day, 0.25, 15, 8},
-      {runOrWalk, TypeUnit::steps, year, 100, 10000000, 1000000},
-      {runOrWalk, TypeUnit::distanceMiles, month, 0.5, 1000, 100},
-      {wheelchairDistance, TypeUnit::distanceKm, week, 1, 700, 35},
-      {workout, TypeUnit::kilojoules, fortnight, 50, 600000, 15000},
-      {workout, TypeUnit::distanceYards, day, 25, 2500, 1000},
-      {exercise, TypeUnit::durationMinutes, year, 5, 100000, 30},
-      {dietaryDrinkWater, TypeUnit::litres, week, 0.1, 56, 10},
-      {dietaryProtein, TypeUnit::grams, month, 5, 30000, 40},
-      {energyDeficit, TypeUnit::calories, day, -5000, 5000, -5000},
-      {energyDeficit, TypeUnit::calories, week, -50000, 50000, -50000},
-      {energyDeficit, TypeUnit::kilojoules, day, -20000, 20000, -20000},
-      {mindfulMinutes, std::nullopt, day, 1, 1200, 5},
-      {mindfulMinutes, TypeUnit::durationSeconds, week, 5, 360000, 300},
-      {toothbrushingEventBrush, TypeUnit::durationHours, day, 1.0 / 60, 20, 0.05},
-      {alcoholConsumption, TypeUnit::drinks, day, 1, 20, 5},
-      {dietaryVitaminB12, TypeUnit::micrograms, day, 0.1, 50, 2.4},
-  };
+  const Case cases[] = {{sleep, TypeUnit::durationHours, day, 0.25, 15, 8},
+                        {runOrWalk, TypeUnit::steps, year, 100, 10000000, 1000000},
+                        {runOrWalk, TypeUnit::distanceMiles, month, 0.5, 1000, 100},
+                        {wheelchairDistance, TypeUnit::distanceKm, week, 1, 700, 35},
+                        {workout, TypeUnit::kilojoules, fortnight, 50, 600000, 15000},
+                        {workout, TypeUnit::distanceYards, day, 25, 2500, 1000},
+                        {exercise, TypeUnit::durationMinutes, year, 5, 100000, 30},
+                        {dietaryDrinkWater, TypeUnit::litres, week, 0.1, 56, 10},
+                        {dietaryProtein, TypeUnit::grams, month, 5, 30000, 40},
+                        {energyDeficit, TypeUnit::calories, day, -5000, 5000, -5000},
+                        {energyDeficit, TypeUnit::calories, week, -50000, 50000, -50000},
+                        {energyDeficit, TypeUnit::kilojoules, day, -20000, 20000, -20000},
+                        {mindfulMinutes, std::nullopt, day, 1, 1200, 5},
+                        {mindfulMinutes, TypeUnit::durationSeconds, week, 5, 360000, 300},
+                        {toothbrushingEventBrush, TypeUnit::durationHours, day, 1.0 / 60, 20, 0.05},
+                        {alcoholConsumption, TypeUnit::drinks, day, 1, 20, 5},
+                        {dietaryVitaminB12, TypeUnit::micrograms, day, 0.1, 50, 2.4}};
   for (const auto& [type, unit, period, first, last, defaultValue] : cases) {
     const auto range = quantityOptions(type, unit, period);
     ASSERT_TRUE(range) << rawValue(type);
