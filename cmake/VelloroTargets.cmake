@@ -35,6 +35,12 @@ function(velloro_library name)
   target_link_libraries(${name} PRIVATE velloro_warnings)
 endfunction()
 
+# velloro_headers(<name>): the same for a folder of headers alone.
+function(velloro_headers name)
+  add_library(${name} INTERFACE)
+  target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/..)
+endfunction()
+
 # velloro_test(<name> <source>…): one test program, each of its cases known to ctest.
 function(velloro_test name)
   add_executable(${name} ${ARGN})

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreGraphics/CGColor.h"
 #include "Foundation/CodingKeys.h"
 #include "OxKit/Platform.h"
 
@@ -26,6 +27,9 @@ struct OxCodableColor {
   static constexpr auto codingKeys =
       keys(key("r", &OxCodableColor::r), key("g", &OxCodableColor::g), key("b", &OxCodableColor::b),
            key("a", &OxCodableColor::a));
+
+  /// To draw with.
+  operator CGColor() const { return {.red = r, .green = g, .blue = b, .alpha = a}; }
 
   /// Reads the hexadecimal digits at the front, behind white space and "0x" if there are any; the
   /// low 24 bits are red, green and blue. Alpha is 1. Absent when there is no such digit.

@@ -2,8 +2,8 @@
 
 #include "Foundation/CodingKeys.h"
 #include "Foundation/RawValue.h"
+#include "OxCheckableTasks/IconManagerIcon.h"
 #include "OxKit/Platform.h"
-#include "VelloroCore/IconManagerIcon.h"
 
 #include <cstdint>
 #include <optional>
