@@ -1,0 +1,60 @@
+#include "OxCache/DataCacheKey.h"
+
+#include "Foundation/String.h"
+
+namespace velloro {
+namespace {
+
+std::string sizeText(CGSize size) {
+  return stringWithFormat("%01.0fx%01.0f", size.width, size.height);
+}
+
+std::string partsText(const std::vector<DataCacheKey::Part>& parts) {
+  std::string text;
+  for (const auto& [key, value] : parts) text.append(",").append(key).append("=").append(value);
+  return text;
+}
+
+}  // namespace
+
+void DataCacheKey::add(std::string_view value, std::string_view key) {
+  parts_.emplace_back(key, value);
+}
+
+void DataCacheKey::add(CGSize value, std::string_view key) {
+  add(sizeText(value), key);
+}
+
+void DataCacheKey::add(const DataCacheKey& value, std::string_view key) {
+  add(value.text(), key);
+}
+
+std::string DataCacheKey::text() const {
+  return identifier_ + partsText(parts_);
+}
+
+std::uint64_t DataCacheKey::nsCacheKey() const {
+  constexpr std::uint64_t withoutTopByte = 0x00ff'ffff'ffff'ffff;
+  std::uint64_t hash = 5381;
+  for (const char byte : text()) {
+    hash = (hash & withoutTopByte) * 127 + static_cast<unsigned char>(byte);
+  }
+  return hash;
+}
+
+std::string DataCacheKey::debugDescription() const {
+  return "DataCacheKey[ id=" + text() + " ]";
+}
+
+std::string ImageCacheKey::text() const {
+  const std::string scale = stringWithFormat("%01.0fx,", scale_);
+  return (size_ ? sizeText(*size_) + "@" : "") + scale + DataCacheKey::text();
+}
+
+std::string ImageCacheKey::debugDescription() const {
+  return "ImageCacheKey[ id=" + identifier() + " parts=" + partsText(parts()) +
+         ", size=" + (size_ ? sizeText(*size_) : "none") +
+         stringWithFormat(" scale=%01.0f ]", scale_);
+}
+
+}  // namespace velloro

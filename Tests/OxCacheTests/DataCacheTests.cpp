@@ -1,0 +1,111 @@
+#include "Foundation/NSFileManager.h"
+#include "Foundation/TestEnvironment.h"
+#include "OxCache/DataCache.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+using Reason = DataCache::Error::Reason;
+using enum CacheStorageLocation;
+using Numbers = std::vector<int>;
+
+TEST(DataCacheKey, SaysAllThatTheValueDependsOn) {
+  DataCacheKey inner("lp");
+  inner.add("0.5", "prog");
+  ImageCacheKey key("sig", {100, 50}, 2);
+  key.add(inner, "hash");
+  key.add(3, "or");
+  key.add(CGSize{8, 9.6}, "box");
+  EXPECT_EQ(key.text(), "100x50@2x,sig,hash=lp,prog=0.5,or=3,box=8x10");
+  EXPECT_EQ(ImageCacheKey("sig", 3).text(), "3x,sig");
+  EXPECT_EQ(DataCacheKey("").nsCacheKey(), 5381U);
+  EXPECT_EQ(DataCacheKey("ab").nsCacheKey(), (5381U * 127 + 'a') * 127 + 'b');
+  // Far enough for the top byte to be cleared on the way: computed with exact integers elsewhere.
+  EXPECT_EQ(DataCacheKey("0123456789").nsCacheKey(), 5353151005932532746U);
+}
+
+struct DataCacheTest : ::testing::Test {
+  std::optional<Reason> failure(const DataCache::Lookup& lookup) {
+    try {
+      (void)cache.item<Numbers>(lookup);
+      return std::nullopt;
+    } catch (const DataCache::Error& error) {
+      return error.reason();
+    }
+  }
+
+  std::vector<std::string> files() {
+    return NSFileManager::contentsOfDirectory(NSFileManager::cachesDirectory() / "data-cache")
+        .value_or(std::vector<std::string>{});
+  }
+
+  TestEnvironment environment;
+  DataCache cache;
+  DataCacheKey key{"numbers"};
+  Numbers numbers{1, 2, 3};
+};
+
+TEST_F(DataCacheTest, FindsAValueWhereItWasPut) {
+  cache.save(numbers, {.key = key, .location = memory});
+  EXPECT_TRUE(files().empty());
+  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers);
+  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::keyNotFound);
+
+  cache.save(Numbers{4}, {.key = key, .location = disk});
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = disk}), Numbers{4});
+  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers) << "memory comes first";
+  cache.clearCache(memory);
+  EXPECT_EQ(DataCache().item<Numbers>({.key = key}), Numbers{4}) << "another process";
+  cache.remove(key);
+  EXPECT_EQ(failure({.key = key}), Reason::keyNotFound);
+}
+
+TEST_F(DataCacheTest, KeepsInMemoryWhatItReadFromAFile) {
+  cache.save(numbers, {.key = key, .location = disk});
+  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers);
+  cache.clearCache(disk);
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = memory}), numbers);
+}
+
+TEST_F(DataCacheTest, ExpiresByDateAndByAge) {
+  cache.save(numbers, {.key = key, .expiredDate = Date::now() + 60});
+  environment.advance(60);
+  EXPECT_EQ(failure({.key = key, .maxAge = 60}), std::nullopt);
+  EXPECT_EQ(failure({.key = key, .maxAge = 59.5}), Reason::expired);
+  environment.advance(0.5);
+  EXPECT_EQ(failure({.key = key}), Reason::expired);
+  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::expired);
+}
+
+TEST_F(DataCacheTest, FailsForAReason) {
+  cache.save(std::string("text"), {.key = key});
+  EXPECT_EQ(failure({.key = key}), Reason::unableToDecode);
+  const auto file = NSFileManager::cachesDirectory() / "data-cache" / files().at(0);
+  ASSERT_TRUE(NSFileManager::write("{", file));
+  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::unableToDecode);
+  cache.isEnabled = false;
+  EXPECT_EQ(failure({.key = key}), Reason::cacheDisabled);
+  EXPECT_THROW(cache.save(numbers, {.key = key}), DataCache::Error);
+}
+
+TEST_F(DataCacheTest, FindsNoFileOfAnotherVersion) {
+  cache.save(numbers, {.key = key});
+  cache.setVersion(2, false);
+  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::keyNotFound);
+  cache.save(numbers, {.key = key});
+  EXPECT_EQ(files().size(), 2U);
+  DataCache next;
+  next.setVersion(2, true);
+  EXPECT_EQ(files().size(), 2U) << "the same version keeps its files";
+  next.setVersion(3, true);
+  EXPECT_TRUE(files().empty());
+}
+
+}  // namespace
+}  // namespace velloro
