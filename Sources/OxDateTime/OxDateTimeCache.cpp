@@ -1,12 +1,11 @@
 #include "OxDateTime/OxDateTimeCache.h"
 
-#include <mutex>
-#include <unordered_map>
+#include "OxKit/KeptForLocale.h"
 
 namespace velloro {
 namespace {
 
-OxDateTimeCache::Formatters made(Locale locale) {
+OxDateTimeCache::Formatters made(const Locale& locale) {
   const auto fromTemplate = [&](const char* fields) {
     return NSDateFormatter::withTemplate(fields, {.locale = locale});
   };
@@ -19,12 +18,7 @@ OxDateTimeCache::Formatters made(Locale locale) {
 }  // namespace
 
 const OxDateTimeCache::Formatters& OxDateTimeCache::formatters() {
-  static std::mutex mutex;
-  static auto& byLocale = *new std::unordered_map<Locale, Formatters>;
-  const Locale locale = Locale::current();
-  const std::scoped_lock lock(mutex);
-  if (const auto found = byLocale.find(locale); found != byLocale.end()) return found->second;
-  return byLocale.emplace(locale, made(locale)).first->second;
+  return keptForLocale<made>();
 }
 
 }  // namespace velloro
