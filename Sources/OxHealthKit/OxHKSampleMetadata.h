@@ -17,8 +17,8 @@ namespace velloro {
 
 // The keys under which a health store knows what it reads itself in a sample's metadata.
 inline constexpr std::string_view HKMetadataKeyExternalUUID = "HKExternalUUID";
-inline constexpr std::string_view HKMetadataKeySyncIdentifier = "HKSyncIdentifier";
-inline constexpr std::string_view HKMetadataKeySyncVersion = "HKSyncVersion";
+inline constexpr std::string_view HKMetadataKeySyncIdentifier = "HKMetadataKeySyncIdentifier";
+inline constexpr std::string_view HKMetadataKeySyncVersion = "HKMetadataKeySyncVersion";
 inline constexpr std::string_view HKMetadataKeyWasUserEntered = "HKWasUserEntered";
 inline constexpr std::string_view HKMetadataKeyIndoorWorkout = "HKIndoorWorkout";
 
@@ -27,7 +27,7 @@ inline constexpr std::string_view HKMetadataKeyIndoorWorkout = "HKIndoorWorkout"
 ///     const auto metadata = OxHKSampleMetadata::from({.date = today, .taskID = task,
 ///                                                     .entryID = entry, .syncVersion = 2});
 ///     metadata.taskID() == task;                            // true
-///     metadata.hkMetadata().at("HKSyncVersion").integer();  // 2
+///     metadata.hkMetadata().at("HKMetadataKeySyncVersion").integer();  // 2
 struct OxHKSampleMetadata {
   // The keys of the entries in a sample that the program writes for a log entry.
   static constexpr std::string_view taskIDKey = "velloro_task_id";

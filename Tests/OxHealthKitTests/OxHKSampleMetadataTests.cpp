@@ -22,13 +22,14 @@ TEST(OxHKSampleMetadata, OfALogEntryNamesItsTaskAndItself) {
   expectFixture("OxHKSampleMetadata", metadata);
   EXPECT_EQ(metadata.taskID()->stringValue(), taskText);
   EXPECT_EQ(metadata.entryID()->stringValue(), entryText);
-  EXPECT_EQ(metadata.hkMetadata(), (PropertyList::Dictionary{{"velloro_task_id", taskText},
-                                                             {"velloro_date", 20240307},
-                                                             {"velloro_entry_id", entryText},
-                                                             {"HKExternalUUID", entryText},
-                                                             {"HKSyncIdentifier", entryText},
-                                                             {"HKSyncVersion", 2},
-                                                             {"HKWasUserEntered", true}}));
+  EXPECT_EQ(metadata.hkMetadata(),
+            (PropertyList::Dictionary{{"velloro_task_id", taskText},
+                                      {"velloro_date", 20240307},
+                                      {"velloro_entry_id", entryText},
+                                      {"HKExternalUUID", entryText},
+                                      {"HKMetadataKeySyncIdentifier", entryText},
+                                      {"HKMetadataKeySyncVersion", 2},
+                                      {"HKWasUserEntered", true}}));
 }
 
 TEST(OxHKSampleMetadata, IdentifiersThatDoNotParseAreAbsent) {

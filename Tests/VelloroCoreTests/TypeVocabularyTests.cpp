@@ -176,6 +176,9 @@ TEST(AutomaticTaskType, KeepsItsForm) {
   const AutomaticTaskType bare(HealthType::handwashingEvent);
   EXPECT_EQ(JSONEncoder{}.encode(bare), R"({"type":"hk_handwashing","quantity":0,"speeds":[]})");
   EXPECT_NE(std::hash<AutomaticTaskType>{}(workout), std::hash<AutomaticTaskType>{}(bare));
+  const auto newer = JSONDecoder{}.decode<AutomaticTaskType>(
+      R"({"type":"hk_sleep","quantity":8,"unit":"nights","dataSource":"some"})");
+  EXPECT_FALSE(newer.unit || newer.dataSource);
   EXPECT_EQ(workout.debugDescription(),
             "type=hk_workout quantity=30 unit=minutes speeds=[] extra=(workoutTypes="
             "[runningIndoor, Intervals] healthKitRecordDuration=90 screenTimeSettings=1)");
