@@ -1,6 +1,7 @@
 #include "Foundation/NSDateComponentsFormatter.h"
 
 #include "Foundation/IcuSupport.h"
+#include "Foundation/NSListFormatter.h"
 #include "Foundation/NSMeasurementFormatter.h"
 
 #include <algorithm>
@@ -8,7 +9,6 @@
 #include <cmath>
 #include <utility>
 
-#include <unicode/listformatter.h>
 #include <unicode/measfmt.h>
 #include <unicode/measure.h>
 #include <unicode/uchar.h>
@@ -38,15 +38,15 @@ const UnitEntry& entry(Unit unit) {
 
 struct StyleEntry {
   UnitStyle unitStyle;
-  UListFormatterWidth listWidth;
+  NSListFormatter::Width listWidth;
 };
 
 /// The positional style writes its days as the abbreviated one does.
 const StyleEntry& entry(UnitsStyle style) {
-  static constexpr StyleEntry styles[] = {{UnitStyle::short_, ULISTFMT_WIDTH_NARROW},
-                                          {UnitStyle::short_, ULISTFMT_WIDTH_NARROW},
-                                          {UnitStyle::medium, ULISTFMT_WIDTH_SHORT},
-                                          {UnitStyle::long_, ULISTFMT_WIDTH_WIDE}};
+  static constexpr StyleEntry styles[] = {{UnitStyle::short_, NSListFormatter::Width::narrow},
+                                          {UnitStyle::short_, NSListFormatter::Width::narrow},
+                                          {UnitStyle::medium, NSListFormatter::Width::short_},
+                                          {UnitStyle::long_, NSListFormatter::Width::wide}};
   return styles[static_cast<std::size_t>(style)];
 }
 
@@ -164,12 +164,14 @@ struct NSDateComponentsFormatter::Implementation {
         oneDigit({.style = NSNumberFormatter::Style::none, .locale = settings.locale}),
         twoDigits({.style = NSNumberFormatter::Style::none,
                    .locale = settings.locale,
-                   .minimumIntegerDigits = 2}) {}
+                   .minimumIntegerDigits = 2}),
+        list({.locale = settings.locale,
+              .kind = NSListFormatter::Kind::units,
+              .width = entry(settings.unitsStyle).listWidth}) {}
 
   [[nodiscard]] std::string joined(const Parts& parts) const;
   [[nodiscard]] std::string positional(Parts parts) const;
   [[nodiscard]] std::string clock(const Parts& parts) const;
-  [[nodiscard]] std::string list(const std::vector<std::string>& items) const;
   [[nodiscard]] std::string measure(const Part& part) const {
     return measures.string(static_cast<double>(part.value), entry(part.unit).unit);
   }
@@ -177,7 +179,7 @@ struct NSDateComponentsFormatter::Implementation {
   Settings settings;
   NSMeasurementFormatter measures;
   NSNumberFormatter oneDigit, twoDigits;
-  Lazy<std::unique_ptr<icu::ListFormatter>> listFormatter;
+  NSListFormatter list;
   Lazy<ClockMarks> marks;
 };
 
@@ -199,7 +201,7 @@ std::optional<std::string> NSDateComponentsFormatter::string(TimeInterval durati
 std::string NSDateComponentsFormatter::Implementation::joined(const Parts& parts) const {
   std::vector<std::string> texts;
   for (const Part& part : parts) texts.push_back(measure(part));
-  return list(texts);
+  return list.string(texts);
 }
 
 std::string NSDateComponentsFormatter::Implementation::positional(Parts parts) const {
@@ -209,7 +211,7 @@ std::string NSDateComponentsFormatter::Implementation::positional(Parts parts) c
     parts.erase(parts.begin());
   }
   if (!parts.empty()) texts.push_back(clock(parts));
-  return list(texts);
+  return list.string(texts);
 }
 
 std::string NSDateComponentsFormatter::Implementation::clock(const Parts& parts) const {
@@ -220,25 +222,6 @@ std::string NSDateComponentsFormatter::Implementation::clock(const Parts& parts)
     text += between[parts[i - 1].unit == Unit::hours ? 0 : 1] + twoDigits.string(parts[i].value);
   }
   return text;
-}
-
-std::string NSDateComponentsFormatter::Implementation::list(
-    const std::vector<std::string>& items) const {
-  if (items.size() == 1) return items.front();
-  UErrorCode status = U_ZERO_ERROR;
-  const auto& formatter = *listFormatter.get([&] {
-    std::unique_ptr<icu::ListFormatter> made(
-        icu::ListFormatter::createInstance(settings.locale.data().icu, ULISTFMT_TYPE_UNITS,
-                                           entry(settings.unitsStyle).listWidth, status));
-    checkIcu(status, "cannot load the form of lists");
-    return made;
-  });
-  std::vector<icu::UnicodeString> texts;
-  for (const std::string& item : items) texts.push_back(icuText(item));
-  icu::UnicodeString text;
-  formatter.format(texts.data(), static_cast<std::int32_t>(texts.size()), text, status);
-  checkIcu(status, "cannot format a duration");
-  return utf8(text);
 }
 
 }  // namespace platform

@@ -129,6 +129,8 @@ FormatManager made(const Locale& locale) {
       .taskQuantityStandHoursFormatter = make.duration({hours}, abbreviated, pad),
       .sleepDurationHoursFormatter = make.duration({hours}, full, dropAll),
       .sleepDurationFormatter = make.duration(hoursMinutes, short_, dropAll),
+
+      .listFormatter = NSListFormatter({.locale = locale}),
       // clang-format on
   };
 }

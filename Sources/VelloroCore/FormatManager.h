@@ -2,6 +2,7 @@
 
 #include "Foundation/NSDateComponentsFormatter.h"
 #include "Foundation/NSDateFormatter.h"
+#include "Foundation/NSListFormatter.h"
 #include "Foundation/NSMeasurementFormatter.h"
 #include "Foundation/NSNumberFormatter.h"
 #include "OxDateTime/HHMMSS.h"
@@ -75,6 +76,8 @@ struct FormatManager {
   NSDateComponentsFormatter taskQuantityStandHoursFormatter;               ///< "0h"
   NSDateComponentsFormatter sleepDurationHoursFormatter;                   ///< "0 hours"
   NSDateComponentsFormatter sleepDurationFormatter;                        ///< "11 min"
+
+  NSListFormatter listFormatter;  ///< "yoga, rowing, and golf"
 
   // The texts of durations in seconds, each by the formatters of its name. Absent for what is no
   // duration: not a number, or beyond ten million years.

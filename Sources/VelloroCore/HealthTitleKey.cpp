@@ -11,15 +11,22 @@ std::string deficitKey(std::string_view stem, const TaskTarget& target) {
          (target.quantity == 0 ? ".Zero" : ".Long");
 }
 
+std::string speedKey(TypeSpeeds speeds) {
+  if (speeds.isEmpty()) return std::string(noSpeedKey);
+  return "speed." + std::string(rawValue(*speeds.begin()));
+}
+
 bool hasWordIn(HealthType type, TypeUnit unit) {
-  // A workout's word speaks of minutes.
-  return type != HealthType::workout || unit == TypeUnit::durationMinutes;
+  // A workout's word speaks of minutes; steps say themselves what they are.
+  if (type == HealthType::workout) return unit == TypeUnit::durationMinutes;
+  return unit != TypeUnit::steps;
 }
 
 }  // namespace
 
 std::optional<std::string> titleKey(HealthType type, const TaskTarget& target,
                                     HealthTitleForm form) {
+  if (type == HealthType::bedtime) return speedKey(target.speeds);
   const Title& title = rowOf(health_type_detail::rows, type).title;
   if (!hasWordIn(type, target.unit)) return std::nullopt;
   const std::string stem(title.stem);

@@ -28,6 +28,10 @@ struct HealthTitleForm {
 ///              {.quantity = -500, .unit = TypeUnit::calories, .speeds = {TypeSpeed::lessThan}});
 ///         // "EnergyDeficit.LessThan.Long"; ".Zero" where the quantity is 0
 ///
+///     titleKey(HealthType::bedtime,
+///              {.unit = TypeUnit::timeOfDay, .speeds = {TypeSpeed::asleepBefore}});
+///         // "speed.asleep_before"; `noSpeedKey` without a speed
+///
 /// A unit's word in a key is its raw value.
 [[nodiscard]] std::optional<std::string> titleKey(HealthType type, const TaskTarget& target,
                                                   HealthTitleForm form = {});

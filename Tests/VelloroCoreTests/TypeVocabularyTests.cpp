@@ -106,7 +106,9 @@ TEST(HealthTitleKey, FollowsTheFormOfItsType) {
       {standMinutes, {1, durationMinutes}, broken, "standing.minutes.breaks"},
       {standHours, {1, durationHours}, broken, "standing.hours"},
       {workout, {1, durationMinutes}, {}, "workout.minutes"},
-      {runOrWalk, {1, steps}, {}, "distance.steps"},
+      {runOrWalk, {1, distanceKm}, {}, "distance.km"},
+      {bedtime, {1, timeOfDay, {TypeSpeed::asleepAfter}}, {}, "speed.asleep_after"},
+      {bedtime, {1, timeOfDay}, {}, "No speed specified"},
       {wheelchairDistance, {1, distanceMiles}, {}, "distance.wheelchair.miles"},
       {burnActiveEnergy, {1, kilojoules}, broken, "kj.burned.active.breaks"},
       {dietaryEnergy, {1, calories}, negative, "kcal.dietary.under"},
@@ -120,6 +122,7 @@ TEST(HealthTitleKey, FollowsTheFormOfItsType) {
   }
   EXPECT_FALSE(titleKey(sleep, {8, durationHours}));
   EXPECT_FALSE(titleKey(workout, {8, distanceKm}));
+  EXPECT_FALSE(titleKey(runOrWalk, {8, steps}));
   EXPECT_EQ(predefinedTitleKey(workout), "PredefinedHealthTaskWorkout");
 }
 
