@@ -1,11 +1,27 @@
 #include "Foundation/String.h"
 
+#include "Foundation/IcuSupport.h"
+
+#include <array>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 
 #include <simdjson.h>
+#include <unicode/uchar.h>
 
 namespace platform {
+namespace {
+
+/// Empty where there is none.
+std::string unicodeName(UChar32 scalar, UCharNameChoice choice) {
+  std::array<char, 128> name{};  // the longest has 88 letters
+  UErrorCode status = U_ZERO_ERROR;
+  u_charName(scalar, choice, name.data(), static_cast<std::int32_t>(name.size()), &status);
+  return U_SUCCESS(status) != 0 ? name.data() : "";
+}
+
+}  // namespace
 
 std::string stringWithFormat(const char* format, ...) {
   va_list arguments;
@@ -22,6 +38,18 @@ std::string stringWithFormat(const char* format, ...) {
 
 bool isUTF8(std::string_view bytes) {
   return simdjson::validate_utf8(bytes);
+}
+
+std::string unicodeNames(std::string_view text) {
+  std::string names;
+  const icu::UnicodeString scalars = icuText(text);
+  for (std::int32_t at = 0; at < scalars.length(); at = scalars.moveIndex32(at, 1)) {
+    const UChar32 scalar = scalars.char32At(at);
+    std::string name = unicodeName(scalar, U_CHAR_NAME_ALIAS);
+    if (name.empty()) name = unicodeName(scalar, U_UNICODE_CHAR_NAME);
+    if (!name.empty()) names += (names.empty() ? "" : ", ") + name;
+  }
+  return names;
 }
 
 }  // namespace platform

@@ -13,4 +13,11 @@ namespace platform {
 /// Whether the bytes are a text in UTF-8.
 [[nodiscard]] bool isUTF8(std::string_view bytes);
 
+/// The names that Unicode gives a text's scalars, the corrected ones where a name was at fault,
+/// with
+/// ", " between them. A scalar without a name, such as a line break, is left out.
+///
+///     unicodeNames("🚲");    // "BICYCLE"
+[[nodiscard]] std::string unicodeNames(std::string_view text);
+
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include "Foundation/RawValue.h"
 #include "Foundation/TimeZone.h"
+#include "OxCheckableTasks/IconManagerIcon.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
@@ -46,16 +47,20 @@ struct MultiDayCountRow {
   MultiDayCount value;
   std::string_view raw;
   std::int64_t numDays;
-  /// The icon's place in the list of icons: a calendar page that shows the number of days.
-  std::int64_t iconNumber;
+  /// A calendar page that shows the number of days.
+  IconManagerIcon icon;
 };
 
 inline constexpr MultiDayCountRow multiDayCountRows[] = {
-    {MultiDayCount::duration1, "d1", 1, 221},       {MultiDayCount::duration7, "d7", 7, 222},
-    {MultiDayCount::duration14, "d14", 14, 223},    {MultiDayCount::duration28, "d28", 28, 224},
-    {MultiDayCount::duration29, "d29", 29, 225},    {MultiDayCount::duration30, "d30", 30, 226},
-    {MultiDayCount::duration31, "d31", 31, 227},    {MultiDayCount::duration365, "d365", 365, 228},
-    {MultiDayCount::duration366, "d366", 366, 229},
+    {MultiDayCount::duration1, "d1", 1, IconManagerIcon::duration_1},
+    {MultiDayCount::duration7, "d7", 7, IconManagerIcon::duration_7},
+    {MultiDayCount::duration14, "d14", 14, IconManagerIcon::duration_14},
+    {MultiDayCount::duration28, "d28", 28, IconManagerIcon::duration_28},
+    {MultiDayCount::duration29, "d29", 29, IconManagerIcon::duration_29},
+    {MultiDayCount::duration30, "d30", 30, IconManagerIcon::duration_30},
+    {MultiDayCount::duration31, "d31", 31, IconManagerIcon::duration_31},
+    {MultiDayCount::duration365, "d365", 365, IconManagerIcon::duration_365},
+    {MultiDayCount::duration366, "d366", 366, IconManagerIcon::duration_366},
 };
 
 constexpr auto rawValues(std::type_identity<MultiDayCount>) {
@@ -69,8 +74,8 @@ constexpr auto rawValues(std::type_identity<MultiDayCount>) {
 [[nodiscard]] constexpr std::string_view id(MultiDayCount count) {
   return rawValue(count);
 }
-[[nodiscard]] constexpr std::int64_t iconNumber(MultiDayCount count) {
-  return rowOf(multiDayCountRows, count).iconNumber;
+[[nodiscard]] constexpr IconManagerIcon icon(MultiDayCount count) {
+  return rowOf(multiDayCountRows, count).icon;
 }
 
 /// The length of the period of this type that holds today's logical day.

@@ -36,7 +36,8 @@ struct TriggerRegion {
       key("type", &TriggerRegion::type, absentWhenUnknown), key("title", &TriggerRegion::title),
       key("latitude", &TriggerRegion::latitude), key("longitude", &TriggerRegion::longitude),
       key("radius", &TriggerRegion::radius), key("notifyOnEntry", &TriggerRegion::notifyOnEntry),
-      key("notifyOnExit", &TriggerRegion::notifyOnExit), key("icon", &TriggerRegion::icon));
+      key("notifyOnExit", &TriggerRegion::notifyOnExit),
+      key("icon", &TriggerRegion::icon, absentWhenUnknown));
 };
 
 }  // namespace velloro

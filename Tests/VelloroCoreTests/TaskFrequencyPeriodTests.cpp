@@ -189,6 +189,7 @@ TEST(DatedPeriod, TellsHowFarItIs) {
 
 TEST(MultiDayCount, IsThatOfTheCurrentPeriod) {
   EXPECT_EQ(id(MultiDayCount::duration29), "d29");
+  EXPECT_EQ(icon(MultiDayCount::duration29), IconManagerIcon::duration_29);
   expectRawValues<MultiDayCount>({"d1", "d7", "d14", "d28", "d29", "d30", "d31", "d365", "d366"});
   TestEnvironment environment;
   const struct {

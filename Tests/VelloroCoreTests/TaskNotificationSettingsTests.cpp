@@ -68,7 +68,8 @@ TaskReminder full(const Trigger& trigger, std::int64_t shift = 0) {
                       YYYYMMDD{2024, 3, 7}, taskViewer, SoundEffect::nilSound, false);
 }
 
-const TriggerRegion gym{RegionType::gym, {}, -36.85, 174.75, 99.5, true, false, {{"dumbell"}}};
+const TriggerRegion gym{RegionType::gym,         {}, -36.85, 174.75, 99.5, true, false,
+                        IconManagerIcon::dumbell};
 
 TEST(TaskNotificationSettings, KeepTheirForm) {
   expectRawValues<BadgeMode>({"none", "incomplete"});
@@ -94,12 +95,12 @@ TEST(TaskNotificationSettings, KeepTheirForm) {
 
 TEST(TaskNotificationSettings, UnknownTextsReadAsAbsent) {
   std::string newer = fixtureText("TaskReminder");
-  for (const std::string known : {"\"owner\"", "\"viewer\"", "\"gym\"", "\"nil\""}) {
+  for (const std::string known : {"\"owner\"", "\"viewer\"", "\"gym\"", "\"dumbell\"", "\"nil\""}) {
     newer.replace(newer.find(known), known.size(), "\"newer\"");
   }
   const auto read = JSONDecoder{}.decode<TaskReminder>(newer);
   EXPECT_FALSE(read.timeZone || read.snoozeTimeZone || read.sound || read.trigger.region->type);
-  EXPECT_EQ(read.trigger.region->icon, gym.icon);
+  EXPECT_FALSE(read.trigger.region->icon);
 }
 
 TEST(TaskNotificationSettings, EffectsAreOfferedByName) {

@@ -1,0 +1,31 @@
+#include "OxCheckableTasks/IconDisplayRepresentation.h"
+
+#include "Foundation/JSON.h"
+#include "OxLog/Log.h"
+
+namespace velloro {
+
+std::optional<IconDisplayRepresentation>
+IconDisplayRepresentation::fromCoreDataStringRepresentation(std::string_view text) {
+  if (const auto plain = IconVisualRepresentation::fromStorableValue(text)) {
+    return IconDisplayRepresentation{.visualRepresentation = *plain, .displayProperties = {}};
+  }
+  try {
+    auto stored = JSONDecoder{}.decode<CoreDataRepresentation>(text);
+    return IconDisplayRepresentation{.visualRepresentation = std::move(stored.visualRepresentation),
+                                     .displayProperties = stored.displayProperties};
+  } catch (const DecodingError& error) {
+    Log::database.error([&] {
+      return "Unable to read the icon \"" + std::string(text) +
+             "\": " + error.localizedDescription();
+    });
+    return std::nullopt;
+  }
+}
+
+std::string IconDisplayRepresentation::coreDataStringRepresentation() const {
+  return JSONEncoder{}.encode(CoreDataRepresentation{.visualRepresentation = visualRepresentation,
+                                                     .displayProperties = displayProperties});
+}
+
+}  // namespace velloro
