@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
+#include <cmath>
 #include <ranges>
 #include <string_view>
 #include <vector>
@@ -22,6 +24,16 @@ constexpr auto periodNames = caseNames<TaskFrequencyPeriodType::year>();
 
 UsageError unusable(const std::string& name, const std::string& text, const std::string& reason) {
   return UsageError(name + " \"" + text + "\": " + reason);
+}
+
+/// "km, m or miles".
+std::string choice(const std::vector<std::string_view>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 < names.size() ? ", " : " or ";
+    text += names[i];
+  }
+  return text;
 }
 
 std::string lowercased(std::string text) {
@@ -116,6 +128,51 @@ TaskType taskTypeArgument(const std::string& name, const std::string& text) {
   throw unusable(
       name, text,
       "not an automatic type; " + (hint.empty() ? "\"velloro types\" lists them" : hint));
+}
+
+double amountArgument(const std::string& name, const std::string& text) {
+  double amount = 0;
+  const char* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, amount);
+  if (read.ec == std::errc() && read.ptr == end && std::isfinite(amount)) return amount;
+  throw unusable(name, text, "not a number; write one as 7.5");
+}
+
+double shareArgument(const std::string& name, const std::string& text) {
+  const double share = amountArgument(name, text);
+  if (share >= 0 && share <= 1) return share;
+  throw unusable(name, text, "not a share; write a number from 0 to 1");
+}
+
+std::vector<std::string_view> unitNames(TaskType type) {
+  std::vector<std::string_view> names;
+  for (const TypeUnit unit : allCases<TypeUnit>()) {
+    const bool isOffered = std::ranges::find(type.unitOptions(), unit) != type.unitOptions().end();
+    const bool isOfScreenTime = type == TaskType::screenTime() && isDuration(unit);
+    if (isOffered || isOfScreenTime) names.push_back(rawValue(unit));
+  }
+  return names;
+}
+
+TypeUnit unitArgument(const std::string& name, const std::string& text, TaskType type) {
+  const auto names = unitNames(type);
+  const auto unit = fromRawValue<TypeUnit>(text);
+  if (unit && std::ranges::find(names, text) != names.end()) return *unit;
+  const std::string ofType = "not a unit of " + std::string(type.rawValue());
+  if (names.empty()) throw unusable(name, text, ofType + ", which has none");
+  throw unusable(name, text, ofType + "; write " + choice(names));
+}
+
+TaskDisplayTitle::Context contextArgument(const std::string& name, const std::string& text) {
+  if (const auto context = fromRawValue<TaskDisplayTitle::Context>(text)) return *context;
+  std::vector<std::string_view> names;
+  for (const auto context : allCases<TaskDisplayTitle::Context>()) {
+    names.push_back(rawValue(context));
+  }
+  const std::string hint = suggestion(text, names);
+  throw unusable(
+      name, text,
+      "not a context; " + (hint.empty() ? "\"velloro title\" without one shows them all" : hint));
 }
 
 std::string modeName(DayMode mode) {

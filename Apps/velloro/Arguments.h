@@ -6,6 +6,7 @@
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "VelloroCore/DayMode.h"
+#include "VelloroCore/TaskDisplayTitle.h"
 #include "VelloroCore/TaskFrequencyPeriodType.h"
 #include "VelloroCore/TaskType.h"
 
@@ -13,6 +14,8 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace velloro {
 
@@ -53,6 +56,19 @@ class UsageError : public std::runtime_error {
 /// An automatic type's stored name: "hk_water", "timer".
 [[nodiscard]] TaskType taskTypeArgument(const std::string& name, const std::string& text);
 
+/// A number with or without a fraction: 7.5.
+[[nodiscard]] double amountArgument(const std::string& name, const std::string& text);
+/// A number from 0 to 1.
+[[nodiscard]] double shareArgument(const std::string& name, const std::string& text);
+/// A unit in which such a task's target can be given: "cups_us".
+[[nodiscard]] TypeUnit unitArgument(const std::string& name, const std::string& text,
+                                    TaskType type);
+/// "voiceOver".
+[[nodiscard]] TaskDisplayTitle::Context contextArgument(const std::string& name,
+                                                        const std::string& text);
+
+/// The units of `unitArgument`, by their stored names.
+[[nodiscard]] std::vector<std::string_view> unitNames(TaskType type);
 /// "numberOfDaysInWeek".
 [[nodiscard]] std::string modeName(DayMode mode);
 /// "week".

@@ -4,6 +4,7 @@
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
 #include "velloro/PeriodCommand.h"
+#include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
 
 #include <cerrno>
@@ -41,6 +42,7 @@ int run(int argumentCount, char** arguments) {
   global.addTo(app);
   addDayCommand(app);
   addPeriodCommand(app);
+  addTitleCommand(app);
   addTypesCommand(app);
 
   // The environment stands before any command runs, and is never destroyed: background work may
