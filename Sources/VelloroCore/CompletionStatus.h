@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Foundation/Coding.h"
+#include "Foundation/Date.h"
 #include "OxKit/Platform.h"
 #include "VelloroCore/SkipMode.h"
+#include "VelloroCore/TaskLogEntryType.h"
 #include "VelloroCore/TaskProgressCodable.h"
 
 #include <cstdint>
@@ -14,10 +16,24 @@
 
 namespace velloro {
 
+struct StreakRecord;
+struct StreakedCompletionStatus;
+
 /// How a task stands in one period: what the period is so far, and the progress made in it.
 ///
 /// A positive task is something to do, and a period without action ends as a miss. A negative task
 /// is something to avoid: its period is complete, that is clean, until the bad event happens.
+/// Its progress counts the bad events, so that a full one means that the period is lost.
+///
+///     // Nothing done yet of what is to be done twice a day
+///     const CompletionStatus status(
+///         CompletionStatus::Status::positiveIncomplete(SkipMode::willMissWithoutIndicator),
+///         TaskProgressDiscrete{.period = today, .expectedCompletions = 2});
+///     const auto once = status.nextCompletionStatus(run, true);
+///     once.completionStatus.progress().progressPct();     // 0.5
+///     const auto twice = once.completionStatus.nextCompletionStatus(once.streak, true);
+///     twice.completionStatus.status;                      // positiveComplete
+///     twice.streak == run.increment();                    // true
 struct CompletionStatus {
   /// What a period is. Open and clean periods tell what they turn into if they end as they stand.
   ///
@@ -68,10 +84,19 @@ struct CompletionStatus {
 
     /// Of a negative task.
     [[nodiscard]] bool isNegative() const;
+    /// What taking a check mark back gives: an open or a clean period.
+    [[nodiscard]] Status uncheckedStatus() const;
+    /// What a check mark gives: for a negative task a miss, which is allowed unless the period
+    /// would have been skipped.
+    [[nodiscard]] Status completedStatus() const;
   };
 
   Status status;
   TaskProgressCodable codableProgress;
+
+  CompletionStatus() = default;
+  CompletionStatus(const Status& periodStatus, const TaskProgress& periodProgress)
+      : status(periodStatus), codableProgress{periodProgress} {}
 
   bool operator==(const CompletionStatus&) const = default;
   static constexpr auto codingKeys =
@@ -80,6 +105,20 @@ struct CompletionStatus {
 
   [[nodiscard]] const TaskProgress& progress() const { return codableProgress.base; }
   [[nodiscard]] bool isNegative() const { return status.isNegative(); }
+
+  // The results, and the runs that they start from, are in StreakRecord.h.
+
+  /// What one entry of the log makes of the status and of the run that goes with it. Entries that
+  /// say nothing of a task of this kind, such as a skip of a negative one, change nothing.
+  [[nodiscard]] StreakedCompletionStatus applyEntryType(const StreakRecord& streak,
+                                                        TaskLogEntryType type) const;
+  /// What the next tap gives: a step or all of the completion, or of the miss of a negative task.
+  [[nodiscard]] StreakedCompletionStatus nextCompletionStatus(const StreakRecord& streak,
+                                                              bool isPartialCompletion) const;
+  /// What a running timer gives that has so many seconds yet to be counted in. When they finish the
+  /// completion under way that is one step, whatever is over. A progress that is not timed stays.
+  [[nodiscard]] StreakedCompletionStatus nextCompletionStatus(
+      const StreakRecord& streak, TimeInterval pendingTimerDuration) const;
 };
 
 constexpr auto rawValues(std::type_identity<CompletionStatus::Status::Kind>) {
