@@ -110,6 +110,9 @@ YYYYMMDD YYYYMMDD::nextDayUsingCalendar() const {
 YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
   if (numDays == 0) return *this;
   if (!daysAreNumbers()) return addUsingCalendar(deviceCalendar(), numDays);
+  // Few days mostly end in the month that they began in.
+  const auto behindFirst = static_cast<std::uint64_t>(d) + static_cast<std::uint64_t>(numDays) - 1;
+  if (m >= 1 && m <= 12 && behindFirst < 28) return {.y = y, .m = m, .d = d + numDays};
   return fromDayNumber(dayNumber() + std::clamp(numDays, -largestCount, largestCount));
 }
 
@@ -137,8 +140,7 @@ std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay) const {
 }
 
 YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek) const {
-  const int difference = static_cast<int>(firstDayOfWeek) - static_cast<int>(dayOfWeek());
-  return add(difference > 0 ? difference - 7 : difference);
+  return add(-floorModulo(static_cast<int>(dayOfWeek()) - static_cast<int>(firstDayOfWeek), 7));
 }
 
 YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek) const {

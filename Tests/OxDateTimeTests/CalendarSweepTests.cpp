@@ -32,8 +32,8 @@ TEST(CalendarSweep, DayArithmeticFrom1600To2400) {
     ASSERT_EQ(today.nextDayUsingCalendar().intValue(), expected);
     if (value % 7 != 0) continue;
     ASSERT_EQ(today.distance(day(far)), oracle.distance(value, far)) << value << " to " << far;
-    ASSERT_EQ(today.add(value % 1000).intValue(),
-              oracle.add(value, static_cast<int>(value % 1000)));
+    const int days = static_cast<int>(value / 7 % 61) - 30;
+    ASSERT_EQ(today.add(days).intValue(), oracle.add(value, days)) << value << " " << days;
     ASSERT_EQ(today.yyyymm().numberOfDays(), oracle.numberOfDaysInMonth(value)) << value;
     far = value;
   }
@@ -102,17 +102,19 @@ TEST(CalendarSweep, LogicalDayAndItsInverseRoundAllClockChangesOf2020To2030) {
 /// Offsets of all zones at and around every change in their history, the odd ones of the 19th
 /// century and the jumps over the date line included.
 TEST(CalendarSweep, OffsetsAtEveryChangeInHistory) {
+  std::size_t changes = 0;
   for (const std::string& identifier : TimeZone::knownTimeZoneIdentifiers()) {
     const TimeZone zone = TimeZone::fromIdentifier(identifier).value();
-    CalendarOracle oracle(identifier);
-    for (const std::int64_t change : oracle.changes(-5000000000, 2145916800)) {
+    const CalendarOracle oracle(identifier);
+    for (const std::int64_t change : CalendarOracle::changes(-5000000000, 2145916800)) {
+      ++changes;
       for (const std::int64_t instant : {change - 1, change, change + 86400 * 11}) {
-        const auto [clockDay, secondOfDay] = oracle.read(instant);
-        const std::int64_t local = day(clockDay).dayNumber() * 86400 + secondOfDay;
-        ASSERT_EQ(zone.offsetAt(instant), local - instant) << identifier << " " << instant;
+        ASSERT_EQ(zone.offsetAt(instant), CalendarOracle::read(instant).offset)
+            << identifier << " " << instant;
       }
     }
   }
+  EXPECT_GT(changes, 30000U);
 }
 
 }  // namespace
