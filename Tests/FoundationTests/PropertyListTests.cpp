@@ -16,22 +16,13 @@ using Dictionary = PropertyList::Dictionary;
 const Date instant = Date::sinceReferenceDate(731462399.25);
 
 TEST(PropertyList, FileTextLosesNothing) {
-  const PropertyList values[] = {nullptr,
-                                 true,
-                                 std::numeric_limits<std::int64_t>::min(),
-                                 std::numeric_limits<std::int64_t>::max(),
-                                 0.1,
-                                 -0.0,
-                                 5.0,
-                                 1e300,
-                                 123456789012345680000.0,
-                                 std::numeric_limits<double>::denorm_min(),
-                                 "",
+  using Integers = std::numeric_limits<std::int64_t>;
+  const PropertyList scalars(Array{nullptr, true, Integers::min(), Integers::max(), 0.1, -0.0, 5.0,
+                                   1e300, 123456789012345680000.0, "", std::string("a\0b", 3),
+                                   std::numeric_limits<double>::denorm_min(), Date::distantPast(),
+                                   instant, Data(std::string("\x00\xFF", 2))});
+  const PropertyList values[] = {scalars,
                                  "tab\t quote\" \\ \x01 \xC3\xA4 \xF0\x9F\x8F\x86",
-                                 std::string("a\0b", 3),
-                                 Data(std::string("\x00\xFF", 2)),
-                                 Date::distantPast(),
-                                 instant,
                                  Array{},
                                  Array{1, "a", Array{nullptr}},
                                  Dictionary{},

@@ -11,26 +11,21 @@ namespace platform {
 namespace {
 
 TEST(UUID, ReadsAndWritesTheUsualForm) {
-  struct Case {
-    const char* text;
-    const char* written;  // null where the text is none
-  };
-  const Case cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
+      // empty where the text is none
       {"1b4e28ba-2fa1-11d2-883F-0016d3cca427", "1B4E28BA-2FA1-11D2-883F-0016D3CCA427"},
       {"00000000-0000-0000-0000-000000000000", "00000000-0000-0000-0000-000000000000"},
       {"FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF", "FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF"},
-      {"1b4e28ba-2fa1-11d2-883f-0016d3cca42", nullptr},
-      {"1b4e28ba-2fa1-11d2-883f-0016d3cca4277", nullptr},
-      {"1b4e28ba2fa1-11d2-883f-0016d3cca42700", nullptr},
-      {"1b4e28ba-2fa1-11d2-883f00016d3cca427-", nullptr},
-      {"1b4e28bg-2fa1-11d2-883f-0016d3cca427", nullptr},
-      {"{b4e28ba-2fa1-11d2-883f-0016d3cca42}", nullptr},
-      {"", nullptr}};
+      {"1b4e28ba-2fa1-11d2-883f-0016d3cca42", ""},
+      {"1b4e28ba-2fa1-11d2-883f-0016d3cca4277", ""},
+      {"1b4e28ba2fa1-11d2-883f-0016d3cca42700", ""},
+      {"1b4e28ba-2fa1-11d2-883f00016d3cca427-", ""},
+      {"1b4e28bg-2fa1-11d2-883f-0016d3cca427", ""},
+      {"{b4e28ba-2fa1-11d2-883f-0016d3cca42}", ""},
+      {"", ""}};
   for (const auto& [text, written] : cases) {
     const auto id = UUID::fromString(text);
-    ASSERT_EQ(id.has_value(), written != nullptr) << text;
-    if (!id) continue;
-    EXPECT_EQ(id->uuidString(), written);
+    EXPECT_EQ(id ? id->uuidString() : "", written) << text;
   }
 }
 

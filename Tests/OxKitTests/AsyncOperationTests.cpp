@@ -3,6 +3,7 @@
 #include "OxKit/AsyncOperation.h"
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -31,8 +32,10 @@ TEST(AsyncOperation, EndsOnceWhenItSaysSo) {
   operation->start();
   EXPECT_EQ(given, operation);
   EXPECT_EQ(changes.heard, (Steps{"runs"}));
-  operation->complete();
-  operation->complete();
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back([&] { operation->complete(); });
+  operation->waitUntilFinished();
+  threads.clear();
   operation->start();
   EXPECT_EQ(changes.heard, (Steps{"runs", "rests", "ended"}));
 }

@@ -1,6 +1,6 @@
 #include "OxLog/LogLine.h"
 
-#include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -10,11 +10,7 @@ namespace {
 TEST(LogLine, IsBuiltFromItsParts) {
   const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
   const auto at = [](const char* text) { return Date::fromISO8601(text).value(); };
-  const struct {
-    LogManager::WatchDebugPacket line;
-    const char* prefix;
-    const char* text;
-  } cases[] = {
+  const std::tuple<LogManager::WatchDebugPacket, const char*, const char*> cases[] = {
       {{at("2024-03-07T08:05:01.123Z"), Log::notifications, LogLevel::info, "Updating badges...",
         "Classes/Model/NotificationManager.cpp", "update()", 42},
        "",
@@ -34,22 +30,20 @@ TEST(LogLine, IsBuiltFromItsParts) {
 }
 
 TEST(LogLine, ReducesASignatureToTheName) {
-  const struct {
-    const char* signature;
-    const char* name;
-  } cases[] = {{"void velloro::NotificationManager::update(int)", "update()"},
-               {"a::(anonymous namespace)::S::~S()", "~S()"},
-               {"std::vector<T> a::S::t(std::map<int, T>) [with T = int]", "t()"},
-               {"a::S::t<int>(std::map<int, std::less<int> >)::<lambda(int)>::<lambda()>", "t()"},
-               {"static decltype(auto) a::S::d()", "d()"},
-               {"void (* a::S::p(int))(int)", "p()"},
-               {"void TT<T>::m(U) [with U = int; T = std::vector<int>]", "m()"},
-               {"void a::S::operator()(int)", "operator()()"},
-               {"bool a::S::operator<(const a::S&) const", "operator<()"},
-               {"a::S::operator std::vector<int>()", "operator std::vector<int>()"},
-               {"void a::operators(int)", "operators()"},
-               {"<lambda()>", "<lambda()>"},
-               {"", ""}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"void velloro::NotificationManager::update(int)", "update()"},
+      {"a::(anonymous namespace)::S::~S()", "~S()"},
+      {"std::vector<T> a::S::t(std::map<int, T>) [with T = int]", "t()"},
+      {"a::S::t<int>(std::map<int, std::less<int> >)::<lambda(int)>::<lambda()>", "t()"},
+      {"static decltype(auto) a::S::d()", "d()"},
+      {"void (* a::S::p(int))(int)", "p()"},
+      {"void TT<T>::m(U) [with U = int; T = std::vector<int>]", "m()"},
+      {"void a::S::operator()(int)", "operator()()"},
+      {"bool a::S::operator<(const a::S&) const", "operator<()"},
+      {"a::S::operator std::vector<int>()", "operator std::vector<int>()"},
+      {"void a::operators(int)", "operators()"},
+      {"<lambda()>", "<lambda()>"},
+      {"", ""}};
   for (const auto& [signature, name] : cases) EXPECT_EQ(functionName(signature), name);
 }
 
