@@ -1,0 +1,157 @@
+// PNG in through libpng, which checks outside bytes; out by hand, because few lines do and because
+// an animation needs chunks that libpng doesn't write.
+
+#include "CairoDrawing/PNG.h"
+
+#include <array>
+#include <initializer_list>
+
+#include <png.h>
+#include <zlib.h>
+
+namespace platform {
+namespace {
+
+/// 255 / alpha in 16.16 fixed point, rounded up: the quotient that follows is exact.
+constexpr auto inverseAlphas = [] {
+  std::array<std::uint32_t, 256> inverses = {};
+  for (std::uint32_t alpha = 1; alpha < 256; ++alpha) {
+    inverses[alpha] = ((255U << 16U) + alpha - 1) / alpha;
+  }
+  return inverses;
+}();
+
+/// One pixel as R, G, B, A with the colour freed of its alpha.
+std::uint32_t straight(std::uint32_t argb) {
+  const std::uint32_t alpha = argb >> 24U;
+  if (alpha == 0) return 0;
+  const auto channel = [&](unsigned shift) { return (argb >> shift) & 0xFFU; };
+  std::uint32_t red = channel(16);
+  std::uint32_t green = channel(8);
+  std::uint32_t blue = channel(0);
+  if (alpha != 255) {
+    const auto divided = [&](std::uint32_t value) {
+      return std::min<std::uint32_t>(255, (value * inverseAlphas[alpha] + 0x8000U) >> 16U);
+    };
+    red = divided(red);
+    green = divided(green);
+    blue = divided(blue);
+  }
+  return red | green << 8U | blue << 16U | alpha << 24U;
+}
+
+std::uint32_t premultiplied(std::uint32_t bgra) {
+  const std::uint32_t alpha = bgra >> 24U;
+  if (alpha == 255) return bgra;
+  const auto times = [&](unsigned shift) {
+    return ((((bgra >> shift) & 0xFFU) * alpha + 127) / 255) << shift;
+  };
+  return times(0) | times(8) | times(16) | alpha << 24U;
+}
+
+std::string bigEndian(std::uint32_t value) {
+  std::string bytes(4, '\0');
+  for (char& byte : bytes) {
+    byte = static_cast<char>(value >> 24U);
+    value <<= 8U;
+  }
+  return bytes;
+}
+
+std::string bigEndian16(std::uint16_t value) {
+  return {static_cast<char>(value >> 8U), static_cast<char>(value & 0xFFU)};
+}
+
+void appendChunk(std::string& file, const std::string& typeAndData) {
+  const auto* bytes = reinterpret_cast<const Bytef*>(typeAndData.data());
+  const auto sum = crc32(0, bytes, static_cast<uInt>(typeAndData.size()));
+  file += bigEndian(static_cast<std::uint32_t>(typeAndData.size() - 4));
+  file += typeAndData;
+  file += bigEndian(static_cast<std::uint32_t>(sum));
+}
+
+/// Rows of a filter byte and straight pixels, compressed, behind `prefix`. Rings are flat colours:
+/// filters and a harder search would take many times as long to save little.
+std::string compressed(const CGImage& image, std::string prefix) {
+  const std::size_t rowBytes = 1 + image.width() * 4;
+  std::string rows(rowBytes * image.height(), '\0');
+  const std::uint32_t* pixel = image.pixels().data();
+  for (std::size_t y = 0; y < image.height(); ++y) {
+    char* out = rows.data() + y * rowBytes + 1;
+    for (std::size_t x = 0; x < image.width(); ++x, ++pixel, out += 4) {
+      const std::uint32_t rgba = straight(*pixel);
+      for (unsigned i = 0; i < 4; ++i) out[i] = static_cast<char>(rgba >> (8 * i));
+    }
+  }
+  uLongf length = compressBound(rows.size());
+  const std::size_t before = prefix.size();
+  prefix.resize(before + length);
+  compress2(reinterpret_cast<Bytef*>(prefix.data() + before), &length,
+            reinterpret_cast<const Bytef*>(rows.data()), rows.size(), Z_BEST_SPEED);
+  prefix.resize(before + length);
+  return prefix;
+}
+
+std::string sizeOf(const CGImage& image) {
+  return bigEndian(static_cast<std::uint32_t>(image.width())) +
+         bigEndian(static_cast<std::uint32_t>(image.height()));
+}
+
+std::string header(const CGImage& image) {
+  std::string file = "\x89PNG\r\n\x1A\n";
+  const std::string eightBitRGBA("\x08\x06\0\0\0", 5);
+  appendChunk(file, "IHDR" + sizeOf(image) + eightBitRGBA);
+  return file;
+}
+
+}  // namespace
+
+std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
+    std::span<const std::byte> bytes) {
+  png_image png = {};
+  png.version = PNG_IMAGE_VERSION;
+  if (png_image_begin_read_from_memory(&png, bytes.data(), bytes.size()) == 0) {
+    return std::unexpected(png.message);
+  }
+  if (std::size_t{png.width} * png.height > CGImage::maximumPixels) {
+    png_image_free(&png);
+    return std::unexpected("it has too many pixels");
+  }
+  // B, G, R, A in memory is 0xAARRGGBB in a register.
+  png.format = PNG_FORMAT_BGRA;
+  std::vector<std::uint32_t> pixels(std::size_t{png.width} * png.height);
+  if (png_image_finish_read(&png, nullptr, pixels.data(), 0, nullptr) == 0) {
+    return std::unexpected(png.message);
+  }
+  for (std::uint32_t& pixel : pixels) pixel = premultiplied(pixel);
+  return std::make_shared<const CGImage>(png.width, png.height, std::move(pixels));
+}
+
+std::string writePNG(const CGImage& image) {
+  std::string file = header(image);
+  appendChunk(file, compressed(image, "IDAT"));
+  appendChunk(file, "IEND");
+  return file;
+}
+
+std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
+                             std::uint16_t framesPerSecond) {
+  std::string file = header(*frames[0]);
+  const std::uint32_t forEver = 0;
+  appendChunk(file,
+              "acTL" + bigEndian(static_cast<std::uint32_t>(frames.size())) + bigEndian(forEver));
+  std::uint32_t sequence = 0;
+  for (const auto& frame : frames) {
+    const std::string offset(8, '\0');
+    const std::string replaceAll(2, '\0');  // dispose: none, blend: source
+    appendChunk(file, "fcTL" + bigEndian(sequence++) + sizeOf(*frame) + offset + bigEndian16(1) +
+                          bigEndian16(framesPerSecond) + replaceAll);
+    const bool first = frame == frames[0] && sequence == 1;
+    appendChunk(file, compressed(*frame, first ? "IDAT" : "fdAT" + bigEndian(sequence)));
+    if (!first) ++sequence;
+  }
+  appendChunk(file, "IEND");
+  return file;
+}
+
+}  // namespace platform

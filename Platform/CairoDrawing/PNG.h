@@ -1,0 +1,20 @@
+#pragma once
+
+#include "CoreGraphics/CGImage.h"
+
+#include <cstdint>
+#include <expected>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace platform {
+
+/// As `CGImage` has them: the failure is libpng's word.
+std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
+    std::span<const std::byte> bytes);
+std::string writePNG(const CGImage& image);
+std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
+                             std::uint16_t framesPerSecond);
+
+}  // namespace platform
