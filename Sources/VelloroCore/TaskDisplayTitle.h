@@ -13,8 +13,13 @@
 #include <utility>
 #include <variant>
 
+namespace platform {
+class NSAttributedString;
+}
+
 namespace velloro {
 
+struct IconVisualRepresentation;
 struct TaskTitleSource;
 
 /// A task's name in parts: a text and an amount, each of which some surfaces leave out.
@@ -70,6 +75,8 @@ struct TaskDisplayTitle {
   /// Whether an amount counts for the whole task or for the completion under way.
   enum class CountingMethod : std::uint8_t { useProgress, useSubProgress };
 
+  struct AttributedStringConfig;  // TaskTitleAttributedString.h
+
   struct Quantity {
     std::optional<HealthType> type = {};
     TaskTarget quantity = {};
@@ -112,6 +119,15 @@ struct TaskDisplayTitle {
   [[nodiscard]] std::optional<std::string> localizedAccessibilityLabel() const {
     return localizedTitle(Context::voiceOver);
   }
+
+  /// The shown parts in runs, each with its look, and the icon at the side that the request says.
+  [[nodiscard]] NSAttributedString buildAttributedString(
+      const std::optional<IconVisualRepresentation>& icon,
+      const AttributedStringConfig& config) const;
+  /// The same in the size that suits a task's ring of that diameter, in points.
+  [[nodiscard]] NSAttributedString titleAttributedText(
+      const std::optional<IconVisualRepresentation>& icon, double taskIconDiameter,
+      const AttributedStringConfig& config) const;
 
   bool operator==(const TaskDisplayTitle&) const = default;
   static constexpr auto codingKeys =

@@ -2,6 +2,7 @@
 #include "Foundation/TestEnvironment.h"
 #include "Support/VisibleText.h"
 #include "VelloroCore/HealthTitle.h"
+#include "VelloroCore/TaskTitleAttributedString.h"
 #include "VelloroCore/TaskTitleFormatter.h"
 #include "VelloroCore/TaskTitleSource.h"
 
@@ -293,6 +294,38 @@ TEST_F(TaskDisplayTitleTest, IsWrittenForALiveAmount) {
   }
   EXPECT_EQ(cases[0].formatter.displayTitle(3), TaskDisplayTitle{});
   EXPECT_EQ(cases[6].formatter.currentValue(1.5), 0);
+}
+
+TEST_F(TaskDisplayTitleTest, IsARichText) {
+  using Config = TaskDisplayTitle::AttributedStringConfig;
+  using enum TaskDisplayTitle::QuantityPosition;
+  const CGColor white{1, 1, 1, 1}, grey{0.5, 0.5, 0.5, 1}, red{1, 0, 0, 1};
+  const AttributedWithIconRequest request{
+      .font = UIFont::system(18), .textColor = white, .iconColor = red};
+  const TaskDisplayTitle title{"Drink", Quantity{dietaryDrinkWater, {8, cupsUS}}};
+  const auto icon = visualRepresentation(TaskDisplayTitle::TitleIcon::health);
+
+  auto config = Config::create(request, grey, iPhoneNotificationUI);
+  config.quantityFont = UIFont::system(12);
+  config.quantityBaselineOffset = 2;
+  NSAttributedString wanted =
+      icon.inlineAttributedString(request.font, red, NSWritingDirection::natural, {});
+  wanted.append(" Drink ", request.textAttributes());
+  wanted.append("8 cups", {.font = UIFont::system(12), .color = grey, .baselineOffset = 2});
+  EXPECT_EQ(title.buildAttributedString(icon, config), wanted);
+
+  const auto half = title.titleAttributedText(icon, 72, config).runs();
+  EXPECT_EQ(half.front().attributes.font.pointSize, 9 * 0.75);
+  EXPECT_EQ(half.back().attributes,
+            (NSAttributedString::Attributes{
+                .font = UIFont::system(6), .color = grey, .baselineOffset = 1}));
+
+  config.quantityPosition = leading;
+  config.request.iconPosition = AttributedWithIconRequest::IconPosition::trailing;
+  EXPECT_EQ(title.buildAttributedString(icon, config).string(), "8 cups Drink \uFFFC");
+  config.context = notificationWithoutQuantity;
+  EXPECT_EQ(title.buildAttributedString({}, config).string(), "Drink");
+  EXPECT_EQ(TaskDisplayTitle::empty().buildAttributedString(icon, config).string(), "\uFFFC");
 }
 
 }  // namespace
