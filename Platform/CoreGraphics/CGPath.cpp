@@ -140,6 +140,22 @@ CGPath CGPath::applying(const CGAffineTransform& transform) const {
   return moved;
 }
 
+CGRect CGPath::boundingBox() const {
+  constexpr std::size_t pointsOf[] = {1, 1, 3, 0};  // by verb
+  CGPoint least = {};
+  CGPoint most = {};
+  bool isFirst = true;
+  for (const auto& [verb, points] : elements_) {
+    for (std::size_t i = 0; i < pointsOf[static_cast<std::size_t>(verb)]; ++i) {
+      const auto [x, y] = points[i];
+      least = isFirst ? points[i] : CGPoint{std::min(least.x, x), std::min(least.y, y)};
+      most = isFirst ? points[i] : CGPoint{std::max(most.x, x), std::max(most.y, y)};
+      isFirst = false;
+    }
+  }
+  return {.origin = least, .size = {.width = most.x - least.x, .height = most.y - least.y}};
+}
+
 void CGPath::add(Verb verb, CGPoint a, CGPoint b, CGPoint c) {
   elements_.push_back({.verb = verb, .points = {a, b, c}});
 }

@@ -64,6 +64,8 @@ class CGPath {
   [[nodiscard]] CGPath applying(const CGAffineTransform& transform) const;
 
   [[nodiscard]] const std::vector<Element>& elements() const { return elements_; }
+  /// The least box round all points, those that pull at curves included; 0 by 0 for an empty path.
+  [[nodiscard]] CGRect boundingBox() const;
   [[nodiscard]] bool isEmpty() const { return elements_.empty(); }
   /// Where the pen stands; absent in an empty path.
   [[nodiscard]] std::optional<CGPoint> currentPoint() const { return current_; }

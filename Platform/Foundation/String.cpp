@@ -6,9 +6,12 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 
 #include <simdjson.h>
+#include <unicode/brkiter.h>
 #include <unicode/uchar.h>
+#include <unicode/utext.h>
 
 namespace platform {
 namespace {
@@ -50,6 +53,25 @@ std::string unicodeNames(std::string_view text) {
     if (!name.empty()) names += (names.empty() ? "" : ", ") + name;
   }
   return names;
+}
+
+std::vector<std::string_view> graphemes(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  UText source = UTEXT_INITIALIZER;
+  utext_openUTF8(&source, text.data(), static_cast<std::int64_t>(text.size()), &status);
+  const std::unique_ptr<icu::BreakIterator> breaks(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  std::vector<std::string_view> characters;
+  if (U_SUCCESS(status) != 0) {
+    breaks->setText(&source, status);
+    auto from = static_cast<std::size_t>(breaks->first());
+    for (std::int32_t to = breaks->next(); to != icu::BreakIterator::DONE; to = breaks->next()) {
+      characters.push_back(text.substr(from, static_cast<std::size_t>(to) - from));
+      from = static_cast<std::size_t>(to);
+    }
+  }
+  utext_close(&source);
+  return characters;
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -19,5 +20,11 @@ namespace platform {
 ///
 ///     unicodeNames("🚲");    // "BICYCLE"
 [[nodiscard]] std::string unicodeNames(std::string_view text);
+
+/// The characters as a person counts them: letters with their accents, emoji with all that belongs
+/// to them. Pieces of `text`, which must outlive them.
+///
+///     graphemes("n\u0303🇳🇵");    // "ñ" (of two scalars) and the flag
+[[nodiscard]] std::vector<std::string_view> graphemes(std::string_view text);
 
 }  // namespace platform

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Foundation/NSCache.h"
+#include "OxCache/CacheMode.h"
+#include "OxCache/DataCacheKey.h"
+#include "UIKit/UIImage.h"
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace velloro {
+
+/// Keeps images that can be drawn again, in memory and as PNG files, where later processes find
+/// them. A miss is an absent image; what goes wrong is logged. Safe from any thread.
+///
+///     ImageCache& cache = ImageCache::shared();
+///     if (auto image = cache.image(key, true)) return *image;
+///     cache.save(drawn, key, true);
+class ImageCache {
+ public:
+  using MemoryCache = NSCache<std::uint64_t, UIImage>;
+
+  [[nodiscard]] static ImageCache& shared();
+
+  /// \param useMemoryCache Whether it may come from memory, and stay there.
+  [[nodiscard]] std::optional<UIImage> image(const ImageCacheKey& key, bool useMemoryCache);
+  void save(const UIImage& image, const ImageCacheKey& key, bool useMemoryCache);
+
+  /// Where the image's file is, or would be.
+  [[nodiscard]] std::filesystem::path imageUrl(const ImageCacheKey& key) const;
+  /// Makes a file the image of a key, in the place of one that is there.
+  void copyToCache(const std::filesystem::path& imageUrl, const ImageCacheKey& key);
+  void moveToCache(const std::filesystem::path& url, const ImageCacheKey& key);
+
+  void clearDiskCache();
+  /// To be raised whenever images come out differently: files of another version are not found.
+  void setVersion(int version, bool shouldClearOldFiles);
+
+  std::atomic<CacheMode> cacheMode = CacheMode::diskAndMemory;
+  std::atomic<bool> logCacheHits = false;
+  std::atomic<bool> logCacheMisses = false;
+  std::atomic<bool> logWriteErrors = true;
+
+  /// Costs are bytes.
+  MemoryCache staticMemoryCache{{.totalCost = 32'000'000}};
+  /// The images of a running animation, apart, so that they can go together.
+  MemoryCache animationMemoryCache{{.totalCost = 64'000'000}};
+
+ private:
+  [[nodiscard]] std::optional<UIImage> read(const ImageCacheKey& key) const;
+  void forget(const ImageCacheKey& key);
+  void note(const std::atomic<bool>& isWanted, const char* what, const ImageCacheKey& key) const;
+
+  std::atomic<int> version_ = 0;
+};
+
+}  // namespace velloro
