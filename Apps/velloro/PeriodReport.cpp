@@ -32,8 +32,8 @@ PeriodReport PeriodReport::of(const TaskFrequency& frequency, YYYYMMDD date,
           .numberOfDays = period.numberOfDays(),
           .remainingDays = period.remainingDays(date, false),
           .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo),
-          .isEmpty = frequency.isEmpty(),
-          .countedOver = periodName(periodTypeForCompletionCountCalculation(frequency.dayMode))};
+          .countedOver = periodName(periodTypeForCompletionCountCalculation(frequency.dayMode)),
+          .isEmpty = frequency.isEmpty()};
 }
 
 std::string PeriodReport::json() const {
@@ -47,8 +47,10 @@ std::string PeriodReport::text() const {
          line("next", next) +
          stringWithFormat("days       %lld, %lld to go\n", number(numberOfDays),
                           number(remainingDays)) +
-         stringWithFormat("expected   %lld times in the %s\n", number(expectedCompletions),
-                          countedOver.c_str()) +
+         (countedOver == period.type
+              ? ""
+              : stringWithFormat("expected   %lld times in the %s\n", number(expectedCompletions),
+                                 countedOver.c_str())) +
          (isEmpty ? "No day can ever be due.\n" : "");
 }
 

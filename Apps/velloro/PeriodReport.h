@@ -27,10 +27,11 @@ struct PeriodReport {
   Stretch next;
   std::int64_t numberOfDays = 0;
   std::int64_t remainingDays = 0;  ///< The date itself not counted.
-  /// For a task that was there before the period began.
+  /// For a task that was there before the period began. Said in the text for the modes alone that
+  /// count days; in others it has no meaning.
   std::int64_t expectedCompletions = 0;
+  std::string countedOver;  ///< "week"
   bool isEmpty = false;
-  std::string countedOver;  ///< "week"; in the text alone.
 
   static constexpr auto codingKeys =
       keys(key("mode", &PeriodReport::mode), key("date", &PeriodReport::date),
@@ -38,7 +39,7 @@ struct PeriodReport {
            key("next", &PeriodReport::next), key("numberOfDays", &PeriodReport::numberOfDays),
            key("remainingDays", &PeriodReport::remainingDays),
            key("expectedCompletions", &PeriodReport::expectedCompletions),
-           key("isEmpty", &PeriodReport::isEmpty));
+           key("countedOver", &PeriodReport::countedOver), key("isEmpty", &PeriodReport::isEmpty));
 
   [[nodiscard]] static PeriodReport of(const TaskFrequency& frequency, YYYYMMDD date,
                                        DayOfWeek firstDayOfWeek);

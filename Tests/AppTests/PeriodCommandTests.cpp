@@ -8,19 +8,20 @@ namespace velloro {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 TEST(PeriodCommand, PrintsOneObject) {
   const auto result = runProgram(
       "period --mode aggregateOverFortnight --date 20000108 --first-day-of-week sunday --json");
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.errors, "");
-  EXPECT_EQ(result.output,
-            R"({"mode":"aggregateOverFortnight","date":20000108,)"
-            R"("period":{"type":"fortnight","start":19991226,"finish":20000108},)"
-            R"("previous":{"type":"fortnight","start":19991219,"finish":20000101},)"
-            R"("next":{"type":"fortnight","start":20000102,"finish":20000115},)"
-            R"("numberOfDays":14,"remainingDays":0,"expectedCompletions":7,"isEmpty":false})"
-            "\n");
+  EXPECT_EQ(result.output, R"({"mode":"aggregateOverFortnight","date":20000108,)"
+                           R"("period":{"type":"fortnight","start":19991226,"finish":20000108},)"
+                           R"("previous":{"type":"fortnight","start":19991219,"finish":20000101},)"
+                           R"("next":{"type":"fortnight","start":20000102,"finish":20000115},)"
+                           R"("numberOfDays":14,"remainingDays":0,"expectedCompletions":7,)"
+                           R"("countedOver":"fortnight","isEmpty":false})"
+                           "\n");
 }
 
 TEST(PeriodCommand, TellsWhatIsExpected) {
@@ -37,6 +38,7 @@ TEST(PeriodCommand, TellsWhatIsExpected) {
     EXPECT_EQ(result.errors, "") << arguments;
     EXPECT_THAT(result.output, HasSubstr(told)) << arguments;
   }
+  EXPECT_THAT(runProgram("period --mode dayInterval").output, Not(HasSubstr("expected")));
 }
 
 TEST(PeriodCommand, NamesWhatItCannotUse) {

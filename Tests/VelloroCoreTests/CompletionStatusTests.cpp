@@ -89,41 +89,47 @@ TEST(CompletionStatus, LeadsOn) {
   EXPECT_EQ(StreakRecord().adjust(week, longer, Status::negativeMiss), StreakRecord(1, 1));
 }
 
-/// What an entry does, told once more and type by type.
+/// What an entry does, told once more by the stored numbers of the types.
 StreakedCompletionStatus expected(const CompletionStatus& before, StreakRecord run,
                                   TaskLogEntryType type) {
-  const std::string s = before.status.stringValue();
-  const TaskProgress p = before.progress();
-  const bool isNegative = s == "nm" || s == "a" || s.starts_with("nc");
-  const bool isCompletion = type == completedManuallyFull || type == completedAutomaticallyFull;
-  const bool isMiss = type == missedManuallyFull || type == missedAutomaticallyFull;
-  const auto gives = [](const char* text, const TaskProgress& progress, StreakRecord record) {
+  const std::string old = before.status.stringValue();
+  const TaskProgress p = before.progress(), next = p.nextProgress();
+  const bool isNegative = old == "nm" || old == "a" || old.starts_with("nc");
+  const bool fills = p.progressPct() < 1 && next.progressPct() >= 1;
+  const StreakRecord more(run.current + 1, run.best), none(0, run.best);
+  const StreakRecord done = old == "c" ? run : more;
+  const StreakedCompletionStatus same{before, run};
+  const auto gives = [](const std::string& text, const TaskProgress& progress,
+                        StreakRecord record) {
     return StreakedCompletionStatus{{status(text), progress}, record};
   };
-  const auto step = [&](const char* text, StreakRecord full) {
-    const TaskProgress next = p.nextProgress();
-    const bool fills = p.progressPct() < 1 && next.progressPct() >= 1;
-    return fills ? gives(text, next, full) : gives(s.c_str(), next, run);
-  };
-  const StreakRecord more(run.current + 1, run.best), none(0, run.best);
-  if (isNegative) {
-    if (isCompletion && !s.starts_with("nc")) return gives("nc_mwoi", p.zeroProgress(), more);
-    if (isMiss) return gives("nm", p.completeProgress(), none);
-    if (type == missedManuallyPartial || type == missedAutomaticallyPartial) {
-      return step("nm", none);
-    }
-    if (type == allowableMissManuallyFull || type == allowableMissAutomaticallyFull) {
-      return gives("a", p.zeroProgress(), run);
-    }
-  } else {
-    if (isCompletion) return gives("c", p.completeProgress(), s == "c" ? run : more);
-    if (isMiss) return gives("m", p.zeroProgress(), none);
-    if (type == completedManuallyPartial || type == completedAutomaticallyPartial) {
-      return step("c", s == "c" ? run : more);
-    }
-    if (type == skippedManuallyFull || type == skippedAutomaticallyFull) return gives("s", p, run);
+  switch (rawValue(type)) {
+    case 1:
+    case 2:
+      if (old.starts_with("nc")) return same;
+      return isNegative ? gives("nc_mwoi", p.zeroProgress(), more)
+                        : gives("c", p.completeProgress(), done);
+    case 3:
+    case 4:
+      return isNegative ? same : gives("s", p, run);
+    case 5:
+    case 7:
+      return isNegative ? gives("nm", p.completeProgress(), none)
+                        : gives("m", p.zeroProgress(), none);
+    case 6:
+    case 10:
+      if (isNegative) return same;
+      return fills ? gives("c", next, done) : gives(old, next, run);
+    case 8:
+    case 9:
+      if (!isNegative) return same;
+      return fills ? gives("nm", next, none) : gives(old, next, run);
+    case 13:
+    case 14:
+      return isNegative ? gives("a", p.zeroProgress(), run) : same;
+    default:
+      return same;
   }
-  return {before, run};
 }
 
 TEST(CompletionStatus, FollowsEveryEntry) {
