@@ -2,27 +2,15 @@
 
 #include "Foundation/CodingError.h"
 #include "Foundation/Environment.h"
-#include "Foundation/FileLock.h"
-#include "Foundation/NSFileManager.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <map>
-
-#include <fcntl.h>
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
 using Dictionary = DefaultsSuite::Dictionary;
-
-/// Whether two looks at a name saw the same file in the same state. The size and the time notice a
-/// person's editor that writes into the file; our own writes always make a new one.
-bool isSameState(const struct stat& one, const struct stat& other) {
-  return one.st_dev == other.st_dev && one.st_ino == other.st_ino && one.st_size == other.st_size &&
-         one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
-}
 
 void applyTo(Dictionary& values, const Dictionary& changes) {
   for (const auto& [key, value] : changes) {
@@ -57,19 +45,6 @@ Result<std::string> textFrom(const Dictionary& values) {
   }
 }
 
-fs::path lockFileOf(const fs::path& path) {
-  return path.parent_path() / ("." + path.filename().string() + ".lock");
-}
-
-/// Takes the file out of the way, under the first name that is free.
-Result<void> moveAside(const fs::path& path) {
-  for (int count = 1;; ++count) {
-    const std::string mark = count == 1 ? ".corrupt" : ".corrupt." + std::to_string(count);
-    auto moved = NSFileManager::moveItem(path, path.string() + mark);
-    if (moved || moved.error()->code() != EEXIST) return moved;
-  }
-}
-
 }  // namespace
 
 std::shared_ptr<DefaultsSuite> DefaultsSuite::named(std::string_view name) {
@@ -80,7 +55,7 @@ std::shared_ptr<DefaultsSuite> DefaultsSuite::named(std::string_view name) {
   const std::scoped_lock lock(mutex);
   if (const auto known = suites->find(path); known != suites->end()) return known->second;
   std::erase_if(*suites, [&](const auto& suite) {  // those of an environment that has gone
-    return suite.second.use_count() == 1 && suite.second->path_.parent_path() != folder;
+    return suite.second.use_count() == 1 && suite.second->file_.path().parent_path() != folder;
   });
   return suites->emplace(path, std::make_shared<DefaultsSuite>(path)).first->second;
 }
@@ -109,48 +84,27 @@ void DefaultsSuite::addRegistered(const Dictionary& values) {
 }
 
 void DefaultsSuite::refresh() {
-  if (!isUpToDate()) load();
-}
-
-bool DefaultsSuite::isUpToDate() const {
-  struct stat state {};
-  if (::stat(path_.c_str(), &state) == 0) return file_.isOpen() && isSameState(state, state_);
-  return errno == ENOENT && !file_.isOpen() && !unreadable_;
+  if (!file_.isUpToDate()) load();
 }
 
 void DefaultsSuite::load() {
   stored_.clear();
   unreadable_ = nullptr;
   isCorrupt_ = false;
-  const auto text = open();
+  const auto text = file_.read();
   if (!text) {
-    file_ = NSFileHandle();
-    if (text.error()->code() == ENOENT) return;
     unreadable_ = text.error();
-    return reportOnce(unreadable_->localizedDescription() + "; it reads as empty");
+    return file_.reportOnce(unreadable_->localizedDescription() + "; it reads as empty");
   }
+  if (!*text) return;
   try {
-    stored_ = dictionaryFrom(*text);
-    lastReported_.clear();
+    stored_ = dictionaryFrom(**text);
+    file_.forgetReport();
   } catch (const DecodingError& error) {
     isCorrupt_ = true;
-    reportOnce("the defaults file \"" + path_.string() + "\" reads as empty: " + error.what());
+    file_.reportOnce("the defaults file \"" + file_.path().string() +
+                     "\" reads as empty: " + error.what());
   }
-}
-
-Result<std::string> DefaultsSuite::open() {
-  auto file = NSFileHandle::open(path_, O_RDONLY);
-  if (!file) return std::unexpected(file.error());
-  file_ = std::move(*file);
-  // Before the content, so that a change in between shows at the next look.
-  if (auto known = file_.getStatus(state_); !known) return std::unexpected(known.error());
-  return file_.readToEnd();
-}
-
-void DefaultsSuite::reportOnce(const std::string& problem) {
-  if (problem == lastReported_) return;
-  lastReported_ = problem;
-  Environment::current().report(problem);
 }
 
 void DefaultsSuite::apply(const Dictionary& changes) {
@@ -167,7 +121,7 @@ void DefaultsSuite::apply(const Dictionary& changes) {
 bool DefaultsSuite::canBeStored(const Dictionary& changes) const {
   const auto text = textFrom(changes);
   if (!text) {
-    Environment::current().report("the defaults file \"" + path_.string() +
+    Environment::current().report("the defaults file \"" + file_.path().string() +
                                   "\" can't take a value: " + text.error()->what());
   }
   return text.has_value();
@@ -184,17 +138,16 @@ bool DefaultsSuite::wouldChange(const Dictionary& changes) {
 }
 
 Result<void> DefaultsSuite::save(const Dictionary& changes) {
-  if (auto made = NSFileManager::createDirectory(path_.parent_path()); !made) return made;
-  const auto lock = FileLock::exclusive(lockFileOf(path_));
+  const auto lock = file_.lock();
   if (!lock) return std::unexpected(lock.error());
   const auto content = contentWith(changes);
   if (!content) return std::unexpected(content.error());
   const auto text = textFrom(content->values);
   if (!text) return std::unexpected(text.error());
   if (content->replacesCorruptFile) {
-    if (auto aside = moveAside(path_); !aside) return aside;
+    if (auto aside = file_.moveAside(); !aside) return aside;
   }
-  if (auto written = NSFileManager::write(*text, path_); !written) return written;
+  if (auto written = file_.write(*text); !written) return written;
   const std::scoped_lock reading(mutex_);
   load();
   unsaved_.clear();

@@ -1,15 +1,13 @@
 #pragma once
 
-#include "Foundation/NSFileHandle.h"
 #include "Foundation/PropertyList.h"
+#include "Foundation/SharedFile.h"
 
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
-
-#include <sys/stat.h>
 
 namespace platform {
 
@@ -23,7 +21,7 @@ class DefaultsSuite {
  public:
   using Dictionary = PropertyList::Dictionary;
 
-  explicit DefaultsSuite(std::filesystem::path path) : path_(std::move(path)) {}
+  explicit DefaultsSuite(std::filesystem::path path) : file_(std::move(path)) {}
   /// The suite of that name in the current environment's folder; one object per process and file.
   [[nodiscard]] static std::shared_ptr<DefaultsSuite> named(std::string_view name);
 
@@ -41,10 +39,7 @@ class DefaultsSuite {
   };
 
   void refresh();
-  [[nodiscard]] bool isUpToDate() const;
   void load();
-  [[nodiscard]] Result<std::string> open();
-  void reportOnce(const std::string& problem);
 
   [[nodiscard]] bool canBeStored(const Dictionary& changes) const;
   [[nodiscard]] bool wouldChange(const Dictionary& changes);
@@ -52,7 +47,6 @@ class DefaultsSuite {
   [[nodiscard]] Result<Content> contentWith(const Dictionary& changes);
   void keep(const Dictionary& changes);
 
-  const std::filesystem::path path_;
   std::mutex writing_;  ///< Taken for a whole write, before `mutex_`: readers don't wait for it.
   std::mutex mutex_;    ///< Guards what follows.
 
@@ -60,11 +54,9 @@ class DefaultsSuite {
   Dictionary unsaved_;     ///< Changes that could not be written yet.
   Dictionary registered_;  ///< What is read where a key has no value.
 
-  NSFileHandle file_;     ///< The file that was read. While it is open no other gets its inode.
-  struct stat state_ {};  ///< How `file_` was then.
-  ErrorPtr unreadable_;   ///< Why the file could not be read.
+  SharedFile file_;      ///< Its path and its lock need no mutex.
+  ErrorPtr unreadable_;  ///< Why the file could not be read.
   bool isCorrupt_ = false;
-  std::string lastReported_;
 };
 
 }  // namespace platform
