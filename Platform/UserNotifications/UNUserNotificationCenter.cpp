@@ -1,0 +1,238 @@
+#include "UserNotifications/UNUserNotificationCenter.h"
+
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/Environment.h"
+#include "Foundation/MainLoop.h"
+#include "UserNotifications/NotificationStore.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace platform {
+
+class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Service> {
+ public:
+  using Edit = std::move_only_function<Result<void>(NotificationRecords&)>;
+  using Delegate = std::weak_ptr<UNUserNotificationCenterDelegate>;
+
+  explicit Service(std::filesystem::path folder) : store_(std::move(folder)) {}
+
+  /// Many changes asked for in a row cost one write, or a few.
+  void change(Edit edit, Completion<void> completion = nullptr) {
+    const std::scoped_lock lock(mutex_);
+    waiting_.push_back({.edit = std::move(edit), .completion = std::move(completion)});
+    if (waiting_.size() == 1) async([](Service& service) { service.applyWaiting(); });
+  }
+
+  template <typename T>
+  void read(T NotificationRecords::*part, Handler<T> handler) {
+    async([part, handler = std::move(handler)](Service& service) mutable {
+      handler(service.store_.records().*part);
+    });
+  }
+
+  void setDelegate(Delegate delegate) {
+    async([delegate = std::move(delegate)](Service& service) mutable {
+      service.delegate_ = std::move(delegate);
+      service.toldBadge_.reset();
+      service.deliver();
+    });
+  }
+
+  void flush() const {
+    queue_.sync([] {});
+  }
+
+ private:
+  struct Change {
+    Edit edit;
+    Completion<void> completion;
+    Result<void> outcome = {};
+  };
+
+  template <typename Work>
+  void async(Work work) {
+    queue_.async([self = shared_from_this(), work = std::move(work)]() mutable { work(*self); });
+  }
+
+  void applyWaiting() {
+    std::vector<Change> changes;
+    {
+      const std::scoped_lock lock(mutex_);
+      changes.swap(waiting_);
+    }
+    const auto written = store_.change([&](NotificationRecords& records) {
+      for (Change& change : changes) change.outcome = change.edit(records);
+    });
+    for (Change& change : changes) {
+      if (change.completion) change.completion(written ? change.outcome : written);
+    }
+    deliver();
+  }
+
+  void deliver() {
+    Environment::current().timedWork().cancel(nextLook_);
+    if (delegate_.expired()) return;
+    std::vector<UNNotification> shown;
+    const Date now = Date::now();
+    if (store_.records().nextDue() <= now) {
+      const auto moved =
+          store_.change([&](NotificationRecords& records) { shown = records.deliverDue(now); });
+      // What is not on record as delivered would be shown again and again.
+      if (!moved) shown.clear();
+    }
+    tell(std::move(shown));
+    lookAgain(store_.records().nextDue().timeIntervalSince(now));
+  }
+
+  void tell(std::vector<UNNotification> shown) {
+    const std::int64_t badge = store_.records().badge;
+    const bool badgeIsNew = std::exchange(toldBadge_, badge) != badge;
+    if (shown.empty() && !badgeIsNew) return;
+    DispatchQueue::main().async([to = delegate_, shown = std::move(shown), badge, badgeIsNew] {
+      const auto delegate = to.lock();
+      if (!delegate) return;
+      for (const auto& notification : shown) delegate->willPresent(notification);
+      if (badgeIsNew) delegate->badgeDidChange(badge);
+    });
+  }
+
+  /// \param untilDue In seconds; not above 0 when what is due could not be delivered.
+  void lookAgain(TimeInterval untilDue) {
+    const TimeInterval wait = untilDue > 0 ? std::min(untilDue, recheckInterval) : recheckInterval;
+    Environment& environment = Environment::current();
+    nextLook_ =
+        environment.timedWork().schedule(environment.mediaTime() + wait, [weak = weak_from_this()] {
+          if (const auto self = weak.lock()) self->async([](Service& s) { s.deliver(); });
+        });
+  }
+
+  const DispatchQueue queue_{"velloro.platform.usernotifications", QualityOfService::userInitiated};
+  std::mutex mutex_;
+  std::vector<Change> waiting_;  // guarded by `mutex_`
+
+  // On the queue alone:
+  NotificationStore store_;
+  Delegate delegate_;
+  std::optional<std::int64_t> toldBadge_;
+  TimedWork::Token nextLook_;
+};
+
+UNUserNotificationCenter::UNUserNotificationCenter(std::filesystem::path folder)
+    : service_(std::make_shared<Service>(std::move(folder))) {}
+
+UNUserNotificationCenter UNUserNotificationCenter::currentNotificationCenter() {
+  static std::mutex mutex;
+  static auto* centers = new std::map<std::filesystem::path, UNUserNotificationCenter>;
+  const auto folder = notificationFolder();
+  const std::scoped_lock lock(mutex);
+  if (const auto known = centers->find(folder); known != centers->end()) return known->second;
+  std::erase_if(*centers, [](const auto& center) {  // those of an environment that has gone
+    return center.second.service_.use_count() == 1;
+  });
+  return centers->try_emplace(folder, folder).first->second;
+}
+
+void UNUserNotificationCenter::requestAuthorizationWithOptions(UNAuthorizationOptions options,
+                                                               Completion<bool> completionHandler) {
+  const auto granted = std::make_shared<bool>(false);
+  service_->change(
+      [options, granted](NotificationRecords& records) -> Result<void> {
+        records.authorize(options);
+        *granted = records.settings.authorizationStatus == UNAuthorizationStatus::authorized;
+        return {};
+      },
+      [granted, handler = std::move(completionHandler)](const Result<void>& done) mutable {
+        if (handler) handler(done ? Result<bool>(*granted) : std::unexpected(done.error()));
+      });
+}
+
+void UNUserNotificationCenter::getNotificationSettingsWithCompletionHandler(
+    Handler<UNNotificationSettings> handler) {
+  service_->read(&NotificationRecords::settings, std::move(handler));
+}
+
+void UNUserNotificationCenter::setNotificationSettings(const UNNotificationSettings& settings) {
+  service_->change([settings](NotificationRecords& records) -> Result<void> {
+    records.settings = settings;
+    return {};
+  });
+}
+
+void UNUserNotificationCenter::setNotificationCategories(
+    std::vector<UNNotificationCategory> categories) {
+  service_->change([categories = std::move(categories)](NotificationRecords& records) mutable {
+    return records.setCategories(std::move(categories));
+  });
+}
+
+void UNUserNotificationCenter::getNotificationCategoriesWithCompletionHandler(
+    Handler<std::vector<UNNotificationCategory>> handler) {
+  service_->read(&NotificationRecords::categories, std::move(handler));
+}
+
+void UNUserNotificationCenter::addNotificationRequest(UNNotificationRequest request,
+                                                      Completion<void> withCompletionHandler) {
+  service_->change(
+      [request = std::move(request)](NotificationRecords& records) mutable {
+        return records.add(std::move(request));
+      },
+      std::move(withCompletionHandler));
+}
+
+void UNUserNotificationCenter::getPendingNotificationRequestsWithCompletionHandler(
+    Handler<std::vector<UNNotificationRequest>> handler) {
+  service_->read(&NotificationRecords::pending, std::move(handler));
+}
+
+void UNUserNotificationCenter::getDeliveredNotificationsWithCompletionHandler(
+    Handler<std::vector<UNNotification>> handler) {
+  service_->read(&NotificationRecords::delivered, std::move(handler));
+}
+
+void UNUserNotificationCenter::removePendingNotificationRequestsWithIdentifiers(
+    const Identifiers& identifiers) {
+  service_->change([removed = std::set(identifiers.begin(), identifiers.end())](
+                       NotificationRecords& records) -> Result<void> {
+    records.removePending(removed);
+    return {};
+  });
+}
+
+void UNUserNotificationCenter::removeDeliveredNotificationsWithIdentifiers(
+    const Identifiers& identifiers) {
+  service_->change([removed = std::set(identifiers.begin(), identifiers.end())](
+                       NotificationRecords& records) -> Result<void> {
+    records.removeDelivered(removed);
+    return {};
+  });
+}
+
+void UNUserNotificationCenter::removeAllPendingNotificationRequests() {
+  service_->change([](NotificationRecords& records) -> Result<void> {
+    records.pending.clear();
+    return {};
+  });
+}
+
+void UNUserNotificationCenter::removeAllDeliveredNotifications() {
+  service_->change([](NotificationRecords& records) -> Result<void> {
+    records.delivered.clear();
+    return {};
+  });
+}
+
+void UNUserNotificationCenter::setDelegate(
+    std::weak_ptr<UNUserNotificationCenterDelegate> delegate) {
+  service_->setDelegate(std::move(delegate));
+}
+
+void UNUserNotificationCenter::flush() const {
+  service_->flush();
+}
+
+}  // namespace platform
