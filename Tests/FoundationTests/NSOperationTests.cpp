@@ -1,6 +1,7 @@
 #include "Foundation/NSOperation.h"
 #include "Foundation/NSOperationQueue.h"
 #include "Foundation/TestEnvironment.h"
+#include "OxKit/AsyncOperation.h"
 
 #include <thread>
 
@@ -12,30 +13,14 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Ends when it is told to.
-class Asynchronous : public NSOperation {
- public:
-  explicit Asynchronous(std::function<void(Asynchronous&)> work = [](auto&) {})
-      : work_(std::move(work)) {}
-  bool isExecuting() const override { return executing_; }
-  bool isFinished() const override { return finished_; }
-  void start() override {
-    if (isCancelled()) return complete();
-    changeValue(executing_, true, "isExecuting");
-    work_(*this);
-  }
-  void complete() {
-    if (completed_.exchange(true)) return;
-    changeValue(executing_, false, "isExecuting");
-    changeValue(finished_, true, "isFinished");
-  }
+using velloro::AsyncBlockOperation;
 
- private:
-  std::function<void(Asynchronous&)> work_;
-  std::atomic<bool> completed_ = false;
-  std::atomic<bool> executing_ = false;
-  std::atomic<bool> finished_ = false;
-};
+/// Ends when it is told to, or when it was cancelled before its start.
+std::shared_ptr<AsyncBlockOperation> asynchronous() {
+  return std::make_shared<AsyncBlockOperation>([](const auto& operation) {
+    if (operation->isCancelled()) operation->complete();
+  });
+}
 
 /// Operations that note when they run (their name) and that they have finished ("/" and the name).
 class NSOperationTest : public testing::Test {
@@ -69,7 +54,7 @@ TEST_F(NSOperationTest, RunOneAfterTheOtherAsTheyDepend) {
   queue.setMaxConcurrentOperationCount(1);
   const auto first = noting("first");
   const auto last = noting("last");
-  const auto remote = std::make_shared<Asynchronous>();
+  const auto remote = asynchronous();
   last->addDependency(first);
   last->addDependency(remote);
   for (const auto& operation : {last, first, noting("second")}) queue.addOperation(operation);
@@ -84,7 +69,7 @@ TEST_F(NSOperationTest, RunOneAfterTheOtherAsTheyDepend) {
 }
 
 TEST_F(NSOperationTest, FinishWithoutTheirWorkWhenCancelled) {
-  const auto never = std::make_shared<Asynchronous>();
+  const auto never = asynchronous();
   const auto cancelled = noting("cancelled");
   const auto follower = noting("follower");
   cancelled->addDependency(never);
@@ -101,7 +86,7 @@ TEST_F(NSOperationTest, FinishWithoutTheirWorkWhenCancelled) {
 
   queue.setSuspended(true);
   queue.addOperation(noting("suspended"));
-  queue.addOperation(std::make_shared<Asynchronous>());
+  queue.addOperation(asynchronous());
   queue.cancelAllOperations();
   environment.settle();
   EXPECT_EQ(queue.operationCount(), 2U);
@@ -114,8 +99,9 @@ TEST_F(NSOperationTest, OutliveTheirQueuesHandle) {
   {
     NSOperationQueue gone;
     gone.setMaxConcurrentOperationCount(1);
-    gone.addOperation(std::make_shared<Asynchronous>(
-        [this](Asynchronous& operation) { lock.asyncAfter(5, [&] { operation.complete(); }); }));
+    gone.addOperation(std::make_shared<AsyncBlockOperation>([this](const auto& operation) {
+      lock.asyncAfter(5, [operation] { operation->complete(); });
+    }));
     gone.addOperation(noting("next"));
     NSOperationQueue suspended;
     suspended.setSuspended(true);
@@ -135,11 +121,11 @@ TEST_F(NSOperationTest, KeepToTheLimitAndTheirOrderFromManyThreads) {
   const auto addChain = [&] {
     std::shared_ptr<NSOperation> previous;
     for (int i = 0; i < 100; ++i) {
-      auto operation = std::make_shared<Asynchronous>([&, previous](Asynchronous& self) {
+      auto operation = std::make_shared<AsyncBlockOperation>([&, previous](const auto& self) {
         if (++running > limit || (previous && !previous->isFinished())) isInOrder = false;
-        DispatchQueue::global().async([&] {
+        DispatchQueue::global().async([&, self] {
           --running;
-          self.complete();
+          self->complete();
         });
       });
       if (previous) operation->addDependency(previous);

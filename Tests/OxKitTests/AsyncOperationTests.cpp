@@ -1,5 +1,3 @@
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/NSOperationQueue.h"
 #include "OxKit/AsyncOperation.h"
 
 #include <string>
@@ -52,23 +50,6 @@ TEST(AsyncOperation, CompletesWithoutAStartOrABlock) {
   const auto meanwhile = early.addObserver("isExecuting", [&] { early.complete(); });
   early.start();
   EXPECT_FALSE(early.isExecuting());
-}
-
-TEST(AsyncOperation, KeepsItsPlaceInAQueueUntilItCompletes) {
-  NSOperationQueue queue;
-  queue.setMaxConcurrentOperationCount(1);
-  Steps steps;  // one operation at a time writes it
-  for (const char* name : {"a", "b"}) {
-    queue.addOperation(std::make_shared<AsyncBlockOperation>([&steps, name](auto operation) {
-      steps.push_back(std::string("start ") + name);
-      DispatchQueue::global().async([&steps, name, operation] {
-        steps.push_back(std::string("end ") + name);
-        operation->complete();
-      });
-    }));
-  }
-  queue.waitUntilAllOperationsAreFinished();
-  EXPECT_EQ(steps, (Steps{"start a", "end a", "start b", "end b"}));
 }
 
 TEST(AsyncOperation, IsStartedEvenWhenCancelled) {
