@@ -74,17 +74,20 @@ UNumberUnitWidth width(UnitStyle style) {
 }  // namespace
 
 struct NSMeasurementFormatter::Implementation {
+  using Formatter = icu::number::LocalizedNumberFormatter;
+
   UnitStyle unitStyle;
   NSNumberFormatter number;
-  std::array<Lazy<icu::number::LocalizedNumberFormatter>, std::size(units)> formatters = {};
+  // One takes a kilobyte, and most measurement formatters write but one unit.
+  std::array<Lazy<std::unique_ptr<Formatter>>, std::size(units)> formatters = {};
 
-  [[nodiscard]] const icu::number::LocalizedNumberFormatter& icuFormatter(Unit unit) const {
+  [[nodiscard]] const Formatter& icuFormatter(Unit unit) const {
     const auto index = static_cast<std::size_t>(unit);
-    return formatters[index].get([&] {
-      return localized(icuNumberFormatter(number.settings())
-                           .unit(units[index].make())
-                           .unitWidth(width(unitStyle)),
-                       number.settings());
+    return *formatters[index].get([&] {
+      return std::make_unique<Formatter>(localized(icuNumberFormatter(number.settings())
+                                                       .unit(units[index].make())
+                                                       .unitWidth(width(unitStyle)),
+                                                   number.settings()));
     });
   }
 };

@@ -136,7 +136,6 @@ struct TaskDisplayTitle {
            key("localizedSecondary", &TaskDisplayTitle::localizedSecondary));
 };
 
-/// For arguments and logs; they are not stored.
 constexpr auto rawValues(std::type_identity<TaskDisplayTitle::Context>) {
   return caseNames<TaskDisplayTitle::Context::notificationBracket>();
 }

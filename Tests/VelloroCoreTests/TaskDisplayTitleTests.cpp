@@ -1,5 +1,6 @@
 #include "Foundation/NSFileManager.h"
 #include "Foundation/TestEnvironment.h"
+#include "Support/Fixtures.h"
 #include "Support/VisibleText.h"
 #include "VelloroCore/HealthTitle.h"
 #include "VelloroCore/TaskTitleAttributedString.h"
@@ -297,6 +298,8 @@ TEST_F(TaskDisplayTitleTest, IsWrittenForALiveAmount) {
 }
 
 TEST_F(TaskDisplayTitleTest, IsARichText) {
+  expectRawValues<TaskDisplayTitle::TitleIcon>(
+      {"health", "timed", "negative", "paused", "hourGlass"});
   using Config = TaskDisplayTitle::AttributedStringConfig;
   using enum TaskDisplayTitle::QuantityPosition;
   const CGColor white{1, 1, 1, 1}, grey{0.5, 0.5, 0.5, 1}, red{1, 0, 0, 1};
