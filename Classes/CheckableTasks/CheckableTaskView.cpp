@@ -3,6 +3,7 @@
 #include "CheckableTasks/CheckableTaskPainter.h"
 #include "Foundation/DispatchQueue.h"
 #include "Foundation/Environment.h"
+#include "OxCheckableTasks/CheckableTaskTextKeys.h"
 #include "OxKit/AccessibilityLabel.h"
 #include "OxKit/Localization.h"
 #include "VelloroCore/FormatManager.h"
@@ -325,19 +326,18 @@ std::string CheckableTaskView::accessibilityLabel() const {
 
 std::string CheckableTaskView::stateSentence() const {
   const FormatManager& formats = FormatManager::shared();
-  const bool isNegative = configuration_.habitMode == HabitMode::negative;
-  const std::string done = isNegative ? "VoiceoverTaskMissed" : "VoiceoverTaskComplete";
+  const auto& sentences = configuration_.habitMode == HabitMode::negative
+                              ? checkable_task_text::negative
+                              : checkable_task_text::positive;
   const int segments = configuration_.numSegments;
-  if (state_ != State::checkable) return localized(done);
+  if (state_ != State::checkable) return localized(sentences.done);
   if (hasPartialCompletions()) {
     const double steps = std::round(progress() * segments);
-    return localized(done + "TimesPerDay", {formats.integerFormatter.string(steps),
-                                            formats.integerFormatter.string(segments)});
+    return localized(sentences.timesPerDay, {formats.integerFormatter.string(steps),
+                                             formats.integerFormatter.string(segments)});
   }
-  if (progress() > 0) {
-    return localized(done + "Pct", {formats.voiceoverPercentageFormatter.string(progress())});
-  }
-  return localized(isNegative ? "VoiceoverTaskComplete" : "VoiceoverTaskIncomplete");
+  if (!(progress() > 0)) return localized(sentences.open);
+  return localized(sentences.pct, {formats.voiceoverPercentageFormatter.string(progress())});
 }
 
 }  // namespace velloro

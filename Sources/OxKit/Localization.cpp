@@ -3,10 +3,25 @@
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSDateFormatter.h"
 
+#include <algorithm>
+#include <cassert>
+
 namespace velloro {
+namespace {
+
+bool fits(char kind, const LocalizedArgument& argument) {
+  return kind == 't' || !std::holds_alternative<std::string>(argument);
+}
+
+}  // namespace
 
 std::string localized(std::string_view key, const std::vector<LocalizedArgument>& arguments) {
   return NSBundle::main().localizedString(key, arguments);
+}
+
+std::string localized(const LocalizedKey& key, const std::vector<LocalizedArgument>& arguments) {
+  assert(std::ranges::equal(key.arguments, arguments, fits) && "not what the key's text takes");
+  return localized(key.key, arguments);
 }
 
 bool uses24HourTime(const NSDateFormatter& formatter) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/LocalizedStrings.h"
+#include "OxKit/LocalizedKey.h"
 #include "OxKit/Platform.h"
 
 #include <string>
@@ -18,6 +19,9 @@ namespace velloro {
 ///
 ///     localized("distance.steps", {1200});     // "1,200 steps"
 [[nodiscard]] std::string localized(std::string_view key,
+                                    const std::vector<LocalizedArgument>& arguments = {});
+/// The same for a key that says what its text takes; the arguments must be that.
+[[nodiscard]] std::string localized(const LocalizedKey& key,
                                     const std::vector<LocalizedArgument>& arguments = {});
 
 /// Whether the readers of a formatter's texts count hours 0 to 23, whatever its own pattern does.

@@ -1,5 +1,6 @@
 #include "VelloroCore/CaptionIcons.h"
 
+#include "OxCheckableTasks/CheckableTaskTextKeys.h"
 #include "OxKit/Localization.h"
 
 #include <algorithm>
@@ -101,7 +102,7 @@ class Signs {
 
 std::optional<std::string> CaptionIcon::accessibilityLabel() const {
   if (kind != Kind::bestStreak) return std::nullopt;
-  return localized("TrophyRoom.BestStreak");
+  return localized(checkable_task_text::bestStreak);
 }
 
 std::string CaptionIcon::id() const {

@@ -4,7 +4,7 @@
 #include "OxKit/KeptForLocale.h"
 #include "OxKit/Localization.h"
 #include "OxKit/Numbers.h"
-#include "VelloroCore/HealthTitleKey.h"
+#include "VelloroCore/TitleTextKeys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -208,7 +208,7 @@ std::string FormatManager::formattedMilligrams(double quantity, bool includeUnit
 
 std::string FormatManager::formattedMicrograms(double quantity, bool includeUnit) const {
   const auto number = taskQuantityDietaryMassFormatter.numberFormatter().string(quantity);
-  return includeUnit ? localized(microgramsKey, {number}) : number;
+  return includeUnit ? localized(title_text::micrograms, {number}) : number;
 }
 
 std::string FormatManager::formattedTimeOfDay(const HHMMSS& time) const {
@@ -219,7 +219,7 @@ std::string FormatManager::formattedTimeOfDay(const HHMMSS& time) const {
 std::string FormatManager::formattedDateRange(Date from, Date to, const TimeZone& timeZone) const {
   const std::string first = dateFormatterMedium.string(from, timeZone);
   const std::string last = dateFormatterMedium.string(to, timeZone);
-  return first == last ? first : localized("DateRange", {first, last});
+  return first == last ? first : localized(title_text::dateRange, {first, last});
 }
 
 }  // namespace velloro

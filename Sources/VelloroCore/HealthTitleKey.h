@@ -40,8 +40,4 @@ struct HealthTitleForm {
 /// that has no name of its own there.
 [[nodiscard]] std::optional<std::string_view> predefinedTitleKey(HealthType type);
 
-/// The key of the text around an amount in micrograms, whose sign differs from language to
-/// language.
-inline constexpr std::string_view microgramsKey = "quantityformatter.mass.mass_mcg";
-
 }  // namespace velloro

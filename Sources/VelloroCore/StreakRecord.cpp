@@ -4,24 +4,13 @@
 #include "OxKit/Localization.h"
 #include "VelloroCore/CompletionStatusRow.h"
 #include "VelloroCore/FormatManager.h"
+#include "VelloroCore/StreakTextKeys.h"
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace velloro {
 namespace {
-
-struct QuantityKey {
-  TaskFrequencyPeriodType value;
-  std::string_view key;
-};
-
-constexpr QuantityKey quantityKeys[] = {{TaskFrequencyPeriodType::day, "days.quantity"},
-                                        {TaskFrequencyPeriodType::week, "weeks.quantity"},
-                                        {TaskFrequencyPeriodType::fortnight, "fortnights.quantity"},
-                                        {TaskFrequencyPeriodType::month, "months.quantity"},
-                                        {TaskFrequencyPeriodType::year, "years.quantity"}};
 
 /// The length whose multiples are milestones of a run; 0 for a run that has none yet.
 std::int64_t milestoneUnit(std::int64_t run) {
@@ -87,7 +76,7 @@ std::string StreakRecord::localizedCurrentWithZero() const {
 
 std::string StreakRecord::localizedWithMeasurementDuration(
     TaskFrequencyPeriodType measurementDuration) const {
-  return localized(rowOf(quantityKeys, measurementDuration).key, {current});
+  return localized(rowOf(streakLengthKeys, measurementDuration).key, {current});
 }
 
 }  // namespace velloro

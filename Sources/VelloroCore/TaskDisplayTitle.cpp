@@ -1,6 +1,7 @@
 #include "VelloroCore/TaskDisplayTitle.h"
 
 #include "OxKit/Localization.h"
+#include "VelloroCore/TitleTextKeys.h"
 
 namespace velloro {
 namespace {
@@ -44,7 +45,7 @@ std::optional<std::string> TaskDisplayTitle::localizedTitle(Context context) con
   const Shown parts = shown(context);
   if (!parts.text) return parts.quantity;
   if (!parts.quantity) return parts.text;
-  return localized("TaskTitle.WithQuantity", {*parts.text, *parts.quantity});
+  return localized(title_text::withQuantity, {*parts.text, *parts.quantity});
 }
 
 TaskDisplayTitle DisplayTitleType::title(const TaskDisplayTitle::Quantity& quantity) const {

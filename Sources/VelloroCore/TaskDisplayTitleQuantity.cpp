@@ -2,6 +2,7 @@
 #include "OxKit/Numbers.h"
 #include "VelloroCore/FormatManager.h"
 #include "VelloroCore/TaskDisplayTitle.h"
+#include "VelloroCore/TitleTextKeys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,14 +24,14 @@ struct Measured {
 
 /// By a text that takes the number for its plural, cut to a whole one where the text is so.
 struct Counted {
-  std::string_view key;
+  LocalizedKey key;
   NSNumberFormatter F::*number = &F::integerFormatter;
   bool isCut = false;
 };
 
 /// By a text around the written number.
 struct Enclosed {
-  std::string_view key;
+  LocalizedKey key;
   NSNumberFormatter F::*number;
 };
 
@@ -53,22 +54,20 @@ constexpr UnitRow unitRows[] = {
     {TypeUnit::distanceMeters, Measured{&F::taskQuantityWholeFormatter, Measure::meters}, 0.1},
     {TypeUnit::distanceMiles, Measured{&F::taskQuantityTenthFormatter, Measure::miles}, 0.1},
     {TypeUnit::distanceYards, Measured{&F::taskQuantityWholeFormatter, Measure::yards}, 0.1},
-    {TypeUnit::steps, Counted{"distance.steps"}},
-    {TypeUnit::pushes, Counted{"distance.pushes"}},
-    {TypeUnit::drinks, Counted{"quantity.drinks"}},
-    {TypeUnit::fluidOuncesUS,
-     Enclosed{"quantityformatter.volume.ounces", &F::taskQuantityVolumeOunces}, 1},
-    {TypeUnit::litres, Enclosed{"quantityformatter.volume.litres", &F::taskQuantityVolumeLitres},
+    {TypeUnit::steps, Counted{title_text::steps}},
+    {TypeUnit::pushes, Counted{title_text::pushes}},
+    {TypeUnit::drinks, Counted{title_text::drinks}},
+    {TypeUnit::fluidOuncesUS, Enclosed{title_text::ounces, &F::taskQuantityVolumeOunces}, 1},
+    {TypeUnit::litres, Enclosed{title_text::litres, &F::taskQuantityVolumeLitres}, 0.1},
+    {TypeUnit::millilitres, Enclosed{title_text::millilitres, &F::taskQuantityVolumeMillilitres},
      0.1},
-    {TypeUnit::millilitres,
-     Enclosed{"quantityformatter.volume.mls", &F::taskQuantityVolumeMillilitres}, 0.1},
-    {TypeUnit::cupsUS, Counted{"volume.cups", &F::taskQuantityVolumeCups, true}, 1},
+    {TypeUnit::cupsUS, Counted{title_text::cups, &F::taskQuantityVolumeCups, true}, 1},
     {TypeUnit::calories, Measured{&F::taskQuantityEnergyFormatter, Measure::kilocalories}},
     {TypeUnit::kilojoules, Measured{&F::taskQuantityEnergyFormatter, Measure::kilojoules}},
     {TypeUnit::durationSeconds, Duration{}},
     {TypeUnit::durationMinutes, Duration{}},
     {TypeUnit::durationHours, Duration{}},
-    {TypeUnit::flights, Counted{"distance.flights"}},
+    {TypeUnit::flights, Counted{title_text::flights}},
     {TypeUnit::milligrams, Mass{&F::formattedMilligrams}},
     {TypeUnit::micrograms, Mass{&F::formattedMicrograms}},
     {TypeUnit::grams, Mass{&F::formattedGrams}},

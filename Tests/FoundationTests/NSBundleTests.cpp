@@ -123,21 +123,5 @@ TEST(NSBundle, KnowsItself) {
   EXPECT_THAT(NSBundle::main().infoDictionary(), ::testing::UnorderedElementsAreArray(entries));
 }
 
-/// Every text of the program's own tables, in every language: a message that takes its arguments,
-/// under a key that English has too.
-TEST(NSBundle, HasSoundTables) {
-  TestEnvironment environment;
-  const auto& strings = LocalizedStrings::inFolder(environment.directories().resources);
-  const auto english = strings.keys("en");
-  EXPECT_THAT(english, ::testing::Contains("distance.steps"));
-  for (const std::string& language : strings.localizations()) {
-    for (const std::string& key : strings.keys(language)) {
-      EXPECT_TRUE(std::ranges::binary_search(english, key)) << language << ": " << key;
-      EXPECT_FALSE(strings.text(key, {1, 2, 3, 4}, Locale::fromIdentifier(language)).empty());
-    }
-  }
-  EXPECT_THAT(environment.reports(), IsEmpty());
-}
-
 }  // namespace
 }  // namespace platform

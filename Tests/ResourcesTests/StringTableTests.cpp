@@ -1,0 +1,179 @@
+#include "Foundation/Environment.h"
+#include "Foundation/LocalizedStrings.h"
+#include "Foundation/NSFileManager.h"
+#include "Foundation/PropertyList.h"
+#include "Foundation/TestEnvironment.h"
+#include "OxCheckableTasks/CheckableTaskTextKeys.h"
+#include "OxHealthKit/OxHKWorkoutActivityType.h"
+#include "OxKit/Localization.h"
+#include "VelloroCore/HealthTitleKey.h"
+#include "VelloroCore/NotificationTextKeys.h"
+#include "VelloroCore/ReminderWordingKeys.h"
+#include "VelloroCore/StreakTextKeys.h"
+#include "VelloroCore/TitleTextKeys.h"
+
+#include <map>
+#include <set>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unicode/messagepattern.h>
+#include <unicode/plurrule.h>
+
+namespace velloro {
+namespace {
+
+using Table = std::map<std::string, std::string>;
+
+/// The keys of health types' words: of every type in every unit, form and choice of speed.
+std::set<std::string> healthKeys() {
+  std::set<std::string> keys;
+  const auto add = [&](HealthType type, const TaskTarget& target) {
+    for (const HealthTitleForm form :
+         {HealthTitleForm{}, {true, false}, {false, true}, {true, true}}) {
+      if (const auto key = titleKey(type, target, form)) keys.insert(*key);
+    }
+  };
+  for (const auto& row : health_type_detail::rows) {
+    if (const auto key = predefinedTitleKey(row.value)) keys.emplace(*key);
+    for (const TypeUnit unit : row.units.options) {
+      for (const double quantity : {0., 1.}) {
+        add(row.value, {quantity, unit, {}});
+        for (const TypeSpeed speed : row.speeds.options) add(row.value, {quantity, unit, {speed}});
+      }
+    }
+  }
+  return keys;
+}
+
+/// All that the code can ask for, with the kinds of the arguments.
+Table askedKeys() {
+  Table asked;
+  const auto add = [&](const LocalizedKey& key) {
+    EXPECT_TRUE(asked.emplace(key.key, key.arguments).second) << key.key;
+  };
+  for (const std::string& key : healthKeys()) add({key, ""});
+  for (const auto activity : allCases<OxHKWorkoutActivityType>()) add({titleKey(activity), ""});
+  for (const LocalizedKey& key : title_text::all) add(key);
+  for (const LocalizedKey& key : checkable_task_text::all) add(key);
+  for (const LocalizedKey& key : notification_text::all) add(key);
+  for (const auto& row : streakLengthKeys) add(row.key);
+  add(withCurrentAndBestStreak);
+  for (const LocalizedKey& key : reminder_wording::dayNames) add(key);
+  for (const auto& wording : reminder_wording::all) {
+    add(wording.withTaskName);
+    add(wording.noTask);
+  }
+  for (const auto& row : reminder_wording::progress) {
+    add(row.target.withTaskName);
+    add(row.target.noTask);
+    add(row.bracket);
+  }
+  return asked;
+}
+
+bool isOfThemes(std::string_view key) {
+  return key.starts_with("ColorScheme.") || key.starts_with("Theme");
+}
+
+Table tableOf(const std::string& language) {
+  const auto path = Environment::current().directories().resources / language / "Localizable.json";
+  const auto list = PropertyList::fromJSON(NSFileManager::contents(path).value());
+  Table texts;
+  for (const auto& [key, value] : *list.dictionary()) texts.emplace(key, *value.text());
+  return texts;
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+/// The plural categories that numbers of a language have, decided by ICU from the numbers alone.
+std::set<std::string> categoriesOf(const std::string& language) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::PluralRules> rules(
+      icu::PluralRules::forLocale(icu::Locale(language.c_str()), status));
+  std::set<std::string> categories{"other"};
+  for (const double number : {0., 1., 2., 3., 5., 11., 21., 22., 100., 1.5}) {
+    categories.insert(utf8(rules->select(number)));
+  }
+  return categories;
+}
+
+/// What a message takes: for each placeholder 'n' or 't', '-' for one that is left out. Plurals
+/// must have the given categories, no more and no fewer.
+std::string argumentsOf(const std::string& text, const std::set<std::string>& categories) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::MessagePattern pattern(icu::UnicodeString::fromUTF8(text), nullptr, status);
+  if (U_FAILURE(status) != 0) return "no message";
+  std::string kinds;
+  for (std::int32_t i = 0; i < pattern.countParts(); ++i) {
+    const icu::MessagePattern::Part& part = pattern.getPart(i);
+    if (part.getType() != UMSGPAT_PART_TYPE_ARG_START) continue;
+    const auto number = static_cast<std::size_t>(pattern.getPart(i + 1).getValue());
+    kinds.resize(std::max(kinds.size(), number + 1), '-');
+    const bool isPlural = part.getArgType() == UMSGPAT_ARG_TYPE_PLURAL;
+    EXPECT_TRUE(isPlural || part.getArgType() == UMSGPAT_ARG_TYPE_NONE) << text;
+    if (kinds[number] != 'n') kinds[number] = isPlural ? 'n' : 't';
+    if (!isPlural) continue;
+    std::set<std::string> forms;
+    for (std::int32_t j = i + 2; j < pattern.getLimitPartIndex(i); ++j) {
+      const icu::MessagePattern::Part& form = pattern.getPart(j);
+      if (form.getType() == UMSGPAT_PART_TYPE_ARG_SELECTOR) {
+        forms.insert(utf8(pattern.getSubstring(form)));
+      }
+    }
+    EXPECT_EQ(forms, categories) << text;
+  }
+  return kinds;
+}
+
+/// Whether a text that takes `taken` does for code that gives `given`: a number can be shown as it
+/// stands, but a text can't be counted.
+bool serves(const std::string& taken, const std::string& given) {
+  return std::ranges::equal(taken, given,
+                            [](char t, char g) { return t == g || (t == 't' && g == 'n'); });
+}
+
+TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
+  TestEnvironment environment;
+  const Table asked = askedKeys();
+  const auto& languages =
+      LocalizedStrings::inFolder(environment.directories().resources).localizations();
+  EXPECT_THAT(languages, ::testing::ElementsAre("ar", "en", "pl"));
+  for (const std::string& language : languages) {
+    SCOPED_TRACE(language);
+    const auto categories = categoriesOf(language);
+    const Table texts = tableOf(language);
+    for (const auto& [key, arguments] : asked) {
+      EXPECT_TRUE(texts.contains(key)) << "no text: " << key;
+    }
+    for (const auto& [key, text] : texts) {
+      const auto found = asked.find(key);
+      if (found == asked.end() && isOfThemes(key)) continue;
+      if (found == asked.end()) {
+        ADD_FAILURE() << "never asked for: " << key;
+        continue;
+      }
+      const std::string taken = argumentsOf(text, categories);
+      EXPECT_TRUE(serves(taken, found->second)) << key << " takes " << taken << ": " << text;
+    }
+  }
+}
+
+TEST(StringTables, CountByTheRulesOfTheirLanguage) {
+  TestEnvironment environment;
+  const std::tuple<const char*, double, const char*> cases[] = {
+      {"en_US", 1, "1 day"},    {"en_US", 1200, "1,200 days"}, {"pl_PL", 1, "1 dzień"},
+      {"pl_PL", 22, "22 dni"},  {"pl_PL", 1.5, "1,5 dnia"},    {"ar_AE", 2, "يومان"},
+      {"ar_AE", 11, "11 يومًا"}, {"ar_AE", 100, "100 يوم"}};
+  for (const auto& [locale, number, shown] : cases) {
+    environment.setLocale(locale);
+    EXPECT_EQ(localized(streakLengthKeys[0].key, {number}), shown) << locale << " " << number;
+  }
+  EXPECT_THAT(environment.reports(), ::testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace velloro
