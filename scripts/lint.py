@@ -20,7 +20,7 @@ TEST_SHARE = (20, 36)
 
 # Third-party headers by the first part of their name; under Platform/ any other is welcome too.
 TEST_LIBRARIES = {"gtest", "gmock", "benchmark"}
-ORACLES = {"unicode", "cctz", "libical"}
+ORACLES = {"unicode", "cctz", "libical", "sqlite3"}
 THIRD_PARTY = {
     "Apps": {"CLI"},
     "Tests": TEST_LIBRARIES | ORACLES,

@@ -1,0 +1,43 @@
+#include "CoreData/NSEntityDescription.h"
+
+#include "CoreData/NSManagedObject.h"
+
+#include <algorithm>
+
+namespace platform {
+namespace {
+
+template <typename Property>
+const Property* find(const std::vector<Property>& properties, std::string_view name) {
+  const auto found = std::ranges::find(properties, name, &Property::name);
+  return found != properties.end() ? &*found : nullptr;
+}
+
+}  // namespace
+
+NSEntityDescription::NSEntityDescription(std::string name, Factory factory)
+    : name_(std::move(name)), factory_(factory) {}
+
+const NSAttributeDescription* NSEntityDescription::attribute(std::string_view name) const {
+  return find(attributes_, name);
+}
+
+const NSRelationshipDescription* NSEntityDescription::relationship(std::string_view name) const {
+  return find(relationships_, name);
+}
+
+std::size_t NSEntityDescription::add(NSAttributeDescription attribute) {
+  attributes_.push_back(std::move(attribute));
+  return attributes_.size() - 1;
+}
+
+std::size_t NSEntityDescription::add(NSRelationshipDescription relationship) {
+  relationships_.push_back(std::move(relationship));
+  return relationships_.size() - 1;
+}
+
+std::shared_ptr<NSManagedObject> NSEntityDescription::makeObject() const {
+  return factory_ != nullptr ? factory_() : std::make_shared<NSManagedObject>();
+}
+
+}  // namespace platform

@@ -1,0 +1,132 @@
+#include "CoreData/NSManagedObject.h"
+
+#include "CoreData/NSManagedObjectContext.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace platform {
+
+using Storage = NSRelationshipDescription::Storage;
+
+std::map<std::string, PropertyValue> NSManagedObject::changedValues() const {
+  std::map<std::string, PropertyValue> result;
+  const auto add = [&](std::size_t slot) { result[entity().slots()[slot].name] = values_[slot]; };
+  for (const Change& change : changes_) add(change.slot);
+  for (std::size_t slot = 0; isInserted() && slot < values_.size(); ++slot) {
+    if (values_[slot] != entity().slots()[slot].defaultValue) add(slot);
+  }
+  return result;
+}
+
+const PropertyValue& NSManagedObject::slotValue(std::size_t slot) const {
+  assert((context_ == nullptr || context_->isOnQueue()) && "an object is used off its queue");
+  if (isFault_) [[unlikely]]
+    load();
+  return values_[slot];
+}
+
+/// Reading makes an object whole, and may find that it has gone: neither is a change.
+void NSManagedObject::load() const {
+  auto& self = const_cast<NSManagedObject&>(*this);
+  if (context_ != nullptr && context_->load(self)) return;
+  self.values_.clear();
+  for (const auto& slot : entity().slots()) self.values_.push_back(slot.defaultValue);
+}
+
+void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
+  if (slotValue(slot) == value) return;
+  std::swap(values_[slot], value);
+  if (state_ != State::saved && state_ != State::updated) return;
+  const auto known = std::ranges::find(changes_, slot, &Change::slot);
+  if (known == changes_.end()) {
+    changes_.push_back({slot, std::move(value)});
+  } else if (known->saved == values_[slot]) {
+    changes_.erase(known);
+  }
+  context_->noteChange(*this);
+}
+
+NSManagedObject::Objects NSManagedObject::members(
+    const NSRelationshipDescription& relationship) const {
+  if (relationship.storage != Storage::own) {
+    return context_ != nullptr ? context_->members(*this, relationship) : Objects();
+  }
+  const auto* id = std::get_if<NSManagedObjectID>(&slotValue(relationship.slot));
+  if (id == nullptr || context_ == nullptr) return {};
+  auto member = context_->objectWithID(*id);
+  return member->isDeleted() ? Objects() : Objects{std::move(member)};
+}
+
+void NSManagedObject::setMember(const NSRelationshipDescription& toOne, NSManagedObject* member) {
+  const NSRelationshipDescription* inverse = toOne.inverse;
+  if (toOne.storage == Storage::inverse) {
+    for (const auto& former : members(toOne)) {
+      if (former.get() != member) former->setMember(*inverse, nullptr);
+    }
+    if (member != nullptr) member->setMember(*inverse, this);
+    return;
+  }
+  if (member != nullptr && inverse != nullptr && !inverse->isToMany) {
+    for (const auto& rival : member->members(*inverse)) {
+      if (rival.get() != this) rival->setSlotValue(toOne.slot, {});
+    }
+  }
+  setSlotValue(toOne.slot, member != nullptr ? PropertyValue(member->id_) : PropertyValue());
+}
+
+void NSManagedObject::addMember(const NSRelationshipDescription& toMany, NSManagedObject& member) {
+  if (toMany.storage == Storage::inverse) return member.setMember(*toMany.inverse, this);
+  if (context_ != nullptr) context_->setLink(toMany, *this, member, true);
+}
+
+void NSManagedObject::removeMember(const NSRelationshipDescription& toMany,
+                                   NSManagedObject& member) {
+  if (toMany.storage != Storage::inverse) {
+    if (context_ != nullptr) context_->setLink(toMany, *this, member, false);
+  } else if (member.slotValue(toMany.inverse->slot) == PropertyValue(id_)) {
+    member.setSlotValue(toMany.inverse->slot, {});
+  }
+}
+
+void NSManagedObject::takeValues(std::int64_t version, PropertyValues values) {
+  version_ = version;
+  values_ = std::move(values);
+  isFault_ = false;
+}
+
+/// A newer row under unsaved changes: what was changed here stays, the rest becomes the row's.
+void NSManagedObject::mergeValues(std::int64_t version, PropertyValues values) {
+  for (Change& change : changes_) {
+    change.saved = std::exchange(values[change.slot], std::move(values_[change.slot]));
+  }
+  takeValues(version, std::move(values));
+}
+
+void NSManagedObject::becomeFault() {
+  values_.clear();
+  changes_.clear();
+  isFault_ = true;
+}
+
+void NSManagedObject::detach() {
+  context_ = nullptr;
+  state_ = State::detached;
+  changes_.clear();
+}
+
+std::any NSManagedObject::transformed(std::size_t slot, const std::string& transformerName) const {
+  const auto* data = std::get_if<Data>(&slotValue(slot));
+  const auto transformer = NSValueTransformer::valueTransformerForName(transformerName);
+  return data != nullptr && transformer ? transformer->reverseTransformedValue(*data) : std::any();
+}
+
+void NSManagedObject::setTransformed(std::size_t slot, const std::string& transformerName,
+                                     const std::any& value) {
+  const auto transformer = NSValueTransformer::valueTransformerForName(transformerName);
+  const auto data =
+      transformer && value.has_value() ? transformer->transformedValue(value) : std::nullopt;
+  setSlotValue(slot, data ? PropertyValue(*data) : PropertyValue());
+}
+
+}  // namespace platform

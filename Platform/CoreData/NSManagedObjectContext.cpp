@@ -1,0 +1,322 @@
+#include "CoreData/NSManagedObjectContext.h"
+
+#include "CoreData/FetchPlan.h"
+#include "CoreData/NSPersistentStoreCoordinator.h"
+#include "CoreData/SqliteStore.h"
+#include "CoreData/StoreHistory.h"
+#include "Foundation/Environment.h"
+
+#include <algorithm>
+#include <cassert>
+#include <limits>
+
+namespace platform {
+
+using Storage = NSRelationshipDescription::Storage;
+
+namespace {
+
+/// Counted upwards from far below 0, so that the order of temporary IDs is their age.
+std::int64_t newTemporaryKey() {
+  static std::atomic<std::int64_t> last = std::numeric_limits<std::int64_t>::min();
+  return ++last;
+}
+
+const std::vector<NSManagedObjectID>& idsUnder(const char* key,
+                                               const NSManagedObjectContext::UserInfo& changes) {
+  static const auto* none = new std::vector<NSManagedObjectID>;
+  const auto found = changes.find(key);
+  if (found == changes.end()) return *none;
+  const auto* ids = std::any_cast<std::vector<NSManagedObjectID>>(&found->second);
+  return ids != nullptr ? *ids : *none;
+}
+
+}  // namespace
+
+std::shared_ptr<NSManagedObjectContext> NSManagedObjectContext::make(
+    std::shared_ptr<NSPersistentStoreCoordinator> coordinator, ConcurrencyType concurrencyType) {
+  const DispatchQueue queue = concurrencyType == ConcurrencyType::mainQueue
+                                  ? DispatchQueue::main()
+                                  : DispatchQueue("coredata.context");
+  std::shared_ptr<NSManagedObjectContext> context(
+      new NSManagedObjectContext(std::move(coordinator), queue));
+  context->coordinator_->add(context);
+  return context;
+}
+
+NSManagedObjectContext::NSManagedObjectContext(
+    std::shared_ptr<NSPersistentStoreCoordinator> coordinator, DispatchQueue queue)
+    : coordinator_(std::move(coordinator)), queue_(std::move(queue)) {}
+
+NSManagedObjectContext::~NSManagedObjectContext() {
+  for (const auto& [id, weak] : objects_) {
+    if (const auto object = weak.lock()) object->detach();
+  }
+}
+
+void NSManagedObjectContext::perform(Block block) {
+  queue_.async([self = shared_from_this(), block = std::move(block)]() mutable { block(); });
+}
+
+std::shared_ptr<SqliteStore> NSManagedObjectContext::store() const {
+  return coordinator_->store();
+}
+
+std::shared_ptr<NSManagedObject> NSManagedObjectContext::insert(std::string_view entityName) {
+  assert(isOnQueue() && "a context is used off its queue");
+  const NSEntityDescription* entity = coordinator_->managedObjectModel().entity(entityName);
+  if (entity == nullptr) {
+    throw StoreError(StoreError::Kind::invalidRequest,
+                     "the model has no entity \"" + std::string(entityName) + "\"");
+  }
+  auto object = registerFault({entity, newTemporaryKey()});
+  PropertyValues values;
+  values.reserve(entity->slots().size());
+  for (const auto& slot : entity->slots()) values.push_back(slot.defaultValue);
+  object->takeValues(0, std::move(values));
+  object->state_ = State::inserted;
+  inserted_.emplace_hint(inserted_.end(), object->id_, object);
+  return object;
+}
+
+void NSManagedObjectContext::deleteObject(NSManagedObject& object) {
+  assert(isOnQueue() && "a context is used off its queue");
+  if (object.context_ != this || object.isDeleted()) return;
+  const auto kept = object.shared_from_this();
+  letGo(object);
+  if (object.context_ != this) return;  // it turned out to have gone already
+  if (object.isInserted()) {
+    inserted_.erase(object.id_);
+    return detach(object);
+  }
+  updated_.erase(object.id_);
+  object.state_ = State::deleted;
+  deleted_.emplace(object.id_, kept);
+}
+
+/// What a deletion does at the other ends of the object's relations.
+void NSManagedObjectContext::letGo(NSManagedObject& object) {
+  const State state = std::exchange(object.state_, State::deleted);  // ends circles
+  std::vector<std::shared_ptr<NSManagedObject>> owned;
+  for (const NSRelationshipDescription& relationship : object.entity().relationships()) {
+    const bool owns = relationship.deleteRule == NSDeleteRule::cascade;
+    if (!owns && relationship.storage == Storage::own) continue;
+    for (const auto& member : object.members(relationship)) {
+      if (owns) {
+        owned.push_back(member);
+      } else if (relationship.storage == Storage::inverse) {
+        member->setSlotValue(relationship.inverse->slot, {});
+      }
+    }
+  }
+  for (const auto& member : owned) deleteObject(*member);
+  if (object.context_ == this) object.state_ = state;
+}
+
+std::shared_ptr<NSManagedObject> NSManagedObjectContext::registered(NSManagedObjectID id) const {
+  const auto found = objects_.find(id);
+  return found != objects_.end() ? found->second.lock() : nullptr;
+}
+
+std::shared_ptr<NSManagedObject> NSManagedObjectContext::registerFault(NSManagedObjectID id) {
+  auto object = id.entity->makeObject();
+  object->id_ = id;
+  object->context_ = this;
+  object->state_ = State::saved;
+  if (objects_.size() >= forgetAt_) forgetUnused();
+  objects_.insert_or_assign(id, object);
+  return object;
+}
+
+void NSManagedObjectContext::forgetUnused() {
+  std::erase_if(objects_, [](const auto& entry) { return entry.second.expired(); });
+  forgetAt_ = std::max<std::size_t>(1024, objects_.size() * 2);
+}
+
+std::shared_ptr<NSManagedObject> NSManagedObjectContext::objectWithID(NSManagedObjectID id) {
+  assert(isOnQueue() && "a context is used off its queue");
+  auto object = registered(id);
+  return object != nullptr ? object : registerFault(id);
+}
+
+/// Reads a fault's row. False when there is none (then the object is detached), or when the file
+/// can't be read (then it stays a fault, and is tried again).
+bool NSManagedObjectContext::load(NSManagedObject& object) {
+  const auto open = store();
+  if (open == nullptr) return false;
+  const auto read = [&]() -> Result<bool> {
+    const auto connection = open->lease();
+    if (!connection) return std::unexpected(connection.error());
+    auto query = (*connection)->prepare(open->table(object.entity()).selectRow);
+    if (!query) return std::unexpected(query.error());
+    query->bind(1, object.id_.key);
+    const auto row = query->step();
+    if (!row || !*row) return row;
+    PropertyValues values;
+    values.reserve(object.entity().slots().size());
+    int column = 2;
+    for (const auto& slot : object.entity().slots()) values.push_back(query->value(column++, slot));
+    object.mergeValues(query->integer(1), std::move(values));
+    return true;
+  };
+  const auto found = read();
+  if (!found) {
+    Environment::current().report("an object can't be read: " +
+                                  found.error()->localizedDescription());
+    return false;
+  }
+  if (!*found) detach(object);
+  return *found;
+}
+
+void NSManagedObjectContext::noteChange(NSManagedObject& object) {
+  if (object.changes_.empty()) {
+    object.state_ = State::saved;
+    updated_.erase(object.id_);
+  } else if (object.state_ == State::saved) {
+    object.state_ = State::updated;
+    updated_.emplace(object.id_, object.shared_from_this());
+  }
+}
+
+NSManagedObjectContext::Objects NSManagedObjectContext::members(
+    const NSManagedObject& object, const NSRelationshipDescription& relationship) {
+  assert(isOnQueue() && "a context is used off its queue");
+  Objects result;
+  if (relationship.storage == Storage::links) {
+    for (const NSManagedObjectID id : linked(object, relationship)) {
+      auto member = objectWithID(id);
+      if (!member->isDeleted()) result.push_back(std::move(member));
+    }
+    return result;
+  }
+  NSFetchRequest request(relationship.destinationName);
+  request.setPredicate(NSPredicate(NSPredicate::Comparison{.keyPath = relationship.inverseName,
+                                                           .right = PropertyValues{object.id_}}));
+  auto fetched = fetch(request);
+  if (!fetched) return result;
+  result = std::move(*fetched);
+  std::ranges::sort(result, [](const auto& one, const auto& other) {
+    const bool areOfOneKind = one->id_.isTemporaryID() == other->id_.isTemporaryID();
+    return areOfOneKind ? one->id_ < other->id_ : other->id_.isTemporaryID();
+  });
+  return result;
+}
+
+std::set<NSManagedObjectID> NSManagedObjectContext::linked(
+    const NSManagedObject& object, const NSRelationshipDescription& relationship) {
+  std::set<NSManagedObjectID> result;
+  const bool isFirst = relationship.isFirstInLinks;
+  const auto read = [&]() -> Result<void> {
+    const auto open = store();
+    if (open == nullptr || object.id_.isTemporaryID()) return {};
+    const auto connection = open->lease();
+    if (!connection) return std::unexpected(connection.error());
+    auto query = (*connection)
+                     ->prepare(std::string("SELECT ") + (isFirst ? "second" : "first") + " FROM " +
+                               sqlName(relationship.linkTable) + " WHERE " +
+                               (isFirst ? "first" : "second") + " = ?");
+    if (!query) return std::unexpected(query.error());
+    query->bind(1, object.id_.key);
+    for (;;) {
+      const auto row = query->step();
+      if (!row) return std::unexpected(row.error());
+      if (!*row) return {};
+      result.insert(NSManagedObjectID{relationship.destination, query->integer(0)});
+    }
+  };
+  if (const auto done = read(); !done) {
+    Environment::current().report("a relation can't be read: " +
+                                  done.error()->localizedDescription());
+  }
+  const auto* canonical = isFirst ? &relationship : relationship.inverse;
+  for (const auto& [link, isThere] : links_) {
+    const NSManagedObjectID own = isFirst ? link.first : link.second;
+    const NSManagedObjectID other = isFirst ? link.second : link.first;
+    if (link.relationship != canonical || own != object.id_) continue;
+    if (isThere) {
+      result.insert(other);
+    } else {
+      result.erase(other);
+    }
+  }
+  return result;
+}
+
+void NSManagedObjectContext::setLink(const NSRelationshipDescription& relationship,
+                                     const NSManagedObject& object, const NSManagedObject& member,
+                                     bool isThere) {
+  if (linked(object, relationship).contains(member.id_) == isThere) return;
+  const Link link =
+      relationship.isFirstInLinks
+          ? Link{.relationship = &relationship, .first = object.id_, .second = member.id_}
+          : Link{.relationship = relationship.inverse, .first = member.id_, .second = object.id_};
+  // A change that was not saved yet is taken back; any other is noted.
+  if (links_.erase(link) == 0) links_.emplace(link, isThere);
+}
+
+NSManagedObjectContext::Objects NSManagedObjectContext::objectsOf(const Pending& pending) {
+  Objects objects;
+  for (const auto& [id, object] : pending) objects.push_back(object);
+  return objects;
+}
+
+bool NSManagedObjectContext::hasChanges() const {
+  return !inserted_.empty() || !updated_.empty() || !deleted_.empty() || !links_.empty();
+}
+
+void NSManagedObjectContext::rollback() {
+  assert(isOnQueue() && "a context is used off its queue");
+  links_.clear();
+  for (const auto& [id, object] : std::exchange(inserted_, {})) detach(*object);
+  for (const Pending& pending : {std::exchange(updated_, {}), std::exchange(deleted_, {})}) {
+    for (const auto& [id, object] : pending) {
+      object->becomeFault();
+      object->state_ = State::saved;
+    }
+  }
+}
+
+void NSManagedObjectContext::detach(NSManagedObject& object) {
+  objects_.erase(object.id_);
+  updated_.erase(object.id_);
+  deleted_.erase(object.id_);
+  object.detach();
+}
+
+void NSManagedObjectContext::mergeChangesFromRemoteContextSave(
+    const UserInfo& changes, const std::vector<std::shared_ptr<NSManagedObjectContext>>& contexts) {
+  for (const auto& context : contexts) {
+    context->performAndWait([&] { context->merge(changes); });
+  }
+}
+
+void NSManagedObjectContext::merge(const UserInfo& changes) {
+  std::vector<NSManagedObjectID> refreshed;
+  for (const NSManagedObjectID id : idsUnder(NSDeletedObjectIDsKey, changes)) {
+    if (const auto object = registered(id)) detach(*object);
+  }
+  for (const NSManagedObjectID id : idsUnder(NSUpdatedObjectIDsKey, changes)) {
+    if (const auto object = registered(id)) {
+      mergeUpdated(*object);
+      refreshed.push_back(id);
+    }
+  }
+  UserInfo told = changes;
+  told.insert_or_assign(NSRefreshedObjectIDsKey, std::move(refreshed));
+  NSNotificationCenter::defaultCenter().post(
+      {.name = didMergeChangesObjectIDsNotification, .object = this, .userInfo = std::move(told)});
+}
+
+void NSManagedObjectContext::mergeUpdated(NSManagedObject& object) {
+  if (object.state_ == State::saved) object.becomeFault();
+  if (object.state_ != State::updated) return;
+  const auto kept = object.shared_from_this();
+  if (!load(object)) return;
+  std::erase_if(object.changes_, [&](const auto& change) {
+    return change.saved == object.values_[change.slot];  // the other has saved the same
+  });
+  noteChange(object);
+}
+
+}  // namespace platform

@@ -1,0 +1,191 @@
+#pragma once
+
+#include "CoreData/NSFetchRequest.h"
+#include "CoreData/NSManagedObject.h"
+#include "CoreData/NSPersistentHistory.h"
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/Error.h"
+#include "Foundation/NSNotificationCenter.h"
+
+#include <atomic>
+#include <set>
+#include <unordered_map>
+
+namespace platform {
+
+class FetchPlan;
+class NSPersistentStoreCoordinator;
+class SqliteStore;
+struct SqlText;
+
+/// What a save does when another has meanwhile saved the same object.
+enum class NSMergePolicy {
+  error,  ///< The save fails (`StoreError::Kind::conflict`).
+  /// Property by property: what was changed here is saved, everything else stays as the other has
+  /// it. An object that the other has deleted stays deleted.
+  mergeByPropertyObjectTrump,
+};
+
+/// A view of the store with changes of its own, which others see once they are saved. It holds the
+/// objects that it has handed out, at most one for an ID, for as long as someone uses them or they
+/// have unsaved changes. Everything happens on the context's queue; only `perform`,
+/// `performAndWait` and the merge may be called from elsewhere.
+///
+///     context->performAndWait([&] {
+///       NSFetchRequest request("Task");
+///       request.setPredicate(NSPredicate::format("status = %@", {"N"}));
+///       for (const auto& task : context->fetch<TaskEntity>(request).value()) {
+///         task->setValue(TaskEntity::status, "P");
+///       }
+///       const auto saved = context->save();        // all of it, or an error and nothing
+///     });
+///
+/// A fetch sees the unsaved changes. An object without any takes the file's newer values when a
+/// fetch comes upon them, or when a merge is told of them.
+class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObjectContext> {
+ public:
+  using Objects = NSManagedObject::Objects;
+  using UserInfo = decltype(Notification::userInfo);
+  enum class ConcurrencyType { mainQueue, privateQueue };
+
+  /// Posted on the merging context's queue, with the context as the object; its user info has a
+  /// `std::vector<NSManagedObjectID>` under each of the keys below.
+  static constexpr const char* didMergeChangesObjectIDsNotification =
+      "NSManagedObjectContextDidMergeChangesObjectIDsNotification";
+
+  [[nodiscard]] static std::shared_ptr<NSManagedObjectContext> make(
+      std::shared_ptr<NSPersistentStoreCoordinator> coordinator, ConcurrencyType concurrencyType);
+  ~NSManagedObjectContext();
+  NSManagedObjectContext(const NSManagedObjectContext&) = delete;
+  NSManagedObjectContext& operator=(const NSManagedObjectContext&) = delete;
+
+  /// Runs the block later, on the queue. The context lives at least until then.
+  void perform(Block block);
+  /// Runs `work` on the queue, at once when the caller is there already, and returns its result.
+  template <std::invocable Work>
+  auto performAndWait(Work&& work) {
+    return isOnQueue() ? work() : queue_.sync(std::forward<Work>(work));
+  }
+  [[nodiscard]] bool isOnQueue() const { return queue_.isCurrent(); }
+
+  void setName(std::string name) { name_ = std::move(name); }
+  [[nodiscard]] const std::string& name() const { return name_; }
+  /// Who writes: history has it with each save.
+  void setTransactionAuthor(std::string author) { transactionAuthor_ = std::move(author); }
+  [[nodiscard]] const std::string& transactionAuthor() const { return transactionAuthor_; }
+  void setMergePolicy(NSMergePolicy policy) { mergePolicy_ = policy; }
+  /// Whether it merges what other contexts of its container save, without being told.
+  void setAutomaticallyMergesChangesFromParent(bool merges) { mergesAutomatically_ = merges; }
+  [[nodiscard]] bool automaticallyMergesChangesFromParent() const { return mergesAutomatically_; }
+  [[nodiscard]] const std::shared_ptr<NSPersistentStoreCoordinator>& persistentStoreCoordinator()
+      const {
+    return coordinator_;
+  }
+
+  /// A new object, unsaved. An entity that the model doesn't have throws a `StoreError`.
+  template <typename T>
+  [[nodiscard]] std::shared_ptr<T> insert() {
+    return std::static_pointer_cast<T>(insert(entityName<T>()));
+  }
+  std::shared_ptr<NSManagedObject> insert(std::string_view entityName);
+  /// Deletes the object at the next save; what it owns goes with it, what leads to it lets go.
+  void deleteObject(NSManagedObject& object);
+
+  [[nodiscard]] Result<Objects> fetch(const NSFetchRequest& request);
+  template <typename T>
+  [[nodiscard]] Result<std::vector<std::shared_ptr<T>>> fetch(const NSFetchRequest& request) {
+    auto objects = fetch(request);
+    if (!objects) return std::unexpected(objects.error());
+    std::vector<std::shared_ptr<T>> result;
+    result.reserve(objects->size());
+    for (auto& object : *objects) result.push_back(std::static_pointer_cast<T>(std::move(object)));
+    return result;
+  }
+  [[nodiscard]] Result<std::size_t> count(const NSFetchRequest& request);
+  /// The object of that ID, unread if it is not here yet. One that isn't there is found out, and
+  /// detached, when it is first looked at.
+  [[nodiscard]] std::shared_ptr<NSManagedObject> objectWithID(NSManagedObjectID id);
+  [[nodiscard]] Result<NSPersistentHistoryResult> execute(
+      const NSPersistentHistoryChangeRequest& request);
+
+  [[nodiscard]] bool hasChanges() const;
+  [[nodiscard]] Objects insertedObjects() const { return objectsOf(inserted_); }
+  [[nodiscard]] Objects updatedObjects() const { return objectsOf(updated_); }
+  [[nodiscard]] Objects deletedObjects() const { return objectsOf(deleted_); }
+  /// Writes all changes, or none and keeps them here. Without changes it does nothing.
+  [[nodiscard]] Result<void> save();
+  /// Gives up all unsaved changes.
+  void rollback();
+
+  /// Tells contexts what others have saved: the user info of
+  /// `NSPersistentHistoryTransaction::objectIDNotification`. Returns when all have merged it, each
+  /// on its queue.
+  static void mergeChangesFromRemoteContextSave(
+      const UserInfo& changes,
+      const std::vector<std::shared_ptr<NSManagedObjectContext>>& contexts);
+
+ private:
+  friend class NSManagedObject;
+  friend class NSPersistentStoreCoordinator;
+  friend class SaveOperation;
+
+  using State = NSManagedObject::State;
+  using Pending = std::map<NSManagedObjectID, std::shared_ptr<NSManagedObject>>;
+  struct Link {
+    const NSRelationshipDescription* relationship;  // the one whose key stands first
+    NSManagedObjectID first;
+    NSManagedObjectID second;
+
+    auto operator<=>(const Link&) const = default;
+  };
+
+  NSManagedObjectContext(std::shared_ptr<NSPersistentStoreCoordinator> coordinator,
+                         DispatchQueue queue);
+  static Objects objectsOf(const Pending& pending);
+  static bool hasEntity(const Pending& pending, const NSEntityDescription& entity);
+  [[nodiscard]] std::shared_ptr<SqliteStore> store() const;
+  Result<FetchPlan> plan(const NSFetchRequest& request) const;
+  [[nodiscard]] bool hasPending(const NSEntityDescription& entity) const;
+  /// Whether unsaved changes elsewhere than in the fetched entity may change a result.
+  [[nodiscard]] bool mustEvaluate(const FetchPlan& plan) const;
+  Result<Objects> readObjects(const NSEntityDescription& entity, const SqlText& sql, bool asFaults);
+  void addPending(const NSEntityDescription& entity, const FetchPlan& plan, Objects& objects) const;
+
+  std::shared_ptr<NSManagedObject> registered(NSManagedObjectID id) const;
+  std::shared_ptr<NSManagedObject> registerFault(NSManagedObjectID id);
+  void forgetUnused();
+  bool load(NSManagedObject& object);
+  void noteChange(NSManagedObject& object);
+  Objects members(const NSManagedObject& object, const NSRelationshipDescription& relationship);
+  std::set<NSManagedObjectID> linked(const NSManagedObject& object,
+                                     const NSRelationshipDescription& relationship);
+  void setLink(const NSRelationshipDescription& relationship, const NSManagedObject& object,
+               const NSManagedObject& member, bool isThere);
+  void letGo(NSManagedObject& object);
+  void detach(NSManagedObject& object);
+  void merge(const UserInfo& changes);
+  void mergeUpdated(NSManagedObject& object);
+
+  const std::shared_ptr<NSPersistentStoreCoordinator> coordinator_;
+  const DispatchQueue queue_;
+  std::string name_;
+  std::string transactionAuthor_;
+  NSMergePolicy mergePolicy_ = NSMergePolicy::error;
+  std::atomic<bool> mergesAutomatically_ = false;
+  std::unordered_map<NSManagedObjectID, std::weak_ptr<NSManagedObject>> objects_;
+  std::size_t forgetAt_ = 1024;
+  Pending inserted_;
+  Pending updated_;
+  Pending deleted_;
+  std::map<Link, bool> links_;  // unsaved: whether the link is to be there
+};
+
+/// \name Keys of merge notifications and of history: each a `std::vector<NSManagedObjectID>`.
+/// @{
+inline constexpr const char* NSInsertedObjectIDsKey = "inserted_objectIDs";
+inline constexpr const char* NSUpdatedObjectIDsKey = "updated_objectIDs";
+inline constexpr const char* NSDeletedObjectIDsKey = "deleted_objectIDs";
+inline constexpr const char* NSRefreshedObjectIDsKey = "refreshed_objectIDs";
+/// @}
+
+}  // namespace platform

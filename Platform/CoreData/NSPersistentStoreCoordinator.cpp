@@ -1,0 +1,112 @@
+#include "CoreData/NSPersistentStoreCoordinator.h"
+
+#include "CoreData/NSManagedObjectContext.h"
+#include "CoreData/SqliteStore.h"
+#include "CoreData/StoreHistory.h"
+#include "CoreData/StoreWatch.h"
+#include "Foundation/Environment.h"
+
+namespace platform {
+
+NSPersistentStoreCoordinator::NSPersistentStoreCoordinator(const NSManagedObjectModel& model)
+    : model_(model) {}
+
+NSPersistentStoreCoordinator::~NSPersistentStoreCoordinator() = default;
+
+std::vector<std::filesystem::path> NSPersistentStoreCoordinator::persistentStores() const {
+  const auto open = store();
+  return open != nullptr ? std::vector{open->path()} : std::vector<std::filesystem::path>();
+}
+
+Result<void> NSPersistentStoreCoordinator::addPersistentStore(
+    const NSPersistentStoreDescription& description) {
+  if (store() != nullptr) {
+    return failure<StoreError>(StoreError::Kind::cannotOpen, "the container has a store already");
+  }
+  auto opened = SqliteStore::open(model_, description);
+  if (!opened) return std::unexpected(opened.error());
+  std::shared_ptr<StoreWatch> watch;
+  if (description.type != NSInMemoryStoreType &&
+      description.option(NSPersistentStoreRemoteChangeNotificationPostOptionKey)) {
+    auto begun = StoreWatch::begin(description.url, [weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->scheduleCheck();
+    });
+    if (!begun) return std::unexpected(begun.error());
+    watch = std::move(*begun);
+  }
+  const std::scoped_lock lock(mutex_);
+  store_ = std::move(*opened);
+  watch_ = std::move(watch);
+  return {};
+}
+
+std::shared_ptr<SqliteStore> NSPersistentStoreCoordinator::store() const {
+  const std::scoped_lock lock(mutex_);
+  return store_;
+}
+
+void NSPersistentStoreCoordinator::add(const std::shared_ptr<NSManagedObjectContext>& context) {
+  const std::scoped_lock lock(mutex_);
+  std::erase_if(contexts_, [](const auto& known) { return known.expired(); });
+  contexts_.push_back(context);
+}
+
+void NSPersistentStoreCoordinator::scheduleCheck() {
+  queue_.async([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->checkForRemoteChanges();
+  });
+}
+
+void NSPersistentStoreCoordinator::checkForRemoteChanges() {
+  const auto open = store();
+  if (open == nullptr) return;
+  {
+    const std::scoped_lock writing(open->writing);
+    const auto connection = open->lease();
+    const auto newest = connection ? newestTransaction(**connection) : Result<std::int64_t>(0);
+    if (!newest) {
+      return Environment::current().report("the history can't be read: " +
+                                           newest.error()->localizedDescription());
+    }
+    if (*newest <= open->knownTransaction) return;
+    open->knownTransaction = *newest;
+  }
+  postRemoteChange();
+}
+
+void NSPersistentStoreCoordinator::postRemoteChange() {
+  NSNotificationCenter::defaultCenter().post(
+      {.name = NSPersistentStoreRemoteChangeNotification, .object = this});
+}
+
+void NSPersistentStoreCoordinator::didSave(const NSManagedObjectContext& context,
+                                           const StoreChanges& changes, std::int64_t transaction,
+                                           bool othersHaveSaved) {
+  std::shared_ptr<StoreWatch> watch;
+  std::vector<std::shared_ptr<NSManagedObjectContext>> others;
+  {
+    const std::scoped_lock lock(mutex_);
+    watch = watch_;
+    for (const auto& known : contexts_) {
+      if (auto other = known.lock(); other != nullptr && other.get() != &context) {
+        others.push_back(std::move(other));
+      }
+    }
+  }
+  if (watch != nullptr) {
+    watch->touch(transaction);
+    if (othersHaveSaved) {
+      queue_.async([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->postRemoteChange();
+      });
+    }
+  }
+  for (const auto& other : others) {
+    if (!other->automaticallyMergesChangesFromParent()) continue;
+    other->perform([other = other.get(), notification = changes.notification()] {
+      other->merge(notification.userInfo);
+    });
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "CoreData/NSManagedObjectModel.h"
+#include "CoreData/NSPersistentStoreDescription.h"
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/Error.h"
+
+#include <mutex>
+
+namespace platform {
+
+class NSManagedObjectContext;
+class SqliteStore;
+class StoreWatch;
+struct StoreChanges;
+
+/// Posted on a queue of the store when another process, the mirror or another container of this
+/// process has saved; its object is the `NSPersistentStoreCoordinator`. What was saved is in the
+/// history. One notification may stand for several saves.
+inline constexpr const char* NSPersistentStoreRemoteChangeNotification =
+    "NSPersistentStoreRemoteChangeNotification";
+
+/// What the contexts of a container have in common: the model and the open store. Its address is
+/// the container's identity in notifications. From any thread.
+class NSPersistentStoreCoordinator
+    : public std::enable_shared_from_this<NSPersistentStoreCoordinator> {
+ public:
+  /// \param model Outlives the coordinator.
+  explicit NSPersistentStoreCoordinator(const NSManagedObjectModel& model);
+  ~NSPersistentStoreCoordinator();
+  NSPersistentStoreCoordinator(const NSPersistentStoreCoordinator&) = delete;
+  NSPersistentStoreCoordinator& operator=(const NSPersistentStoreCoordinator&) = delete;
+
+  [[nodiscard]] const NSManagedObjectModel& managedObjectModel() const { return model_; }
+  /// The files of the open stores: one, or none; empty names for stores in memory.
+  [[nodiscard]] std::vector<std::filesystem::path> persistentStores() const;
+
+  /// Opens the store. A coordinator has one: a second is refused.
+  [[nodiscard]] Result<void> addPersistentStore(const NSPersistentStoreDescription& description);
+
+  /// Looks into the history now, and posts the notification before it returns if there is
+  /// something new from others. The coordinator does so by itself whenever another writer wakes it;
+  /// this is for who wants to be sure.
+  void checkForRemoteChanges();
+
+ private:
+  friend class NSManagedObjectContext;
+  friend class SaveOperation;
+
+  [[nodiscard]] std::shared_ptr<SqliteStore> store() const;
+  void add(const std::shared_ptr<NSManagedObjectContext>& context);
+  void scheduleCheck();
+  void postRemoteChange();
+  void didSave(const NSManagedObjectContext& context, const StoreChanges& changes,
+               std::int64_t transaction, bool othersHaveSaved);
+
+  const NSManagedObjectModel& model_;
+  const DispatchQueue queue_{"coredata.remote-changes", QualityOfService::userInitiated};
+  mutable std::mutex mutex_;
+  std::shared_ptr<SqliteStore> store_;
+  std::shared_ptr<StoreWatch> watch_;
+  std::vector<std::weak_ptr<NSManagedObjectContext>> contexts_;
+};
+
+}  // namespace platform

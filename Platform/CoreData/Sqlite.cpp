@@ -1,0 +1,234 @@
+#include "CoreData/Sqlite.h"
+
+#include <cmath>
+
+#include <sqlite3.h>
+
+namespace platform {
+namespace {
+
+StoreError::Kind kindOf(int code) {
+  using enum StoreError::Kind;
+  switch (code & 0xFF) {
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+    case SQLITE_FORMAT:
+      return notADatabase;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return readOnly;
+    case SQLITE_FULL:
+      return diskFull;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return busy;
+    case SQLITE_CANTOPEN:
+      return cannotOpen;
+    default:
+      return failed;
+  }
+}
+
+std::unexpected<ErrorPtr> sqliteFailure(sqlite3* handle, int code,
+                                        const std::filesystem::path& path) {
+  const char* reason = handle != nullptr && sqlite3_errcode(handle) != SQLITE_OK
+                           ? sqlite3_errmsg(handle)
+                           : sqlite3_errstr(code);
+  const std::string name = path.empty() ? "the store in memory" : "\"" + path.string() + "\"";
+  return failure<StoreError>(kindOf(code), name + ": " + reason);
+}
+
+PropertyValue columnValue(sqlite3_stmt* handle, int column, NSAttributeType type) {
+  const auto size = [&] { return static_cast<std::size_t>(sqlite3_column_bytes(handle, column)); };
+  using enum NSAttributeType;
+  switch (type) {
+    case double_:
+    case date:
+      return sqlite3_column_double(handle, column);
+    case string: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle, column));
+      return text != nullptr ? PropertyValue(std::in_place_type<std::string>, text, size())
+                             : PropertyValue();
+    }
+    case binary:
+    case uuid:
+    case transformable: {
+      const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(handle, column));
+      return Data(std::span(bytes, size()));
+    }
+    default:
+      return std::int64_t{sqlite3_column_int64(handle, column)};
+  }
+}
+
+}  // namespace
+
+SqliteStatement::~SqliteStatement() {
+  if (kept_ == nullptr) return;
+  sqlite3_reset(kept_->handle);
+  kept_->isInUse = false;
+  if (kept_->isTransient) {
+    sqlite3_finalize(kept_->handle);
+    delete kept_;
+  }
+}
+
+void SqliteStatement::bind(int parameter, std::int64_t value) {
+  if (const int code = sqlite3_bind_int64(kept_->handle, parameter, value)) bindError_ = code;
+}
+
+void SqliteStatement::bind(int parameter, double value) {
+  if (const int code = sqlite3_bind_double(kept_->handle, parameter, value)) bindError_ = code;
+}
+
+void SqliteStatement::bind(int parameter, std::string_view value) {
+  if (const int code = sqlite3_bind_text64(kept_->handle, parameter, value.data(), value.size(),
+                                           SQLITE_STATIC, SQLITE_UTF8)) {
+    bindError_ = code;
+  }
+}
+
+void SqliteStatement::bind(int parameter, const PropertyValue& value) {
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) return bind(parameter, *integer);
+  if (const auto* real = std::get_if<double>(&value)) return bind(parameter, *real);
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return bind(parameter, std::string_view(*text));
+  }
+  if (const auto* id = std::get_if<NSManagedObjectID>(&value)) return bind(parameter, id->key);
+  int code = SQLITE_OK;
+  if (const auto* data = std::get_if<Data>(&value)) {
+    // Without an address, empty bytes would be taken for NULL.
+    const void* bytes = data->empty() ? "" : static_cast<const void*>(data->bytes().data());
+    code = sqlite3_bind_blob64(kept_->handle, parameter, bytes, data->size(), SQLITE_STATIC);
+  } else {
+    code = sqlite3_bind_null(kept_->handle, parameter);
+  }
+  if (code != SQLITE_OK) bindError_ = code;
+}
+
+Result<bool> SqliteStatement::step() {
+  sqlite3* connection = sqlite3_db_handle(kept_->handle);
+  if (bindError_ != SQLITE_OK) return sqliteFailure(connection, bindError_, *kept_->path);
+  const int code = sqlite3_step(kept_->handle);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  return sqliteFailure(connection, sqlite3_extended_errcode(connection), *kept_->path);
+}
+
+Result<void> SqliteStatement::run() {
+  for (;;) {
+    auto row = step();
+    if (row && *row) continue;
+    sqlite3_reset(kept_->handle);
+    if (!row) return std::unexpected(std::move(row.error()));
+    return {};
+  }
+}
+
+bool SqliteStatement::isNull(int column) const {
+  return sqlite3_column_type(kept_->handle, column) == SQLITE_NULL;
+}
+
+std::int64_t SqliteStatement::integer(int column) const {
+  return sqlite3_column_int64(kept_->handle, column);
+}
+
+double SqliteStatement::real(int column) const {
+  return sqlite3_column_double(kept_->handle, column);
+}
+
+std::string_view SqliteStatement::text(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(kept_->handle, column));
+  if (text == nullptr) return {};
+  return {text, static_cast<std::size_t>(sqlite3_column_bytes(kept_->handle, column))};
+}
+
+PropertyValue SqliteStatement::value(int column, const NSEntityDescription::Slot& slot) const {
+  if (isNull(column)) return slot.defaultValue;
+  if (slot.relationship != nullptr) {
+    return NSManagedObjectID{slot.relationship->destination, integer(column)};
+  }
+  return columnValue(kept_->handle, column, slot.type);
+}
+
+Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const SqliteLocation& from) {
+  const std::string name = from.path.empty() ? ":memory:" : from.path.string();
+  constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  sqlite3* handle = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
+  std::unique_ptr<SqliteConnection> connection(new SqliteConnection(from.path, handle));
+  if (code != SQLITE_OK) return sqliteFailure(handle, code, from.path);
+  sqlite3_extended_result_codes(handle, 1);
+  sqlite3_busy_timeout(handle, static_cast<int>(std::lround(from.busyTimeout * 1000)));
+  // A commit has reached the disk when it returns; readers and the one writer never wait for each
+  // other.
+  for (const char* setting : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}) {
+    if (auto set = connection->run(setting); !set) return std::unexpected(set.error());
+  }
+  return connection;
+}
+
+SqliteConnection::~SqliteConnection() {
+  for (const auto& [text, statement] : statements_) sqlite3_finalize(statement->handle);
+  sqlite3_close(handle_);
+}
+
+Result<sqlite3_stmt*> SqliteConnection::compile(std::string_view sql) const {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  if (code != SQLITE_OK) return sqliteFailure(handle_, code, path_);
+  return statement;
+}
+
+Result<SqliteStatement> SqliteConnection::prepare(std::string_view sql) {
+  constexpr std::size_t mostStatements = 256;
+  const auto known = statements_.find(sql);
+  const bool isKnown = known != statements_.end();
+  if (isKnown && !known->second->isInUse) return SqliteStatement(*known->second);
+  auto handle = compile(sql);
+  if (!handle) return std::unexpected(std::move(handle.error()));
+  auto kept = std::make_unique<SqliteStatement::Kept>(
+      SqliteStatement::Kept{.handle = *handle, .path = &path_, .isTransient = isKnown});
+  if (isKnown) return SqliteStatement(*kept.release());
+  if (statements_.size() >= mostStatements) dropIdleStatements();
+  return SqliteStatement(*statements_.emplace(sql, std::move(kept)).first->second);
+}
+
+void SqliteConnection::dropIdleStatements() {
+  std::erase_if(statements_, [](const auto& entry) {
+    if (entry.second->isInUse) return false;
+    sqlite3_finalize(entry.second->handle);
+    return true;
+  });
+}
+
+std::int64_t SqliteConnection::changes() const {
+  return sqlite3_changes64(handle_);
+}
+
+Result<SqliteTransaction> SqliteTransaction::begin(SqliteConnection& connection) {
+  if (auto begun = connection.run("BEGIN IMMEDIATE"); !begun) {
+    return std::unexpected(begun.error());
+  }
+  return SqliteTransaction(connection);
+}
+
+Result<void> SqliteTransaction::commit() {
+  auto committed = connection_->run("COMMIT");
+  if (committed) connection_ = nullptr;
+  return committed;
+}
+
+SqliteTransaction::~SqliteTransaction() {
+  // Where SQLite has undone the transaction itself, there is nothing left to do.
+  if (connection_ != nullptr) (void)connection_->run("ROLLBACK");
+}
+
+std::string sqlName(std::string_view name) {
+  std::string text = "\"";
+  for (const char c : name) text.append(c == '"' ? 2 : 1, c);
+  return text + '"';
+}
+
+}  // namespace platform

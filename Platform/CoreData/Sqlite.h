@@ -1,0 +1,143 @@
+#pragma once
+
+#include "CoreData/NSEntityDescription.h"
+#include "CoreData/StoreError.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace platform {
+
+/// A prepared statement while it is used; its connection keeps it for the next time. Parameters
+/// count from 1 and columns from 0. What is bound must live until the statement has run: nothing is
+/// copied.
+class SqliteStatement {
+ public:
+  /// A statement as a connection keeps it.
+  struct Kept {
+    sqlite3_stmt* handle = nullptr;
+    const std::filesystem::path* path = nullptr;  // for messages
+    bool isInUse = false;
+    bool isTransient = false;  // a second use of a text at the same time: not kept
+  };
+
+  explicit SqliteStatement(Kept& kept) : kept_(&kept) { kept.isInUse = true; }
+  SqliteStatement(SqliteStatement&& other) noexcept
+      : kept_(std::exchange(other.kept_, nullptr)), bindError_(other.bindError_) {}
+  SqliteStatement& operator=(SqliteStatement&&) = delete;
+  ~SqliteStatement();
+
+  void bind(int parameter, std::int64_t value);
+  void bind(int parameter, double value);
+  void bind(int parameter, std::string_view value);
+  void bind(int parameter, const PropertyValue& value);
+  void bind(int parameter, PropertyValue&& value) = delete;
+  template <typename... Values>
+  void bindAll(const Values&... values) {
+    int parameter = 0;
+    (bind(++parameter, values), ...);
+  }
+
+  /// Goes to the next row; false when there is none left.
+  [[nodiscard]] Result<bool> step();
+  /// Runs to the end, and is ready for other values.
+  [[nodiscard]] Result<void> run();
+
+  [[nodiscard]] bool isNull(int column) const;
+  [[nodiscard]] std::int64_t integer(int column) const;
+  [[nodiscard]] double real(int column) const;
+  /// Valid until the next step.
+  [[nodiscard]] std::string_view text(int column) const;
+  /// A slot's value, whatever form the file has it in.
+  [[nodiscard]] PropertyValue value(int column, const NSEntityDescription::Slot& slot) const;
+
+ private:
+  Kept* kept_;
+  int bindError_ = 0;
+};
+
+/// Where a store's rows lie.
+struct SqliteLocation {
+  std::filesystem::path path;  ///< Empty for a store in memory.
+  double busyTimeout = 5;      ///< How long to wait for other writers, in seconds.
+};
+
+/// An open file, for one thread at a time. Every failure is a `StoreError`.
+class SqliteConnection {
+ public:
+  [[nodiscard]] static Result<std::unique_ptr<SqliteConnection>> open(const SqliteLocation& from);
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
+  ~SqliteConnection();
+
+  /// Prepared the first time, found by its text from then on.
+  [[nodiscard]] Result<SqliteStatement> prepare(std::string_view sql);
+  /// One statement without rows.
+  template <typename... Values>
+  [[nodiscard]] Result<void> run(std::string_view sql, const Values&... values) {
+    auto statement = prepare(sql);
+    if (!statement) return std::unexpected(statement.error());
+    statement->bindAll(values...);
+    return statement->run();
+  }
+  /// The first column of the first row as a whole number; absent without a row or a value.
+  template <typename... Values>
+  [[nodiscard]] Result<std::optional<std::int64_t>> integer(std::string_view sql,
+                                                            const Values&... values) {
+    auto statement = prepare(sql);
+    if (!statement) return std::unexpected(statement.error());
+    statement->bindAll(values...);
+    const auto row = statement->step();
+    if (!row) return std::unexpected(row.error());
+    if (!*row || statement->isNull(0)) return std::optional<std::int64_t>();
+    return std::optional(statement->integer(0));
+  }
+  /// How many rows the last statement changed.
+  [[nodiscard]] std::int64_t changes() const;
+
+ private:
+  SqliteConnection(std::filesystem::path path, sqlite3* handle)
+      : path_(std::move(path)), handle_(handle) {}
+  Result<sqlite3_stmt*> compile(std::string_view sql) const;
+  void dropIdleStatements();
+
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept {
+      return std::hash<std::string_view>{}(text);
+    }
+  };
+
+  std::filesystem::path path_;
+  sqlite3* handle_;
+  std::unordered_map<std::string, std::unique_ptr<SqliteStatement::Kept>, TextHash, std::equal_to<>>
+      statements_;
+};
+
+/// A write that is undone unless it is committed. It has the file to itself from the beginning.
+class SqliteTransaction {
+ public:
+  [[nodiscard]] static Result<SqliteTransaction> begin(SqliteConnection& connection);
+  SqliteTransaction(SqliteTransaction&& other) noexcept
+      : connection_(std::exchange(other.connection_, nullptr)) {}
+  SqliteTransaction& operator=(SqliteTransaction&&) = delete;
+  ~SqliteTransaction();
+
+  [[nodiscard]] Result<void> commit();
+
+ private:
+  explicit SqliteTransaction(SqliteConnection& connection) : connection_(&connection) {}
+
+  SqliteConnection* connection_;
+};
+
+/// An identifier in SQL: "Task" with its quotes.
+[[nodiscard]] std::string sqlName(std::string_view name);
+
+}  // namespace platform

@@ -1,0 +1,10 @@
+#include "CoreData/StoreError.h"
+
+#include <utility>
+
+namespace platform {
+
+StoreError::StoreError(Kind kind, std::string description)
+    : Error(errorDomain, static_cast<int>(rawValue(kind)), std::move(description)), kind_(kind) {}
+
+}  // namespace platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "CoreData/NSManagedObjectModel.h"
+#include "CoreData/Sqlite.h"
+
+namespace platform {
+
+/// The SQL that belongs to one entity. Each entity has a table of its name: `pk`, `version` (counts
+/// the writes of a row, from 1), then a column for each slot.
+struct EntityTable {
+  explicit EntityTable(const NSEntityDescription& entity);
+
+  std::string name;       ///< Quoted.
+  std::string columns;    ///< pk, version and the slots, to follow a SELECT.
+  std::string selectRow;  ///< By primary key.
+  std::string insertRow;  ///< pk, then the slots; the version is 1.
+  std::string deleteRow;
+  std::string rowVersion;
+  std::string reserveKeys;  ///< How many; what comes back is the last of them.
+};
+
+/// Brings a file to what the model needs: makes its tables when it is empty, adds what an older one
+/// lacks, and leaves alone what the model doesn't know. A file of another program is refused.
+/// \param mayComplete Whether an older file may be completed; otherwise that is an error.
+[[nodiscard]] Result<void> completeSchema(SqliteConnection& connection,
+                                          const NSManagedObjectModel& model, bool mayComplete);
+
+}  // namespace platform
