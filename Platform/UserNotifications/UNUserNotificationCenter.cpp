@@ -69,6 +69,10 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
       for (Change& change : changes) change.outcome = change.edit(records);
     });
     for (Change& change : changes) {
+      if (written && !change.outcome) {
+        Environment::current().report("a notification centre refuses a change: " +
+                                      change.outcome.error()->localizedDescription());
+      }
       if (change.completion) change.completion(written ? change.outcome : written);
     }
     deliver();

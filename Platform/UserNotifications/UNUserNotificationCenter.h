@@ -38,9 +38,10 @@ class UNUserNotificationCenterDelegate {
 ///     center.setDelegate(shower);       // hears of it on time
 ///
 /// What is asked takes effect in the order of the calls; handlers run later, on a queue of the
-/// centre. A change is on the disk when its handler runs, whose failures are the disk's
-/// (`PosixError`), those of a value that can't be stored (`EncodingError`), and domain
-/// "UNErrorDomain", code 1, for a request while the user does not allow notifications.
+/// centre, when the change is on the disk. One fails with the disk's `PosixError`, with an
+/// `EncodingError` for a value that can't be stored, and with domain "UNErrorDomain", code 1, for a
+/// request while the user does not allow notifications. A failure is also told to
+/// `Environment::report`.
 ///
 /// Requests lie in a file that all processes of the program share. They are delivered, each once,
 /// by a process whose centre has a delegate; until there is one, what falls due waits. The wall

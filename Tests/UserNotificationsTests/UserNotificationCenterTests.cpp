@@ -173,6 +173,9 @@ TEST_F(UserNotificationCenterTest, AsksOnceAndRefusesWhatTheUserHasDenied) {
   EXPECT_THAT(shownAfter(0), ElementsAre("60: written"));
   EXPECT_THAT(answers, UnorderedElementsAre(HasSubstr(R"(:2,"alertSetting":1,)"),
                                             HasSubstr("request.identifier"), "yes"));
+  EXPECT_THAT(environment_.reports(),
+              ElementsAre(HasSubstr("not allow"), HasSubstr("categories[0].identifier"),
+                          HasSubstr("delivered[0].request.identifier")));
 }
 
 TEST_F(UserNotificationCenterTest, KeepsTheCopyOfAnAttachmentAsLongAsARequestHasIt) {
