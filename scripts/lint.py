@@ -24,7 +24,7 @@ ORACLES = {"unicode", "cctz", "libical", "sqlite3"}
 THIRD_PARTY = {
     "Apps": {"CLI"},
     "Tests": TEST_LIBRARIES | ORACLES,
-    "Benchmarks": TEST_LIBRARIES | ORACLES,
+    "Benchmarks": TEST_LIBRARIES | ORACLES | {"cairo"},
 }
 NOT_IN_PLATFORM = TEST_LIBRARIES | {"CLI"}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CairoDrawing/Free.h"
 #include "CoreGraphics/CGContext.h"
 
 #include <vector>
@@ -8,14 +9,6 @@
 
 namespace platform {
 
-/// Frees what a library's function has made: `std::unique_ptr<cairo_t, Free<cairo_destroy>>`.
-template <auto function>
-struct Free {
-  template <typename T>
-  void operator()(T* object) const {
-    function(object);
-  }
-};
 using Surface = std::unique_ptr<cairo_surface_t, Free<cairo_surface_destroy>>;
 using Pattern = std::unique_ptr<cairo_pattern_t, Free<cairo_pattern_destroy>>;
 

@@ -1,8 +1,9 @@
 #include "CairoDrawing/Fonts.h"
 
-#include "CairoDrawing/CairoContext.h"
+#include "CairoDrawing/Free.h"
 
 #include <charconv>
+#include <memory>
 
 #include <fontconfig/fontconfig.h>
 #include <ft2build.h>
