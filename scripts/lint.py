@@ -73,6 +73,7 @@ WORDING = [
 ]
 WORDING = [(re.compile(pattern, re.IGNORECASE), why) for pattern, why in WORDING]
 
+LITERAL_KEY = re.compile(r'\blocalized(?:String)?\(\s*("[^"]*")')
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 CMAKE_COMMAND = re.compile(r"^\s*(\w+)\s*\(([^)]*)\)", re.MULTILINE)
 TARGET_COMMAND = re.compile(r"add_library|add_executable|velloro_\w+")
@@ -340,6 +341,16 @@ def check_pragma(tree):
             yield Finding(file, 1, "has no #pragma once")
 
 
+def check_text_keys(tree):
+    """Keys outside the catalogue are missed by the test that walks the string tables."""
+    for file in tree.sources:
+        house = 0 < storey(file) < len(STOREYS)
+        text = (tree.text(file) or "") if house else ""
+        for match in LITERAL_KEY.finditer(text):
+            why = "is a text's key in no catalogue; see OxKit/LocalizedKey.h"
+            yield Finding(file, line_of(text, match.start(1)), f"{match[1]} {why}")
+
+
 def check_wording(tree):
     for file in tree.files:
         for number, line in enumerate((tree.text(file) or "").splitlines(), 1):
@@ -376,6 +387,7 @@ CHECKS = [
     check_leaks,
     check_registration,
     check_pragma,
+    check_text_keys,
     check_wording,
     check_test_share,
 ]

@@ -110,6 +110,10 @@ SPOILED = [
         ],
     ),
     ({"Sources/Other/Other.h": "// Once.\n"}, [("Sources/Other/Other.h", 1, "#pragma once")]),
+    (
+        {"Sources/Kit/Kit.cpp": 'auto a = localized("Done");\n'},
+        [("Sources/Kit/Kit.cpp", 1, "in no catalogue")],
+    ),
     # Written in pieces, so that the house's own lint does not stumble over this file.
     (
         {
