@@ -37,6 +37,8 @@ FcConfig* config() {
     FcConfig* const made = FcConfigCreate();
     FcConfigParseAndLoadFromMemory(made, reinterpret_cast<const FcChar8*>(rules), FcFalse);
     FcConfigBuildFonts(made);
+    // Else Pango would load the machine's and the user's rules first.
+    FcConfigSetCurrent(made);
     return made;
   }();
   return loaded;
@@ -99,8 +101,9 @@ CGPath outlinePath(FT_Outline& outline) {
 PangoFontMap* threadFontMap() {
   using Map = std::unique_ptr<PangoFontMap, Free<g_object_unref>>;
   thread_local const Map map = [] {
+    FcConfig* const rulesFirst = config();
     Map made(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT));
-    pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(made.get()), config());
+    pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(made.get()), rulesFirst);
     return made;
   }();
   return map.get();

@@ -164,7 +164,8 @@ class Pen {
     const auto place = CGAffineTransform::scale(rx, ry).concatenating(turn).concatenating(
         CGAffineTransform::translation(center.x + (from.x + to.x) / 2,
                                        center.y + (from.y + to.y) / 2));
-    for (const CGPath::Element& element : unit.applying(place).elements()) {
+    const CGPath placed = unit.applying(place);
+    for (const CGPath::Element& element : placed.elements()) {
       if (element.verb == CGPath::Verb::curve) {
         path.addCurve(element.points[0], element.points[1], element.points[2]);
       }
