@@ -1,0 +1,135 @@
+#include "VelloroCore/RingPalette.h"
+
+#include "VelloroCore/ColorContrast.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace velloro {
+namespace {
+
+constexpr OxCodableColor black{};
+constexpr OxCodableColor white{.r = 1, .g = 1, .b = 1};
+
+/// From here on two neighbouring surfaces look different.
+constexpr double visibleContrast = 1.2;
+/// Of the track to the disc under it.
+constexpr double trackContrast = 1.28;
+/// Of a disc on a white or black screen: enough to tell it from the track, too.
+constexpr double discContrast = 1.8;
+
+bool isLight(const OxCodableColor& color) {
+  return contrastRatio(color, black) > contrastRatio(color, white);
+}
+
+/// The way away from what is drawn on a disc.
+OxCodableColor away(const OxCodableColor& ink) {
+  return isLight(ink) ? black : white;
+}
+
+/// The nearest mixture with a tone that has a contrast to the colour; absent where there is none.
+std::optional<OxCodableColor> mixedUntil(const OxCodableColor& color, const OxCodableColor& tone,
+                                         double ratio) {
+  if (contrastRatio(color, tone) < ratio) return std::nullopt;
+  for (double part = 0.02; part < 1; part += 0.02) {
+    const OxCodableColor tried = mixed(color, tone, part);
+    if (contrastRatio(tried, color) >= ratio) return tried;
+  }
+  return tone;
+}
+
+/// A shade or tint of the disc: away from the ink, or a little towards it where the disc is as dark
+/// or as light as colours get.
+OxCodableColor trackOn(const OxCodableColor& center, const OxCodableColor& ink) {
+  return mixedUntil(center, away(ink), 1.5)
+      .value_or(mixedUntil(center, ink, trackContrast).value_or(center));
+}
+
+/// Whether a tone can be told from each of some neighbours.
+bool isSeenOn(const OxCodableColor& tone, const std::vector<OxCodableColor>& neighbours) {
+  return std::ranges::all_of(neighbours, [&](const OxCodableColor& neighbour) {
+    return contrastRatio(tone, neighbour) >= visibleContrast;
+  });
+}
+
+/// The full track of a task that is done: it has to stand out from the open track and to be seen
+/// on the disc, and is the nearest tone to the disc that does.
+OxCodableColor doneFillOn(const std::vector<OxCodableColor>& disc, const OxCodableColor& track,
+                          const OxCodableColor& color) {
+  for (const double ratio : {1.8, 1.5, visibleContrast}) {
+    for (const OxCodableColor& tone : {color, black, white}) {
+      const auto tried = mixedUntil(disc.front(), tone, ratio);
+      if (tried && contrastRatio(*tried, track) >= shapeContrast && isSeenOn(*tried, disc)) {
+        return *tried;
+      }
+    }
+  }
+  return withContrast(disc.front(), track, shapeContrast);
+}
+
+/// The tones of a disc and of what is drawn on it.
+struct Disc {
+  OxCodableColor center;
+  OxCodableColor ink;
+
+  [[nodiscard]] static Disc of(const OxCodableColor& color) {
+    const OxCodableColor ink = foregroundColor(color);
+    return {.center = withContrast(color, ink, textContrast), .ink = ink};
+  }
+};
+
+RingPalette onColor(const OxCodableColor& color) {
+  const auto [disc, ink] = Disc::of(color);
+  RingPalette palette;
+  // a shade off the page, so that the disc is seen on it
+  palette.center = mixed(disc, away(ink), 0.12);
+  palette.ink = ink;
+  palette.fill = ink;
+  palette.track = trackOn(palette.center, ink);
+  palette.doneCenter = {ink};
+  palette.doneInk = withContrast(color, ink, textContrast);
+  return palette;
+}
+
+RingPalette onScreen(ThemeMode mode, const OxCodableColor& color) {
+  const OxCodableColor screen = screenColor(mode);
+  const OxCodableColor adjusted = adjustBrightness(color, mode);
+  const auto [disc, ink] = Disc::of(withContrast(adjusted, screen, discContrast));
+  RingPalette palette;
+  palette.center = screen;
+  palette.ink = withContrast(adjusted, screen, textContrast);
+  palette.fill = withContrast(adjusted, screen, shapeContrast * trackContrast * 1.06);
+  palette.track = mixedUntil(screen, palette.fill, trackContrast).value_or(screen);
+  palette.doneCenter = {disc};
+  palette.doneInk = ink;
+  return palette;
+}
+
+/// The disc of a task that is done gets a second tone: a deeper one, or, where there is none, one
+/// with something of the task's colour.
+void makeGrandSlam(RingPalette& palette, const OxCodableColor& color) {
+  const OxCodableColor disc = palette.doneCenter.front();
+  const OxCodableColor second = mixedUntil(disc, away(palette.doneInk), 1.15)
+                                    .value_or(mixedUntil(disc, color, 1.15).value_or(disc));
+  palette.doneCenter.push_back(second);
+  palette.doneInk = withContrast(palette.doneInk, second, textContrast);
+}
+
+}  // namespace
+
+RingPalette RingPalette::of(ThemeMode mode, const OxCodableColor& color, bool grandSlam) {
+  const bool hasScreen = mode == ThemeMode::white || mode == ThemeMode::black;
+  RingPalette palette = hasScreen ? onScreen(mode, color) : onColor(color);
+  palette.remainingTrack = mixed(palette.track, palette.center, 0.5);
+  palette.missedCenter = palette.track;
+  palette.missedInk = withContrast(palette.ink, palette.track, textContrast);
+  if (grandSlam) makeGrandSlam(palette, color);
+  palette.doneFill = doneFillOn(palette.doneCenter, palette.track, color);
+  return palette;
+}
+
+OxCodableColor screenColor(ThemeMode mode) {
+  return mode == ThemeMode::black ? OxCodableColor{.r = 0.07, .g = 0.07, .b = 0.08} : white;
+}
+
+}  // namespace velloro
