@@ -3,7 +3,9 @@
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
+#include "velloro/IconsCommand.h"
 #include "velloro/PeriodCommand.h"
+#include "velloro/ThemesCommand.h"
 #include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
 
@@ -41,7 +43,9 @@ int run(int argumentCount, char** arguments) {
   GlobalOptions global;
   global.addTo(app);
   addDayCommand(app);
+  addIconsCommand(app);
   addPeriodCommand(app);
+  addThemesCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);
 
