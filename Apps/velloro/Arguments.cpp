@@ -148,8 +148,8 @@ std::vector<std::string_view> unitNames(TaskType type) {
   std::vector<std::string_view> names;
   for (const TypeUnit unit : allCases<TypeUnit>()) {
     const bool isOffered = std::ranges::find(type.unitOptions(), unit) != type.unitOptions().end();
-    const bool isOfScreenTime = type == TaskType::screenTime() && isDuration(unit);
-    if (isOffered || isOfScreenTime) names.push_back(rawValue(unit));
+    const bool isOfTime = !type.usesHealthKit() && isDuration(unit);
+    if (isOffered || isOfTime) names.push_back(rawValue(unit));
   }
   return names;
 }

@@ -33,8 +33,12 @@ double chosenQuantity(const TitleOptions& options, TaskType type, TypeUnit unit)
     const auto range = type.quantityOptions(unit);
     return range ? range->defaultValue().value_or(1) : 1;
   }
-  if (unit != TypeUnit::timeOfDay) return amountArgument("--target", *options.target);
-  return static_cast<double>(timeArgument("--target", *options.target).intValue());
+  if (unit == TypeUnit::timeOfDay) {
+    return static_cast<double>(timeArgument("--target", *options.target).intValue());
+  }
+  const double amount = amountArgument("--target", *options.target);
+  if (amount >= 0 || type == HealthType::energyDeficit) return amount;
+  throw UsageError("--target \"" + *options.target + "\": below 0");
 }
 
 AutomaticTaskType chosenType(const TitleOptions& options) {
@@ -56,6 +60,7 @@ AutomaticTaskType chosenType(const TitleOptions& options) {
 /// The state in which such a share of the target is done.
 TaskProgress chosenProgress(const TitleOptions& options, const AutomaticTaskType& type) {
   const auto parts = options.partial ? countArgument("--partial", *options.partial) : 1;
+  if (parts < 1) throw UsageError("--partial \"" + *options.partial + "\": not from 1 on");
   const double share = options.progress ? shareArgument("--progress", *options.progress) : 0;
   const double done = wholeUnlessFractional(type.quantity * share);
   if (!type.isTimed() || !type.unit || !isDuration(*type.unit)) {

@@ -22,8 +22,9 @@ std::string TitleReport::text() const {
   if (texts.size() == 1) return texts.front().text.value_or("") + "\n";
   std::string lines;
   for (const Text& each : texts) {
+    const bool isShown = each.text && !each.text->empty();
     lines += stringWithFormat("%-37s  %s\n", velloro::debugDescription(each.context).c_str(),
-                              each.text.value_or("-").c_str());
+                              isShown ? each.text->c_str() : "-");
   }
   return lines;
 }

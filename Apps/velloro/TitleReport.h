@@ -30,7 +30,8 @@ struct TitleReport {
                                       std::optional<TaskDisplayTitle::Context> context);
 
   [[nodiscard]] std::string json() const;
-  /// One line per context with its name; the text alone when there is but one.
+  /// One line per context with its name, and "-" where nothing shows; the text alone when there is
+  /// but one.
   [[nodiscard]] std::string text() const;
 };
 

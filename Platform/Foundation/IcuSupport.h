@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include <unicode/brkiter.h>
 #include <unicode/dtptngen.h>
 #include <unicode/locid.h>
 #include <unicode/stringpiece.h>
@@ -70,12 +71,14 @@ struct Locale::Data {
   [[nodiscard]] bool uses24HourTime() const;
   /// The pattern in which the locale writes the fields of a template.
   [[nodiscard]] icu::UnicodeString bestPattern(const icu::UnicodeString& fields) const;
+  [[nodiscard]] std::string capitalized(std::string_view text) const;
 
   std::string identifier;
   icu::Locale icu;  ///< bound to the Gregorian calendar
 
  private:
   [[nodiscard]] icu::DateTimePatternGenerator& patterns() const;
+  [[nodiscard]] icu::BreakIterator& words() const;
 
   Lazy<NumberSigns> numberSigns_;
   Lazy<DateSymbols> dateSymbols_;
@@ -83,6 +86,8 @@ struct Locale::Data {
   Lazy<bool> uses24HourTime_;
   mutable std::mutex patternsMutex_;  // a generator is changed by being asked
   Lazy<std::unique_ptr<icu::DateTimePatternGenerator>> patterns_;
+  mutable std::mutex wordsMutex_;  // so is a word iterator
+  Lazy<std::unique_ptr<icu::BreakIterator>> words_;
 };
 
 }  // namespace platform

@@ -145,6 +145,22 @@ icu::UnicodeString Locale::Data::bestPattern(const icu::UnicodeString& fields) c
   return pattern;
 }
 
+std::string Locale::Data::capitalized(std::string_view text) const {
+  const std::scoped_lock lock(wordsMutex_);
+  return mapped(text, [this](icu::StringPiece source, icu::ByteSink& sink, UErrorCode& status) {
+    icu::CaseMap::utf8ToTitle(icu.getName(), 0, &words(), source, sink, nullptr, status);
+  });
+}
+
+icu::BreakIterator& Locale::Data::words() const {
+  return *words_.get([this] {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> words(icu::BreakIterator::createWordInstance(icu, status));
+    checkIcu(status, "cannot load the word limits of \"" + identifier + "\"");
+    return words;
+  });
+}
+
 icu::DateTimePatternGenerator& Locale::Data::patterns() const {
   return *patterns_.get([this] {
     UErrorCode status = U_ZERO_ERROR;
@@ -240,9 +256,7 @@ std::string Locale::lowercased(std::string_view text) const {
 }
 
 std::string Locale::capitalized(std::string_view text) const {
-  return mapped(text, [this](icu::StringPiece source, icu::ByteSink& sink, UErrorCode& status) {
-    icu::CaseMap::utf8ToTitle(data_->icu.getName(), 0, nullptr, source, sink, nullptr, status);
-  });
+  return data_->capitalized(text);
 }
 
 std::optional<std::string> unicodeName(char32_t character) {

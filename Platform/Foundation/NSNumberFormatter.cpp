@@ -19,6 +19,13 @@ int maximumFractionDigits(const NSNumberFormatter::Settings& settings) {
   return std::max(settings.maximumFractionDigits.value_or(ofStyle), settings.minimumFractionDigits);
 }
 
+UNumberGroupingStrategy grouping(const NSNumberFormatter::Settings& settings) {
+  if (!settings.usesGroupingSeparator) {
+    return settings.style == Style::none ? UNUM_GROUPING_OFF : UNUM_GROUPING_AUTO;
+  }
+  return *settings.usesGroupingSeparator ? UNUM_GROUPING_ON_ALIGNED : UNUM_GROUPING_OFF;
+}
+
 /// Where the invisible marks begin that stand in front of a sign at `start`: its field leaves them
 /// out.
 std::int32_t withDirectionMarks(const icu::UnicodeString& text, std::int32_t start) {
@@ -29,13 +36,12 @@ std::int32_t withDirectionMarks(const icu::UnicodeString& text, std::int32_t sta
 }  // namespace
 
 number::UnlocalizedNumberFormatter icuNumberFormatter(const NSNumberFormatter::Settings& settings) {
-  const bool groups = settings.usesGroupingSeparator.value_or(settings.style != Style::none);
   return number::NumberFormatter::with()
       .integerWidth(number::IntegerWidth::zeroFillTo(settings.minimumIntegerDigits))
       .precision(number::Precision::minMaxFraction(settings.minimumFractionDigits,
                                                    maximumFractionDigits(settings)))
       .roundingMode(UNUM_ROUND_HALFEVEN)
-      .grouping(groups ? UNUM_GROUPING_AUTO : UNUM_GROUPING_OFF)
+      .grouping(grouping(settings))
       .sign(UNUM_SIGN_NEGATIVE);
 }
 

@@ -35,7 +35,8 @@ class NSNumberFormatter {
     int minimumFractionDigits = 0;
     /// Absent: as the style has it. Never below the minimum.
     std::optional<int> maximumFractionDigits = {};
-    /// Absent: as the style has it.
+    /// Absent: as style and locale have it, which may leave four digits together. Messages of
+    /// string tables don't, nor does what has this set.
     std::optional<bool> usesGroupingSeparator = {};
     /// Stands in front of numbers from 0 up, which otherwise have no sign.
     std::optional<std::string> positivePrefix = {};

@@ -30,6 +30,7 @@ TEST(TitleCommand, TellsWhatIsLeft) {
        "Laufen 4,5 km"},
       {"--title Read --type timer --unit minutes --target 10 --progress 0.5 --partial 3",
        "Read 1:40"},
+      {"--title Read --type timer --target 600 --unit seconds --progress 0.98", "Read 00:12"},
       {"--title Bed --type hk_bedtime --target 22:30:00 --locale de_DE", "Bed 22:30"},
       {"--title Web --type screenTime --unit hours --target 1.5 --progress 0.5", "Web 1:30:00"},
       {"--type hk_activity", ""}};
@@ -57,6 +58,8 @@ TEST(TitleCommand, NamesWhatItCannotUse) {
       {"title --type hk_activity --target 5", "--target \"5\": hk_activity has no amount"},
       {"title --type timer --target 5", "--target \"5\": timer needs a --unit"},
       {"title --type hk_water --target 8x", "--target \"8x\": not a number"},
+      {"title --type hk_water --target -3", "--target \"-3\": below 0"},
+      {"title --type hk_water --partial 0", "--partial \"0\": not from 1 on"},
       {"title --type hk_bedtime --target 79200", "not a time of day; write one as 03:00:00"},
       {"title --type hk_water --progress 1.5", "not a share; write a number from 0 to 1"},
       {"title --title Read --context voiceover", "did you mean \"voiceOver\"?"}};

@@ -58,6 +58,8 @@ TEST(NSNumberFormatter, FollowsItsSettings) {
       {{.locale = english, .minimumIntegerDigits = 0}, 0.5, ".5"},
       {{.locale = english, .minimumFractionDigits = 2, .maximumFractionDigits = 1}, 1, "1.00"},
       {{.locale = english, .usesGroupingSeparator = false}, 1234, "1234"},
+      {{.locale = locale("es_ES")}, 1234, "1234"},
+      {{.locale = locale("es_ES"), .usesGroupingSeparator = true}, 1234, "1.234"},
       {{.style = Style::percent, .locale = english, .maximumFractionDigits = 1}, 0.0725, "7.2%"},
       {{.locale = english}, -0.0004, "0"},
       {{.locale = english}, std::nan(""), "NaN"},
