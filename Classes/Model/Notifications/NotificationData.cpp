@@ -1,0 +1,37 @@
+#include "Notifications/NotificationData.h"
+
+#include "Foundation/JSON.h"
+#include "OxLog/Log.h"
+
+namespace velloro {
+namespace {
+
+constexpr std::string_view userInfoKey = "velloro";
+constexpr JSONEncoder encoder{.dateForm = DateForm::iso8601};
+constexpr JSONDecoder decoder{.dateForm = DateForm::iso8601};
+
+}  // namespace
+
+NotificationData::Error::Error(Reason reason)
+    : platform::Error("velloro.NotificationData", static_cast<int>(reason),
+                      "The notification carries no record of its task.") {}
+
+NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
+  const PropertyList& record = userInfo[userInfoKey];
+  if (record.dictionary() == nullptr) {
+    Log::notifications.error([&] { return "Unable to cast to [String: Any]: " + userInfo.json(); });
+    throw Error(Error::Reason::invalidUserInfoData);
+  }
+  return fromPropertyList<NotificationData>(record, decoder);
+}
+
+PropertyList NotificationData::userInfo() const {
+  try {
+    return PropertyList::Dictionary{{std::string(userInfoKey), toPropertyList(*this, encoder)}};
+  } catch (const EncodingError& error) {
+    Log::notifications.error(error);
+    return PropertyList::Dictionary{};
+  }
+}
+
+}  // namespace velloro

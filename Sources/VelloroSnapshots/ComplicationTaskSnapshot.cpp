@@ -1,0 +1,27 @@
+#include "VelloroSnapshots/ComplicationTaskSnapshot.h"
+
+#include "VelloroCore/TaskTitleIcon.h"
+#include "VelloroCore/TaskTitleSource.h"
+
+namespace velloro {
+
+bool ComplicationTaskSnapshot::isTimed() const {
+  if (!automaticTaskType) return false;
+  const TaskType type = automaticTaskType->type;
+  return type == TaskType::timer() || type == HealthType::mindfulMinutes ||
+         type == HealthType::toothbrushingEventBrush;
+}
+
+std::optional<TaskDisplayTitle::TitleIcon> ComplicationTaskSnapshot::titleIcon() const {
+  return velloro::titleIcon(automaticTaskType, isNegative);
+}
+
+TaskDisplayTitle ComplicationTaskSnapshot::displayTitle() const {
+  return TaskDisplayTitle::build({.title = title.value_or(""),
+                                  .automaticTaskType = automaticTaskType,
+                                  .isNegative = isNegative,
+                                  .isTimed = isTimed(),
+                                  .progress = completionStatus.progress()});
+}
+
+}  // namespace velloro

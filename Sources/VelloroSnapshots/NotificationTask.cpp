@@ -1,0 +1,11 @@
+#include "VelloroSnapshots/NotificationTask.h"
+
+#include "Foundation/JSON.h"
+
+namespace velloro {
+
+std::string NotificationTask::debugDescription() const {
+  return JSONEncoder{.dateForm = DateForm::iso8601}.encode(*this);
+}
+
+}  // namespace velloro
