@@ -29,9 +29,10 @@ struct Directories {
 
 /// Who the process is.
 struct BundleInfo {
-  std::string identifier;    ///< Such as "velloro.app"; tells the run target.
-  std::string shortVersion;  ///< CFBundleShortVersionString: "1.2.3".
-  std::string version;       ///< CFBundleVersion: the build number.
+  std::string identifier = {};     ///< Such as "velloro.app"; tells the run target.
+  std::string shortVersion = {};   ///< CFBundleShortVersionString: "1.2.3".
+  std::string version = {};        ///< CFBundleVersion: the build number.
+  std::string pathExtension = {};  ///< Of the bundle's folder: "app", or "appex" of an extension.
 };
 
 /// What a process gets from outside: time, place, identity, folders and chance. Nothing else in the

@@ -1,0 +1,152 @@
+#include "Settings/SettingsStorage.h"
+
+#include "Foundation/NSNotificationCenter.h"
+#include "Settings/RunTarget.h"
+#include "Settings/SettingsStorageLocal.h"
+
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace velloro {
+namespace {
+
+using Container = SettingsStorageContainer;
+
+/// How a tier reads and writes one kind of value.
+template <typename T>
+struct Access {
+  T (Container::*read)(std::string_view) const;
+  void (Container::*write)(T, std::string_view);
+};
+
+constexpr Access<std::int64_t> integers{&Container::integerForKey, &Container::setInteger};
+constexpr Access<bool> booleans{&Container::boolForKey, &Container::setBool};
+constexpr Access<double> reals{&Container::doubleForKey, &Container::setDouble};
+constexpr Access<std::optional<std::string>> strings{&Container::stringForKey,
+                                                     &Container::setString};
+constexpr Access<std::optional<Data>> datas{&Container::dataForKey, &Container::setData};
+
+template <typename T>
+T read(const Access<T>& access, const Container* container, const Setting& setting) {
+  return container != nullptr ? (container->*access.read)(setting.key()) : T{};
+}
+
+void tell(const Setting& setting) {
+  NSNotificationCenter::defaultCenter().post(
+      {.name = settingsChangedNotification,
+       .userInfo = {{settingNamesKey, std::vector<Setting>{setting}}}});
+}
+
+/// Into the setting's own tier, if the value is another one, and from there into the copy: an
+/// application whose setting lives in the cloud still has it in its suite.
+template <typename T>
+bool write(const Access<T>& access, Container& own, Container& copy, const Setting& setting,
+           std::type_identity_t<T> value, bool silent) {
+  const std::string key = setting.key();
+  if ((own.*access.read)(key) == value) return false;
+  (own.*access.write)(std::move(value), key);
+  (copy.*access.write)((own.*access.read)(key), key);
+  if (!silent) tell(setting);
+  return true;
+}
+
+}  // namespace
+
+SettingsStorage& SettingsStorage::shared() {
+  static auto* const storage =
+      new SettingsStorage({.localStorage = std::make_shared<SettingsStorageLocal>(),
+                           .localSharedStorage = SettingsStorageLocalShared::open()},
+                          velloro::isExtension());
+  return *storage;
+}
+
+SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension)
+    : tiers_(std::move(tiers)), isExtension_(isExtension) {}
+
+std::int64_t SettingsStorage::integer(const Setting::IntSetting& setting) const {
+  const Setting& name = setting.setting;
+  return read(integers, isExtension_ ? sharedContainer(name) : &container(name), name);
+}
+
+bool SettingsStorage::boolean(const Setting::BoolSetting& setting) const {
+  const Setting& name = setting.setting;
+  return read(booleans, isExtension_ ? sharedContainer(name) : &container(name), name);
+}
+
+double SettingsStorage::real(const Setting::DoubleSetting& setting) const {
+  return read(reals, &container(setting.setting), setting.setting);  // none of them is shared
+}
+
+std::optional<std::string> SettingsStorage::string(const Setting::StringSetting& setting) const {
+  const Setting& name = setting.setting;
+  if (isExtension_) {
+    if (auto text = read(strings, sharedContainer(name), name)) return text;
+  }
+  return read(strings, &container(name), name);
+}
+
+bool SettingsStorage::setInteger(std::int64_t value, const Setting::IntSetting& setting,
+                                 bool silent) {
+  const Setting& name = setting.setting;
+  return write(integers, container(name), containerOfCopies(), name, value, silent);
+}
+
+bool SettingsStorage::setBoolean(bool value, const Setting::BoolSetting& setting, bool silent) {
+  const Setting& name = setting.setting;
+  return write(booleans, container(name), containerOfCopies(), name, value, silent);
+}
+
+bool SettingsStorage::setReal(double value, const Setting::DoubleSetting& setting, bool silent) {
+  const Setting& name = setting.setting;
+  return write(reals, container(name), containerOfCopies(), name, value, silent);
+}
+
+bool SettingsStorage::setString(std::optional<std::string> value,
+                                const Setting::StringSetting& setting, bool silent) {
+  const Setting& name = setting.setting;
+  return write(strings, container(name), containerOfCopies(), name, std::move(value), silent);
+}
+
+bool SettingsStorage::setData(std::optional<Data> value, const Setting::CodableSetting& setting,
+                              bool silent) {
+  const Setting& name = setting.setting;
+  return write(datas, container(name), containerOfCopies(), name, std::move(value), silent);
+}
+
+bool SettingsStorage::isCloudStored(const Setting& setting) const {
+  const SettingTier tier = setting.row().tier;
+  if (tier == SettingTier::local) return false;
+  return velloro::isCloudStored(tier, cloudSyncTasksEnabled(),
+                                boolean(Setting::cloudSyncThemesDisabled));
+}
+
+SettingsStorageContainer& SettingsStorage::container(const Setting& setting) const {
+  const bool isInCloud = tiers_.cloudStorage != nullptr && isCloudStored(setting);
+  return isInCloud ? *tiers_.cloudStorage : *tiers_.localStorage;
+}
+
+const SettingsStorageContainer* SettingsStorage::sharedContainer(const Setting& setting) const {
+  return setting.row().isShared ? tiers_.localSharedStorage.get() : nullptr;
+}
+
+const SettingsStorageContainer& SettingsStorage::containerWithData(
+    const Setting::CodableSetting& setting) const {
+  const Setting& name = setting.setting;
+  const auto* shared = isExtension_ ? sharedContainer(name) : nullptr;
+  const bool isThere = read(datas, shared, name).has_value();
+  return isThere ? *shared : container(name);
+}
+
+SettingsStorageContainer& SettingsStorage::containerOfCopies() const {
+  return *(tiers_.localSharedStorage ? tiers_.localSharedStorage : tiers_.localStorage);
+}
+
+// Asked of the suite, or of the defaults, themselves: the switch says where settings are.
+bool SettingsStorage::cloudSyncTasksEnabled() const {
+  const bool isInSuite = isExtension_ && tiers_.localSharedStorage != nullptr;
+  const Container& tier = *(isInSuite ? tiers_.localSharedStorage : tiers_.localStorage);
+  return tier.boolForKey(rowOf(SettingCase::cloudSyncTasksEnabled).key);
+}
+
+}  // namespace velloro

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Settings/Setting.h"
+#include "Settings/SettingsStorageContainer.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velloro {
+
+/// Posted on the default centre when settings have changed; the user info has a
+/// `std::vector<Setting>` of them under the key.
+inline constexpr const char* settingsChangedNotification = "Settings.SettingsChanged";
+inline constexpr const char* settingNamesKey = "settingNamesKey";
+
+/// The values of the settings, each in the tier in which it lives at this moment.
+///
+///     SettingsStorage& storage = SettingsStorage::shared();
+///     storage.setBoolean(true, Setting::themeAutoSwitch);    // true: it has changed
+///     storage.boolean(Setting::themeAutoSwitch);             // true
+///     storage.integer(Setting::themeAutoSwitch);             // an error of compilation
+///     storage.string(Setting::StringSetting({Setting::selectedTheme, TaskPageNumber{2}}));
+///
+/// The application reads and writes one tier, the cloud tier where the setting is cloud-stored and
+/// the local tier otherwise; values are never merged. An extension reads what is shared from the
+/// shared suite, where the application leaves a copy of all that it writes.
+///
+/// What is absent, or can't be read, reads as 0, false, 0.0 or absent. Safe from any thread as far
+/// as the tiers are; a write that compares with the old value is no transaction.
+class SettingsStorage {
+ public:
+  struct Tiers {
+    /// Of this program alone.
+    std::shared_ptr<SettingsStorageContainer> localStorage;
+    /// Null where the suite can't be opened.
+    std::shared_ptr<SettingsStorageContainer> localSharedStorage = nullptr;
+    /// Null in a process that opens no object store, such as one that shows a notification. There
+    /// the local tier, which follows the cloud, stands in for it.
+    std::shared_ptr<SettingsStorageContainer> cloudStorage = nullptr;
+  };
+
+  /// The process's own, over the defaults of the environment that is current at the first use.
+  [[nodiscard]] static SettingsStorage& shared();
+  SettingsStorage(Tiers tiers, bool isExtension);
+
+  [[nodiscard]] bool isExtension() const { return isExtension_; }
+
+  // In an extension, these two are 0 and false for a setting that is not shared.
+  [[nodiscard]] std::int64_t integer(const Setting::IntSetting& setting) const;
+  [[nodiscard]] bool boolean(const Setting::BoolSetting& setting) const;
+  // In an extension, these fall back on the tier of the setting.
+  [[nodiscard]] double real(const Setting::DoubleSetting& setting) const;
+  [[nodiscard]] std::optional<std::string> string(const Setting::StringSetting& setting) const;
+  template <typename T>
+  [[nodiscard]] std::optional<T> codable(const Setting::CodableSetting& setting) const {
+    return containerWithData(setting).template codableForKey<T>(setting.setting.key());
+  }
+
+  // Return whether anything changed; if so, and unless `silent`, tell it by the notification.
+  bool setInteger(std::int64_t value, const Setting::IntSetting& setting, bool silent = false);
+  bool setBoolean(bool value, const Setting::BoolSetting& setting, bool silent = false);
+  bool setReal(double value, const Setting::DoubleSetting& setting, bool silent = false);
+  /// Absent removes the value.
+  bool setString(std::optional<std::string> value, const Setting::StringSetting& setting,
+                 bool silent = false);
+  /// Absent removes the value; one that JSON can't hold changes nothing and is logged.
+  template <typename T>
+  bool setCodable(const std::optional<T>& value, const Setting::CodableSetting& setting,
+                  bool silent = false) {
+    if (!value) return setData(std::nullopt, setting, silent);
+    auto data = SettingsStorageContainer::encoded(*value);
+    return data && setData(std::move(data), setting, silent);
+  }
+
+  /// Whether the setting lives in the tier that all of a person's devices share.
+  [[nodiscard]] bool isCloudStored(const Setting& setting) const;
+  /// The tier in which it lives.
+  [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
+
+ private:
+  bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
+
+  /// Where an extension finds the setting; null when it is not shared, or nothing is.
+  [[nodiscard]] const SettingsStorageContainer* sharedContainer(const Setting& setting) const;
+  [[nodiscard]] const SettingsStorageContainer& containerWithData(
+      const Setting::CodableSetting& setting) const;
+  [[nodiscard]] SettingsStorageContainer& containerOfCopies() const;
+  [[nodiscard]] bool cloudSyncTasksEnabled() const;
+
+  Tiers tiers_;
+  bool isExtension_;
+};
+
+}  // namespace velloro

@@ -1,0 +1,11 @@
+#include "Settings/SettingsStorageContainer.h"
+
+#include "OxLog/Log.h"
+
+namespace velloro {
+
+void SettingsStorageContainer::encodingFailed(const EncodingError& error) {
+  Log::settings.error([&] { return "set(codable:forKey:): " + error.localizedDescription(); });
+}
+
+}  // namespace velloro

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Foundation/Data.h"
+#include "Foundation/JSON.h"
+#include "OxKit/Platform.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velloro {
+
+/// One tier of the settings: values by key, wherever they are kept. A key without a value reads as
+/// 0, false or absent, and so does one whose value is of a kind that can't be converted. A write is
+/// seen by the next read; nothing fails outward.
+class SettingsStorageContainer {
+ public:
+  SettingsStorageContainer() = default;
+  virtual ~SettingsStorageContainer() = default;
+  SettingsStorageContainer(const SettingsStorageContainer&) = delete;
+  SettingsStorageContainer& operator=(const SettingsStorageContainer&) = delete;
+
+  [[nodiscard]] virtual std::int64_t integerForKey(std::string_view key) const = 0;
+  virtual void setInteger(std::int64_t value, std::string_view key) = 0;
+  [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
+  virtual void setBool(bool value, std::string_view key) = 0;
+  [[nodiscard]] virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
+  /// Absent removes the key; so it does in `setData` and `setCodable`.
+  virtual void setString(std::optional<std::string> value, std::string_view key) = 0;
+  [[nodiscard]] virtual std::optional<Data> dataForKey(std::string_view key) const = 0;
+  virtual void setData(std::optional<Data> value, std::string_view key) = 0;
+  [[nodiscard]] virtual double doubleForKey(std::string_view key) const = 0;
+  virtual void setDouble(double value, std::string_view key) = 0;
+
+  /// A value of any type that has a form in JSON, kept as the bytes of its JSON. Absent as well
+  /// when they can't be read as a `T`.
+  template <typename T>
+  [[nodiscard]] std::optional<T> codableForKey(std::string_view key) const {
+    const auto data = dataForKey(key);
+    if (!data) return std::nullopt;
+    try {
+      return JSONDecoder{}.decode<T>(data->text());
+    } catch (const DecodingError& error) {
+      decodingFailed(error);
+      return std::nullopt;
+    }
+  }
+  /// A value that JSON can't hold changes nothing, and is logged.
+  template <typename T>
+  void setCodable(const std::optional<T>& value, std::string_view key) {
+    if (!value) return setData(std::nullopt, key);
+    if (auto data = encoded(*value)) setData(std::move(data), key);
+  }
+
+  /// The bytes that `setCodable` keeps; absent for a value that JSON can't hold, which is logged.
+  template <typename T>
+  [[nodiscard]] static std::optional<Data> encoded(const T& value) {
+    try {
+      return Data(JSONEncoder{}.encode(value));
+    } catch (const EncodingError& error) {
+      encodingFailed(error);
+      return std::nullopt;
+    }
+  }
+
+ private:
+  /// What a tier does about bytes that make no sense; most are silent.
+  virtual void decodingFailed(const DecodingError&) const {}
+  static void encodingFailed(const EncodingError& error);
+};
+
+}  // namespace velloro

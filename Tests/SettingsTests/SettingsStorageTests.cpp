@@ -1,0 +1,229 @@
+#include "Foundation/NSNotificationCenter.h"
+#include "Settings/SettingsStorage.h"
+#include "SettingsTests/EverySetting.h"
+#include "SettingsTests/MemoryStorage.h"
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+using ::testing::ElementsAre;
+using Numbers = std::vector<int>;
+
+/// One state of the switches in one kind of process.
+struct World {
+  bool isExtension = false;
+  bool hasSuite = false;
+  bool tasksEnabled = false;
+  bool themesDisabled = false;
+};
+
+void forEachWorld(const std::function<void(const World&)>& visit) {
+  for (unsigned bits = 0; bits < 16; ++bits) {
+    visit({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0});
+  }
+}
+
+/// The rules as one tells them, over the numbers of the cases. Tiers are letters: 'l' for local,
+/// 's' for the shared suite, 'c' for the cloud.
+struct Rules {
+  const World& world;
+  int number = 0;
+
+  [[nodiscard]] std::string ownTier() const {
+    static const std::set sync{5, 6, 9, 17, 19, 21, 22, 23, 32, 33, 35, 36, 37, 42, 46};
+    static const std::set themes{0, 1, 3, 14, 15, 16};
+    if (!world.tasksEnabled) return "l";
+    // Which themes a user keeps to one device is nothing that an extension can see.
+    const bool themesDisabled = world.themesDisabled && !world.isExtension;
+    return sync.contains(number) || (themes.contains(number) && !themesDisabled) ? "c" : "l";
+  }
+  [[nodiscard]] std::string copyTier() const { return world.hasSuite ? "s" : "l"; }
+  /// Where a read looks, one after the other.
+  [[nodiscard]] std::string sources(Setting::Kind kind) const {
+    using enum Setting::Kind;
+    if (kind == noOp) return "";
+    if (!world.isExtension || kind == double_) return ownTier();
+    const bool isListed = number <= 50 && ((0x4100206C3D011 >> number) & 1) != 0;
+    const std::string shared = isListed && world.hasSuite ? "s" : "";
+    return kind == bool_ || kind == int_ ? shared : shared + ownTier();
+  }
+};
+
+/// Three tiers in which the switches stand as a world has them, but for a switch that is itself
+/// tried.
+struct Tiers {
+  explicit Tiers(const World& world, Setting::Case tried)
+      : storage({.localStorage = local,
+                 .localSharedStorage = world.hasSuite ? shared : nullptr,
+                 .cloudStorage = cloud},
+                world.isExtension) {
+    const bool readsSuite = world.isExtension && world.hasSuite;
+    if (tried != Setting::cloudSyncTasksEnabled) {
+      local->setBool(world.tasksEnabled != readsSuite, "Settings_CloudSyncEnabled");
+      shared->setBool(world.tasksEnabled == readsSuite, "Settings_CloudSyncEnabled");
+    }
+    if (tried != Setting::cloudSyncThemesDisabled) {
+      local->setBool(world.themesDisabled, "Settings_CloudSyncThemesDisabled");
+    }
+  }
+
+  [[nodiscard]] MemoryStorage& tier(char letter) const {
+    return letter == 'l' ? *local : letter == 's' ? *shared : *cloud;
+  }
+  [[nodiscard]] std::string holders(const std::string& key) const {
+    std::string letters;
+    for (const char letter : {'l', 's', 'c'}) {
+      if (tier(letter).holds(key)) letters += letter;
+    }
+    return letters;
+  }
+
+  std::shared_ptr<MemoryStorage> local = std::make_shared<MemoryStorage>();
+  std::shared_ptr<MemoryStorage> shared = std::make_shared<MemoryStorage>();
+  std::shared_ptr<MemoryStorage> cloud = std::make_shared<MemoryStorage>();
+  SettingsStorage storage;
+};
+
+/// Puts a value that tells its tier, by the setting's kind.
+void place(const Setting& setting, char letter, MemoryStorage& into) {
+  using enum Setting::Kind;
+  const std::string key = setting.key();
+  const auto kind = setting.row().kind;
+  if (kind == bool_) into.setBool(true, key);
+  if (kind == int_) into.setInteger(letter, key);
+  if (kind == double_) into.setDouble(letter, key);
+  if (kind == string) into.setString(std::string(1, letter), key);
+  if (kind == codable) into.setCodable(std::optional(Numbers{letter}), key);
+}
+
+/// The tier that a read's value tells; "?" for a Boolean that is true, and empty for no value.
+struct Source {
+  const SettingsStorage& storage;
+
+  static std::string told(char letter) { return letter == 0 ? "" : std::string(1, letter); }
+  std::string operator()(const Setting::BoolSetting& s) const {
+    return storage.boolean(s) ? "?" : "";
+  }
+  std::string operator()(const Setting::IntSetting& s) const {
+    return told(static_cast<char>(storage.integer(s)));
+  }
+  std::string operator()(const Setting::DoubleSetting& s) const {
+    return told(static_cast<char>(storage.real(s)));
+  }
+  std::string operator()(const Setting::StringSetting& s) const {
+    return storage.string(s).value_or("");
+  }
+  std::string operator()(const Setting::CodableSetting& s) const {
+    const auto numbers = storage.codable<Numbers>(s).value_or(Numbers{0});
+    return told(static_cast<char>(numbers.at(0)));
+  }
+  std::string operator()(const Setting::NoOpSetting&) const { return ""; }
+};
+
+struct Write {
+  SettingsStorage& storage;
+
+  bool operator()(const Setting::BoolSetting& s) { return storage.setBoolean(true, s); }
+  bool operator()(const Setting::IntSetting& s) { return storage.setInteger(5, s); }
+  bool operator()(const Setting::DoubleSetting& s) { return storage.setReal(0.5, s); }
+  bool operator()(const Setting::StringSetting& s) { return storage.setString("5", s); }
+  bool operator()(const Setting::CodableSetting& s) {
+    return storage.setCodable(std::optional(Numbers{5}), s);
+  }
+  bool operator()(const Setting::NoOpSetting&) { return false; }
+};
+
+bool isSwitch(const Setting& setting) {
+  return setting.name == Setting::cloudSyncTasksEnabled ||
+         setting.name == Setting::cloudSyncThemesDisabled;
+}
+
+TEST(SettingsStorageTest, EverySettingIsReadWhereTheRulesSay) {
+  forEachWorld([](const World& world) {
+    for (const Setting& setting : everySetting()) {
+      if (isSwitch(setting) && (world.tasksEnabled || world.themesDisabled)) continue;
+      const auto kind = setting.row().kind;
+      const auto sources = Rules{world, static_cast<int>(setting.name)}.sources(kind);
+      const Tiers all(world, setting.name);
+      for (const char letter : {'l', 's', 'c'}) {
+        const Tiers one(world, setting.name);
+        for (const Tiers* tiers : {&one, &all}) place(setting, letter, tiers->tier(letter));
+        const bool isSeen = !std::visit(Source{one.storage}, setting.wrapper()).empty();
+        EXPECT_EQ(isSeen, sources.contains(letter)) << setting.key() << " in " << letter;
+      }
+      const std::string seen = std::visit(Source{all.storage}, setting.wrapper());
+      const std::string first = sources.substr(0, 1);
+      EXPECT_EQ(seen, kind == Setting::Kind::bool_ && !first.empty() ? "?" : first)
+          << setting.key();
+    }
+  });
+}
+
+TEST(SettingsStorageTest, AWriteIsCopiedForExtensionsAndToldOnce) {
+  std::vector<Setting> told;
+  const auto token = NSNotificationCenter::defaultCenter().addObserver(
+      "Settings.SettingsChanged", [&](const Notification& notification) {
+        const auto* settings = notification.value<std::vector<Setting>>("settingNamesKey");
+        ASSERT_NE(settings, nullptr);
+        told.insert(told.end(), settings->begin(), settings->end());
+      });
+  forEachWorld([&](const World& world) {
+    for (const Setting& setting : everySetting()) {
+      const bool isStored = setting.name != Setting::themeAppearance;
+      if (isSwitch(setting) && (world.tasksEnabled || world.themesDisabled)) continue;
+      Tiers tiers(world, setting.name);
+      told.clear();
+      EXPECT_EQ(std::visit(Write{tiers.storage}, setting.wrapper()), isStored);
+      EXPECT_FALSE(std::visit(Write{tiers.storage}, setting.wrapper())) << setting.key();
+      EXPECT_EQ(told, isStored ? std::vector{setting} : std::vector<Setting>{});
+
+      const Rules rules{world, static_cast<int>(setting.name)};
+      const auto expected = rules.ownTier() + rules.copyTier();
+      for (const char letter : {'l', 's', 'c'}) {
+        EXPECT_EQ(tiers.holders(setting.key()).contains(letter),
+                  isStored && expected.contains(letter))
+            << setting.key() << " in " << letter;
+      }
+    }
+  });
+  told.clear();
+  Tiers tiers(World{}, Setting::startOfDay);
+  EXPECT_TRUE(tiers.storage.setInteger(1, Setting::startOfDay, /*silent=*/true));
+  EXPECT_THAT(told, ElementsAre());
+}
+
+TEST(SettingsStorageTest, AbsenceRemovesAndWhatJSONCannotHoldChangesNothing) {
+  Tiers tiers({.hasSuite = true}, Setting::appIcon);
+  SettingsStorage& storage = tiers.storage;
+  storage.setString("blue", Setting::appIcon);
+  storage.setCodable(std::optional(std::vector{1.5}), Setting::taskFilterAuto);
+  EXPECT_FALSE(
+      storage.setCodable(std::optional(std::vector{std::nan("")}), Setting::taskFilterAuto));
+  EXPECT_EQ(storage.codable<std::vector<double>>(Setting::taskFilterAuto), std::vector{1.5});
+  EXPECT_FALSE(storage.codable<std::string>(Setting::taskFilterAuto));
+  EXPECT_TRUE(storage.setString(std::nullopt, Setting::appIcon));
+  EXPECT_TRUE(storage.setCodable<Numbers>(std::nullopt, Setting::taskFilterAuto));
+  EXPECT_EQ(tiers.holders("UIAppIcon") + tiers.holders("taskFilter.auto"), "");
+}
+
+TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {
+  const auto local = std::make_shared<MemoryStorage>();
+  SettingsStorage storage({.localStorage = local}, /*isExtension=*/false);
+  local->setBool(true, "Settings_CloudSyncEnabled");
+  EXPECT_TRUE(storage.isCloudStored(Setting::startOfDay));
+  EXPECT_TRUE(storage.setInteger(3600, Setting::startOfDay));
+  EXPECT_EQ(local->integerForKey("Settings_StartOfDay"), 3600);
+}
+
+}  // namespace
+}  // namespace velloro
