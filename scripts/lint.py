@@ -14,9 +14,8 @@ from pathlib import Path, PurePosixPath
 STOREYS = {"Platform": 0, "Sources": 1, "Classes": 2, "Apps": 3}
 # What stands beside the building and may look into any storey.
 OUTSIDE = ("Tests", "Benchmarks", "Fuzz")
-# Percent of the code's lines: between a quarter and a third is wanted, and told at the end of each
-# run; far outside it a run fails.
-TEST_SHARE = (20, 36)
+# Percent of the code's lines: from a quarter to a third.
+TEST_SHARE = (25, 33)
 
 # Third-party headers by the first part of their name; under Platform/ any other is welcome too.
 TEST_LIBRARIES = {"gtest", "gmock", "benchmark"}
