@@ -75,7 +75,8 @@ class SettingsStorage {
     return data && setData(std::move(data), setting, silent);
   }
 
-  /// Whether the setting lives in the tier that all of a person's devices share.
+  /// Whether the setting lives in the tier that all of a person's devices share. An extension goes
+  /// by `cloudSyncTasksEnabled` alone: it can't see that the user keeps themes to one device.
   [[nodiscard]] bool isCloudStored(const Setting& setting) const;
   /// The tier in which it lives.
   [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
