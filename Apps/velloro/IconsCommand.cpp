@@ -58,8 +58,8 @@ void run(const IconsOptions& options) {
     text = JSONEncoder{}.encode(icons) + "\n";
   } else {
     for (const IconReport& icon : icons) {
-      text += stringWithFormat("%-32s %s\n", rawValue(icon.name).data(),
-                               rawValue(icon.category).data());
+      text += stringWithFormat("%-32s %s\n", std::string(rawValue(icon.name)).c_str(),
+                               std::string(rawValue(icon.category)).c_str());
     }
   }
   std::fwrite(text.data(), 1, text.size(), stdout);

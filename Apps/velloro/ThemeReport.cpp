@@ -84,7 +84,7 @@ std::string table(const std::vector<ThemeReport>& reports) {
   for (const ThemeReport& report : reports) {
     std::vector<std::string> modes;
     for (const ModeReport& mode : report.modes) modes.emplace_back(rawValue(mode.mode));
-    text += stringWithFormat("%-14s %-18s %-32s %s\n", rawValue(report.scheme).data(),
+    text += stringWithFormat("%-14s %-18s %-32s %s\n", std::string(rawValue(report.scheme)).c_str(),
                              report.title.c_str(), joined(modes).c_str(),
                              joined(report.colors).c_str());
   }

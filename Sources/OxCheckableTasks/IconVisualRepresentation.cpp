@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding.h"
 #include "Foundation/String.h"
+#include "OxCheckableTasks/IconArtwork.h"
 #include "OxKit/OxCodableColor.h"
 
 #include <memory>
@@ -32,12 +33,15 @@ std::optional<Prefix> prefixOf(std::string_view text) {
   return std::nullopt;
 }
 
+OxCodableColor codable(const CGColor& color) {
+  return {.r = color.red, .g = color.green, .b = color.blue, .a = color.alpha};
+}
+
 /// All that the image depends on but its size.
 std::string nameOf(const IconVisualRepresentation& what, const Properties& how,
                    const CGColor& color) {
-  const OxCodableColor codable{.r = color.red, .g = color.green, .b = color.blue, .a = color.alpha};
   return what.storableValue() + "|" + std::to_string(rawValue(how.orientation)) + "|" +
-         std::string(how.overlay ? rawValue(*how.overlay) : "") + "|" + codable.toHexAlpha();
+         std::string(how.overlay ? rawValue(*how.overlay) : "") + "|" + codable(color).toHexAlpha();
 }
 
 }  // namespace
@@ -125,8 +129,11 @@ InlineIcon::InlineIcon(IconVisualRepresentation what, Properties how, CGColor in
       displayProperties(how),
       color(inColor) {}
 
-std::shared_ptr<const CGImage> InlineIcon::image(double /*scale*/) const {
-  return nullptr;  // until the icons' artwork is drawn, their room in the line stays empty
+std::shared_ptr<const CGImage> InlineIcon::image(double scale) const {
+  const IconDisplayRepresentation shown{.visualRepresentation = visualRepresentation,
+                                        .displayProperties = displayProperties};
+  const IconArtwork artwork{.representation = shown, .side = size().width, .scale = scale};
+  return artwork.masked(codable(color)).cgImage;
 }
 
 }  // namespace velloro

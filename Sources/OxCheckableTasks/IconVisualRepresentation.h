@@ -118,8 +118,7 @@ constexpr auto rawValues(std::type_identity<IconVisualRepresentation::Overlay>) 
   return caseNames<IconVisualRepresentation::Overlay::slash>();
 }
 
-/// An icon or a symbol in the place of a letter. It has its room in the line and says what is to be
-/// drawn there; the ring's drawing has the artwork.
+/// An icon or a symbol in the place of a letter, drawn in the text's colour (`IconArtwork`).
 class InlineIcon final : public NSTextAttachment {
  public:
   InlineIcon(IconVisualRepresentation visualRepresentation,

@@ -13,7 +13,8 @@ TEST(ThemesCommand, TellsOfSchemesAndRings) {
   const auto all = runProgram("themes");
   EXPECT_EQ(all.exitCode, 0);
   EXPECT_EQ(std::ranges::count(all.output, '\n'), 1 + 25);
-  EXPECT_THAT(all.output, HasSubstr("Red and blue       normal alternate white black"));
+  EXPECT_THAT(all.output,
+              HasSubstr("redBlue        Red and blue       normal alternate white black"));
   const auto one = runProgram("themes blue --context widget").output;
   EXPECT_EQ(std::ranges::count(one, '\n'), 3 * (1 + 1 + 13) + 2);
   EXPECT_THAT(one, HasSubstr("Blue (White): text 1C1C1C on FFFFFF"));

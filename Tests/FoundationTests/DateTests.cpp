@@ -1,7 +1,7 @@
 #include "Foundation/Date.h"
 
 #include <cmath>
-#include <tuple>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -10,29 +10,22 @@ namespace {
 
 TEST(Date, ReadsISO8601) {
   const std::string tinyFraction = "1970-01-01T00:00:00." + std::string(400, '0') + "1Z";
-  const std::tuple<const char*, std::optional<double>> cases[] = {
-      {"1970-01-01T00:00:00Z", 0},
-      {"2024-03-07T01:59:59Z", 1709776799},
-      {"2024-03-07T02:59:59+01:00", 1709776799},
-      {"2024-03-06T20:59:59-0500", 1709776799},
-      {"2024-03-07T03:59:59+02", 1709776799},
-      {"2024-03-07T01:59:59.25Z", 1709776799.25},
-      {tinyFraction.c_str(), 0},
-      {"0001-01-01T00:00:00Z", -62135596800},
-      {"2024-02-29T00:00:00Z", 1709164800},
-      {"2023-02-29T00:00:00Z", {}},
-      {"2024-03-07T24:00:00Z", {}},
-      {"2024-03-07T01:59:59", {}},
-      {"2024-03-07T01:59:59+19:00", {}},
-      {"2024-03-07T01:59:59.Z", {}},
-      {"2024-03-07T01:59:59ZZ", {}},
-      {"2024-3-7T01:59:59Z", {}},
-      {"", {}}};
+  const std::pair<const char*, double> cases[] = {{"1970-01-01T00:00:00Z", 0},
+                                                  {"2024-03-07T01:59:59Z", 1709776799},
+                                                  {"2024-03-07T02:59:59+01:00", 1709776799},
+                                                  {"2024-03-06T20:59:59-0500", 1709776799},
+                                                  {"2024-03-07T03:59:59+02", 1709776799},
+                                                  {"2024-03-07T01:59:59.25Z", 1709776799.25},
+                                                  {tinyFraction.c_str(), 0},
+                                                  {"0001-01-01T00:00:00Z", -62135596800},
+                                                  {"2024-02-29T00:00:00Z", 1709164800}};
   for (const auto& [text, expected] : cases) {
-    const auto date = Date::fromISO8601(text);
-    ASSERT_EQ(date.has_value(), expected.has_value()) << text;
-    if (!date) continue;
-    EXPECT_DOUBLE_EQ(date->timeIntervalSince1970(), *expected) << text;
+    EXPECT_DOUBLE_EQ(Date::fromISO8601(text).value().timeIntervalSince1970(), expected) << text;
+  }
+  for (const char* bad : {"2023-02-29T00:00:00Z", "2024-03-07T24:00:00Z", "2024-03-07T01:59:59",
+                          "2024-03-07T01:59:59+19:00", "2024-03-07T01:59:59.Z",
+                          "2024-03-07T01:59:59ZZ", "2024-3-7T01:59:59Z", ""}) {
+    EXPECT_FALSE(Date::fromISO8601(bad)) << bad;
   }
 }
 

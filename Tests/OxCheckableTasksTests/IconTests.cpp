@@ -1,7 +1,9 @@
+#include "CoreGraphics/CGImage.h"
 #include "Foundation/TestEnvironment.h"
 #include "OxCheckableTasks/IconDisplayRepresentation.h"
 #include "Support/Fixtures.h"
 
+#include <cmath>
 #include <set>
 #include <tuple>
 
@@ -130,6 +132,9 @@ TEST(IconVisualRepresentation, StandsInALineOfText) {
     const auto run = inLine(visual).runs().front();
     EXPECT_DOUBLE_EQ(run.attachment->size().height, size) << visual.text();
     EXPECT_DOUBLE_EQ(run.attributes.baselineOffset, raised) << visual.text();
+    const auto image = run.attachment->image(2);
+    ASSERT_TRUE(image) << visual.text();
+    EXPECT_EQ(image->width(), static_cast<std::size_t>(std::round(size * 2))) << visual.text();
   }
   const auto star = inLine(Visual::icon(Icon::star));
   EXPECT_EQ(star, inLine(Visual::icon(Icon::star)));

@@ -7,27 +7,17 @@
 namespace velloro {
 namespace {
 
-struct Reminder {
-  std::vector<HHMMSS> times;
-  YYYYMMDD::Range range;
-  DaysOfWeek days;
-  EnumSet<DayOfWeek> dayList;
-
-  bool operator==(const Reminder&) const = default;
-  static constexpr auto codingKeys =
-      keys(key("times", &Reminder::times), key("range", &Reminder::range),
-           key("days", &Reminder::days), key("dayList", &Reminder::dayList));
-};
+template <typename T>
+void expectForm(const T& value, const char* json) {
+  EXPECT_EQ(JSONEncoder{}.encode(value), json);
+  EXPECT_EQ(JSONDecoder{}.decode<T>(json), value);
+}
 
 TEST(Serialization, KeepsTheFormsOfTheStore) {
-  const Reminder reminder{.times = {{.h = 9}, {.h = 23, .m = 59, .s = 59}},
-                          .range = YYYYMMDD::Range::from({.y = 2024, .m = 3, .d = 7}),
-                          .days = {DaysOfWeek::monday, DaysOfWeek::friday},
-                          .dayList = {DayOfWeek::saturday, DayOfWeek::sunday}};
-  const std::string json = JSONEncoder{}.encode(reminder);
-  EXPECT_EQ(json,
-            R"({"times":[32400,86399],"range":{"minDate":20240307},"days":34,"dayList":[0,6]})");
-  EXPECT_EQ(JSONDecoder{}.decode<Reminder>(json), reminder);
+  expectForm(std::vector<HHMMSS>{{.h = 9}, {.h = 23, .m = 59, .s = 59}}, "[32400,86399]");
+  expectForm(YYYYMMDD::Range::from({.y = 2024, .m = 3, .d = 7}), R"({"minDate":20240307})");
+  expectForm(DaysOfWeek{DaysOfWeek::monday, DaysOfWeek::friday}, "34");
+  expectForm(EnumSet<DayOfWeek>{DayOfWeek::saturday, DayOfWeek::sunday}, "[0,6]");
 }
 
 TEST(Serialization, ReadsTheKeyedFormOfATime) {
@@ -39,8 +29,7 @@ TEST(Serialization, NamesWhatIsWrongAndWhere) {
   EXPECT_EQ(decodingFailure<std::vector<YYYYMMDD>>("[20240307,-5]"),
             "[1]: Unable to create YYYYMMDD from -5");
   EXPECT_EQ(decodingFailure<std::vector<YYYYMM>>("[0]"), "[0]: Unable to create YYYYMM");
-  EXPECT_EQ(decodingFailure<Reminder>(R"({"times":[86400],"range":{},"days":0,"dayList":[]})"),
-            "times[0]: Unable to create HHMMSS");
+  EXPECT_EQ(decodingFailure<std::vector<HHMMSS>>("[86400]"), "[0]: Unable to create HHMMSS");
   EXPECT_NE(decodingFailure<std::vector<DayOfWeek>>("[7]"), "none");
   EXPECT_NE(decodingFailure<std::vector<CalendarDayOfWeek>>("[0]"), "none");
   EXPECT_NE(decodingFailure<std::vector<DaysOfWeek>>("[40000]"), "none");

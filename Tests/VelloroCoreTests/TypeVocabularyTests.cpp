@@ -43,8 +43,6 @@ TEST(HealthType, FallsIntoItsFamilies) {
     const auto index = static_cast<int>(type);
     EXPECT_EQ(isDietary(type), index >= 19 && index <= 57) << rawValue(type);
     EXPECT_EQ(isFluctuating(type), index == 57) << rawValue(type);
-    EXPECT_EQ(isDietary(type),
-              rawValue(type).starts_with("hk_dietary") || index == 19 || index == 57);
   }
   EXPECT_EQ(timedTypes(),
             (std::vector{HealthType::mindfulMinutes, HealthType::toothbrushingEventBrush}));
