@@ -18,10 +18,12 @@ constexpr const char* rules = R"(<?xml version="1.0"?>
 <fontconfig>
   <dir>/usr/share/fonts</dir>
   <dir>/usr/local/share/fonts</dir>
+  <dir>/usr/share/python-qtawesome/fonts</dir>
   <cachedir>/var/cache/fontconfig</cachedir>
   <cachedir prefix="xdg">fontconfig</cachedir>
   <include>/usr/share/fontconfig/conf.avail/10-scale-bitmap-fonts.conf</include>
   <selectfont><rejectfont><glob>*/fonts/woff/*</glob></rejectfont></selectfont>
+  <selectfont><rejectfont><glob>*/materialdesignicons-webfont/*</glob></rejectfont></selectfont>
   <alias binding="same">
     <family>emoji</family><prefer><family>Noto Color Emoji</family></prefer>
   </alias>

@@ -15,7 +15,7 @@ namespace platform {
 /// without an outline.
 ///
 ///     fontGlyph("Material Design Icons", "water");
-///     fontGlyph("Material Design Icons", "U+F002");
+///     fontGlyph("Material Design Icons", "U+F0003");
 ///
 /// \param glyph The glyph's name in the font, or its code point as "U+" and hexadecimal digits.
 [[nodiscard]] std::optional<CGPath> fontGlyph(std::string_view family, std::string_view glyph);

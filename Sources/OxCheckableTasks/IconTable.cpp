@@ -17,23 +17,31 @@ using GlyphsByFont = std::map<std::string, std::map<std::string, std::string>>;
 struct IconFile {
   GlyphsByFont icons;
   GlyphsByFont symbols;
+  std::map<std::string, std::string> drawings;
+  std::map<std::string, double> outlineWidths;  // by the font
 
   static constexpr auto codingKeys =
-      keys(key("icons", &IconFile::icons), key("symbols", &IconFile::symbols));
+      keys(key("icons", &IconFile::icons), key("symbols", &IconFile::symbols),
+           key("drawings", &IconFile::drawings), key("outlineWidths", &IconFile::outlineWidths));
 };
 
-auto byName(const GlyphsByFont& glyphsByFont) {
-  std::map<std::string, IconTable::Glyph, std::less<>> glyphs;
+auto byName(const GlyphsByFont& glyphsByFont, const std::map<std::string, double>& widths) {
+  IconTable::Glyphs glyphs;
   for (const auto& [font, names] : glyphsByFont) {
-    for (const auto& [name, glyph] : names) glyphs[name] = {.font = font, .name = glyph};
+    const auto width = widths.find(font);
+    const double outlineWidth = width != widths.end() ? width->second : 0;
+    for (const auto& [name, glyph] : names) {
+      glyphs[name] = {.font = font, .name = glyph, .outlineWidth = outlineWidth};
+    }
   }
   return glyphs;
 }
 
-template <typename Glyphs>
-std::optional<IconTable::Glyph> found(const Glyphs& glyphs, std::string_view name) {
-  const auto entry = glyphs.find(name);
-  if (entry == glyphs.end()) return std::nullopt;
+template <typename Value>
+std::optional<Value> found(const std::map<std::string, Value, std::less<>>& table,
+                           std::string_view name) {
+  const auto entry = table.find(name);
+  if (entry == table.end()) return std::nullopt;
   return entry->second;
 }
 
@@ -56,8 +64,9 @@ IconTable::IconTable(const std::filesystem::path& file) {
   }
   try {
     const auto content = JSONDecoder{}.decode<IconFile>(*json);
-    icons_ = byName(content.icons);
-    symbols_ = byName(content.symbols);
+    icons_ = byName(content.icons, content.outlineWidths);
+    symbols_ = byName(content.symbols, content.outlineWidths);
+    drawings_.insert(content.drawings.begin(), content.drawings.end());
   } catch (const DecodingError& error) {
     Environment::current().report(file.string() + ": " + error.localizedDescription());
   }
@@ -69,6 +78,10 @@ std::optional<IconTable::Glyph> IconTable::icon(IconManagerIcon icon) const {
 
 std::optional<IconTable::Glyph> IconTable::symbol(std::string_view name) const {
   return found(symbols_, name);
+}
+
+std::optional<std::string> IconTable::drawing(IconManagerIcon icon) const {
+  return found(drawings_, rawValue(icon));
 }
 
 }  // namespace velloro
