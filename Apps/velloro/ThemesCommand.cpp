@@ -1,8 +1,7 @@
 #include "velloro/ThemesCommand.h"
 
 #include "Foundation/JSON.h"
-#include "velloro/Arguments.h"
-#include "velloro/NearMatches.h"
+#include "velloro/CaseArgument.h"
 #include "velloro/ThemeReport.h"
 
 #include <cstdio>
@@ -21,18 +20,6 @@ struct ThemesOptions {
   std::string context = "main";
   bool json = false;
 };
-
-template <RawRepresentable E>
-E caseArgument(const std::string& name, const std::string& text, const std::string& what) {
-  if (const auto value = fromRawValue<E>(text)) return *value;
-  std::vector<std::string_view> names;
-  for (const E value : allCases<E>()) names.push_back(rawValue(value));
-  const std::string hint = suggestion(text, names);
-  std::string list;
-  for (const auto known : names)
-    list += (list.empty() ? "write one of " : ", ") + std::string(known);
-  throw UsageError(name + " \"" + text + "\": not a " + what + "; " + (hint.empty() ? list : hint));
-}
 
 std::string answer(const ThemesOptions& options) {
   const auto context = caseArgument<ThemeContext>("--context", options.context, "place");

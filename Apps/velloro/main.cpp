@@ -5,6 +5,7 @@
 #include "velloro/GlobalOptions.h"
 #include "velloro/IconsCommand.h"
 #include "velloro/PeriodCommand.h"
+#include "velloro/RingCommand.h"
 #include "velloro/ThemesCommand.h"
 #include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
@@ -45,6 +46,7 @@ int run(int argumentCount, char** arguments) {
   addDayCommand(app);
   addIconsCommand(app);
   addPeriodCommand(app);
+  addRingCommand(app);
   addThemesCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);

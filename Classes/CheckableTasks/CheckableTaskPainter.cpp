@@ -67,13 +67,6 @@ SubProgress shownSubProgress(const View& view) {
 
 }  // namespace
 
-void View::Painter::dropImages() {
-  maskedImage_.reset();
-  bottomCaption_.reset();
-  topCaption_.reset();
-  captionsAreLaidOut_ = false;
-}
-
 const ColorProfile& View::Painter::profile() const {
   return view_.state() == State::completed ? view_.configuration().completedColorProfile
                                            : view_.configuration().uncheckedColorProfile;
@@ -84,32 +77,77 @@ const ColorProfile& View::Painter::profileWhenChecked() const {
                                  : view_.configuration().completedColorProfile;
 }
 
+double View::Painter::trackWidth() const {
+  return view_.bounds().size.width * view_.configuration().normalizedTrackWidth;
+}
+
 void View::Painter::draw(CGContext& context) {
+  const auto& [size, scale, below, above] = still();
   const SavedGState saved(context);
+  const auto show = [&](const std::shared_ptr<const CGImage>& image) {
+    if (!image) return;
+    context.draw(*image, {.origin = {},
+                          .size = {.width = static_cast<double>(image->width()) / scale,
+                                   .height = static_cast<double>(image->height()) / scale}});
+  };
+  show(below);
   context.setAlpha(profile().alpha());
   drawRing(context);
-  drawCaptions(context);
-  drawBadges(context);
-  drawIcon(context);
+  context.setAlpha(1);
+  show(above);
+}
+
+const View::Painter::Still& View::Painter::still() {
+  const CGSize size = view_.bounds().size;
+  const double scale = view_.contentsScale();
+  if (still_ && still_->size == size && still_->scale == scale) return *still_;
+  still_ = Still{.size = size,
+                 .scale = scale,
+                 .below = picture([&](CGContext& context) { drawDisc(context); }),
+                 .above = picture([&](CGContext& context) {
+                   drawCaptions(context);
+                   drawBadges(context);
+                   drawIcon(context);
+                 })};
+  return *still_;
+}
+
+template <typename Draw>
+std::shared_ptr<const CGImage> View::Painter::picture(const Draw& draw) const {
+  const auto pixels = [&](double points) {
+    return static_cast<std::size_t>(std::max(0.0, std::ceil(points * view_.contentsScale())));
+  };
+  const auto [width, height] = view_.bounds().size;
+  const auto context = CGContext::bitmap(pixels(width), pixels(height));
+  if (!context) return nullptr;
+  context->scaleBy(view_.contentsScale(), view_.contentsScale());
+  context->setAlpha(profile().alpha());
+  draw(*context);
+  return context->makeImage();
+}
+
+void View::Painter::drawDisc(CGContext& context) const {
+  const Configuration& ring = view_.configuration();
+  const ColorProfile& colors =
+      hasTrack(view_.state()) ? ring.uncheckedColorProfile : ring.completedColorProfile;
+  sharedCircler().drawBackground(context, view_.bounds(), trackWidth(), colors.centerFill);
 }
 
 void View::Painter::drawRing(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const CGRect frame = view_.bounds();
-  const double trackWidth = frame.size.width * ring.normalizedTrackWidth;
   const double notchThickness = frame.size.width * ring.normalizedNotchThickness;
   if (!hasTrack(view_.state())) {
-    return sharedCircler().drawWithoutTrack(
-        context, {.frame = frame,
-                  .trackWidth = trackWidth,
-                  .numSegments = ring.numSegments,
-                  .notchThickness = notchThickness,
-                  .centerFillColors = ring.completedColorProfile.centerFill});
+    return sharedCircler().drawWithoutTrack(context, {.frame = frame,
+                                                      .trackWidth = trackWidth(),
+                                                      .numSegments = ring.numSegments,
+                                                      .notchThickness = notchThickness,
+                                                      .centerFillColors = {}});
   }
   const ColorProfile& colors = ring.uncheckedColorProfile;
   const SubProgress inner = shownSubProgress(view_);
   sharedCircler().drawWithTrack(context, {.frame = frame,
-                                          .trackWidth = trackWidth,
+                                          .trackWidth = trackWidth(),
                                           .fillDirection = ring.fillDirection,
                                           .progress = view_.progressCurrent(),
                                           .subProgress = inner.value,
@@ -119,60 +157,62 @@ void View::Painter::drawRing(CGContext& context) const {
                                           .trackBackgroundColor = colors.trackBackground,
                                           .trackFadedBackgroundColor = colors.trackFadedBackground,
                                           .trackFillColor = colors.trackFill,
-                                          .centerFillColors = colors.centerFill,
                                           .subProgressStyle = inner.style,
                                           .subProgressFillColor = inner.color,
                                           .useRoundedLineCaps = ring.useRoundedLineCaps});
 }
 
-void View::Painter::drawCaptions(CGContext& context) {
+void View::Painter::drawCaptions(CGContext& context) const {
   const Configuration& ring = view_.configuration();
-  if (!captionsAreLaidOut_) {
-    bottomCaption_ = layOut(ring.bottomCaption, profileWhenChecked().bottomCaption);
-    topCaption_ = layOut(ring.topCaption, profileWhenChecked().topCaption);
-    captionsAreLaidOut_ = true;
-  }
-  const auto [width, height] = view_.bounds().size;
-  const double track = width * ring.normalizedTrackWidth;
+  const ColorProfile& colors = profileWhenChecked();
+  const double height = view_.bounds().size.height;
   const double icon = height * CheckableTaskConstants::defaultIconPaddingScale;
-  if (bottomCaption_) {
-    bottomCaption_->drawCentered(context,
-                                 {width / 2, ((height - track) + (height + icon) / 2) / 2});
-  }
-  if (topCaption_) {
-    topCaption_->drawCentered(context, {width / 2, (track + (height - icon) / 2) / 2});
-  }
+  drawCaption(context, ring.bottomCaption, colors.bottomCaption,
+              ((height - trackWidth()) + (height + icon) / 2) / 2);
+  drawCaption(context, ring.topCaption, colors.topCaption,
+              (trackWidth() + (height - icon) / 2) / 2);
 }
 
-std::shared_ptr<TextLayout> View::Painter::layOut(const Caption& caption,
-                                                  const OxCodableColor& color) const {
-  if (!caption.font) return nullptr;
+void View::Painter::drawCaption(CGContext& context, const Caption& caption,
+                                const OxCodableColor& color, double y) const {
+  if (!caption.font) return;
+  const auto [width, height] = view_.bounds().size;
+  const auto layout = layOutCaption([&](double factor) { return line(caption, color, factor); },
+                                    {.radius = std::min(width, height) / 2,
+                                     .trackWidth = trackWidth(),
+                                     .distance = std::abs(y - height / 2)},
+                                    view_.contentsScale());
+  if (layout) layout->drawCentered(context, {width / 2, y});
+}
+
+NSAttributedString View::Painter::line(const Caption& caption, const OxCodableColor& color,
+                                       double factor) const {
   const NSWritingDirection direction = view_.configuration().writingDirection;
+  const UIFont font = caption.font->withSize(caption.font->pointSize * factor);
   const NSAttributedString::Attributes attributes{
-      .font = *caption.font, .color = color, .writingDirection = direction};
+      .font = font, .color = color, .writingDirection = direction};
   std::vector<NSAttributedString> items;
   const auto addIcons = [&](const std::vector<CaptionIcon>& icons) {
     for (const CaptionIcon& icon : icons) {
       const auto shown = icon.visualRepresentation();
       const double alpha = color.a * profile().alpha() * icon.alpha();
       if (shown) {
-        items.push_back(shown->inlineAttributedString(
-            *caption.font, CGColor(color).withAlpha(alpha), direction, {}));
+        items.push_back(
+            shown->inlineAttributedString(font, CGColor(color).withAlpha(alpha), direction, {}));
       }
     }
   };
   addIcons(caption.leadingIcons);
   if (!caption.text.value_or("").empty()) items.emplace_back(*caption.text, attributes);
   addIcons(caption.trailingIcons);
-  if (items.empty()) return nullptr;
-  return TextLayout::make(joinedCaption(items, attributes), {.scale = view_.contentsScale()});
+  return joinedCaption(items, attributes);
 }
 
 void View::Painter::drawBadges(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const CGRect bounds = view_.bounds();
   for (const Badge& badge : ring.badges) {
-    CGRect frame = badge.frame(bounds, bounds.size.width * ring.normalizedTrackWidth);
+    CGRect frame = badge.frame(bounds, trackWidth());
     frame.origin.y = bounds.size.height - frame.origin.y - frame.size.height;
     OxCodableColor circle = ring.uncheckedColorProfile.badge;
     circle.a *= profile().alpha();
@@ -204,25 +244,21 @@ const std::optional<IconDisplayRepresentation>& View::Painter::shownIcon() const
   return ring.uncheckedIcon;
 }
 
-void View::Painter::drawIcon(CGContext& context) {
+void View::Painter::drawIcon(CGContext& context) const {
+  const auto& icon = shownIcon();
+  if (!icon) return;
   const auto [width, height] = view_.bounds().size;
   const CGSize box{.width = iconSide(width), .height = iconSide(height)};
-  if (!maskedImage_) {
-    const auto& icon = shownIcon();
-    maskedImage_ = UIImage{};
-    if (icon) {
-      maskedImage_ = IconArtwork{.representation = *icon,
-                                 .side = std::min(box.width, box.height),
-                                 .scale = view_.contentsScale()}
-                         .masked(profileWhenChecked().imageMask);
-    }
-  }
-  if (!maskedImage_->cgImage) return;
-  const CGSize fitted = calculateImageSize(maskedImage_->size(), box);
+  const UIImage image = IconArtwork{.representation = *icon,
+                                    .side = std::min(box.width, box.height),
+                                    .scale = view_.contentsScale()}
+                            .masked(profileWhenChecked().imageMask);
+  if (!image.cgImage) return;
+  const CGSize fitted = calculateImageSize(image.size(), box);
   const CGSize size{.width = std::round(fitted.width), .height = std::round(fitted.height)};
-  context.draw(*maskedImage_->cgImage, {.origin = {.x = std::round((width - size.width) / 2),
-                                                   .y = std::round((height - size.height) / 2)},
-                                        .size = size});
+  context.draw(*image.cgImage, {.origin = {.x = std::round((width - size.width) / 2),
+                                           .y = std::round((height - size.height) / 2)},
+                                .size = size});
 }
 
 }  // namespace velloro

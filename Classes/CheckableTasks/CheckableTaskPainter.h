@@ -1,40 +1,51 @@
 #pragma once
 
 #include "CheckableTasks/CheckableTaskView.h"
-#include "UIKit/TextLayout.h"
-#include "UIKit/UIImage.h"
+#include "CoreGraphics/CGImage.h"
 
 #include <memory>
 #include <optional>
 
 namespace velloro {
 
-/// Draws a view's ring, and keeps from one frame to the next what is dear to make: the icon in its
-/// colour and the captions' glyphs.
+/// Draws a view's ring. What stays as it is while the ring moves is drawn but once: the disc below
+/// the track; captions, badges and icon above it. So a frame of an animation costs two copies and
+/// the strokes of the track.
 class CheckableTaskView::Painter {
  public:
   explicit Painter(const CheckableTaskView& view) : view_(view) {}
 
   void draw(CGContext& context);
   /// What is kept no longer shows what the view is.
-  void dropImages();
+  void dropImages() { still_.reset(); }
 
  private:
+  struct Still {
+    CGSize size;
+    double scale = 1;
+    std::shared_ptr<const CGImage> below;
+    std::shared_ptr<const CGImage> above;
+  };
+
+  const Still& still();
+  template <typename Draw>
+  [[nodiscard]] std::shared_ptr<const CGImage> picture(const Draw& draw) const;
+  void drawDisc(CGContext& context) const;
   void drawRing(CGContext& context) const;
-  void drawCaptions(CGContext& context);
+  void drawCaptions(CGContext& context) const;
+  void drawCaption(CGContext& context, const Caption& caption, const OxCodableColor& color,
+                   double y) const;
+  [[nodiscard]] NSAttributedString line(const Caption& caption, const OxCodableColor& color,
+                                        double factor) const;
   void drawBadges(CGContext& context) const;
-  void drawIcon(CGContext& context);
+  void drawIcon(CGContext& context) const;
   [[nodiscard]] const std::optional<IconDisplayRepresentation>& shownIcon() const;
-  [[nodiscard]] std::shared_ptr<TextLayout> layOut(const Caption& caption,
-                                                   const OxCodableColor& color) const;
   [[nodiscard]] const ColorProfile& profile() const;
   [[nodiscard]] const ColorProfile& profileWhenChecked() const;
+  [[nodiscard]] double trackWidth() const;
 
   const CheckableTaskView& view_;
-  std::optional<UIImage> maskedImage_;
-  std::shared_ptr<TextLayout> bottomCaption_;
-  std::shared_ptr<TextLayout> topCaption_;
-  bool captionsAreLaidOut_ = false;
+  std::optional<Still> still_;
 };
 
 }  // namespace velloro

@@ -137,9 +137,11 @@ void CheckableTaskRoundCircler::updateGradients(std::span<const OxCodableColor> 
 void CheckableTaskRoundCircler::drawTrack(CGContext& context, const Track& track) {
   const SavedGState saved(context);
   context.setLineWidth(track.width);
-  for (const auto& [part, angles] :
-       trackArcs({.progress = track.progress, .trackProgress = track.trackProgress},
-                 track.fillDirection)) {
+  auto arcs = trackArcs({.progress = track.progress, .trackProgress = track.trackProgress},
+                        track.fillDirection);
+  // Round caps lie over the neighbours, which would otherwise cover them.
+  if (track.useRoundedLineCaps) std::ranges::reverse(arcs);
+  for (const auto& [part, angles] : arcs) {
     const bool isRound = part == TrackArc::Part::fill && track.useRoundedLineCaps;
     context.setLineCap(isRound ? CGLineCap::round : CGLineCap::butt);
     context.setStrokeColor(colorOf(track, part));

@@ -8,7 +8,6 @@
 #include "OxCheckableTasks/CheckableTaskRoundCircler.h"
 #include "OxCheckableTasks/IconArtwork.h"
 #include "OxCheckableTasks/SegmentRenderer.h"
-#include "UIKit/TextLayout.h"
 
 #include <algorithm>
 #include <cmath>
@@ -39,9 +38,8 @@ struct Layout {
     }
   }
 
-  [[nodiscard]] double radiusAtTrackCenter() const {
-    return (std::min(ring.size.width, ring.size.height) - trackWidth.value_or(0)) / 2;
-  }
+  [[nodiscard]] double radius() const { return std::min(ring.size.width, ring.size.height) / 2; }
+  [[nodiscard]] double radiusAtTrackCenter() const { return radius() - trackWidth.value_or(0) / 2; }
   [[nodiscard]] CGPoint center() const {
     return {.x = frame.origin.x + frame.size.width / 2,
             .y = frame.origin.y + frame.size.height / 2};
@@ -135,14 +133,22 @@ class Drawing {
 
   void drawCaption(const std::optional<Caption>& caption, double y, const OxCodableColor& color) {
     if (!caption) return;
-    const double width = layout_.frame.size.width;
+    const auto [width, height] = layout_.frame.size;
     const double perWidth =
         caption->size == Caption::Size::large ? largeCaptions : standardCaptions;
-    const NSAttributedString::Attributes attributes{
+    NSAttributedString::Attributes attributes{
         .font = {.name = caption->fontName, .pointSize = width / perWidth},
         .color = color,
         .writingDirection = caption->writingDirection};
-    const auto layout = TextLayout::make(line(*caption, attributes));
+    const auto shrunk = [&](double factor) {
+      attributes.font.pointSize = width / perWidth * factor;
+      return line(*caption, attributes);
+    };
+    const auto layout = layOutCaption(shrunk,
+                                      {.radius = layout_.radius(),
+                                       .trackWidth = layout_.trackWidth.value_or(0),
+                                       .distance = std::abs(y - height / 2)},
+                                      1);
     if (!layout) return;
     layout->drawCentered(
         context_, {.x = layout_.frame.origin.x + width / 2, .y = layout_.frame.origin.y + y});

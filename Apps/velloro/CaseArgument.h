@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Foundation/RawValue.h"
+#include "OxKit/Platform.h"
+#include "velloro/Arguments.h"
+#include "velloro/NearMatches.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velloro {
+
+/// A complaint that names near matches, or all names where there are few.
+[[nodiscard]] UsageError unknownName(const std::string& name, const std::string& text,
+                                     const std::string& what,
+                                     const std::vector<std::string_view>& names);
+
+/// A case of an enumeration by its raw text.
+///
+///     caseArgument<ThemeMode>("--mode", "blak", "mode");
+///         // UsageError: --mode "blak": not a mode; did you mean "black"?
+template <RawRepresentable E>
+[[nodiscard]] E caseArgument(const std::string& name, const std::string& text,
+                             const std::string& what) {
+  if (const auto value = fromRawValue<E>(text)) return *value;
+  std::vector<std::string_view> names;
+  for (const E value : allCases<E>()) names.push_back(rawValue(value));
+  throw unknownName(name, text, what, names);
+}
+
+}  // namespace velloro

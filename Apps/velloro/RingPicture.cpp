@@ -1,0 +1,124 @@
+#include "velloro/RingPicture.h"
+
+#include "Foundation/TestEnvironment.h"
+#include "UIKit/TextLayout.h"
+#include "VelloroCore/ThemeHelper.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace velloro {
+namespace {
+
+using View = CheckableTaskView;
+
+std::unique_ptr<CGContext> bitmap(CGSize size, double scale) {
+  const auto pixels = [&](double points) {
+    return static_cast<std::size_t>(std::ceil(points * scale));
+  };
+  auto context = CGContext::bitmap(pixels(size.width), pixels(size.height));
+  if (!context) throw std::runtime_error("nothing can be drawn here");
+  context->scaleBy(scale, scale);
+  return context;
+}
+
+/// Bars that rise to the right, side by side across the rectangle.
+void paintBars(CGContext& context, CGRect rect) {
+  const SavedGState saved(context);
+  context.clip(CGPath::rect(rect));
+  context.setAlpha(0.35);
+  const auto [x, y] = rect.origin;
+  const auto [width, height] = rect.size;
+  const auto bars = allCases<ThemeHelper::PrideColor>();
+  const double each = (width + height) / static_cast<double>(bars.size());
+  for (std::size_t i = 0; i < bars.size(); ++i) {
+    const double left = x + each * static_cast<double>(i);
+    CGPath bar;
+    bar.move({left, y});
+    bar.addLine({left + each, y});
+    bar.addLine({left + each - height, y + height});
+    bar.addLine({left - height, y + height});
+    bar.closeSubpath();
+    context.setFillColor(color(bars[i]));
+    context.fill(bar);
+  }
+}
+
+}  // namespace
+
+Canvas::Canvas(CGSize size, double scale) : context_(bitmap(size, scale)) {}
+
+void Canvas::paint(CGRect rect, const OxCodableColor& color) {
+  context_->setFillColor(color);
+  context_->fill(rect);
+}
+
+void Canvas::paint(CGRect rect, const ThemeBackgroundType& background) {
+  paint(rect, background.plainColor());
+  if (const auto* gradient = std::get_if<ThemeGradient>(&background.value)) {
+    const SavedGState saved(*context_);
+    context_->clip(CGPath::rect(rect));
+    context_->drawLinearGradient(
+        {.colors = {gradient->from, gradient->to}, .locations = {0, 1}}, rect.origin,
+        {.x = rect.origin.x + rect.size.width, .y = rect.origin.y + rect.size.height});
+  }
+  if (std::holds_alternative<ThemeBackgroundType::Pride>(background.value)) {
+    paintBars(*context_, rect);
+  }
+}
+
+void Canvas::write(std::string_view text, CGPoint center, const UIFont& font,
+                   const OxCodableColor& color) {
+  const auto layout = TextLayout::make(NSAttributedString(text, {.font = font, .color = color}));
+  if (layout) layout->drawCentered(*context_, center);
+}
+
+void Canvas::show(UIWindow& window, CGPoint origin) {
+  window.displayIfNeeded();
+  const auto picture = window.snapshot();
+  if (!picture) return;
+  const double scale = window.screenScale();
+  context_->draw(*picture, {.origin = origin,
+                            .size = {.width = static_cast<double>(picture->width()) / scale,
+                                     .height = static_cast<double>(picture->height()) / scale}});
+}
+
+std::shared_ptr<const CGImage> RingPicture::pictureOf(UIWindow& window) const {
+  const CGRect frame = window.contentView()->bounds();
+  Canvas canvas(frame.size, scale);
+  if (!isTransparent) canvas.paint(frame, look.theme.backgroundType());
+  canvas.show(window, {});
+  return canvas.image();
+}
+
+std::shared_ptr<const CGImage> RingPicture::image() const {
+  UIWindow window(scale);
+  window.setContentView(look.view());
+  return pictureOf(window);
+}
+
+std::vector<std::shared_ptr<const CGImage>> RingPicture::framesOfChecking(
+    int framesPerSecond) const {
+  constexpr double rest = 0.5;
+  constexpr double duration =
+      View::progressAnimationDuration + View::checkedToCompletedDelayDuration + rest;
+  const Directories directories = Environment::current().directories();
+  const std::string locale = Environment::current().localeIdentifier();
+  TestEnvironment scene;
+  scene.setResources(directories.resources);
+  scene.setLocale(locale);
+  UIWindow window(scale);
+  const auto view = look.view();
+  window.setContentView(view);
+  view->checkAutomatically(View::progressAnimationDuration);
+  const double start = scene.mediaTime();
+  std::vector<std::shared_ptr<const CGImage>> frames;
+  for (int i = 0; i <= duration * framesPerSecond; ++i) {
+    scene.advance(start + static_cast<double>(i) / framesPerSecond - scene.mediaTime());
+    frames.push_back(pictureOf(window));
+  }
+  return frames;
+}
+
+}  // namespace velloro

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "CoreGraphics/CGContext.h"
+#include "UIKit/UIView.h"
+#include "velloro/RingLook.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// A picture being drawn, in points.
+/// \throws std::runtime_error Where nothing can be drawn.
+class Canvas {
+ public:
+  Canvas(CGSize size, double scale);
+
+  [[nodiscard]] CGContext& context() { return *context_; }
+  [[nodiscard]] std::shared_ptr<const CGImage> image() { return context_->makeImage(); }
+
+  void paint(CGRect rect, const OxCodableColor& color);
+  /// What lies behind a page of tasks.
+  void paint(CGRect rect, const ThemeBackgroundType& background);
+  /// One line, its middle at `center`.
+  void write(std::string_view text, CGPoint center, const UIFont& font,
+             const OxCodableColor& color);
+  /// What the window shows.
+  void show(UIWindow& window, CGPoint origin);
+
+ private:
+  std::unique_ptr<CGContext> context_;
+};
+
+/// How a ring's picture is made.
+struct RingPicture {
+  RingLook look = {};
+  double scale = 2;  ///< Pixels per point.
+  bool isTransparent = false;
+
+  [[nodiscard]] std::shared_ptr<const CGImage> image() const;
+
+  /// The frames of a ring that checks itself, from the first moment to half a second after the
+  /// last change, in no time.
+  [[nodiscard]] std::vector<std::shared_ptr<const CGImage>> framesOfChecking(
+      int framesPerSecond) const;
+  /// Every colour scheme that has the look's mode, in each status: a row for each scheme.
+  [[nodiscard]] std::shared_ptr<const CGImage> sheet() const;
+
+ private:
+  [[nodiscard]] std::shared_ptr<const CGImage> pictureOf(UIWindow& window) const;
+};
+
+}  // namespace velloro

@@ -1,0 +1,93 @@
+#include "AppTests/Program.h"
+#include "CoreGraphics/CGImage.h"
+#include "Foundation/NSFileManager.h"
+#include "Foundation/TestEnvironment.h"
+
+#include <span>
+#include <utility>
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using platform::CGImage;
+using platform::NSFileManager;
+using testing::HasSubstr;
+
+std::shared_ptr<const CGImage> decoded(const std::string& png) {
+  return CGImage::fromPNG(std::as_bytes(std::span(png))).value_or(nullptr);
+}
+
+std::shared_ptr<const CGImage> ring(const std::string& arguments) {
+  const auto result = runProgram("ring --png - " + arguments);
+  EXPECT_EQ(result.exitCode, 0) << result.errors;
+  return decoded(result.output);
+}
+
+TEST(RingCommand, DrawsARing) {
+  const auto page = ring("--progress 0.3 --segments 3 --size 50 --scale 2 --theme blue");
+  ASSERT_TRUE(page);
+  EXPECT_EQ(page->width(), 100U);
+  EXPECT_EQ(page->height(), 100U);
+  EXPECT_EQ(page->pixel(0, 0) >> 24U, 255U);
+  const auto ringAlone = ring("--size 50 --transparent");
+  ASSERT_TRUE(ringAlone);
+  EXPECT_EQ(ringAlone->pixel(0, 0), 0U);
+  EXPECT_NE(ringAlone->pixel(50, 3), 0U);
+  const auto faded = ring("--size 50 --transparent --status s");
+  ASSERT_TRUE(faded);
+  EXPECT_NEAR(faded->pixel(50, 30) >> 24U, 128, 1);
+}
+
+TEST(RingCommand, PutsAllSchemesByAllStatusesOnASheet) {
+  const auto sheet = ring("--sheet --size 10 --scale 1 --mode white");
+  ASSERT_TRUE(sheet);
+  EXPECT_EQ(sheet->width(), 19U + 13 * 13);
+  EXPECT_EQ(sheet->height(), 4U + 25 * 13);
+}
+
+TEST(RingCommand, PlaysAnAnimationInNoTime) {
+  const platform::TestEnvironment environment;
+  const auto folder = environment.directories().temporary / "frames";
+  const auto file = environment.directories().temporary / "check.png";
+  const auto result = runProgram("ring --animate check --fps 20 --size 20 --frames '" +
+                                 folder.string() + "' --png '" + file.string() + "'");
+  EXPECT_EQ(result.exitCode, 0) << result.errors;
+  const auto frames = NSFileManager::contentsOfDirectory(folder).value();
+  EXPECT_EQ(frames.size(), 30U);  // from 0 to 1.45 s
+  const auto frame = [&](const char* name) { return NSFileManager::contents(folder / name); };
+  const auto empty = frame("frame-0000.png").value();
+  EXPECT_NE(empty, frame("frame-0005.png").value());
+  EXPECT_NE(frame("frame-0011.png").value(), frame("frame-0012.png").value());  // checked
+  EXPECT_EQ(frame("frame-0020.png").value(), frame("frame-0029.png").value());
+  EXPECT_THAT(NSFileManager::contents(file).value(), HasSubstr("acTL"));
+}
+
+TEST(RingCommand, NamesWhatItCannotUse) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "a --png is needed"},
+      {"--png x --icon watr_glass", "did you mean \"water_glass\""},
+      {"--png x --theme bleu", "--theme \"bleu\": not a colour scheme; "},
+      {"--png x --mode alternate", "not a mode of the scheme \"orange\""},
+      {"--png x --status z", "--status \"z\": not a status"},
+      {"--png x --badge top", "--badge \"top\": not a place of a badge; did you mean"},
+      {"--png x --badge topLeading:ic_bok", "did you mean \"book\""},
+      {"--png x --sign best", "did you mean \"bestStreak\""},
+      {"--png x --size 7", "--size \"7\": out of range; write points from 8"},
+      {"--png x --size 2000 --scale 8", "more than 8192 pixels"},
+      {"--png x --segments 101", "write 1 to 100"},
+      {"--png x --progress 2", "--progress \"2\": not a share"},
+      {"--png x --icon book --emoji x", "--icon excludes --emoji"},
+      {"--png x --sheet --animate check", "--sheet excludes --animate"},
+      {"--png x --animate uncheck", "not an animation; write check"},
+      {"--animate check", "a --png or a --frames is needed"},
+      {"--png x --fps 3", "--fps \"3\": only with --animate"}};
+  for (const auto& [arguments, complaint] : cases) expectRefusal("ring " + arguments, complaint);
+  const auto lost = runProgram("ring --png /dev/null/ring.png");
+  EXPECT_EQ(lost.exitCode, 1);
+  EXPECT_THAT(lost.errors, HasSubstr("--png \"/dev/null/ring.png\": cannot "));
+}
+
+}  // namespace
+}  // namespace velloro
