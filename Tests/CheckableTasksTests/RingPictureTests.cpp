@@ -1,0 +1,170 @@
+#include "CheckableTasks/CheckableTaskView.h"
+#include "CoreGraphics/CGImage.h"
+#include "Foundation/NSFileManager.h"
+#include "Foundation/TestEnvironment.h"
+#include "OxCheckableTasks/CheckableTaskConstants.h"
+#include "OxCheckableTasks/StaticImageGenerator.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <span>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+using View = CheckableTaskView;
+using Picture = std::shared_ptr<const CGImage>;
+
+/// The greatest difference of a channel, and how many pixels differ by more than a shade.
+struct Difference {
+  int greatest = 0;
+  int pixels = 0;
+};
+
+Difference difference(const CGImage& left, const CGImage& right) {
+  constexpr int shade = 8;
+  Difference result;
+  for (std::size_t i = 0; i < left.pixels().size(); ++i) {
+    int most = 0;
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+      const auto channel = [&](const CGImage& image) {
+        return static_cast<int>(image.pixels()[i] >> shift & 0xFFU);
+      };
+      most = std::max(most, std::abs(channel(left) - channel(right)));
+    }
+    result.greatest = std::max(result.greatest, most);
+    result.pixels += most > shade ? 1 : 0;
+  }
+  return result;
+}
+
+/// Draws views of 48 by 48 points; the window is kept, as it is from frame to frame.
+struct RingPictureTest : ::testing::Test {
+  Picture draw(const std::function<void(View::Configuration&)>& look, double progress = 0.3,
+               double subProgress = 0, View::State state = View::State::checkable) {
+    view->update(look);
+    view->setProgress(progress, subProgress, 0);
+    view->setState(state);
+    window.setContentView(view);
+    window.displayIfNeeded();
+    return window.snapshot();
+  }
+
+  void expectGolden(const std::string& name, const Picture& drawn) {
+    ASSERT_TRUE(drawn);
+    const auto file = std::string(VELLORO_GOLDEN "/").append(name).append(".png");
+    const auto bytes = NSFileManager::contents(file).value_or("");
+    const auto golden = CGImage::fromPNG(std::as_bytes(std::span(bytes)));
+    const bool fits = golden && (*golden)->width() == drawn->width();
+    const Difference found = fits ? difference(**golden, *drawn) : Difference{255, 1 << 20};
+    if (found.pixels <= 12 && found.greatest <= 64) return;
+    const auto actual = ::testing::TempDir() + name + ".png";
+    (void)NSFileManager::write(drawn->pngData()->text(), actual);
+    ADD_FAILURE() << file << " differs from " << actual << " in " << found.pixels
+                  << " pixels, by at most " << found.greatest;
+  }
+
+  TestEnvironment environment;
+  UIWindow window{1};
+  std::shared_ptr<View> view = View::make({48, 48});
+};
+
+void threeSegments(View::Configuration& ring) {
+  ring.numSegments = 3;
+  ring.uncheckedColorProfile.centerFill = {{.r = 0.1, .g = 0.3, .b = 0.6}};
+  ring.normalizedTrackWidth = 0.12;
+}
+
+TEST_F(RingPictureTest, ThreeSegments) {
+  expectGolden("three-segments", draw(threeSegments));
+  expectGolden("three-segments-anticlockwise",
+               draw([](auto& ring) { ring.fillDirection = FillDirection::antiClockwise; }));
+  expectGolden("three-segments-completed", draw([](auto&) {}, 1, 0, View::State::completed));
+}
+
+TEST_F(RingPictureTest, SubProgressAndRoundEnds) {
+  expectGolden("sub-progress", draw(threeSegments, 1.0 / 3, 0.6));
+  expectGolden("round-ends", draw([](auto& ring) {
+                 ring.numSegments = 1;
+                 ring.useRoundedLineCaps = true;
+                 ring.trackProgress = 0.6;
+               }));
+}
+
+TEST_F(RingPictureTest, TimerDot) {
+  expectGolden("timer-dot", draw(
+                                [](auto& ring) {
+                                  threeSegments(ring);
+                                  ring.uncheckedColorProfile.timer = {.r = 1, .g = 1, .b = 1};
+                                  ring.subProgressBehaviour = View::SubProgressBehaviour::timer;
+                                  ring.subProgressTimerTotalDuration = 90;
+                                },
+                                0.5));
+}
+
+TEST_F(RingPictureTest, GradientAndBadges) {
+  const auto gradient = [](View::Configuration& ring) {
+    threeSegments(ring);
+    ring.uncheckedColorProfile.centerFill = {{.r = 1}, {.b = 1}};
+  };
+  expectGolden("gradient", draw(gradient));
+  expectGolden("faded-badges", draw([](auto& ring) {
+                 ring.uncheckedColorProfile.isFaded = true;
+                 ring.containingBackgroundColor = {.r = 1, .g = 1, .b = 1};
+                 for (const BadgePosition position :
+                      {BadgePosition::topTrailing, BadgePosition::bottomLeadingInside}) {
+                   ring.badges.push_back({.position = position});
+                 }
+               }));
+}
+
+TEST_F(RingPictureTest, AViewAndAStaticImageAreAlike) {
+  StaticImageGenerator::Request request{.size = {48, 48}};
+  auto& layout = request.layoutProperties;
+  layout.numSegments = 4;
+  layout.progress = 0.3;
+  layout.trackProgress = 0.6;
+  layout.colors.centerFill = {{.r = 1}, {.b = 1}};
+  const Picture drawn = draw([&](auto& ring) {
+    ring.normalizedTrackWidth = CheckableTaskConstants::normalizedTrackWidth;
+    ring.numSegments = layout.numSegments;
+    ring.trackProgress = layout.trackProgress;
+    ring.uncheckedColorProfile = layout.colors;
+  });
+  EXPECT_LE(difference(*drawn, *StaticImageGenerator::createNoCache(request).cgImage).greatest, 2);
+}
+
+TEST_F(RingPictureTest, AFrameShowsTheViewAsItIsNow) {
+  const auto fresh = [](const View& other) {
+    UIWindow clean(other.contentsScale());
+    const auto copy = View::make(other.bounds().size);
+    copy->configure(other.configuration());
+    copy->setProgress(other.progress(), 0, 0);
+    copy->setState(other.state());
+    clean.setContentView(copy);
+    clean.displayIfNeeded();
+    return clean.snapshot();
+  };
+  const auto expectFresh = [&](const Picture& drawn, const char* after) {
+    const Picture expected = fresh(*view);
+    ASSERT_EQ(drawn->pixels().size(), expected->pixels().size()) << after;
+    EXPECT_EQ(difference(*drawn, *expected).greatest, 0) << after;
+  };
+  expectFresh(draw(threeSegments), "the first frame");
+  expectFresh(draw([](auto&) {}, 0.8), "progress");
+  expectFresh(draw([](auto& ring) { ring.badges.emplace_back(); }), "a badge");
+  expectFresh(draw([](auto& ring) { ring.uncheckedColorProfile.centerFill[0].g = 1; }), "a colour");
+  expectFresh(draw([](auto&) {}, 0.8, 0, View::State::completed), "a state");
+  view->setSize({60, 60});
+  expectFresh(draw([](auto&) {}), "a size");
+  view->setContentsScale(2);
+  expectFresh(draw([](auto&) {}), "a scale");
+}
+
+}  // namespace
+}  // namespace velloro

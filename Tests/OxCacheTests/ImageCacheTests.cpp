@@ -1,0 +1,118 @@
+#include "Foundation/NSFileManager.h"
+#include "Foundation/TestEnvironment.h"
+#include "OxCache/ImageCache.h"
+#include "Support/Processes.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+constexpr std::uint32_t red = 0xFFFF0000;
+constexpr std::uint32_t blue = 0xFF0000FF;
+
+UIImage plain(std::uint32_t pixel, std::size_t side = 8) {
+  const std::vector<std::uint32_t> pixels(side * side, pixel);
+  return {.cgImage = std::make_shared<const CGImage>(side, side, pixels), .scale = 2};
+}
+
+struct ImageCacheTest : ::testing::Test {
+  /// The colour of the image that a cache finds.
+  static std::optional<std::uint32_t> found(ImageCache& cache, const ImageCacheKey& key,
+                                            bool useMemoryCache = true) {
+    const auto image = cache.image(key, useMemoryCache);
+    return image ? std::optional(image->cgImage->pixel(0, 0)) : std::nullopt;
+  }
+  std::optional<std::uint32_t> foundByAnotherProcess() const {
+    ImageCache other;
+    return found(other, key);
+  }
+
+  TestEnvironment environment;
+  ImageCache cache;
+  ImageCacheKey key{"ring", {4, 4}, 2};
+};
+
+TEST_F(ImageCacheTest, KeepsImagesWhereItsModeSays) {
+  for (const auto& [mode, inMemory, onDisk] :
+       {std::tuple(CacheMode::none, false, false), std::tuple(CacheMode::memory, true, false),
+        std::tuple(CacheMode::disk, false, true),
+        std::tuple(CacheMode::diskAndMemory, true, true)}) {
+    ImageCache fresh;
+    fresh.cacheMode = mode;
+    fresh.clearDiskCache();
+    fresh.save(plain(red), key, true);
+    EXPECT_EQ(foundByAnotherProcess().has_value(), onDisk) << static_cast<int>(mode);
+    fresh.clearDiskCache();
+    EXPECT_EQ(found(fresh, key).has_value(), inMemory) << static_cast<int>(mode);
+    EXPECT_EQ(found(fresh, key, false), std::nullopt) << "memory was not to be used";
+  }
+}
+
+TEST_F(ImageCacheTest, KeepsInMemoryWhatItReadFromAFile) {
+  ImageCache().save(plain(red), key, false);
+  EXPECT_EQ(found(cache, key), red);
+  EXPECT_EQ(cache.image(key, true)->scale, 2);
+  cache.clearDiskCache();
+  EXPECT_EQ(found(cache, key), red);
+  EXPECT_EQ(found(cache, ImageCacheKey("ring", {4, 4}, 3)), std::nullopt) << "another scale";
+}
+
+TEST_F(ImageCacheTest, FindsNoFileOfAnotherVersion) {
+  cache.save(plain(red), key, true);
+  const auto old = cache.imageUrl(key);
+  cache.setVersion(2, false);
+  EXPECT_EQ(found(cache, key), std::nullopt);
+  EXPECT_TRUE(NSFileManager::exists(old));
+  cache.setVersion(3, true);
+  EXPECT_FALSE(NSFileManager::exists(old));
+}
+
+TEST_F(ImageCacheTest, TakesFilesInThePlaceOfWhatItHas) {
+  const auto file = environment.directories().temporary / "made.png";
+  ASSERT_TRUE(NSFileManager::write(plain(blue).cgImage->pngData()->text(), file));
+  cache.save(plain(red), key, true);
+  cache.copyToCache(file, key);
+  EXPECT_EQ(found(cache, key), blue);
+  EXPECT_TRUE(NSFileManager::exists(file));
+  cache.save(plain(red), key, true);
+  cache.moveToCache(file, key);
+  EXPECT_EQ(found(cache, key), blue);
+  EXPECT_FALSE(NSFileManager::exists(file));
+  cache.moveToCache(file, key);  // a file that isn't there changes nothing
+  EXPECT_EQ(foundByAnotherProcess(), blue);
+}
+
+TEST_F(ImageCacheTest, ADamagedFileIsAMiss) {
+  ASSERT_TRUE(NSFileManager::write("\x89PNG", cache.imageUrl(key)));
+  EXPECT_EQ(found(cache, key), std::nullopt);
+  cache.save(plain(red), key, true);
+  EXPECT_EQ(foundByAnotherProcess(), red);
+}
+
+TEST_F(ImageCacheTest, ProcessesThatWriteOneKeyNeverLeaveATornFile) {
+  constexpr std::size_t side = 200;
+  cache.save(plain(red, side), key, false);
+  workInProcesses(3, 1, [&](int worker) {
+    for (int round = 0; round < 40; ++round) {
+      ImageCache mine;
+      mine.save(plain(0xFF000000U | static_cast<std::uint32_t>(worker * 100 + round), side), key,
+                false);
+      const auto image = mine.image(key, false);
+      ASSERT_TRUE(image);
+      const auto pixels = image->cgImage->pixels();
+      ASSERT_EQ(pixels.size(), side * side);
+      for (const std::uint32_t pixel : pixels) ASSERT_EQ(pixel, pixels[0]);
+    }
+  });
+}
+
+}  // namespace
+}  // namespace velloro
