@@ -98,7 +98,6 @@ Result<NSManagedObjectContext::Objects> NSManagedObjectContext::readObjects(
   auto query = (*connection)->prepare(sql.text);
   if (!query) return std::unexpected(query.error());
   bindAll(*query, sql.values);
-  const auto& slots = entity.slots();
   Objects objects;
   for (;;) {
     const auto row = query->step();
@@ -108,11 +107,7 @@ Result<NSManagedObjectContext::Objects> NSManagedObjectContext::readObjects(
     if (asFaults || object->state_ != State::saved) continue;
     const std::int64_t version = query->integer(1);
     if (!object->isFault_ && object->version_ == version) continue;
-    PropertyValues values(slots.size());
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-      values[i] = query->value(static_cast<int>(i) + 2, slots[i]);
-    }
-    object->takeValues(version, std::move(values));
+    object->takeValues(version, query->values(entity, 2));
   }
 }
 

@@ -69,7 +69,7 @@ std::shared_ptr<NSManagedObject> NSManagedObjectContext::insert(std::string_view
     throw StoreError(StoreError::Kind::invalidRequest,
                      "the model has no entity \"" + std::string(entityName) + "\"");
   }
-  auto object = registerFault({entity, newTemporaryKey()});
+  auto object = objectWithID({entity, newTemporaryKey()});
   PropertyValues values;
   values.reserve(entity->slots().size());
   for (const auto& slot : entity->slots()) values.push_back(slot.defaultValue);
@@ -118,25 +118,22 @@ std::shared_ptr<NSManagedObject> NSManagedObjectContext::registered(NSManagedObj
   return found != objects_.end() ? found->second.lock() : nullptr;
 }
 
-std::shared_ptr<NSManagedObject> NSManagedObjectContext::registerFault(NSManagedObjectID id) {
+std::shared_ptr<NSManagedObject> NSManagedObjectContext::objectWithID(NSManagedObjectID id) {
+  assert(isOnQueue() && "a context is used off its queue");
+  if (objects_.size() >= forgetAt_) forgetUnused();
+  std::weak_ptr<NSManagedObject>& place = objects_[id];
+  if (auto known = place.lock()) return known;
   auto object = id.entity->makeObject();
   object->id_ = id;
   object->context_ = this;
   object->state_ = State::saved;
-  if (objects_.size() >= forgetAt_) forgetUnused();
-  objects_.insert_or_assign(id, object);
+  place = object;
   return object;
 }
 
 void NSManagedObjectContext::forgetUnused() {
   std::erase_if(objects_, [](const auto& entry) { return entry.second.expired(); });
   forgetAt_ = std::max<std::size_t>(1024, objects_.size() * 2);
-}
-
-std::shared_ptr<NSManagedObject> NSManagedObjectContext::objectWithID(NSManagedObjectID id) {
-  assert(isOnQueue() && "a context is used off its queue");
-  auto object = registered(id);
-  return object != nullptr ? object : registerFault(id);
 }
 
 /// Reads a fault's row. False when there is none (then the object is detached), or when the file
@@ -152,11 +149,7 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
     query->bind(1, object.id_.key);
     const auto row = query->step();
     if (!row || !*row) return row;
-    PropertyValues values;
-    values.reserve(object.entity().slots().size());
-    int column = 2;
-    for (const auto& slot : object.entity().slots()) values.push_back(query->value(column++, slot));
-    object.mergeValues(query->integer(1), std::move(values));
+    object.mergeValues(query->integer(1), query->values(object.entity(), 2));
     return true;
   };
   const auto found = read();

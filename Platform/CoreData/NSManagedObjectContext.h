@@ -34,7 +34,8 @@ enum class NSMergePolicy {
 ///     context->performAndWait([&] {
 ///       NSFetchRequest request("Task");
 ///       request.setPredicate(NSPredicate::format("status = %@", {"N"}));
-///       for (const auto& task : context->fetch<TaskEntity>(request).value()) {
+///       const auto tasks = context->fetch<TaskEntity>(request);   // or why it failed
+///       for (const auto& task : *tasks) {
 ///         task->setValue(TaskEntity::status, "P");
 ///       }
 ///       const auto saved = context->save();        // all of it, or an error and nothing
@@ -152,7 +153,6 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   void addPending(const NSEntityDescription& entity, const FetchPlan& plan, Objects& objects) const;
 
   std::shared_ptr<NSManagedObject> registered(NSManagedObjectID id) const;
-  std::shared_ptr<NSManagedObject> registerFault(NSManagedObjectID id);
   void forgetUnused();
   bool load(NSManagedObject& object);
   void noteChange(NSManagedObject& object);

@@ -2,6 +2,7 @@
 
 #include "CoreData/NSManagedObjectContext.h"
 #include "CoreData/SqliteStore.h"
+#include "CoreData/StoreCheck.h"
 #include "CoreData/StoreHistory.h"
 #include "CoreData/StoreWatch.h"
 #include "Foundation/Environment.h"
@@ -43,6 +44,14 @@ Result<void> NSPersistentStoreCoordinator::addPersistentStore(
 std::shared_ptr<SqliteStore> NSPersistentStoreCoordinator::store() const {
   const std::scoped_lock lock(mutex_);
   return store_;
+}
+
+Result<std::vector<std::string>> NSPersistentStoreCoordinator::check() const {
+  const auto open = store();
+  if (open == nullptr) return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
+  const auto connection = open->lease();
+  if (!connection) return std::unexpected(connection.error());
+  return checkStore(**connection, model_);
 }
 
 void NSPersistentStoreCoordinator::add(const std::shared_ptr<NSManagedObjectContext>& context) {

@@ -38,6 +38,10 @@ class NSPersistentStoreCoordinator
   /// Opens the store. A coordinator has one: a second is refused.
   [[nodiscard]] Result<void> addPersistentStore(const NSPersistentStoreDescription& description);
 
+  /// What is wrong with the open store's file, a line each; nothing when it is sound. Reads all of
+  /// it.
+  [[nodiscard]] Result<std::vector<std::string>> check() const;
+
   /// Looks into the history now, and posts the notification before it returns if there is
   /// something new from others. The coordinator does so by itself whenever another writer wakes it;
   /// this is for who wants to be sure.

@@ -38,26 +38,28 @@ std::unexpected<ErrorPtr> sqliteFailure(sqlite3* handle, int code,
   return failure<StoreError>(kindOf(code), name + ": " + reason);
 }
 
-PropertyValue columnValue(sqlite3_stmt* handle, int column, NSAttributeType type) {
-  const auto size = [&] { return static_cast<std::size_t>(sqlite3_column_bytes(handle, column)); };
+void readColumn(sqlite3_value* value, NSAttributeType type, PropertyValue& into) {
+  const auto size = [&] { return static_cast<std::size_t>(sqlite3_value_bytes(value)); };
   using enum NSAttributeType;
   switch (type) {
     case double_:
     case date:
-      return sqlite3_column_double(handle, column);
+      into.emplace<double>(sqlite3_value_double(value));
+      break;
     case string: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle, column));
-      return text != nullptr ? PropertyValue(std::in_place_type<std::string>, text, size())
-                             : PropertyValue();
+      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+      if (text != nullptr) into.emplace<std::string>(text, size());
+      break;
     }
     case binary:
     case uuid:
     case transformable: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(handle, column));
-      return Data(std::span(bytes, size()));
+      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
+      into.emplace<Data>(std::span(bytes, size()));
+      break;
     }
     default:
-      return std::int64_t{sqlite3_column_int64(handle, column)};
+      into.emplace<std::int64_t>(sqlite3_value_int64(value));
   }
 }
 
@@ -143,12 +145,20 @@ std::string_view SqliteStatement::text(int column) const {
   return {text, static_cast<std::size_t>(sqlite3_column_bytes(kept_->handle, column))};
 }
 
-PropertyValue SqliteStatement::value(int column, const NSEntityDescription::Slot& slot) const {
-  if (isNull(column)) return slot.defaultValue;
-  if (slot.relationship != nullptr) {
-    return NSManagedObjectID{slot.relationship->destination, integer(column)};
+PropertyValues SqliteStatement::values(const NSEntityDescription& entity, int column) const {
+  PropertyValues values(entity.slots().size());
+  for (auto place = values.begin(); const auto& slot : entity.slots()) {
+    PropertyValue& into = *place++;
+    sqlite3_value* value = sqlite3_column_value(kept_->handle, column++);
+    if (sqlite3_value_type(value) == SQLITE_NULL) {
+      if (!platform::isNull(slot.defaultValue)) into = slot.defaultValue;
+    } else if (slot.relationship != nullptr) {
+      into = NSManagedObjectID{slot.relationship->destination, sqlite3_value_int64(value)};
+    } else {
+      readColumn(value, slot.type, into);
+    }
   }
-  return columnValue(kept_->handle, column, slot.type);
+  return values;
 }
 
 Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const SqliteLocation& from) {

@@ -54,8 +54,8 @@ class SqliteStatement {
   [[nodiscard]] double real(int column) const;
   /// Valid until the next step.
   [[nodiscard]] std::string_view text(int column) const;
-  /// A slot's value, whatever form the file has it in.
-  [[nodiscard]] PropertyValue value(int column, const NSEntityDescription::Slot& slot) const;
+  /// The values of an entity's slots, from a column on, whatever form the file has them in.
+  [[nodiscard]] PropertyValues values(const NSEntityDescription& entity, int column) const;
 
  private:
   Kept* kept_;
