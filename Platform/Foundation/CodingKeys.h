@@ -26,8 +26,9 @@ inline constexpr bool isOptional<std::optional<T>> = true;
 struct InitialValue {};
 inline constexpr InitialValue initialValue;
 
-/// The fallback of an optional enumeration whose text may be one that no case has, such as a newer
-/// program's: it reads as absent and does not keep the rest of the record from being read.
+/// The fallback of an optional enumeration, or of a set or list of one, whose text may be one that
+/// no case has, such as a newer program's: that reads as absent and does not keep the rest of the
+/// record from being read. A set or list is empty without its key.
 struct AbsentWhenUnknown {};
 inline constexpr AbsentWhenUnknown absentWhenUnknown;
 

@@ -81,6 +81,17 @@ void decodeIfKnown(std::optional<E>& value, const Decoder& from) {
   }
 }
 
+template <typename Values>
+requires RawRepresentable<typename Values::value_type>
+void decodeIfKnown(Values& values, const Decoder& from) {
+  values = Values{};
+  if (from.isNull()) return;
+  from.forEachElement([&](const Decoder& element) {
+    const auto value = fromRawValue<typename Values::value_type>(element.text());
+    if (value) values.insert(values.end(), *value);
+  });
+}
+
 template <typename T>
 struct RecordCoding {
   static constexpr const auto& keys = T::codingKeys;
@@ -151,6 +162,8 @@ struct RecordCoding {
       member.reset();
     } else if constexpr (!Key<I>::hasFallback) {
       throw from.keyNotFound(keys.names[I]);
+    } else if constexpr (std::same_as<Fallback, AbsentWhenUnknown>) {
+      member = {};
     } else if constexpr (!std::same_as<Fallback, InitialValue>) {
       member = typename Key<I>::MemberType(keyAt<I>.fallback);
     }

@@ -73,7 +73,7 @@ struct AutomaticTaskType {
   static constexpr auto codingKeys =
       keys(key("type", &AutomaticTaskType::type), key("quantity", &AutomaticTaskType::quantity),
            key("unit", &AutomaticTaskType::unit, absentWhenUnknown),
-           key("speeds", &AutomaticTaskType::speeds, initialValue),
+           key("speeds", &AutomaticTaskType::speeds, absentWhenUnknown),
            key("extra", &AutomaticTaskType::extra),
            key("dataSource", &AutomaticTaskType::dataSource, absentWhenUnknown));
   /// For logs: "type=hk_distance quantity=5 unit=km speeds=[run] extra=none".
