@@ -1,0 +1,132 @@
+#include "AppExtensions/NotificationView.h"
+
+#include "Foundation/Locale.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velloro {
+namespace {
+
+constexpr double minimumColumn = 120;  // narrower ones break most words
+constexpr double lineGap = 4;
+
+double heightOf(const std::shared_ptr<TextLayout>& text) {
+  return text ? text->size().height : 0;
+}
+
+bool isContinuation(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// A notification is a few lines; a text that would fill a book is damage, and drawing it would
+/// take longer than anyone waits.
+NSAttributedString shortened(const NSAttributedString& text) {
+  std::size_t room = NotificationView::maximumTextLength;
+  NSAttributedString result;
+  for (const NSAttributedString::Run& run : text.runs()) {
+    if (run.attachment) {
+      result.append(run.attachment, run.attributes);
+      continue;
+    }
+    if (run.text.size() <= room) {
+      room -= run.text.size();
+      result.append(run.text, run.attributes);
+      continue;
+    }
+    while (room > 0 && isContinuation(run.text[room])) --room;
+    result.append(run.text.substr(0, room) + "…", run.attributes);
+    break;
+  }
+  return result;
+}
+
+}  // namespace
+
+NotificationView::NotificationView(double width, double scale)
+    : UIView({.width = width, .height = 0}),
+      direction_(Locale::current().isRightToLeft() ? NSWritingDirection::rightToLeft
+                                                   : NSWritingDirection::leftToRight),
+      checkableTaskView_(
+          CheckableTaskView::make({.width = constraints_.height, .height = constraints_.height})) {
+  setContentsScale(scale);
+  checkableTaskView_->setContentsScale(scale);
+  layoutSubviews();
+}
+
+void NotificationView::set(Label& label, Label value) {
+  value.text = shortened(value.text);
+  if (label == value) return;
+  label = std::move(value);
+  layoutSubviews();
+}
+
+void NotificationView::setBackground(const Background& background) {
+  background_ = background;
+  setNeedsDisplay();
+}
+
+void NotificationView::setRingIsHidden(bool hidden) {
+  ringIsHidden_ = hidden;
+  layoutSubviews();
+}
+
+std::shared_ptr<TextLayout> NotificationView::layOut(const Label& label, double width) const {
+  return TextLayout::make(
+      label.text,
+      {.maximumWidth = width, .alignment = label.textAlignment, .scale = contentsScale()});
+}
+
+void NotificationView::layoutSubviews() {
+  const auto [ring, leading, trailing] = constraints_;
+  const double width = bounds().size.width;
+  const double beside = width - leading - ring - trailing - trailing;
+  const bool isBeside = !ringIsHidden_ && beside >= minimumColumn;
+  const double column = std::max(isBeside ? beside : width - 2 * trailing, 1.0);
+  title_.text = layOut(titleLabel_, column);
+  body_.text = layOut(bodyLabel_, column);
+  const bool hasBoth = heightOf(title_.text) > 0 && heightOf(body_.text) > 0;
+  const double texts = heightOf(title_.text) + heightOf(body_.text) + (hasBoth ? lineGap : 0);
+  const double above = isBeside || ringIsHidden_ ? 0 : ring + trailing;
+  const double height = std::max(ring, above + texts) + 2 * leading;
+  const bool isRightToLeft = direction_ == NSWritingDirection::rightToLeft;
+
+  ringOrigin_ = {
+      .x = isBeside ? (isRightToLeft ? width - leading - ring : leading) : (width - ring) / 2,
+      .y = isBeside ? (height - ring) / 2 : leading};
+  const double columnX = isBeside && !isRightToLeft ? width - trailing - column : trailing;
+  placeTexts(columnX, column, above > 0 ? leading + above : (height - texts) / 2);
+  setSize({.width = width, .height = height});
+  checkableTaskView_->setNeedsDisplay();
+  setNeedsDisplay();
+}
+
+void NotificationView::placeTexts(double x, double width, double y) {
+  const auto place = [&](Placed& placed, NSTextAlignment alignment) {
+    if (!placed.text) return;
+    const CGSize size = placed.text->size();
+    const double free = width - size.width;
+    const bool isRightToLeft = direction_ == NSWritingDirection::rightToLeft;
+    const double before = alignment == NSTextAlignment::center ? free / 2
+                          : isRightToLeft                      ? free
+                                                               : 0;
+    placed.origin = {.x = x + before, .y = y};
+    if (size.height > 0) y += size.height + lineGap;
+  };
+  place(title_, titleLabel_.textAlignment);
+  place(body_, bodyLabel_.textAlignment);
+}
+
+void NotificationView::draw(CGContext& context) {
+  if (background_) paintBackground(context, bounds(), background_->type, background_->page);
+  if (!ringIsHidden_) {
+    const SavedGState saved(context);
+    context.translateBy(ringOrigin_.x, ringOrigin_.y);
+    checkableTaskView_->draw(context);
+  }
+  for (const Placed& placed : {title_, body_}) {
+    if (placed.text) placed.text->draw(context, placed.origin);
+  }
+}
+
+}  // namespace velloro

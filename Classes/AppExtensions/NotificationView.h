@@ -1,0 +1,99 @@
+#pragma once
+
+#include "AppExtensions/ThemeBackground.h"
+#include "CheckableTasks/CheckableTaskView.h"
+#include "UIKit/NSAttributedString.h"
+#include "UIKit/TextLayout.h"
+#include "UIKit/UIView.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace velloro {
+
+/// The font of the program's own texts.
+[[nodiscard]] inline UIFont appFont(double size) {
+  return UIFont::system(size);
+}
+
+/// An expanded notification: a task's ring with its title and a text beside it. Where there is no
+/// room beside the ring the texts stand below it, and the view grows with them, so that nothing is
+/// cut off.
+///
+///     NotificationView view(320, 2);                  // 320 points wide, 2 pixels per point
+///     view.setTitle({title});
+///     view.bounds().size.height;                      // 128, or more for long texts
+///     view.draw(context);
+class NotificationView : public UIView {
+ public:
+  /// In points.
+  struct Constraints {
+    double height = 96;    ///< Of the ring.
+    double leading = 16;   ///< Between the ring and the edge, and the same above and below it.
+    double trailing = 16;  ///< Between the texts and the edges; the same to the ring.
+  };
+
+  struct Label {
+    NSAttributedString text = {};
+    NSTextAlignment textAlignment = NSTextAlignment::natural;
+
+    bool operator==(const Label&) const = default;
+  };
+
+  struct Background {
+    ThemeBackgroundType type;
+    TaskPageContext page;
+
+    bool operator==(const Background&) const = default;
+  };
+
+  /// Of a label's text so many bytes are shown; what is cut off is told by an ellipsis.
+  static constexpr std::size_t maximumTextLength = 4000;
+
+  /// Reads as the current locale does, from left to right or from right to left.
+  NotificationView(double width, double scale);
+
+  [[nodiscard]] const std::shared_ptr<CheckableTaskView>& checkableTaskView() const {
+    return checkableTaskView_;
+  }
+  [[nodiscard]] const Constraints& constraints() const { return constraints_; }
+  [[nodiscard]] NSWritingDirection effectiveUserInterfaceLayoutDirection() const {
+    return direction_;
+  }
+  [[nodiscard]] const Label& titleLabel() const { return titleLabel_; }
+  [[nodiscard]] const Label& bodyLabel() const { return bodyLabel_; }
+  [[nodiscard]] bool ringIsHidden() const { return ringIsHidden_; }
+
+  void setTitle(Label label) { set(titleLabel_, std::move(label)); }
+  void setBody(Label label) { set(bodyLabel_, std::move(label)); }
+  void setBackground(const Background& background);
+  void setRingIsHidden(bool hidden);
+
+  void draw(CGContext& context) override;
+
+ private:
+  struct Placed {
+    std::shared_ptr<TextLayout> text;
+    CGPoint origin;
+  };
+
+  void set(Label& label, Label value);
+  void layoutSubviews();
+  [[nodiscard]] std::shared_ptr<TextLayout> layOut(const Label& label, double width) const;
+  /// Both texts, one below the other from `y` on, in a column.
+  void placeTexts(double x, double width, double y);
+
+  Constraints constraints_;
+  NSWritingDirection direction_;
+  std::shared_ptr<CheckableTaskView> checkableTaskView_;
+  Label titleLabel_;
+  Label bodyLabel_;
+  std::optional<Background> background_;
+  bool ringIsHidden_ = false;
+  CGPoint ringOrigin_;
+  Placed title_;
+  Placed body_;
+};
+
+}  // namespace velloro

@@ -1,0 +1,293 @@
+#include "AppExtensions/NotificationViewController.h"
+
+#include "AppExtensions/PendingReportableError.h"
+#include "AppExtensions/TaskSharingBadge.h"
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/Locale.h"
+#include "Notifications/NotificationCategory.h"
+#include "Settings/Settings.h"
+#include "VelloroCore/TaskTitleAttributedString.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velloro {
+namespace {
+
+using State = CheckableTaskView::State;
+using Option = UNNotificationContentExtensionResponseOption;
+using TitleIcon = TaskDisplayTitle::TitleIcon;
+
+constexpr double titleFontSize = 18;
+constexpr double bodyFontSize = 16;
+constexpr double captionFontPart = 0.125;  // per height of the ring
+constexpr double ringTrackWidth = 0.07;
+constexpr double completionDuration = 0.55;
+constexpr double stepDuration = 0.5;
+constexpr double stepForwardDelay = 1;
+constexpr double completedForwardDelay = 0.5;
+
+IconDisplayRepresentation upright(IconManagerIcon icon) {
+  return {.visualRepresentation = IconVisualRepresentation::icon(icon), .displayProperties = {}};
+}
+
+std::optional<IconDisplayRepresentation> iconOf(
+    const std::optional<ComplicationSnapshotDisplayRepresentation>& snapshot) {
+  return snapshot ? snapshot->displayRepresentation() : std::nullopt;
+}
+
+/// A record from elsewhere may hold any number; a ring is cut into as many parts as a user can ask
+/// for.
+int segments(const TaskFrequency& frequency) {
+  const auto most = TaskFrequency::maxPartialCompletions(TaskFrequencyPeriodType::week);
+  return static_cast<int>(
+      std::clamp(frequency.numPartialCompletions, TaskFrequency::minPartialCompletions, most));
+}
+
+/// A timer of one completion shows its progress as a whole, and none within.
+double subFraction(const TaskProgress& progress, const TaskProgress& next) {
+  const bool isPlainTimer =
+      next.as<TaskProgressTimer>() != nullptr && next.expectedCompletions() == 1;
+  return isPlainTimer ? 0 : progress.currentCompletionProgressPct();
+}
+
+bool isAboutTime(const std::string& categoryIdentifier) {
+  const auto category = fromRawValue<NotificationCategory>(categoryIdentifier);
+  return category == NotificationCategory::timedTaskProgressComplete ||
+         category == NotificationCategory::timedTaskProgressRemaining;
+}
+
+NSAttributedString plain(std::string_view text, const OxCodableColor& color, double size) {
+  return {text, {.font = appFont(size), .color = color}};
+}
+
+SharedWithStatus sharedWith(const NotificationTask& task) {
+  if (task.shareStatus != TaskShareStatus::isSharedWithOthers) return SharedWithStatus::notShared();
+  constexpr std::int64_t many = 1000;  // the sign tells one from more
+  return SharedWithStatus::shared(
+      static_cast<int>(std::clamp<std::int64_t>(task.shareParticipantsCount, 0, many)));
+}
+
+}  // namespace
+
+std::shared_ptr<NotificationViewController> NotificationViewController::make(const Screen& screen) {
+  const std::shared_ptr<NotificationViewController> controller(
+      new NotificationViewController(screen));
+  controller->view_->checkableTaskView()->setDelegate(controller);
+  return controller;
+}
+
+NotificationViewController::NotificationViewController(const Screen& screen)
+    : screen_(screen), view_(std::make_shared<NotificationView>(screen.width, screen.scale)) {}
+
+void NotificationViewController::didReceive(const UNNotification& notification) {
+  responseHandled_ = false;
+  const auto& [height, margin, trailing] = view_->constraints();
+  preferredContentSize_ = {.width = view_->bounds().size.width, .height = height + 2 * margin};
+  const UNNotificationContent& content = notification.request.content;
+  try {
+    setUp(content);
+  } catch (const Error& error) {
+    PendingReportableError::of(error).save();
+    setUpFallback(content);
+  }
+}
+
+void NotificationViewController::setUp(const UNNotificationContent& content) {
+  const auto data = NotificationData::fromUserInfo(content.userInfo);
+  task_ = data.task;
+  const PositionedTheme theme = this->theme(data.theme);
+  view_->setBackground({.type = theme.theme.backgroundType(),
+                        .page = {.pageNumber = task_->displayOrder.pageNumber}});
+  configureRing(theme, showTexts(content, theme));
+  nextProgress_ = task_->completionStatus.progress().nextProgress();
+  showProgress();
+  showBadge(theme);
+  showCaptions(task_->streak);
+  view_->setRingIsHidden(false);
+}
+
+PositionedTheme NotificationViewController::theme(const PositionedTheme& ofNotification) const {
+  const Settings& settings = Settings::shared();
+  Theme theme = ofNotification.theme;
+  if (settings.themeAutoSwitch()) {
+    const bool isLight = screen_.userInterfaceStyle == UIUserInterfaceStyle::light;
+    const auto mode =
+        isLight ? settings.themeAutoSwitchLightMode() : settings.themeAutoSwitchDarkMode();
+    if (mode) theme = theme.withMode(*mode);
+  }
+  return theme.positioned(ofNotification.order);
+}
+
+std::optional<std::string> NotificationViewController::showTexts(
+    const UNNotificationContent& content, const PositionedTheme& theme) {
+  const Theme::Place place{theme.order, task_->color, themeContext};
+  const OxCodableColor textColor = theme.theme.taskTextColor(place);
+  const AttributedWithIconRequest request{
+      .font = appFont(titleFontSize),
+      .textColor = textColor,
+      .iconColor = theme.theme.taskIconColor(place),
+      .writingDirection = view_->effectiveUserInterfaceLayoutDirection()};
+  view_->setBody({plain(content.body, textColor, bodyFontSize)});
+  if (isAboutTime(content.categoryIdentifier)) {
+    view_->setTitle({attributed(Locale::current().uppercased(content.title),
+                                visualRepresentation(TitleIcon::timed), request)});
+    return content.title;
+  }
+  const auto icon =
+      task_->titleIcon ? std::optional(visualRepresentation(*task_->titleIcon)) : std::nullopt;
+  const auto config = TaskDisplayTitle::AttributedStringConfig::create(
+      request, theme.theme.taskQuantityTextColor(place),
+      TaskDisplayTitle::Context::iPhoneNotificationUI);
+  view_->setTitle({task_->displayTitle.buildAttributedString(icon, config)});
+  return task_->displayTitle.localizedAccessibilityLabel();
+}
+
+void NotificationViewController::configureRing(const PositionedTheme& theme,
+                                               std::optional<std::string> accessibilityLabel) {
+  const auto& ring = view_->checkableTaskView();
+  const auto& color = task_->color;
+  const DayMode dayMode = task_->frequency.dayMode;
+  const auto taskIcon = iconOf(task_->displayRepresentation);
+  const bool negative = task_->completionStatus.isNegative();
+  const UIFont captionFont = appFont(view_->constraints().height * captionFontPart);
+  ring->setUserInteractionEnabled(false);
+  ring->update([&](CheckableTaskView::Configuration& look) {
+    look.uncheckedColorProfile =
+        negative ? theme.negativeCompletedColorProfile(color, themeContext, isAggregate(dayMode),
+                                                       /*willShowPeriodProgress=*/false)
+                 : theme.positiveUncheckedColorProfile(color, themeContext, /*isFaded=*/false);
+    look.completedColorProfile = negative
+                                     ? theme.negativeMissedColorProfile(color, themeContext)
+                                     : theme.positiveCompletedColorProfile(color, themeContext);
+    look.containingBackgroundColor = theme.theme.backgroundType().plainColor();
+    look.normalizedTrackWidth = ringTrackWidth;
+    look.useRoundedLineCaps = theme.theme.useRoundedLineCaps();
+    look.uncheckedIcon = taskIcon;
+    look.uncheckedWhenCompleteIcon = negative ? upright(IconManagerIcon::missed) : taskIcon;
+    look.checkedIcon = upright(negative ? IconManagerIcon::missed : IconManagerIcon::checkmark);
+    look.numSegments = segments(task_->frequency);
+    look.bottomCaption.font = captionFont;
+    look.topCaption.font = captionFont;
+    look.accessibilityLabelPrefix = std::move(accessibilityLabel);
+    look.bottomCaption.accessibilityLabel =
+        task_->streak.localizedWithMeasurementDuration(measurementDuration(dayMode));
+    look.habitMode =
+        negative ? CheckableTaskView::HabitMode::negative : CheckableTaskView::HabitMode::positive;
+    look.fillDirection = negative ? FillDirection::antiClockwise : FillDirection::clockwise;
+    look.writingDirection = view_->effectiveUserInterfaceLayoutDirection();
+  });
+}
+
+bool NotificationViewController::isChecking() const {
+  const auto& ring = view_->checkableTaskView();
+  return ring->currentlyCheckingManual() || ring->currentlyCheckingAuto();
+}
+
+void NotificationViewController::setProgress(const TaskProgress& progress, double duration) {
+  if (isChecking()) return;
+  view_->checkableTaskView()->setProgress(progress.progressPct(),
+                                          subFraction(progress, *nextProgress_), duration);
+}
+
+void NotificationViewController::showProgress() {
+  const TaskProgress& progress = task_->completionStatus.progress();
+  const bool isFull = progress.progressPct() >= 1;
+  if (!isChecking()) {
+    view_->checkableTaskView()->setState(isFull ? State::completed : State::checkable);
+  }
+  if (!isFull) setProgress(progress, 0);
+}
+
+void NotificationViewController::showBadge(const PositionedTheme& theme) {
+  std::vector<Badge> badges;
+  if (task_->shareStatus == TaskShareStatus::isSharedWithMe) {
+    badges.push_back(
+        taskSharingBadge(iconOf(task_->shareOwnerDisplayRepresentation), theme, task_->color));
+  }
+  view_->checkableTaskView()->update([&](auto& look) { look.badges = std::move(badges); });
+}
+
+void NotificationViewController::showCaptions(const StreakRecord& streak) {
+  const CompletionStatus& status = task_->completionStatus;
+  CaptionIcons icons = iconsForStreakNumber(
+      {.todayStatus = {.completionStatus = status, .period = status.progress().period()},
+       .streak = streak,
+       .sharedWithStatus = sharedWith(*task_),
+       .startOfDay = task_->startOfDay,
+       .timeZone = task_->timeZone});
+  view_->checkableTaskView()->update([&](CheckableTaskView::Configuration& look) {
+    look.bottomCaption.text = streak.localizedCurrent();
+    look.topCaption.leadingIcons = std::move(icons.topLeading);
+    look.topCaption.trailingIcons = std::move(icons.topTrailing);
+    look.bottomCaption.leadingIcons = std::move(icons.bottomLeading);
+    look.bottomCaption.trailingIcons = std::move(icons.bottomTrailing);
+  });
+}
+
+void NotificationViewController::setUpFallback(const UNNotificationContent& content) {
+  // An answer belongs to what is seen, not to the task of an earlier notification.
+  task_.reset();
+  nextProgress_.reset();
+  view_->setBackground(
+      {.type = Theme::hero.backgroundType(), .page = {.pageNumber = TaskPageNumber::first}});
+  view_->setRingIsHidden(true);
+  const OxCodableColor color =
+      Theme::hero.taskTextColor({TaskDisplayOrder::first, std::nullopt, themeContext});
+  view_->setTitle({plain(content.title, color, titleFontSize), NSTextAlignment::center});
+  view_->setBody({plain(content.body, color, bodyFontSize), NSTextAlignment::center});
+}
+
+void NotificationViewController::didReceive(const UNNotificationResponse& response,
+                                            CompletionHandler completionHandler) {
+  if (std::exchange(responseHandled_, true)) return;
+  completionHandler_ = std::move(completionHandler);
+  const auto action = fromRawValue<NotificationAction>(response.actionIdentifier);
+  const bool completes =
+      action == NotificationAction::markAsDone || action == NotificationAction::markAsMissed;
+  // Without a task there is nothing to play, and yet the platform waits for its answer.
+  if (!completes || !nextProgress_) {
+    return forward();
+  }
+  playCompletion();
+}
+
+void NotificationViewController::playCompletion() {
+  if (nextProgress_->progressPct() >= 1) {
+    return view_->checkableTaskView()->checkAutomatically(completionDuration);
+  }
+  setProgress(*nextProgress_, stepDuration);
+  forward(stepForwardDelay);
+}
+
+void NotificationViewController::forward() {
+  if (auto handler = std::exchange(completionHandler_, nullptr)) {
+    handler(Option::dismissAndForwardAction);
+  }
+}
+
+void NotificationViewController::forward(double delay) {
+  // Only the handler of the road that ends here: by then another response may be under way. The
+  // controller stays until its handler was called.
+  auto handler = std::exchange(completionHandler_, nullptr);
+  if (!handler) return;
+  DispatchQueue::main().asyncAfter(
+      delay, [self = shared_from_this(), handler = std::move(handler)]() mutable {
+        handler(Option::dismissAndForwardAction);
+      });
+}
+
+void NotificationViewController::checkableTaskViewDidChangeState(State newState) {
+  if (newState == State::completed) {
+    if (task_) {
+      const bool negative = task_->completionStatus.isNegative();
+      showCaptions(negative ? task_->streak.reset() : task_->streak.increment());
+      forward(completedForwardDelay);
+    } else {
+      forward();
+    }
+  }
+  if (observer_) observer_();
+}
+
+}  // namespace velloro

@@ -1,0 +1,27 @@
+#include "AppExtensions/PendingReportableError.h"
+
+#include "Foundation/JSON.h"
+#include "Foundation/NSUserDefaults.h"
+#include "OxLog/Log.h"
+
+namespace velloro {
+
+PendingReportableError PendingReportableError::of(const Error& error) {
+  return {.date = Date::now(),
+          .errorDescription = error.localizedDescription(),
+          .underlyingError = error.domain() + " " + std::to_string(error.code()) + ": " +
+                             error.localizedDescription()};
+}
+
+void PendingReportableError::save() const {
+  auto defaults = NSUserDefaults::initWithSuiteName(suiteName);
+  if (!defaults) return;
+  try {
+    // A write of the defaults returns when it is on the disk: nothing is left to synchronise.
+    defaults->setObject(Data(JSONEncoder{}.encode(*this)), storageKey);
+  } catch (const EncodingError& failure) {
+    Log::notifications.error(failure);
+  }
+}
+
+}  // namespace velloro

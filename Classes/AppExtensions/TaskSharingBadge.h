@@ -1,0 +1,28 @@
+#pragma once
+
+#include "OxCheckableTasks/Badge.h"
+#include "OxCheckableTasks/IconManagerIcon.h"
+#include "VelloroCore/PositionedTheme.h"
+
+#include <optional>
+
+namespace velloro {
+
+/// Who is shown as the owner of a shared task when there is no picture of them.
+inline constexpr IconManagerIcon defaultParticipantImage = IconManagerIcon::person;
+
+/// The badge that tells whose task it is, in the colours of the ring that it sits on.
+[[nodiscard]] inline Badge taskSharingBadge(const std::optional<IconDisplayRepresentation>& owner,
+                                            const PositionedTheme& theme,
+                                            const Theme::TaskColor& taskColor) {
+  const RingPalette tones =
+      theme.theme.palette({theme.order, taskColor, Theme::Context::notification});
+  const IconDisplayRepresentation nobody{
+      .visualRepresentation = IconVisualRepresentation::icon(defaultParticipantImage),
+      .displayProperties = {}};
+  return {.content = BadgeContent{.displayRepresentation = owner.value_or(nobody)},
+          .contentColor = tones.center,
+          .badgeColor = tones.ink};
+}
+
+}  // namespace velloro
