@@ -9,7 +9,7 @@
 namespace velloro {
 namespace {
 
-bool fits(char kind, const LocalizedArgument& argument) {
+[[maybe_unused]] bool fits(char kind, const LocalizedArgument& argument) {
   return kind == 't' || !std::holds_alternative<std::string>(argument);
 }
 
