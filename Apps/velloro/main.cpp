@@ -4,6 +4,7 @@
 #include "velloro/DayCommand.h"
 #include "velloro/GlobalOptions.h"
 #include "velloro/IconsCommand.h"
+#include "velloro/NotificationCommand.h"
 #include "velloro/PeriodCommand.h"
 #include "velloro/RingCommand.h"
 #include "velloro/ThemesCommand.h"
@@ -45,6 +46,7 @@ int run(int argumentCount, char** arguments) {
   global.addTo(app);
   addDayCommand(app);
   addIconsCommand(app);
+  addNotificationCommand(app);
   addPeriodCommand(app);
   addRingCommand(app);
   addThemesCommand(app);

@@ -54,21 +54,18 @@ NotificationView::NotificationView(double width, double scale)
   layoutSubviews();
 }
 
-void NotificationView::set(Label& label, Label value) {
-  value.text = shortened(value.text);
-  if (label == value) return;
-  label = std::move(value);
+void NotificationView::setContents(Contents contents) {
+  for (Label* label : {&contents.titleLabel, &contents.bodyLabel}) {
+    label->text = shortened(label->text);
+  }
+  if (contents == contents_) return;
+  contents_ = std::move(contents);
   layoutSubviews();
 }
 
 void NotificationView::setBackground(const Background& background) {
   background_ = background;
   setNeedsDisplay();
-}
-
-void NotificationView::setRingIsHidden(bool hidden) {
-  ringIsHidden_ = hidden;
-  layoutSubviews();
 }
 
 std::shared_ptr<TextLayout> NotificationView::layOut(const Label& label, double width) const {
@@ -81,13 +78,13 @@ void NotificationView::layoutSubviews() {
   const auto [ring, leading, trailing] = constraints_;
   const double width = bounds().size.width;
   const double beside = width - leading - ring - trailing - trailing;
-  const bool isBeside = !ringIsHidden_ && beside >= minimumColumn;
+  const bool isBeside = !ringIsHidden() && beside >= minimumColumn;
   const double column = std::max(isBeside ? beside : width - 2 * trailing, 1.0);
-  title_.text = layOut(titleLabel_, column);
-  body_.text = layOut(bodyLabel_, column);
+  title_.text = layOut(titleLabel(), column);
+  body_.text = layOut(bodyLabel(), column);
   const bool hasBoth = heightOf(title_.text) > 0 && heightOf(body_.text) > 0;
   const double texts = heightOf(title_.text) + heightOf(body_.text) + (hasBoth ? lineGap : 0);
-  const double above = isBeside || ringIsHidden_ ? 0 : ring + trailing;
+  const double above = isBeside || ringIsHidden() ? 0 : ring + trailing;
   const double height = std::max(ring, above + texts) + 2 * leading;
   const bool isRightToLeft = direction_ == NSWritingDirection::rightToLeft;
 
@@ -113,13 +110,13 @@ void NotificationView::placeTexts(double x, double width, double y) {
     placed.origin = {.x = x + before, .y = y};
     if (size.height > 0) y += size.height + lineGap;
   };
-  place(title_, titleLabel_.textAlignment);
-  place(body_, bodyLabel_.textAlignment);
+  place(title_, titleLabel().textAlignment);
+  place(body_, bodyLabel().textAlignment);
 }
 
 void NotificationView::draw(CGContext& context) {
   if (background_) paintBackground(context, bounds(), background_->type, background_->page);
-  if (!ringIsHidden_) {
+  if (!ringIsHidden()) {
     const SavedGState saved(context);
     context.translateBy(ringOrigin_.x, ringOrigin_.y);
     checkableTaskView_->draw(context);

@@ -22,7 +22,7 @@ namespace velloro {
 /// cut off.
 ///
 ///     NotificationView view(320, 2);                  // 320 points wide, 2 pixels per point
-///     view.setTitle({title});
+///     view.setContents({.titleLabel = {title}});
 ///     view.bounds().size.height;                      // 128, or more for long texts
 ///     view.draw(context);
 class NotificationView : public UIView {
@@ -41,6 +41,14 @@ class NotificationView : public UIView {
     bool operator==(const Label&) const = default;
   };
 
+  struct Contents {
+    Label titleLabel = {};
+    Label bodyLabel = {};
+    bool ringIsHidden = false;
+
+    bool operator==(const Contents&) const = default;
+  };
+
   struct Background {
     ThemeBackgroundType type;
     TaskPageContext page;
@@ -49,7 +57,7 @@ class NotificationView : public UIView {
   };
 
   /// Of a label's text so many bytes are shown; what is cut off is told by an ellipsis.
-  static constexpr std::size_t maximumTextLength = 4000;
+  static constexpr std::size_t maximumTextLength = 1000;
 
   /// Reads as the current locale does, from left to right or from right to left.
   NotificationView(double width, double scale);
@@ -61,14 +69,12 @@ class NotificationView : public UIView {
   [[nodiscard]] NSWritingDirection effectiveUserInterfaceLayoutDirection() const {
     return direction_;
   }
-  [[nodiscard]] const Label& titleLabel() const { return titleLabel_; }
-  [[nodiscard]] const Label& bodyLabel() const { return bodyLabel_; }
-  [[nodiscard]] bool ringIsHidden() const { return ringIsHidden_; }
+  [[nodiscard]] const Label& titleLabel() const { return contents_.titleLabel; }
+  [[nodiscard]] const Label& bodyLabel() const { return contents_.bodyLabel; }
+  [[nodiscard]] bool ringIsHidden() const { return contents_.ringIsHidden; }
 
-  void setTitle(Label label) { set(titleLabel_, std::move(label)); }
-  void setBody(Label label) { set(bodyLabel_, std::move(label)); }
+  void setContents(Contents contents);
   void setBackground(const Background& background);
-  void setRingIsHidden(bool hidden);
 
   void draw(CGContext& context) override;
 
@@ -78,7 +84,6 @@ class NotificationView : public UIView {
     CGPoint origin;
   };
 
-  void set(Label& label, Label value);
   void layoutSubviews();
   [[nodiscard]] std::shared_ptr<TextLayout> layOut(const Label& label, double width) const;
   /// Both texts, one below the other from `y` on, in a column.
@@ -87,10 +92,8 @@ class NotificationView : public UIView {
   Constraints constraints_;
   NSWritingDirection direction_;
   std::shared_ptr<CheckableTaskView> checkableTaskView_;
-  Label titleLabel_;
-  Label bodyLabel_;
+  Contents contents_;
   std::optional<Background> background_;
-  bool ringIsHidden_ = false;
   CGPoint ringOrigin_;
   Placed title_;
   Placed body_;

@@ -104,7 +104,6 @@ void NotificationViewController::setUp(const UNNotificationContent& content) {
   showProgress();
   showBadge(theme);
   showCaptions(task_->streak);
-  view_->setRingIsHidden(false);
 }
 
 PositionedTheme NotificationViewController::theme(const PositionedTheme& ofNotification) const {
@@ -128,10 +127,13 @@ std::optional<std::string> NotificationViewController::showTexts(
       .textColor = textColor,
       .iconColor = theme.theme.taskIconColor(place),
       .writingDirection = view_->effectiveUserInterfaceLayoutDirection()};
-  view_->setBody({plain(content.body, textColor, bodyFontSize)});
+  const auto show = [&](NSAttributedString title) {
+    view_->setContents({.titleLabel = {std::move(title)},
+                        .bodyLabel = {plain(content.body, textColor, bodyFontSize)}});
+  };
   if (isAboutTime(content.categoryIdentifier)) {
-    view_->setTitle({attributed(Locale::current().uppercased(content.title),
-                                visualRepresentation(TitleIcon::timed), request)});
+    show(attributed(Locale::current().uppercased(content.title),
+                    visualRepresentation(TitleIcon::timed), request));
     return content.title;
   }
   const auto icon =
@@ -139,7 +141,7 @@ std::optional<std::string> NotificationViewController::showTexts(
   const auto config = TaskDisplayTitle::AttributedStringConfig::create(
       request, theme.theme.taskQuantityTextColor(place),
       TaskDisplayTitle::Context::iPhoneNotificationUI);
-  view_->setTitle({task_->displayTitle.buildAttributedString(icon, config)});
+  show(task_->displayTitle.buildAttributedString(icon, config));
   return task_->displayTitle.localizedAccessibilityLabel();
 }
 
@@ -231,16 +233,18 @@ void NotificationViewController::setUpFallback(const UNNotificationContent& cont
   nextProgress_.reset();
   view_->setBackground(
       {.type = Theme::hero.backgroundType(), .page = {.pageNumber = TaskPageNumber::first}});
-  view_->setRingIsHidden(true);
   const OxCodableColor color =
       Theme::hero.taskTextColor({TaskDisplayOrder::first, std::nullopt, themeContext});
-  view_->setTitle({plain(content.title, color, titleFontSize), NSTextAlignment::center});
-  view_->setBody({plain(content.body, color, bodyFontSize), NSTextAlignment::center});
+  view_->setContents(
+      {.titleLabel = {plain(content.title, color, titleFontSize), NSTextAlignment::center},
+       .bodyLabel = {plain(content.body, color, bodyFontSize), NSTextAlignment::center},
+       .ringIsHidden = true});
 }
 
 void NotificationViewController::didReceive(const UNNotificationResponse& response,
                                             CompletionHandler completionHandler) {
   if (std::exchange(responseHandled_, true)) return;
+  forward();  // an answer to the notification before this one may still be playing
   completionHandler_ = std::move(completionHandler);
   const auto action = fromRawValue<NotificationAction>(response.actionIdentifier);
   const bool completes =

@@ -1,0 +1,183 @@
+#include "velloro/NotificationCommand.h"
+
+#include "Foundation/JSON.h"
+#include "Foundation/NSFileManager.h"
+#include "Foundation/String.h"
+#include "Notifications/NotificationCategory.h"
+#include "velloro/Arguments.h"
+#include "velloro/NearMatches.h"
+#include "velloro/NotificationPlay.h"
+#include "velloro/NotificationReport.h"
+#include "velloro/NotificationSamples.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct NotificationOptions {
+  std::string file;
+  std::string action;
+  std::optional<std::string> sample, png, frames, width, scale;
+  bool dark = false;
+  bool json = false;
+};
+
+double between(const char* name, const std::optional<std::string>& text, double fallback,
+               double least, double most) {
+  if (!text) return fallback;
+  const double amount = amountArgument(name, *text);
+  if (amount >= least && amount <= most) return amount;
+  throw UsageError(stringWithFormat("%s \"%s\": out of range; write %g to %g", name, text->c_str(),
+                                    least, most));
+}
+
+NotificationViewController::Screen screenOf(const NotificationOptions& options) {
+  return {.width = between("--width", options.width, 320, 100, 2000),
+          .scale = between("--scale", options.scale, 2, 0.5, 4),
+          .userInterfaceStyle =
+              options.dark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light};
+}
+
+std::string textUnder(const PropertyList& content, const char* key) {
+  const std::string* text = content[key].text();
+  return text != nullptr ? *text : "";
+}
+
+/// A part of another kind than it should be reads as missing: what is left can still be shown.
+UNNotification notificationIn(const std::string& file) {
+  const auto bytes = NSFileManager::contents(file == "-" ? "/dev/stdin" : file);
+  if (!bytes) throw std::runtime_error(bytes.error()->localizedDescription());
+  const auto unusable = [&](const std::string& reason) {
+    return std::runtime_error("\"" + file + "\" is no notification: " + reason);
+  };
+  PropertyList content;
+  try {
+    content = PropertyList::fromJSON(*bytes);
+  } catch (const Error& error) {
+    throw unusable(error.localizedDescription());
+  }
+  if (content.dictionary() == nullptr) throw unusable("it is no JSON object");
+  return {.date = Date::now(),
+          .request = {.identifier = file,
+                      .content = {.categoryIdentifier = textUnder(content, "categoryIdentifier"),
+                                  .title = textUnder(content, "title"),
+                                  .subtitle = textUnder(content, "subtitle"),
+                                  .body = textUnder(content, "body"),
+                                  .userInfo = content["userInfo"]}}};
+}
+
+void print(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void write(const CGImage& image, const std::string& file) {
+  const auto bytes = image.pngData();
+  if (!bytes) throw std::runtime_error("the picture cannot be made");
+  if (file == "-") return print(std::string(bytes->text()));
+  const auto written = NSFileManager::write(bytes->text(), file);
+  if (!written) throw std::runtime_error(written.error()->localizedDescription());
+}
+
+void show(const NotificationOptions& options) {
+  if (options.json && options.png == "-") {
+    throw UsageError("--png \"-\": the standard output is taken by --json");
+  }
+  const auto controller = NotificationViewController::make(screenOf(options));
+  controller->didReceive(notificationIn(options.file));
+  if (options.png) write(*notificationPicture(*controller->view()), *options.png);
+  if (options.json) print(notificationReport(*controller).json() + "\n");
+  if (!options.json && !options.png) print(notificationText(*controller));
+}
+
+/// The identifier of an action by its name; any other text is one itself.
+std::string actionIdentifier(const std::string& action) {
+  constexpr auto names = caseNames<NotificationAction::sendMessage>();
+  const auto named = names.fromRawValue(action);
+  return named ? std::string(rawValue(*named)) : action;
+}
+
+void act(const NotificationOptions& options) {
+  const auto play =
+      NotificationPlay::of(notificationIn(options.file), actionIdentifier(options.action),
+                           screenOf(options), options.frames.has_value());
+  if (options.frames) {
+    const auto folder = folderArgument("--frames", *options.frames);
+    const auto made = NSFileManager::createDirectory(folder);
+    if (!made) throw std::runtime_error(made.error()->localizedDescription());
+    for (std::size_t i = 0; i < play.frames.size(); ++i) {
+      write(*play.frames[i], folder / stringWithFormat("frame-%04zu.png", i));
+    }
+  }
+  print(options.json ? play.report().json() + "\n" : play.text());
+}
+
+void sample(const NotificationOptions& options) {
+  const auto names = NotificationSamples::names();
+  if (!options.sample) {
+    for (const std::string_view name : names) print(std::string(name) + "\n");
+    return;
+  }
+  const auto content = NotificationSamples::named(*options.sample);
+  if (!content) {
+    const std::string hint = suggestion(*options.sample, names);
+    throw UsageError("\"" + *options.sample + "\": not a sample; " +
+                     (hint.empty() ? "without a name they are listed" : hint));
+  }
+  const PropertyList written =
+      PropertyList::Dictionary{{"categoryIdentifier", content->categoryIdentifier},
+                               {"title", content->title},
+                               {"subtitle", content->subtitle},
+                               {"body", content->body},
+                               {"userInfo", content->userInfo}};
+  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(written) + "\n");
+}
+
+void addLook(CLI::App& command, NotificationOptions& options) {
+  command.add_option("FILE", options.file, "A notification as JSON; - is the standard input")
+      ->required();
+  command.add_option("--width", options.width, "Points from side to side (default: 320)")
+      ->type_name("POINTS");
+  command.add_option("--scale", options.scale, "Pixels per point (default: 2)")->type_name("N");
+  command.add_flag("--dark", options.dark, "The screen is dark; themes follow it if so set")
+      ->disable_flag_override();
+  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
+}
+
+}  // namespace
+
+void addNotificationCommand(CLI::App& app) {
+  auto options = std::make_shared<NotificationOptions>();
+  CLI::App* command = app.add_subcommand("notification", "Shows a reminder, and plays an answer");
+  command->require_subcommand(1);
+  CLI::App* shown = command->add_subcommand("show", "Shows an expanded notification");
+  addLook(*shown, *options);
+  shown->add_option("--png", options->png, "Draws it; - is the standard output")->type_name("FILE");
+  shown->callback([options] { show(*options); });
+
+  CLI::App* acted = command->add_subcommand("act", "Plays what an answer does, in no time");
+  addLook(*acted, *options);
+  acted
+      ->add_option("ACTION", options->action,
+                   "markAsDone, markAsMissed, snooze, openExternalUrl, sendMessage, or any "
+                   "identifier")
+      ->required();
+  acted->add_option("--frames", options->frames, "Folder for the pictures, 30 a second")
+      ->type_name("DIR");
+  acted->callback([options] { act(*options); });
+
+  CLI::App* sampled = command->add_subcommand("sample", "Writes a notification to try things with");
+  sampled->add_option("NAME", options->sample, "Which one (default: lists them)");
+  sampled->callback([options] { sample(*options); });
+  command->footer(
+      "Examples:\n"
+      "  velloro notification sample partial > partial.json\n"
+      "  velloro notification show partial.json --png partial.png --width 390\n"
+      "  velloro notification act partial.json markAsDone --frames frames");
+}
+
+}  // namespace velloro

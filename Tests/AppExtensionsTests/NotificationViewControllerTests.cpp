@@ -1,0 +1,302 @@
+#include "AppExtensions/NotificationViewController.h"
+#include "AppExtensions/PendingReportableError.h"
+#include "Foundation/JSON.h"
+#include "Foundation/NSUserDefaults.h"
+#include "Foundation/TestEnvironment.h"
+#include "Support/SampleTasks.h"
+#include "UserNotifications/UNNotificationContentExtensionHost.h"
+
+#include <functional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Status = CompletionStatus::Status;
+using State = CheckableTaskView::State;
+
+constexpr const char* done = "NotificationManager.Action.MarkAsDone";
+constexpr const char* missed = "NotificationManager.Action.MarkAsMissed";
+
+UNNotification notificationOf(const PropertyList& userInfo, std::string category = "nm.c.r") {
+  return {.date = Date::now(),
+          .request = {.identifier = "r",
+                      .content = {.categoryIdentifier = std::move(category),
+                                  .title = "Straße",
+                                  .body = "Time to drink",
+                                  .userInfo = userInfo}}};
+}
+
+NotificationData dataOf(const NotificationTask& task) {
+  return {.task = task, .theme = Theme::hero.positioned(task.displayOrder)};
+}
+
+NotificationTask taskOf(const Status& status, const TaskProgress& progress) {
+  NotificationTask task = sampleTask();
+  task.completionStatus = CompletionStatus(status, progress);
+  task.frequency.numPartialCompletions = progress.expectedCompletions();
+  return task;
+}
+
+TaskProgress steps(std::int64_t completed, std::int64_t expected) {
+  return TaskProgressDiscrete{
+      .period = sampleDay(), .expectedCompletions = expected, .numCompletions = completed};
+}
+
+TaskProgress timer(std::int64_t expected, double seconds) {
+  return TaskProgressTimer{.period = sampleDay(),
+                           .unit = TaskProgressTimer::Unit::minutes,
+                           .expectedCompletions = expected,
+                           .totalTargetDuration = 600,
+                           .currentCompletionDuration = seconds};
+}
+
+const Status open = Status::positiveIncomplete(SkipMode::willMissWithoutIndicator);
+const Status clean = Status::negativeComplete(SkipMode::willMissWithoutIndicator);
+
+struct NotificationViewControllerTest : ::testing::Test {
+  NotificationViewControllerTest() { environment.setResources(VELLORO_RESOURCES); }
+
+  void show(const NotificationTask& task, std::string category = "nm.c.r") {
+    controller->didReceive(notificationOf(dataOf(task).userInfo(), std::move(category)));
+  }
+
+  void respond(const std::string& action, const std::string& name = "") {
+    controller->didReceive({.notification = {}, .actionIdentifier = action},
+                           [this, name](UNNotificationContentExtensionResponseOption option) {
+                             note(name + "option " + std::to_string(rawValue(option)));
+                           });
+  }
+
+  /// Writes down all that happens from here on, with its milliseconds.
+  void watch() {
+    start = environment.mediaTime();
+    lines.clear();
+    controller->setObserver([this] {
+      note("state " + std::to_string(static_cast<int>(ring().state())) + " caption " +
+           look().bottomCaption.text.value_or("-"));
+    });
+  }
+
+  void note(const std::string& what) {
+    const auto milliseconds = std::lround((environment.mediaTime() - start) * 1000);
+    lines.push_back(std::to_string(milliseconds) + " " + what);
+  }
+
+  [[nodiscard]] const CheckableTaskView& ring() const {
+    return *controller->view()->checkableTaskView();
+  }
+  [[nodiscard]] const CheckableTaskView::Configuration& look() const {
+    return ring().configuration();
+  }
+  [[nodiscard]] std::string title() const { return controller->view()->titleLabel().text.string(); }
+  static std::optional<PendingReportableError> recordedError() {
+    const auto data = NSUserDefaults::initWithSuiteName("group.velloro.app.today")
+                          ->dataForKey("PendingReportableError");
+    if (!data) return std::nullopt;
+    return JSONDecoder{}.decode<PendingReportableError>(data->text());
+  }
+
+  TestEnvironment environment;
+  std::shared_ptr<NotificationViewController> controller = NotificationViewController::make({});
+  double start = 0;
+  std::vector<std::string> lines;
+};
+
+TEST_F(NotificationViewControllerTest, PlaysEachRoadOfATap) {
+  using Road = std::vector<std::string>;
+  const Road positive = {"560 state 2 caption 4", "960 state 3 caption 5", "1460 option 2"};
+  const Road negative = {"560 state 2 caption 4", "960 state 3 caption -", "1460 option 2"};
+  const std::tuple<const char*, NotificationTask, const char*, Road, double> cases[] = {
+      {"the last step", taskOf(open, steps(2, 3)), done, positive, 1},
+      {"a step", taskOf(open, steps(0, 3)), done, {"1000 option 2"}, 1.0 / 3},
+      {"a miss", taskOf(clean, steps(0, 1)), missed, negative, 1},
+      {"full", taskOf(Status::positiveComplete, steps(1, 1)), done, positive, 1},
+      {"snooze", taskOf(open, steps(0, 1)), "NotificationManager.Action.Snooze", {"0 option 2"}, 0},
+      {"default", taskOf(open, steps(0, 1)), "default", {"0 option 2"}, 0},
+      {"unknown", taskOf(open, steps(0, 1)), "NotificationManager.Action.Dance", {"0 option 2"}, 0},
+  };
+  for (const auto& [name, task, action, road, progressInTheEnd] : cases) {
+    SCOPED_TRACE(name);
+    controller = NotificationViewController::make({});
+    show(task);
+    environment.advance(1);
+    watch();
+    respond(action);
+    respond(done, "second ");
+    environment.advance(5);
+    EXPECT_EQ(lines, road);
+    EXPECT_EQ(ring().progressCurrent(), progressInTheEnd);
+  }
+}
+
+TEST_F(NotificationViewControllerTest, AnswersEachResponseOnce) {
+  show(taskOf(Status::positiveComplete, steps(1, 1)));
+  EXPECT_EQ(ring().state(), State::completed);
+  EXPECT_EQ(look().bottomCaption.text, "4");
+  watch();
+  respond(done);
+  environment.advance(0.9);
+  show(taskOf(open, steps(0, 3)));  // in the place of the first one, which is still playing
+  controller->setObserver(nullptr);
+  respond(done, "new ");
+  controller.reset();
+  environment.advance(5);
+  EXPECT_THAT(lines, ElementsAre("560 state 2 caption 4", "900 state 0 caption 4", "900 option 2",
+                                 "1900 new option 2"));
+}
+
+TEST_F(NotificationViewControllerTest, AnswersWithoutATask) {
+  controller->didReceive(notificationOf(PropertyList::Dictionary{}));
+  EXPECT_TRUE(controller->view()->ringIsHidden());
+  watch();
+  respond(done);
+  EXPECT_THAT(lines, ElementsAre("0 option 2"));
+  show(taskOf(open, steps(0, 1)));
+  EXPECT_FALSE(controller->view()->ringIsHidden());
+  EXPECT_EQ(controller->view()->titleLabel().textAlignment, NSTextAlignment::natural);
+  respond("default");
+  EXPECT_EQ(lines.size(), 2U);
+}
+
+TEST_F(NotificationViewControllerTest, ShowsHowTheTaskStands) {
+  const std::tuple<NotificationTask, double, double, State> cases[] = {
+      {taskOf(open, steps(1, 4)), 0.25, 0, State::checkable},
+      {taskOf(open, steps(4, 4)), 0, 0, State::completed},
+      {taskOf(open, timer(1, 150)), 0.25, 0, State::checkable},
+      {taskOf(open, timer(2, 150)), 0.25, 0.5, State::checkable},
+  };
+  for (const auto& [task, progress, subProgress, state] : cases) {
+    controller = NotificationViewController::make({});
+    show(task);
+    EXPECT_EQ(ring().progress(), progress);
+    EXPECT_EQ(ring().subProgress(), subProgress);
+    EXPECT_EQ(ring().state(), state);
+    EXPECT_EQ(look().numSegments, task.frequency.numPartialCompletions);
+  }
+  show(taskOf(clean, steps(0, 1)));
+  EXPECT_EQ(look().fillDirection, FillDirection::antiClockwise);
+  EXPECT_EQ(look().checkedIcon, look().uncheckedWhenCompleteIcon);
+  EXPECT_EQ(look().checkedIcon->visualRepresentation.storableValue(), "ic_missed");
+  EXPECT_THAT(look().badges, IsEmpty());
+  show(fullSampleTask());
+  ASSERT_EQ(look().badges.size(), 1U);
+  EXPECT_EQ(look().badges[0].content->displayRepresentation.visualRepresentation.storableValue(),
+            "ic_water_glass");
+  NotificationTask ownerless = fullSampleTask();
+  ownerless.shareOwnerDisplayRepresentation.reset();
+  show(ownerless);
+  EXPECT_EQ(look().badges[0].content->displayRepresentation.visualRepresentation.storableValue(),
+            "ic_person");
+}
+
+TEST_F(NotificationViewControllerTest, TakesItsTitleByTheCategory) {
+  for (const auto& [category, text] : {std::pair("nm.c.r", "Drink"),
+                                       {"", "Drink"},
+                                       {"nm.c.later", "Drink"},
+                                       {"nm.tt.pc", "\uFFFC STRASSE"},
+                                       {"nm.tt.pr", "\uFFFC STRASSE"}}) {
+    show(sampleTask(), category);
+    EXPECT_EQ(title(), text) << category;
+    EXPECT_EQ(controller->view()->bodyLabel().text.string(), "Time to drink");
+  }
+  EXPECT_THAT(ring().accessibilityLabel(), HasSubstr("Straße"));
+  EXPECT_FALSE(recordedError());
+}
+
+TEST_F(NotificationViewControllerTest, GrowsWithItsTexts) {
+  NotificationTask wordy = fullSampleTask();
+  wordy.displayTitle.localizedPrimary = std::string(1 << 20, 'w');
+  for (const double width : {60.0, 200.0, 320.0, 1000.0}) {
+    controller = NotificationViewController::make({.width = width});
+    show(sampleTask());
+    EXPECT_EQ(controller->preferredContentSize(), (CGSize{width, 128}));
+    show(wordy);
+    EXPECT_EQ(controller->preferredContentSize(), (CGSize{width, 128}));
+    EXPECT_GT(controller->view()->bounds().size.height, 128);
+    EXPECT_THAT(title(), testing::EndsWith("…"));
+  }
+}
+
+/// One value in a payload, named by its path, replaced or (null) taken away.
+struct Damage {
+  std::vector<const char*> path;
+  PropertyList value;
+};
+
+PropertyList damaged(const Damage& damage) {
+  PropertyList userInfo = dataOf(fullSampleTask()).userInfo();
+  PropertyList* place = &userInfo;
+  for (const char* name : damage.path) place = &(*place->dictionary())[name];
+  *place = damage.value;
+  return userInfo;
+}
+
+TEST_F(NotificationViewControllerTest, ShowsTheTextOfWhatCannotBeRead) {
+  PropertyList deep = 1;
+  for (int i = 0; i < 5000; ++i) {
+    PropertyList::Array outer;
+    outer.push_back(std::move(deep));
+    deep = std::move(outer);
+  }
+  const Damage cases[] = {
+      {{"velloro"}, nullptr},
+      {{"velloro"}, "text"},
+      {{"velloro", "task"}, nullptr},
+      {{"velloro", "task"}, PropertyList::Array{}},
+      {{"velloro", "theme"}, 5},
+      {{"velloro", "theme", "theme", "colorScheme"}, "noSuchScheme"},
+      {{"velloro", "task", "taskId"}, 17},
+      {{"velloro", "task", "frequency"}, nullptr},
+      {{"velloro", "task", "streak", "current"}, "4"},
+      {{"velloro", "task", "streak", "current"}, 1e300},
+      {{"velloro", "task", "completionStatus", "status"}, "i_x"},
+      {{"velloro", "task", "completionStatus", "codableProgress", "type"}, "dance"},
+      {{"velloro", "task", "shareStatus"}, "sharedWithAll"},
+      {{"velloro", "task", "displayOrder", "position"}, deep},
+      {{"velloro", "task", "displayTitle", "localizedPrimary"}, "\xFF\xFE"},
+      {{"velloro", "task", "timeZone", "identifier"}, std::string(1 << 20, 'x')},
+  };
+  for (const Damage& damage : cases) {
+    SCOPED_TRACE(damage.path.back());
+    NSUserDefaults::initWithSuiteName("group.velloro.app.today")
+        ->removeObjectForKey("PendingReportableError");
+    show(sampleTask());
+    controller->didReceive(notificationOf(damaged(damage)));
+    EXPECT_TRUE(controller->view()->ringIsHidden());
+    EXPECT_FALSE(controller->task());
+    EXPECT_EQ(title(), "Straße");
+    EXPECT_EQ(controller->view()->titleLabel().textAlignment, NSTextAlignment::center);
+    const auto error = recordedError();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->date, environment.now());
+    EXPECT_THAT(error->underlyingError, HasSubstr(error->errorDescription));
+  }
+}
+
+TEST_F(NotificationViewControllerTest, TakesWhatCanStillBeRead) {
+  const std::tuple<Damage, std::function<bool(const NotificationTask&)>> cases[] = {
+      {{{"velloro", "task", "titleIcon"}, "dance"},
+       [](const auto& task) { return !task.titleIcon; }},
+      {{{"velloro", "task", "displayRepresentation", "visualRepresentation", "rawValue"}, "ic_x"},
+       [](const auto& task) { return !task.displayRepresentation->displayRepresentation(); }},
+      {{{"velloro", "task", "frequency", "numPartialCompletions"}, 4000000000000},
+       [this](const auto&) { return look().numSegments == 36; }},
+      {{{"velloro", "later"}, PropertyList::Array{1}}, [](const auto&) { return true; }},
+  };
+  for (const auto& [damage, holds] : cases) {
+    controller->didReceive(notificationOf(damaged(damage)));
+    ASSERT_TRUE(controller->task()) << damage.path.back();
+    EXPECT_TRUE(holds(*controller->task())) << damage.path.back();
+  }
+}
+
+}  // namespace
+}  // namespace velloro
