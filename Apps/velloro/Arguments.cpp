@@ -36,12 +36,12 @@ std::string choice(const std::vector<std::string_view>& names) {
   return text;
 }
 
+}  // namespace
+
 std::string lowercased(std::string text) {
   std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
   return text;
 }
-
-}  // namespace
 
 Date instantArgument(const std::string& name, const std::string& text) {
   if (const auto date = Date::fromISO8601(text)) return *date;

@@ -25,6 +25,9 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// ASCII letters made small.
+[[nodiscard]] std::string lowercased(std::string text);
+
 // Each reads one argument's text. `name` is what the person knows the argument by ("--at").
 // All throw UsageError.
 

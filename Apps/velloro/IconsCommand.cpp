@@ -31,10 +31,11 @@ struct IconReport {
 
 /// Those with the pattern in their own name, and all of a group by that name.
 std::vector<IconReport> iconsWith(const std::string& pattern) {
+  const std::string wanted = lowercased(pattern);
   std::vector<IconReport> found;
   for (const IconManagerIcon icon : allCases<IconManagerIcon>()) {
     const IconCategory group = category(icon);
-    if (rawValue(icon).contains(pattern) || rawValue(group) == pattern) {
+    if (rawValue(icon).contains(wanted) || rawValue(group) == wanted) {
       found.push_back({icon, group});
     }
   }
@@ -45,7 +46,7 @@ UsageError unknown(const std::string& pattern) {
   std::vector<std::string_view> names;
   for (const IconManagerIcon icon : allCases<IconManagerIcon>()) names.push_back(rawValue(icon));
   for (const IconCategory group : allCases<IconCategory>()) names.push_back(rawValue(group));
-  const std::string hint = suggestion(pattern, names);
+  const std::string hint = suggestion(lowercased(pattern), names);
   return UsageError("PATTERN \"" + pattern + "\": in the name of no icon and no group's name; " +
                     (hint.empty() ? "\"velloro icons\" lists them" : hint));
 }

@@ -39,7 +39,7 @@ RingReport ringOf(const PositionedTheme& theme, const CompletionStatus::Status& 
 ModeReport modeOf(const Theme& theme, ThemeContext context) {
   ModeReport report{.mode = theme.mode,
                     .title = theme.localizedTitle(),
-                    .background = hex(theme.backgroundType().plainColor()),
+                    .background = hex(theme.backgroundType(context).plainColor()),
                     .text = hex(theme.taskTextColor({{}, {}, context})),
                     .rings = {}};
   for (const auto& status : CompletionStatus::Status::allCases()) {
@@ -53,7 +53,7 @@ ModeReport modeOf(const Theme& theme, ThemeContext context) {
 ThemeReport ThemeReport::of(ColorScheme scheme, ThemeContext context) {
   ThemeReport report{.scheme = scheme,
                      .title = localizedTitle(scheme),
-                     .colors = hexes(velloro::colors(scheme, false)),
+                     .colors = hexes(velloro::colors(scheme, isOnWatch(context))),
                      .modes = {}};
   for (const ThemeMode mode : validModes(scheme)) {
     report.modes.push_back(modeOf({.colorScheme = scheme, .mode = mode}, context));

@@ -21,20 +21,6 @@ constexpr OxCodableColor grey(double level) {
   return {.r = level, .g = level, .b = level};
 }
 
-bool isOnWatch(Theme::Context context) {
-  return context == Theme::Context::appleWatch ||
-         context == Theme::Context::appleWatchComplication ||
-         context == Theme::Context::appleWatchSiri ||
-         context == Theme::Context::appleWatchNotification ||
-         DeviceType::current().family() == DeviceType::Family::watch;
-}
-
-/// A watch's own faces have nothing but black behind them.
-bool isOnFace(Theme::Context context) {
-  return context == Theme::Context::appleWatchComplication ||
-         context == Theme::Context::appleWatchSiri;
-}
-
 bool hasScreen(Theme::Mode mode) {
   return mode == Theme::Mode::white || mode == Theme::Mode::black;
 }
@@ -81,6 +67,17 @@ OxCodableColor foregroundOn(const ThemeBackgroundType& background) {
 }
 
 }  // namespace
+
+bool isOnWatch(ThemeContext context) {
+  return context == ThemeContext::appleWatch || context == ThemeContext::appleWatchComplication ||
+         context == ThemeContext::appleWatchSiri ||
+         context == ThemeContext::appleWatchNotification ||
+         DeviceType::current().family() == DeviceType::Family::watch;
+}
+
+bool isOnFace(ThemeContext context) {
+  return context == ThemeContext::appleWatchComplication || context == ThemeContext::appleWatchSiri;
+}
 
 std::string Theme::stringValue() const {
   std::string text(rawValue(colorScheme));
@@ -133,11 +130,12 @@ OxCodableColor Theme::color() const {
   return inOrder.empty() ? OxCodableColor{.a = 0} : inForm(*this, inOrder.front());
 }
 
-Theme::BackgroundType Theme::backgroundType() const {
+Theme::BackgroundType Theme::backgroundType(Context context) const {
+  if (isOnFace(context)) return BackgroundType::flat(screenColor(Mode::black));
   if (hasScreen(mode)) return BackgroundType::flat(screenColor(mode));
   if (colorScheme == ColorScheme::pride) return BackgroundType::pride(color(), grandSlam);
-  const auto inOrder = colors(colorScheme, isOnWatch(Context::main));
-  if (inOrder.size() == 1) return BackgroundType::flat(color());
+  const auto inOrder = colors(colorScheme, isOnWatch(context));
+  if (inOrder.size() == 1) return BackgroundType::flat(inForm(*this, inOrder.front()));
   // from a neon page orange is left out: no text would read on it and on dark purple alike
   OxCodableColor from = inForm(*this, inOrder[inOrder.size() > 2 ? 1 : 0]);
   OxCodableColor to = inForm(*this, inOrder.back());

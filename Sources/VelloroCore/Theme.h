@@ -65,8 +65,8 @@ struct Theme {
   [[nodiscard]] std::string localizedTitle() const;
   /// The scheme's first colour, darker by 0.1 in the grand-slam form.
   [[nodiscard]] OxCodableColor color() const;
-  /// What lies behind the tasks of a page.
-  [[nodiscard]] BackgroundType backgroundType() const;
+  /// What lies behind the tasks of a page shown there.
+  [[nodiscard]] BackgroundType backgroundType(Context context = Context::main) const;
   /// Of the filled part of a track; the schemes of the activity rings have rounded ones.
   [[nodiscard]] bool useRoundedLineCaps() const;
 

@@ -38,6 +38,11 @@ constexpr auto rawValues(std::type_identity<ThemeContext>) {
   return caseNames<ThemeContext::widget>();
 }
 
+/// Whether that is a watch's screen, or any screen of a program that runs on a watch.
+[[nodiscard]] bool isOnWatch(ThemeContext context);
+/// Whether that is a watch's own face, which has nothing but black behind it.
+[[nodiscard]] bool isOnFace(ThemeContext context);
+
 enum class ThemeControlState : std::uint8_t { normal, highlighted, selected, disabled };
 
 constexpr auto rawValues(std::type_identity<ThemeControlState>) {

@@ -11,6 +11,7 @@ TEST(IconsCommand, ListsIconsByNameAndGroup) {
   const auto water = runProgram("icons water_g --json");
   EXPECT_EQ(water.exitCode, 0);
   EXPECT_EQ(water.output, "[{\"name\":\"water_glass\",\"category\":\"drink\"}]\n");
+  EXPECT_EQ(runProgram("icons WATER_G").output, "water_glass                      drink\n");
   EXPECT_EQ(std::ranges::count(runProgram("icons").output, '\n'), 725);
   EXPECT_EQ(std::ranges::count(runProgram("icons zodiac").output, '\n'), 12);
 }

@@ -18,6 +18,10 @@ TEST(ThemesCommand, TellsOfSchemesAndRings) {
   const auto one = runProgram("themes blue --context widget").output;
   EXPECT_EQ(std::ranges::count(one, '\n'), 3 * (1 + 1 + 13) + 2);
   EXPECT_THAT(one, HasSubstr("Blue (White): text 1C1C1C on FFFFFF"));
+  EXPECT_THAT(runProgram("themes green --context appleWatchSiri").output,
+              HasSubstr("Green: text F2F2F2 on 111114"));
+  EXPECT_THAT(runProgram("themes green --context appleWatch --json").output,
+              HasSubstr(R"("colors":["C0D37A"])"));
   EXPECT_THAT(runProgram("themes orange --json").output,
               HasSubstr(R"("colors":["FF704C"],"modes":[{"mode":"normal","title":"Orange",)"
                         R"("background":"FF704C")"));

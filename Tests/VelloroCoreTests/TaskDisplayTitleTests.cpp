@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <initializer_list>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -84,15 +84,14 @@ TEST_F(TaskDisplayTitleTest, HasATextForEverySurface) {
     const char* name;
     TaskTitleSource task;
     const char* usual;
-    std::initializer_list<std::pair<std::initializer_list<Context>, const char*>> others;
+    std::vector<std::pair<std::vector<Context>, const char*>> others;
   };
-  const std::initializer_list<Context> withoutQuantity = {
-      appleWatchComplicationTimedTaskTitle, appleWatchComplicationWithoutQuantity,
-      iPhoneSiriVocabulary, notificationWithoutQuantity};
-  const std::initializer_list<Context> numberOnly = {appleWatchComplicationNumerator,
-                                                     notificationBracket};
-  const std::initializer_list<Context> picker = {iPhoneEditPicker};
-  const std::initializer_list<Context> brief = {iPhoneSiriIntent, iPhoneEditPickerSubTitle};
+  const std::vector<Context> withoutQuantity = {appleWatchComplicationTimedTaskTitle,
+                                                appleWatchComplicationWithoutQuantity,
+                                                iPhoneSiriVocabulary, notificationWithoutQuantity};
+  const std::vector<Context> numberOnly = {appleWatchComplicationNumerator, notificationBracket};
+  const std::vector<Context> picker = {iPhoneEditPicker};
+  const std::vector<Context> brief = {iPhoneSiriIntent, iPhoneEditPickerSubTitle};
   const Case cases[] = {
       {"plain", {.title = "Read"}, "Read", {}},
       {"timer",
