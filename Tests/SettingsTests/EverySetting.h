@@ -12,7 +12,7 @@ inline std::vector<Setting> everySetting() {
   using enum SettingPayload;
   std::vector<Setting> settings;
   for (const Setting::Case name : allCases<Setting::Case>()) {
-    const SettingPayload payload = rowOf(name).payload;
+    const SettingPayload payload = settingRowOf(name).payload;
     if (payload == page) {
       settings.emplace_back(name, TaskPageNumber{2});
     } else if (payload == none) {

@@ -57,7 +57,7 @@ struct Setting {
 
   bool operator==(const Setting&) const = default;
 
-  [[nodiscard]] constexpr const SettingRow& row() const { return rowOf(name); }
+  [[nodiscard]] constexpr const SettingRow& row() const { return settingRowOf(name); }
   /// Under which its value is kept; empty for the one that has no storage.
   [[nodiscard]] std::string key() const;
   /// The setting as one of its kind.
@@ -75,7 +75,7 @@ struct Setting::Of {
   Setting setting;
 
   consteval Of(Case name) : setting(name) {
-    if (rowOf(name).kind != kind) throw "the setting is of another kind";
+    if (settingRowOf(name).kind != kind) throw "the setting is of another kind";
   }
   /// For a setting that is known only at run time; it must be of the kind.
   explicit Of(Setting ofKind) : setting(std::move(ofKind)) { assert(setting.row().kind == kind); }

@@ -217,7 +217,7 @@ consteval bool inOrder() {
 static_assert(inOrder(), "every case has its row, in the order of the cases");
 }  // namespace setting_detail
 
-[[nodiscard]] constexpr const SettingRow& rowOf(SettingCase setting) {
+[[nodiscard]] constexpr const SettingRow& settingRowOf(SettingCase setting) {
   return setting_detail::rows[static_cast<std::size_t>(setting)];
 }
 

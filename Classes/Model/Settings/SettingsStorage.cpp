@@ -146,7 +146,7 @@ SettingsStorageContainer& SettingsStorage::containerOfCopies() const {
 bool SettingsStorage::cloudSyncTasksEnabled() const {
   const bool isInSuite = isExtension_ && tiers_.localSharedStorage != nullptr;
   const Container& tier = *(isInSuite ? tiers_.localSharedStorage : tiers_.localStorage);
-  return tier.boolForKey(rowOf(SettingCase::cloudSyncTasksEnabled).key);
+  return tier.boolForKey(settingRowOf(SettingCase::cloudSyncTasksEnabled).key);
 }
 
 }  // namespace velloro

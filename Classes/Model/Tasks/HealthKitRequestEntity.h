@@ -1,0 +1,23 @@
+#pragma once
+
+#include "CoreData/EntityClass.h"
+#include "OxKit/Platform.h"
+
+namespace velloro {
+
+class TaskLogEntryEntity;
+
+/// What another program still has to tell the health store of an entry. It is kept as found.
+class HealthKitRequestEntity : public EntityClass<HealthKitRequestEntity> {
+ public:
+  inline static auto description = NSEntityDescription::of<HealthKitRequestEntity>();
+  inline static const Attribute<std::optional<std::string>> type{description, "type"};
+  inline static const Attribute<std::optional<std::string>> status{description, "status"};
+  inline static const Attribute<std::optional<Date>> statusDate{description, "statusDate"};
+  inline static const Attribute<std::optional<Date>> created{description, "created"};
+  inline static const Attribute<std::optional<Data>> data{description, "data"};
+  inline static const ToOne<TaskLogEntryEntity> taskLogEntry{description, "taskLogEntry",
+                                                             "healthKitRequests"};
+};
+
+}  // namespace velloro

@@ -1,0 +1,15 @@
+#include "Tasks/TaskCategoryEntity.h"
+
+#include "Tasks/StoredValues.h"
+
+namespace velloro {
+
+std::optional<IconDisplayRepresentation> TaskCategoryEntity::displayRepresentation() const {
+  return storedIcon(text(iconName));
+}
+
+std::optional<OxCodableColor> TaskCategoryEntity::color() const {
+  return storedColor(text(colorInfo));
+}
+
+}  // namespace velloro

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "CoreData/EntityClass.h"
+#include "OxKit/Platform.h"
+
+namespace velloro {
+
+class TaskEntity;
+
+/// A count that another program keeps of a task. It is kept as found.
+class TaskCounterEntity : public EntityClass<TaskCounterEntity> {
+ public:
+  inline static auto description = NSEntityDescription::of<TaskCounterEntity>();
+  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const ToOne<TaskEntity> task{description, "task", "taskCounter"};
+  inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};  ///< Day.
+  inline static const Attribute<std::int16_t> quantity{description, "quantity"};
+  inline static const Attribute<std::optional<std::string>> status{description, "status"};
+  inline static const Attribute<std::optional<Date>> createdTimestamp{description,
+                                                                      "createdTimestamp"};
+};
+
+}  // namespace velloro

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "CoreData/EntityClass.h"
+#include "OxKit/Platform.h"
+
+namespace velloro {
+
+class TaskEntity;
+
+/// A running timer.
+class TaskTimerEntity : public EntityClass<TaskTimerEntity> {
+ public:
+  inline static auto description = NSEntityDescription::of<TaskTimerEntity>();
+  /// The id of the log entry that the timer writes.
+  inline static const Attribute<std::optional<std::string>> entryId{description, "entryId"};
+  // The day and the period of that entry, as it has them.
+  inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};
+  inline static const Attribute<std::int32_t> entryPeriodFrom{description, "entryPeriodFrom"};
+  inline static const Attribute<std::int32_t> entryPeriodTo{description, "entryPeriodTo"};
+  inline static const Attribute<std::optional<std::string>> entryPeriodType{description,
+                                                                            "entryPeriodType"};
+  inline static const Attribute<std::optional<Date>> start{description, "start"};
+  inline static const Attribute<std::optional<Date>> finish{description, "finish"};
+  inline static const ToOne<TaskEntity> task{description, "task", "taskTimer"};
+};
+
+}  // namespace velloro

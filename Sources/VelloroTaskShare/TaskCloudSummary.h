@@ -1,0 +1,152 @@
+#pragma once
+
+#include "Foundation/CodingKeys.h"
+#include "Foundation/Date.h"
+#include "Foundation/TimeZone.h"
+#include "OxDateTime/DayOfWeek.h"
+#include "OxDateTime/HHMMSS.h"
+#include "OxDateTime/YYYYMMDD.h"
+#include "OxKit/EnumSet.h"
+#include "VelloroCore/AutomaticTaskType.h"
+#include "VelloroCore/TaskFrequency.h"
+#include "VelloroCore/TaskLogEntryPeriod.h"
+#include "VelloroCore/TaskLogEntryType.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// What a `TaskCloudSummary` consists of, under the names that it has there.
+namespace task_cloud_summary {
+
+struct TaskDescriptor {
+  Date created;
+  TimeZone createdTimeZone = TimeZone::gmt();
+  TimeZone currentTimeZone = TimeZone::gmt();
+  HHMMSS startOfDay;
+  DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
+  std::optional<std::string> title = {};
+  std::optional<AutomaticTaskType> automaticTaskType = {};
+  TaskFrequency frequency;
+  bool isNegative = false;
+  bool isPaused = false;
+
+  bool operator==(const TaskDescriptor&) const = default;
+  static constexpr auto codingKeys = keys(
+      key("created", &TaskDescriptor::created),
+      key("createdTimeZone", &TaskDescriptor::createdTimeZone),
+      key("currentTimeZone", &TaskDescriptor::currentTimeZone),
+      key("startOfDay", &TaskDescriptor::startOfDay),
+      key("firstDayOfWeek", &TaskDescriptor::firstDayOfWeek), key("title", &TaskDescriptor::title),
+      key("automaticTaskType", &TaskDescriptor::automaticTaskType),
+      key("frequency", &TaskDescriptor::frequency), key("isNegative", &TaskDescriptor::isNegative),
+      key("isPaused", &TaskDescriptor::isPaused));
+};
+
+struct Entry {
+  std::optional<TaskLogEntryPeriod> period = {};
+  TaskLogEntryType type = TaskLogEntryType::unknown;
+  std::optional<double> progressValue = {};
+  std::optional<double> progressPct = {};
+  HHMMSS time;                            ///< Of the day on which it was made.
+  std::optional<TimeZone> timeZone = {};  ///< Absent for the task's.
+
+  bool operator==(const Entry&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("period", &Entry::period), key("type", &Entry::type),
+           key("progressValue", &Entry::progressValue), key("progressPct", &Entry::progressPct),
+           key("time", &Entry::time), key("timeZone", &Entry::timeZone));
+};
+
+struct History {
+  DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
+  /// In JSON one list: a day, its entry, the next day, its entry.
+  std::map<YYYYMMDD, Entry> single = {};
+  /// Those whose period is longer than a day, or not over yet.
+  std::vector<Entry> multi = {};
+
+  /// Those of `multi`, then those of `single`.
+  [[nodiscard]] std::vector<Entry> unsortedPeriods() const;
+
+  bool operator==(const History&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("firstDayOfWeek", &History::firstDayOfWeek), key("single", &History::single),
+           key("multi", &History::multi));
+};
+
+/// How far the current period has come.
+struct Progress {
+  YYYYMMDD date;
+  double value = 0;
+
+  bool operator==(const Progress&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("date", &Progress::date), key("value", &Progress::value));
+};
+
+struct ReminderTime {
+  using DayIndexes = std::set<std::int64_t>;
+
+  std::optional<EnumSet<DayOfWeek>> days = {};
+  std::optional<DayIndexes> dayIndexesFromStart = {}, dayIndexesFromFinish = {};
+  std::set<HHMMSS> times = {};
+
+  bool operator==(const ReminderTime&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("days", &ReminderTime::days),
+           key("dayIndexesFromStart", &ReminderTime::dayIndexesFromStart),
+           key("dayIndexesFromFinish", &ReminderTime::dayIndexesFromFinish),
+           key("times", &ReminderTime::times));
+};
+
+struct NotificationSettings {
+  std::vector<ReminderTime> automaticTimes = {};
+
+  bool operator==(const NotificationSettings&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("automaticTimes", &NotificationSettings::automaticTimes));
+};
+
+}  // namespace task_cloud_summary
+
+/// What those with whom a task is shared are given of it: what it is, what happened in each period,
+/// how far the current one has come, and when its owner is reminded. From it they can tell the
+/// task's status without its log.
+struct TaskCloudSummary {
+  using TaskDescriptor = task_cloud_summary::TaskDescriptor;
+  using Entry = task_cloud_summary::Entry;
+  using History = task_cloud_summary::History;
+  using Progress = task_cloud_summary::Progress;
+  using ReminderTime = task_cloud_summary::ReminderTime;
+  using NotificationSettings = task_cloud_summary::NotificationSettings;
+
+  TaskDescriptor taskDescriptor;
+  History history;
+  std::optional<Progress> progress = {};
+  std::optional<NotificationSettings> notificationSettings = {};
+
+  bool operator==(const TaskCloudSummary&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("taskDescriptor", &TaskCloudSummary::taskDescriptor),
+           key("history", &TaskCloudSummary::history), key("progress", &TaskCloudSummary::progress),
+           key("notificationSettings", &TaskCloudSummary::notificationSettings));
+
+  /// Equal for equal summaries on all devices, so that it says whether there is news.
+  [[nodiscard]] std::int64_t summaryHash() const;
+};
+
+/// A summary as it is kept in a store.
+struct TaskCloudSummaryCoreDataContainer {
+  TaskCloudSummary summary;
+
+  bool operator==(const TaskCloudSummaryCoreDataContainer&) const = default;
+  static constexpr auto codingKeys =
+      keys(key("summary", &TaskCloudSummaryCoreDataContainer::summary));
+};
+
+}  // namespace velloro

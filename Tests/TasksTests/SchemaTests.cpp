@@ -1,0 +1,107 @@
+#include "CoreData/StoreError.h"
+#include "Settings/SettingEntity.h"
+#include "Support/Fixtures.h"
+#include "Tasks/TaskCategoryEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskNotificationSettingsEntity.h"
+#include "Tasks/TaskShareEntity.h"
+#include "TasksTests/TaskStore.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using ::testing::SizeIs;
+
+std::string line(const NSAttributeDescription& attribute) {
+  static constexpr const char* types[] = {"bool", "i16",  "i32",    "i64",  "f64",
+                                          "text", "date", "binary", "uuid", "transformable"};
+  return attribute.name + ": " + types[static_cast<std::size_t>(attribute.type)] +
+         (attribute.isOptional ? "?" : "") +
+         (attribute.valueTransformerName.empty() ? "" : " by ") + attribute.valueTransformerName;
+}
+
+std::string line(const NSRelationshipDescription& relation) {
+  return relation.name + (relation.isToMany ? ": many " : ": one ") + relation.destinationName +
+         "." + relation.inverseName +
+         (relation.deleteRule == NSDeleteRule::cascade ? ", owned" : "");
+}
+
+TEST(Schema, IsTheOneThatFilesWereWrittenWith) {
+  std::map<std::string, std::vector<std::string>> lines;
+  for (const NSEntityDescription* entity : velloroModel().entities()) {
+    auto& ofEntity = lines[entity->name()];
+    for (const auto& attribute : entity->attributes()) ofEntity.push_back(line(attribute));
+    for (const auto& relation : entity->relationships()) ofEntity.push_back(line(relation));
+  }
+  const JSONEncoder encoder{.layout = JSONWriter::Layout::pretty};
+  EXPECT_EQ(encoder.encode(lines) + "\n", fixtureText("VelloroModel"));
+}
+
+TEST_F(TasksTest, AnEntityIsFoundByItsClass) {
+  EXPECT_EQ(TaskLogEntryEntity::entityName(), "TaskLogEntry");
+  EXPECT_EQ(TaskEntity::entity(context_), &TaskAttributes::description);
+  EXPECT_EQ(SettingEntity::create(context_)->entity().name(), "Setting");
+  const NSManagedObjectModel small({});
+  TaskStore other(NSPersistentStoreDescription::inMemory(), small);
+  EXPECT_EQ(TaskEntity::entity(*other.viewContext()), nullptr);
+  EXPECT_THROW((void)TaskEntity::create(*other.viewContext()), StoreError);
+}
+
+TEST_F(TasksTest, WhatATaskOwnsGoesWithIt) {
+  const auto category = make<TaskCategoryEntity>();
+  task_->add(TaskAttributes::taskCategories, category);
+  const auto entry = make<TaskLogEntryEntity>();
+  entry->setValue(TaskLogEntryEntity::task, task_);
+  const auto settings = make<TaskNotificationSettingsEntity>();
+  settings->setValue(TaskNotificationSettingsEntity::task, task_);
+  save();
+  EXPECT_EQ(task_->value(TaskAttributes::taskNotificationSettings), settings);
+  context_.deleteObject(*task_);
+  save();
+  EXPECT_EQ(entry->managedObjectContext(), nullptr);
+  EXPECT_EQ(settings->managedObjectContext(), nullptr);
+  EXPECT_THAT(category->value(TaskCategoryEntity::tasks), SizeIs(0));
+}
+
+/// A file of a program whose schema has less, and something that this one doesn't have.
+TEST(Schema, ForeignFilesOpenAndKeepWhatIsNotKnown) {
+  const TestEnvironment environment;
+  const auto file = NSPersistentStoreDescription::initWithURL(
+      Environment::current().directories().temporary / "tasks.sqlite");
+  NSEntityDescription foreign("Task");
+  const Attribute<std::string> title(foreign, "title");
+  const Attribute<std::string> mood(foreign, "mood");
+  NSEntityDescription moods("Mood");
+  const NSManagedObjectModel model({&foreign, &moods});
+  {
+    TaskStore store(file, model);
+    const auto task = store.viewContext()->insert("Task");
+    task->setValue(title, "Read");
+    task->setValue(mood, "calm");
+    store.viewContext()->insert("Mood");
+    EXPECT_TRUE(store.viewContext()->save());
+  }
+  {
+    TaskStore store(file);
+    const auto tasks = store.viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value();
+    ASSERT_THAT(tasks, SizeIs(1));
+    EXPECT_EQ(tasks[0]->value(TaskAttributes::title), "Read");
+    EXPECT_EQ(tasks[0]->taskStatus(), TaskStatus::normal);
+    EXPECT_EQ(tasks[0]->frequency().days, everyDay());
+    EXPECT_TRUE(tasks[0]->setTaskStatus(TaskStatus::paused));
+    EXPECT_TRUE(store.viewContext()->save());
+  }
+  TaskStore store(file, model);
+  const auto tasks = store.viewContext()->fetch(NSFetchRequest("Task")).value();
+  EXPECT_EQ(tasks[0]->value(mood), "calm");
+  EXPECT_EQ(store.viewContext()->count(NSFetchRequest("Mood")), 1U);
+}
+
+}  // namespace
+}  // namespace velloro
