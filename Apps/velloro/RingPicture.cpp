@@ -2,7 +2,7 @@
 
 #include "Foundation/TestEnvironment.h"
 #include "UIKit/TextLayout.h"
-#include "VelloroCore/ThemeHelper.h"
+#include "VelloroCore/ThemeBackground.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,28 +23,6 @@ std::unique_ptr<CGContext> bitmap(CGSize size, double scale) {
   return context;
 }
 
-/// Bars that rise to the right, side by side across the rectangle.
-void paintBars(CGContext& context, CGRect rect) {
-  const SavedGState saved(context);
-  context.clip(CGPath::rect(rect));
-  context.setAlpha(0.35);
-  const auto [x, y] = rect.origin;
-  const auto [width, height] = rect.size;
-  const auto bars = allCases<ThemeHelper::PrideColor>();
-  const double each = (width + height) / static_cast<double>(bars.size());
-  for (std::size_t i = 0; i < bars.size(); ++i) {
-    const double left = x + each * static_cast<double>(i);
-    CGPath bar;
-    bar.move({left, y});
-    bar.addLine({left + each, y});
-    bar.addLine({left + each - height, y + height});
-    bar.addLine({left - height, y + height});
-    bar.closeSubpath();
-    context.setFillColor(color(bars[i]));
-    context.fill(bar);
-  }
-}
-
 }  // namespace
 
 Canvas::Canvas(CGSize size, double scale) : context_(bitmap(size, scale)) {}
@@ -55,17 +33,7 @@ void Canvas::paint(CGRect rect, const OxCodableColor& color) {
 }
 
 void Canvas::paint(CGRect rect, const ThemeBackgroundType& background) {
-  paint(rect, background.plainColor());
-  if (const auto* gradient = std::get_if<ThemeGradient>(&background.value)) {
-    const SavedGState saved(*context_);
-    context_->clip(CGPath::rect(rect));
-    context_->drawLinearGradient(
-        {.colors = {gradient->from, gradient->to}, .locations = {0, 1}}, rect.origin,
-        {.x = rect.origin.x + rect.size.width, .y = rect.origin.y + rect.size.height});
-  }
-  if (std::holds_alternative<ThemeBackgroundType::Pride>(background.value)) {
-    paintBars(*context_, rect);
-  }
+  paintBackground(*context_, rect, background, {});
 }
 
 void Canvas::write(std::string_view text, CGPoint center, const UIFont& font,

@@ -116,11 +116,7 @@ void NotificationView::placeTexts(double x, double width, double y) {
 
 void NotificationView::draw(CGContext& context) {
   if (background_) paintBackground(context, bounds(), background_->type, background_->page);
-  if (!ringIsHidden()) {
-    const SavedGState saved(context);
-    context.translateBy(ringOrigin_.x, ringOrigin_.y);
-    checkableTaskView_->draw(context);
-  }
+  if (!ringIsHidden()) checkableTaskView_->drawLayer(context, ringOrigin_);
   for (const Placed& placed : {title_, body_}) {
     if (placed.text) placed.text->draw(context, placed.origin);
   }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "AppExtensions/ThemeBackground.h"
 #include "CheckableTasks/CheckableTaskView.h"
 #include "UIKit/NSAttributedString.h"
 #include "UIKit/TextLayout.h"
 #include "UIKit/UIView.h"
+#include "VelloroCore/ThemeBackground.h"
 
 #include <memory>
 #include <optional>

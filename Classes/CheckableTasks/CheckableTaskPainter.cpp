@@ -85,31 +85,36 @@ void View::Painter::draw(CGContext& context) {
   const auto& [size, scale, below, above] = still();
   const SavedGState saved(context);
   const auto show = [&](const std::shared_ptr<const CGImage>& image) {
-    if (!image) return;
+    if (!image) return false;
     context.draw(*image, {.origin = {},
                           .size = {.width = static_cast<double>(image->width()) / scale,
                                    .height = static_cast<double>(image->height()) / scale}});
+    return true;
   };
   show(below);
   context.setAlpha(profile().alpha());
   drawRing(context);
   context.setAlpha(1);
-  show(above);
+  if (show(above)) return;
+  context.setAlpha(profile().alpha());
+  drawAbove(context);
 }
 
 const View::Painter::Still& View::Painter::still() {
   const CGSize size = view_.bounds().size;
   const double scale = view_.contentsScale();
   if (still_ && still_->size == size && still_->scale == scale) return *still_;
-  still_ = Still{.size = size,
-                 .scale = scale,
-                 .below = picture([&](CGContext& context) { drawDisc(context); }),
-                 .above = picture([&](CGContext& context) {
-                   drawCaptions(context);
-                   drawBadges(context);
-                   drawIcon(context);
-                 })};
+  still_ = Still{
+      .size = size,
+      .scale = scale,
+      .below = picture([&](CGContext& context) { drawDisc(context); }),
+      .above = cutsThrough() ? nullptr : picture([&](CGContext& context) { drawAbove(context); })};
   return *still_;
+}
+
+bool View::Painter::cutsThrough() const {
+  const Configuration& ring = view_.configuration();
+  return ring.uncheckedColorProfile.badgeContent.a == 0 && !ring.badges.empty();
 }
 
 template <typename Draw>
@@ -162,6 +167,12 @@ void View::Painter::drawRing(CGContext& context) const {
                                           .useRoundedLineCaps = ring.useRoundedLineCaps});
 }
 
+void View::Painter::drawAbove(CGContext& context) const {
+  drawCaptions(context);
+  drawBadges(context);
+  drawIcon(context);
+}
+
 void View::Painter::drawCaptions(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const ColorProfile& colors = profileWhenChecked();
@@ -195,7 +206,7 @@ NSAttributedString View::Painter::line(const Caption& caption, const OxCodableCo
   const auto addIcons = [&](const std::vector<CaptionIcon>& icons) {
     for (const CaptionIcon& icon : icons) {
       const auto shown = icon.visualRepresentation();
-      const double alpha = color.a * profile().alpha() * icon.alpha();
+      const double alpha = profile().alpha() * icon.alpha();
       if (shown) {
         items.push_back(
             shown->inlineAttributedString(font, CGColor(color).withAlpha(alpha), direction, {}));
@@ -215,7 +226,7 @@ void View::Painter::drawBadges(CGContext& context) const {
     CGRect frame = badge.frame(bounds, trackWidth());
     frame.origin.y = bounds.size.height - frame.origin.y - frame.size.height;
     OxCodableColor circle = ring.uncheckedColorProfile.badge;
-    circle.a *= profile().alpha();
+    circle.a = profile().alpha();
     const BadgeDrawing drawing{
         .badge = badge,
         .frame = frame,

@@ -24,7 +24,7 @@ class CheckableTaskView::Painter {
     CGSize size;
     double scale = 1;
     std::shared_ptr<const CGImage> below;
-    std::shared_ptr<const CGImage> above;
+    std::shared_ptr<const CGImage> above;  // none where it is drawn anew each time
   };
 
   const Still& still();
@@ -32,6 +32,9 @@ class CheckableTaskView::Painter {
   [[nodiscard]] std::shared_ptr<const CGImage> picture(const Draw& draw) const;
   void drawDisc(CGContext& context) const;
   void drawRing(CGContext& context) const;
+  /// What is cut out of a badge is cut out of the track below, too.
+  [[nodiscard]] bool cutsThrough() const;
+  void drawAbove(CGContext& context) const;
   void drawCaptions(CGContext& context) const;
   void drawCaption(CGContext& context, const Caption& caption, const OxCodableColor& color,
                    double y) const;

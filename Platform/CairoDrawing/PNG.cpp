@@ -1,9 +1,10 @@
-// PNG in through libpng, which checks outside bytes; out by hand through libdeflate, which takes
-// two thirds of zlib's time, and because an animation needs chunks that libpng doesn't write.
+// PNG in through libpng, which checks outside bytes; out by hand, because drawn pictures can be
+// packed much quicker than by zlib, and an animation needs chunks that libpng doesn't write.
 
 #include "CairoDrawing/PNG.h"
 
 #include "CairoDrawing/Free.h"
+#include "CairoDrawing/RowPacker.h"
 
 #include <algorithm>
 #include <array>
@@ -72,11 +73,14 @@ void appendChunk(std::string& file, const std::string& typeAndData) {
   file += bigEndian(sum);
 }
 
+std::size_t rowBytesOf(const CGImage& image) {
+  return 1 + image.width() * 4;
+}
+
 /// Rows of straight pixels, each behind the byte that says "no filter".
 std::string rowsOf(const CGImage& image) {
-  const std::size_t rowBytes = 1 + image.width() * 4;
   std::string rows;
-  rows.resize_and_overwrite(rowBytes * image.height(), [&](char* out, std::size_t size) {
+  rows.resize_and_overwrite(rowBytesOf(image) * image.height(), [&](char* out, std::size_t size) {
     const std::uint32_t* pixel = image.pixels().data();
     std::uint32_t lastPixel = 0;  // the next one is mostly the same
     std::uint32_t lastStraight = 0;
@@ -95,13 +99,13 @@ std::string rowsOf(const CGImage& image) {
   return rows;
 }
 
-/// The compressed rows behind `prefix`. Rings are flat colours: filters and a harder search would
-/// take many times as long to save little.
+/// The compressed rows behind `prefix`.
 std::string compressed(const CGImage& image, std::string prefix) {
-  constexpr int quickest = 1;
-  const std::unique_ptr<libdeflate_compressor, Free<libdeflate_free_compressor>> compressor(
-      libdeflate_alloc_compressor(quickest));
   const std::string rows = rowsOf(image);
+  if (appendPackedRows(prefix, rows, rowBytesOf(image))) return prefix;
+  constexpr int quick = 4;
+  const std::unique_ptr<libdeflate_compressor, Free<libdeflate_free_compressor>> compressor(
+      libdeflate_alloc_compressor(quick));
   const std::size_t before = prefix.size();
   const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), rows.size());
   prefix.resize_and_overwrite(before + bound, [&](char* out, std::size_t) {

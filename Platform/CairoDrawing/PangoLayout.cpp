@@ -55,6 +55,12 @@ PangoDirection directionOf(const NSAttributedString& text) {
              : PANGO_DIRECTION_LTR;
 }
 
+/// Pango turns left and right round by itself only where it finds the direction by itself.
+PangoAlignment alignmentOf(const NSAttributedString& text, NSTextAlignment alignment) {
+  if (alignment == NSTextAlignment::center) return PANGO_ALIGN_CENTER;
+  return directionOf(text) == PANGO_DIRECTION_RTL ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
+}
+
 class PangoTextLayout final : public TextLayout {
  public:
   PangoTextLayout(const NSAttributedString& text, const TextLayoutOptions& options)
@@ -67,9 +73,7 @@ class PangoTextLayout final : public TextLayout {
       pango_layout_set_width(layout_.get(), pangoUnits(std::max(0.0, *options.maximumWidth)));
       pango_layout_set_wrap(layout_.get(), PANGO_WRAP_WORD_CHAR);
     }
-    if (options.alignment == NSTextAlignment::center) {
-      pango_layout_set_alignment(layout_.get(), PANGO_ALIGN_CENTER);
-    }
+    pango_layout_set_alignment(layout_.get(), alignmentOf(text, options.alignment));
   }
 
   [[nodiscard]] CGSize size() const override {

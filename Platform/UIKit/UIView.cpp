@@ -5,6 +5,14 @@
 #include <utility>
 
 namespace platform {
+namespace {
+
+/// Enough for so many points.
+std::size_t pixels(double points, double scale) {
+  return static_cast<std::size_t>(std::max(0.0, std::ceil(points * scale)));
+}
+
+}  // namespace
 
 void UIView::setSize(CGSize size) {
   bounds_.size = size;
@@ -30,6 +38,23 @@ void UIView::receive(const UITouch& touch) {
   for (const auto& recognizer : receivers) recognizer->receive(touch);
 }
 
+void UIView::drawLayer(CGContext& context, CGPoint origin) {
+  const auto layer = CGContext::bitmap(pixels(bounds_.size.width, contentsScale_),
+                                       pixels(bounds_.size.height, contentsScale_));
+  if (!layer) return;
+  drawScaled(*layer);
+  const auto image = layer->makeImage();
+  context.draw(*image, {.origin = origin,
+                        .size = {.width = static_cast<double>(image->width()) / contentsScale_,
+                                 .height = static_cast<double>(image->height()) / contentsScale_}});
+}
+
+void UIView::drawScaled(CGContext& context) {
+  const SavedGState saved(context);
+  context.scaleBy(contentsScale_, contentsScale_);
+  draw(context);
+}
+
 void UIView::moveTo(UIWindow* window) {
   window_ = window;
   setNeedsDisplay();
@@ -52,9 +77,7 @@ bool UIWindow::displayIfNeeded() {
   if (context == nullptr) return false;
   contentView_->needsDisplay_ = false;
   context->clear();
-  const SavedGState saved(*context);
-  context->scaleBy(contentView_->contentsScale(), contentView_->contentsScale());
-  contentView_->draw(*context);
+  contentView_->drawScaled(*context);
   return true;
 }
 
@@ -63,14 +86,11 @@ std::shared_ptr<const CGImage> UIWindow::snapshot() {
 }
 
 CGContext* UIWindow::surface() {
-  const auto pixels = [this](double points) {
-    return static_cast<std::size_t>(
-        std::max(0.0, std::ceil(points * contentView_->contentsScale())));
-  };
-  const auto [width, height] = contentView_->bounds().size;
-  const bool fits =
-      surface_ && surface_->width() == pixels(width) && surface_->height() == pixels(height);
-  if (!fits) surface_ = CGContext::bitmap(pixels(width), pixels(height));
+  const double scale = contentView_->contentsScale();
+  const std::size_t width = pixels(contentView_->bounds().size.width, scale);
+  const std::size_t height = pixels(contentView_->bounds().size.height, scale);
+  const bool fits = surface_ && surface_->width() == width && surface_->height() == height;
+  if (!fits) surface_ = CGContext::bitmap(width, height);
   return surface_.get();
 }
 

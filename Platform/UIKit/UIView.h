@@ -37,6 +37,8 @@ class UIView : public std::enable_shared_from_this<UIView> {
   [[nodiscard]] bool needsDisplay() const { return needsDisplay_; }
   /// Draws on a context that is transparent and has one unit to a point.
   virtual void draw(CGContext&) {}
+  /// Draws the view as a part of another one. What it erases, it erases of itself alone.
+  void drawLayer(CGContext& context, CGPoint origin);
 
   /// Null while the view is in none.
   [[nodiscard]] UIWindow* window() const { return window_; }
@@ -61,6 +63,7 @@ class UIView : public std::enable_shared_from_this<UIView> {
  private:
   friend class UIWindow;
   void moveTo(UIWindow* window);
+  void drawScaled(CGContext& context);
 
   CGRect bounds_;
   double contentsScale_ = 1;

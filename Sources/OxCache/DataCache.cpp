@@ -96,6 +96,7 @@ void DataCache::clearCache(CacheStorageLocation location) {
 void DataCache::setVersion(int version, bool shouldClearOldFiles) {
   folder.setVersion(version, shouldClearOldFiles);
   version_ = version;
+  memoryCache_.removeAllObjects();
 }
 
 }  // namespace velloro

@@ -29,6 +29,7 @@ class DataCacheKey {
   DataCacheKey(const DataCacheKey&) = default;
   DataCacheKey& operator=(const DataCacheKey&) = default;
 
+  /// A text, or a URL's.
   void add(std::string_view value, std::string_view key);
   void add(std::integral auto value, std::string_view key) { add(std::to_string(value), key); }
   /// As whole points: "100x50".

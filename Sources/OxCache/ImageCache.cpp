@@ -50,12 +50,12 @@ std::optional<UIImage> ImageCache::read(const ImageCacheKey& key) const {
 
 void ImageCache::save(const UIImage& image, const ImageCacheKey& key, bool useMemoryCache) {
   const CacheMode mode = cacheMode;
-  if (!image.cgImage || mode == CacheMode::none) return;
-  if (usesMemory(mode) && useMemoryCache) {
+  if (mode == CacheMode::none) return;
+  if (image.cgImage && usesMemory(mode) && useMemoryCache) {
     staticMemoryCache.setObject(key.nsCacheKey(), image, cost(image));
   }
   if (!usesDisk(mode)) return;
-  const auto png = image.cgImage->pngData();
+  const auto png = image.cgImage ? image.cgImage->pngData() : std::nullopt;
   if (!png) return Log::cache.error([] { return "Unable to get PNG data"; });
   const auto written = NSFileManager::write(png->text(), imageUrl(key));
   if (!written && logWriteErrors) Log::cache.error(written.error());

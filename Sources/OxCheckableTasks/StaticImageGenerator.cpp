@@ -170,13 +170,14 @@ class Drawing {
   }
 
   void drawIcon() {
-    const CGSize box{.width = properties_.iconPaddingScale * layout_.ring.size.width,
-                     .height = properties_.iconPaddingScale * layout_.ring.size.height};
+    const double scale = request_.scale;
+    const double perPoint = properties_.iconPaddingScale / scale;
+    const CGSize box{.width = perPoint * layout_.ring.size.width,
+                     .height = perPoint * layout_.ring.size.height};
     const UIImage image = iconImage(box);
     if (!image.cgImage) return;
-    const CGSize natural{.width = static_cast<double>(image.cgImage->width()),
-                         .height = static_cast<double>(image.cgImage->height())};
-    const CGSize size = calculateImageSize(natural, box);
+    const CGSize points = calculateImageSize(image.size(), box);
+    const CGSize size{.width = points.width * scale, .height = points.height * scale};
     const CGRect frame = layout_.frame;
     const CGRect rect{
         .origin = {.x = frame.origin.x + std::round((frame.size.width - size.width) / 2),
@@ -191,7 +192,8 @@ class Drawing {
     context_.fill(*image.cgImage, rect);
   }
 
-  /// Emoji and monograms have none: they are texts, and their request brings an image of its own.
+  /// For a box in points. Emoji and monograms have none: they are texts, and their request brings
+  /// an image of its own.
   [[nodiscard]] UIImage iconImage(CGSize box) const {
     if (!request_.image) return {};
     const Request::Image& image = *request_.image;
@@ -205,7 +207,8 @@ class Drawing {
     const double side = std::min(box.width, box.height);
     const IconDisplayRepresentation representation{*image.icon, image.displayProperties};
     return IconArtwork{.representation = representation,
-                       .side = kind == sfSymbol ? side * symbolResizeFactor : side}
+                       .side = kind == sfSymbol ? side * symbolResizeFactor : side,
+                       .scale = request_.scale}
         .image();
   }
 

@@ -58,7 +58,8 @@ bool isSameAngle(double left, double right) {
 
 ArcAngles fillAngles(const Fill& fill, FillDirection direction, double angleOffset) {
   const double end = endDegrees(fill, direction, angleOffset);
-  if (fill.pct > 0 && isSameAngle(end, angleOffset)) return ArcAngles::fullCircle();
+  // An arc of next to nothing ends where it begins, too.
+  if (fill.pct > 0.5 && isSameAngle(end, angleOffset)) return ArcAngles::fullCircle();
   return {.startDegrees = angleOffset,
           .endDegrees = end,
           .clockwise = direction == FillDirection::antiClockwise};

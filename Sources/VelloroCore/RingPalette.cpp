@@ -52,19 +52,35 @@ bool isSeenOn(const OxCodableColor& tone, const std::vector<OxCodableColor>& nei
   });
 }
 
+bool isFarFrom(const OxCodableColor& tone, const std::vector<OxCodableColor>& tracks) {
+  return std::ranges::all_of(tracks, [&](const OxCodableColor& track) {
+    return contrastRatio(tone, track) >= shapeContrast;
+  });
+}
+
 /// The full track of a task that is done: it has to stand out from the open track and to be seen
 /// on the disc, and is the nearest tone to the disc that does.
-OxCodableColor doneFillOn(const std::vector<OxCodableColor>& disc, const OxCodableColor& track,
-                          const OxCodableColor& color) {
+OxCodableColor doneFillOn(const std::vector<OxCodableColor>& disc,
+                          const std::vector<OxCodableColor>& tracks, const OxCodableColor& color) {
   for (const double ratio : {1.8, 1.5, visibleContrast}) {
     for (const OxCodableColor& tone : {color, black, white}) {
       const auto tried = mixedUntil(disc.front(), tone, ratio);
-      if (tried && contrastRatio(*tried, track) >= shapeContrast && isSeenOn(*tried, disc)) {
-        return *tried;
-      }
+      if (tried && isFarFrom(*tried, tracks) && isSeenOn(*tried, disc)) return *tried;
     }
   }
-  return withContrast(disc.front(), track, shapeContrast);
+  const auto beyond = [&](OxCodableColor tone) {
+    for (const OxCodableColor& track : tracks) tone = withContrast(tone, track, shapeContrast);
+    return tone;
+  };
+  const OxCodableColor deep = beyond(color);
+  return isFarFrom(deep, tracks) && isSeenOn(deep, disc) ? deep : beyond(disc.front());
+}
+
+/// White also where it stands out but little, since the disc is then a deeper tone of the colour:
+/// on a saturated one black looks dirty.
+OxCodableColor inkOn(const OxCodableColor& color) {
+  constexpr double enoughForWhite = 2.4;
+  return contrastRatio(color, white) >= enoughForWhite ? white : foregroundColor(color);
 }
 
 /// The tones of a disc and of what is drawn on it.
@@ -73,21 +89,29 @@ struct Disc {
   OxCodableColor ink;
 
   [[nodiscard]] static Disc of(const OxCodableColor& color) {
-    const OxCodableColor ink = foregroundColor(color);
+    const OxCodableColor ink = inkOn(color);
     return {.center = withContrast(color, ink, textContrast), .ink = ink};
   }
 };
 
+/// A little further away from the ink.
+OxCodableColor shadeOff(const OxCodableColor& disc, const OxCodableColor& ink) {
+  return mixed(disc, away(ink), 0.12);
+}
+
 RingPalette onColor(const OxCodableColor& color) {
   const auto [disc, ink] = Disc::of(color);
   RingPalette palette;
-  // a shade off the page, so that the disc is seen on it
-  palette.center = mixed(disc, away(ink), 0.12);
+  palette.center = isSeenOn(disc, {color}) ? disc : shadeOff(disc, ink);
   palette.ink = ink;
   palette.fill = ink;
   palette.track = trackOn(palette.center, ink);
-  palette.doneCenter = {ink};
-  palette.doneInk = withContrast(color, ink, textContrast);
+  const bool whiteIsSeen = isSeenOn(white, {color, palette.track});
+  const OxCodableColor& done = whiteIsSeen ? white : ink;
+  palette.doneCenter = {done};
+  palette.doneInk = withContrast(color, done, textContrast);
+  palette.missedCenter =
+      isLight(ink) || !whiteIsSeen ? palette.track : shadeOff(palette.doneInk, white);
   return palette;
 }
 
@@ -100,17 +124,28 @@ RingPalette onScreen(ThemeMode mode, const OxCodableColor& color) {
   palette.ink = withContrast(adjusted, screen, textContrast);
   palette.fill = withContrast(adjusted, screen, shapeContrast * trackContrast * 1.06);
   palette.track = mixedUntil(screen, palette.fill, trackContrast).value_or(screen);
+  palette.missedCenter = palette.track;
   palette.doneCenter = {disc};
   palette.doneInk = ink;
   return palette;
 }
 
-/// The disc of a task that is done gets a second tone: a deeper one, or, where there is none, one
-/// with something of the task's colour.
-void makeGrandSlam(RingPalette& palette, const OxCodableColor& color) {
+/// The second tone of a disc: a deeper one, or, where there is none, one with something of the
+/// task's colour; either way not too near to the track.
+OxCodableColor secondTone(const RingPalette& palette, const OxCodableColor& color) {
   const OxCodableColor disc = palette.doneCenter.front();
-  const OxCodableColor second = mixedUntil(disc, away(palette.doneInk), 1.15)
-                                    .value_or(mixedUntil(disc, color, 1.15).value_or(disc));
+  for (const double ratio : {1.15, 1.08}) {
+    for (const OxCodableColor& tone : {away(palette.doneInk), color}) {
+      const auto tried = mixedUntil(disc, tone, ratio);
+      if (tried && contrastRatio(*tried, palette.track) >= 1.1) return *tried;
+    }
+  }
+  return disc;
+}
+
+/// The disc of a task that is done is a gradient.
+void makeGrandSlam(RingPalette& palette, const OxCodableColor& color) {
+  const OxCodableColor second = secondTone(palette, color);
   palette.doneCenter.push_back(second);
   palette.doneInk = withContrast(palette.doneInk, second, textContrast);
 }
@@ -121,10 +156,9 @@ RingPalette RingPalette::of(ThemeMode mode, const OxCodableColor& color, bool gr
   const bool hasScreen = mode == ThemeMode::white || mode == ThemeMode::black;
   RingPalette palette = hasScreen ? onScreen(mode, color) : onColor(color);
   palette.remainingTrack = mixed(palette.track, palette.center, 0.5);
-  palette.missedCenter = palette.track;
-  palette.missedInk = withContrast(palette.ink, palette.track, textContrast);
+  palette.missedInk = withContrast(inkOn(palette.missedCenter), palette.missedCenter, textContrast);
   if (grandSlam) makeGrandSlam(palette, color);
-  palette.doneFill = doneFillOn(palette.doneCenter, palette.track, color);
+  palette.doneFill = doneFillOn(palette.doneCenter, {palette.track, palette.remainingTrack}, color);
   return palette;
 }
 

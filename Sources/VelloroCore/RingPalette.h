@@ -11,12 +11,13 @@ namespace velloro {
 /// The tones of one task's ring: all that follows from a mode and the task's colour. `Theme` gives
 /// them out by their uses.
 ///
-/// In the modes `normal` and `alternate` the ring is a disc in the task's colour with a light or
-/// very dark mark on it, and a task that is done turns the two round. In `white` and `black` the
-/// mark has the task's colour and the disc that of the screen, until the task is done.
+/// In the modes `normal` and `alternate` the ring is a disc in the task's colour with a white mark
+/// on it, on a light colour a very dark one, and becomes a white disc when the task is done. In
+/// `white` and `black` the mark has the task's colour and the disc that of the screen, until the
+/// task is done.
 ///
-/// Fills keep `shapeContrast` to the track, and captions `textContrast` to the disc that they stand
-/// on.
+/// Fills keep `shapeContrast` to both parts of the track, and captions `textContrast` to the disc
+/// that they stand on.
 struct RingPalette {
   // while the task is open
   OxCodableColor center;          ///< The disc, also under the track.
@@ -28,7 +29,7 @@ struct RingPalette {
   std::vector<OxCodableColor> doneCenter;  ///< A gradient of two in the grand-slam form.
   OxCodableColor doneInk;
   OxCodableColor doneFill;
-  // when it is missed: the disc is the track's tone, and the track the disc's
+  // when it is missed: a deep disc; where the mark is dark, the one that a white mark would have
   OxCodableColor missedCenter;
   OxCodableColor missedInk;
 

@@ -41,6 +41,35 @@ TEST(CGImage, EveryPixelComesBackFromPNG) {
   EXPECT_EQ(CGImage(0, 0, {}).pngData(), std::nullopt);
 }
 
+TEST(CGImage, PNGsOfEveryShapeComeBackAndAreSmall) {
+  struct Case {
+    std::size_t width, height;
+    std::uint32_t (*pixel)(std::size_t x, std::size_t y);
+    double most;  // bytes per pixel, behind a hundred for the frame
+  };
+  const auto flat = [](std::size_t, std::size_t) { return 0xFF204060U; };
+  const auto slope = [](std::size_t x, std::size_t y) {
+    return 0xFF000000U | static_cast<std::uint32_t>((x + y) / 3);
+  };
+  const auto noise = [](std::size_t x, std::size_t y) {
+    return 0xFF000000U | static_cast<std::uint32_t>((x * 1000 + y) * 2654435761U >> 8);
+  };
+  // Narrow ones for every length of a repeat and its rest, and one whose rows are too long to look
+  // back at.
+  std::vector<Case> cases = {
+      {300, 200, flat, 0.05}, {300, 200, slope, 0.15}, {64, 64, noise, 4.1}, {9000, 3, slope, 1}};
+  for (std::size_t width = 1; width < 140; ++width) cases.push_back({width, 2, flat, 2});
+  for (const auto& [width, height, pixel, most] : cases) {
+    std::vector<std::uint32_t> pixels;
+    for (std::size_t i = 0; i < width * height; ++i) pixels.push_back(pixel(i % width, i / width));
+    const Data file = CGImage(width, height, pixels).pngData().value();
+    const auto again = CGImage::fromPNG(file.bytes());
+    ASSERT_TRUE(again) << width;
+    EXPECT_TRUE(std::ranges::equal((*again)->pixels(), pixels)) << width;
+    EXPECT_LT(file.size(), 100 + most * static_cast<double>(pixels.size())) << width;
+  }
+}
+
 TEST(CGImage, DamagedPNGsFail) {
   const CGImage image(2, 2, {0xFF112233, 0x80402010, 0, 0xFFFFFFFF});
   const std::string good = image.pngData().value().text();

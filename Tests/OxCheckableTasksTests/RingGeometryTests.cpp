@@ -100,6 +100,7 @@ TEST(SubProgress, EndsWhereItsStyleSays) {
       {Style::fillLinear(), 0.25, antiClockwise, {270, 540, true}},
       {Style::fillLinear(), 1, clockwise, ArcAngles::fullCircle()},
       {Style::fillLinear(), 1, antiClockwise, ArcAngles::fullCircle()},
+      {Style::fillLinear(), 1e-15, clockwise, {270, 270, false}},
       {Style::fillUnfillLinear(), 0.25, clockwise, {270, 450, false}},
       {Style::fillUnfillLinear(), 0.5, clockwise, ArcAngles::fullCircle()},
       {Style::fillUnfillLinear(), 0.75, clockwise, {270, 450, false}},

@@ -3,6 +3,7 @@
 #include "OxCheckableTasks/CaptionText.h"
 #include "OxCheckableTasks/StaticImageGenerator.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <set>
@@ -132,6 +133,19 @@ TEST(StaticImage, LeavesNothingOfARoundEndInAnEmptyRing) {
   };
   EXPECT_NEAR(start(0), open, 1);
   EXPECT_EQ(start(0.3), filled) << "the end lies over the open track";
+}
+
+TEST(StaticImage, ShowsAnImageInItsOwnPoints) {
+  const auto square = std::make_shared<const CGImage>(8, 8, std::vector<std::uint32_t>(64, ~0U));
+  Request request = ring();
+  request.scale = 3;
+  request.layoutProperties.normalizedTrackWidth = 0;
+  for (const auto& [imageScale, side] : {std::tuple(1, 24), std::tuple(2, 12)}) {
+    request.image = Request::Image{.image = UIImage{square, static_cast<double>(imageScale)}};
+    const UIImage image = createNoCache(request);
+    const auto pixels = image.cgImage->pixels();
+    EXPECT_EQ(std::ranges::count(pixels, ~0U), side * side) << imageScale;
+  }
 }
 
 TEST(StaticImage, IsHalfTransparentAsAWholeWhenFaded) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -155,6 +156,20 @@ TEST(TextLayout, Directions) {
     const auto [left, right] = std::ranges::minmax(ink, {}, &CGPoint::x);
     EXPECT_EQ(image.front().x < left.x + 2, imageIsLeft);
     EXPECT_TRUE(left.x >= 9 && right.x < 11 + made->size().width);
+  }
+}
+
+TEST(TextLayout, ShortLinesStandWhereTheTextBegins) {
+  for (const auto& [text, direction, isAtTheRight] :
+       {std::tuple("wwwww i", NSWritingDirection::rightToLeft, true),
+        {"wwwww i", NSWritingDirection::natural, false},
+        {"שששששש ו", NSWritingDirection::natural, true},
+        {"שששששש ו", NSWritingDirection::leftToRight, false}}) {
+    const auto made = TextLayout::make(
+        {text, {.font = font, .color = red, .writingDirection = direction}}, {.maximumWidth = 80});
+    ASSERT_EQ(made->lineCount(), 2U);
+    const CGPoint last = drawn(*made).ink().back();
+    EXPECT_EQ(last.x > 10 + made->size().width / 2, isAtTheRight) << text;
   }
 }
 

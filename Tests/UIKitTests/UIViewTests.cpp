@@ -93,6 +93,28 @@ TEST(UIView, DrawsWhenItHasAskedForIt) {
             (CGSize{2, 1}));
 }
 
+TEST(UIView, ErasesOfItselfAloneAsAPartOfAnother) {
+  struct Frame : UIView {
+    using UIView::UIView;
+    void draw(CGContext& context) override {
+      context.fill(bounds());
+      context.setBlendMode(CGBlendMode::clear);
+      context.fill(CGRect{{2, 2}, {2, 2}});
+    }
+  };
+  const auto context = CGContext::bitmap(20, 20);
+  context->setFillColor({.red = 1});
+  context->fill(CGRect{{0, 0}, {20, 20}});
+  context->scaleBy(2, 2);
+  Frame frame({6, 6});
+  frame.setContentsScale(2);
+  frame.drawLayer(*context, {1, 1});
+  const auto image = context->makeImage();
+  EXPECT_EQ(image->pixel(2, 2), 0xFF000000);
+  EXPECT_EQ(image->pixel(7, 7), 0xFFFF0000) << "the hole";
+  EXPECT_EQ(image->pixel(14, 14), 0xFFFF0000);
+}
+
 /// Writes down what the recognisers tell, and how often: a press of 0.2 s and a tap.
 class GestureTest : public testing::Test, public UIGestureRecognizerDelegate {
  protected:

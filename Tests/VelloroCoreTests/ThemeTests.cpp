@@ -59,7 +59,11 @@ void forEachTask(
 
 void expectLegible(const ColorProfile& profile, const std::string& name) {
   SCOPED_TRACE(name);
-  EXPECT_GE(contrastRatio(profile.trackFill, profile.trackBackground), shapeContrast);
+  for (const OxCodableColor& open : {profile.trackBackground, profile.trackFadedBackground}) {
+    if (open.a > 0) {
+      EXPECT_GE(contrastRatio(profile.trackFill, open), shapeContrast);
+    }
+  }
   for (const OxCodableColor& center : profile.centerFill) {
     EXPECT_GE(contrastRatio(profile.bottomCaption, center), textContrast);
     EXPECT_GE(contrastRatio(profile.topCaption, center), textContrast);
@@ -85,6 +89,29 @@ TEST(Theme, EveryRingIsLegible) {
     expectLegible(theme.negativeAllowedMissColorProfile(color, context), "allowed miss");
     expectLegible(theme.siriShortcutsConfigurationColorProfile(), "shortcuts");
     expectLegible(theme.siriWatchFaceColorProfile(), "watch face");
+  });
+}
+
+/// A faded ring is one on which nothing is asked for today. The guidelines ask no contrast of what
+/// is inactive; it must still be there for a second look.
+void expectSeenThoughFaded(const ColorProfile& profile, const OxCodableColor& page) {
+  const auto over = [&](const OxCodableColor& color, const OxCodableColor& under) {
+    return mixed(under, color, profile.alpha());
+  };
+  const OxCodableColor disc = over(profile.centerFill.front(), page);
+  EXPECT_GE(contrastRatio(over(profile.imageMask, disc), disc), 1.25);
+  EXPECT_GE(contrastRatio(over(profile.trackFill, disc), over(profile.trackBackground, disc)),
+            1.25);
+}
+
+TEST(Theme, FadedRingsAreSeen) {
+  TestEnvironment environment;
+  forEachTask([](const PositionedTheme& theme, const Theme::TaskColor& color, Context context) {
+    const auto page = theme.theme.backgroundType(context).plainColor();
+    for (const Status& status : Status::allCases()) {
+      const ColorProfile profile = theme.colorProfile(status, color, 7, context);
+      if (profile.isFaded) expectSeenThoughFaded(profile, page);
+    }
   });
 }
 

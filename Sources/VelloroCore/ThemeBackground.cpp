@@ -1,4 +1,4 @@
-#include "AppExtensions/ThemeBackground.h"
+#include "VelloroCore/ThemeBackground.h"
 
 #include "VelloroCore/ThemeHelper.h"
 
