@@ -2,6 +2,7 @@
 
 #include "VelloroCore/TaskFrequencyPeriod.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace velloro {
@@ -20,12 +21,13 @@ struct TaskLogEntryPeriod {
 
   TaskLogEntryPeriod() = default;
   /// A date outside the period gives the nearest day in it.
-  TaskLogEntryPeriod(TaskFrequencyPeriodType type, YYYYMMDD from, YYYYMMDD to, YYYYMMDD date);
+  constexpr TaskLogEntryPeriod(TaskFrequencyPeriodType type, YYYYMMDD from, YYYYMMDD to,
+                               YYYYMMDD date);
 
   /// The period of an entry from its stored fields. A type other than day with both ends makes that
   /// period, on the date or, without one, on the last day. Anything else is the date alone, a
   /// single day that keeps the type; absent without a date.
-  [[nodiscard]] static std::optional<TaskLogEntryPeriod> fromStored(
+  [[nodiscard]] static constexpr std::optional<TaskLogEntryPeriod> fromStored(
       std::optional<TaskFrequencyPeriodType> type, std::optional<YYYYMMDD> date,
       std::optional<YYYYMMDD> from, std::optional<YYYYMMDD> to);
 
@@ -45,5 +47,26 @@ struct TaskLogEntryPeriod {
   /// therefore not the operator.
   [[nodiscard]] bool isBefore(const TaskLogEntryPeriod& other) const;
 };
+
+// In the header, since the walk over a log calls them for each entry.
+
+// No std::clamp: it has no answer for a stored period that ends before it begins.
+constexpr TaskLogEntryPeriod::TaskLogEntryPeriod(TaskFrequencyPeriodType periodType,
+                                                 YYYYMMDD firstDay, YYYYMMDD lastDay, YYYYMMDD day)
+    : type(periodType),
+      from(firstDay),
+      to(lastDay),
+      date(std::min(std::max(day, firstDay), lastDay)) {}
+
+constexpr std::optional<TaskLogEntryPeriod> TaskLogEntryPeriod::fromStored(
+    std::optional<TaskFrequencyPeriodType> type, std::optional<YYYYMMDD> date,
+    std::optional<YYYYMMDD> from, std::optional<YYYYMMDD> to) {
+  const TaskFrequencyPeriodType known = type.value_or(TaskFrequencyPeriodType::day);
+  if (known != TaskFrequencyPeriodType::day && from && to) {
+    return TaskLogEntryPeriod(known, *from, *to, date.value_or(*to));
+  }
+  if (!date) return std::nullopt;
+  return TaskLogEntryPeriod(known, *date, *date, *date);
+}
 
 }  // namespace velloro
