@@ -228,7 +228,7 @@ Turn turn(OxImageOrientation orientation) {
   return {0, false};
 }
 
-void drawSlash(CGContext& context, CGRect rect, const OxCodableColor& color) {
+void drawOutlinedSlash(CGContext& context, CGRect rect, const OxCodableColor& color) {
   context.setBlendMode(CGBlendMode::clear);
   context.fill(slashOutline(rect));
   context.setBlendMode(color.a == 0 ? CGBlendMode::clear : CGBlendMode::normal);
@@ -283,7 +283,7 @@ UIImage applyOrientationAndOverlay(const UIImage& image,
   context->scaleBy(isMirrored ? -1 : 1, 1);
   context->draw(*image.cgImage, {.origin = {-width / 2, -height / 2}, .size = {width, height}});
   context->restoreGState();
-  if (properties.overlay) drawSlash(*context, {.origin = {}, .size = size}, overlayColor);
+  if (properties.overlay) drawOutlinedSlash(*context, {.origin = {}, .size = size}, overlayColor);
   return {.cgImage = context->makeImage(), .scale = image.scale};
 }
 

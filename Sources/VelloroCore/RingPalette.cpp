@@ -13,6 +13,8 @@ constexpr OxCodableColor white{.r = 1, .g = 1, .b = 1};
 
 /// From here on two neighbouring surfaces look different.
 constexpr double visibleContrast = 1.2;
+/// Of a disc to the track, which lies on it as a ring of its own.
+constexpr double leastContrast = 1.1;
 /// Of the track to the disc under it.
 constexpr double trackContrast = 1.28;
 /// Of a disc on a white or black screen: enough to tell it from the track, too.
@@ -88,8 +90,7 @@ struct Disc {
   OxCodableColor center;
   OxCodableColor ink;
 
-  [[nodiscard]] static Disc of(const OxCodableColor& color) {
-    const OxCodableColor ink = inkOn(color);
+  [[nodiscard]] static Disc of(const OxCodableColor& color, const OxCodableColor& ink) {
     return {.center = withContrast(color, ink, textContrast), .ink = ink};
   }
 };
@@ -100,13 +101,14 @@ OxCodableColor shadeOff(const OxCodableColor& disc, const OxCodableColor& ink) {
 }
 
 RingPalette onColor(const OxCodableColor& color) {
-  const auto [disc, ink] = Disc::of(color);
+  const auto [disc, ink] = Disc::of(color, inkOn(color));
   RingPalette palette;
   palette.center = isSeenOn(disc, {color}) ? disc : shadeOff(disc, ink);
   palette.ink = ink;
   palette.fill = ink;
   palette.track = trackOn(palette.center, ink);
-  const bool whiteIsSeen = isSeenOn(white, {color, palette.track});
+  const bool whiteIsSeen =
+      contrastRatio(white, color) >= 1.5 && contrastRatio(white, palette.track) >= leastContrast;
   const OxCodableColor& done = whiteIsSeen ? white : ink;
   palette.doneCenter = {done};
   palette.doneInk = withContrast(color, done, textContrast);
@@ -118,7 +120,10 @@ RingPalette onColor(const OxCodableColor& color) {
 RingPalette onScreen(ThemeMode mode, const OxCodableColor& color) {
   const OxCodableColor screen = screenColor(mode);
   const OxCodableColor adjusted = adjustBrightness(color, mode);
-  const auto [disc, ink] = Disc::of(withContrast(adjusted, screen, discContrast));
+  const OxCodableColor seen = withContrast(adjusted, screen, discContrast);
+  // a black screen shows through what is dark, and colours may shine on it
+  const auto [disc, ink] =
+      Disc::of(seen, mode == ThemeMode::black ? foregroundColor(seen) : inkOn(seen));
   RingPalette palette;
   palette.center = screen;
   palette.ink = withContrast(adjusted, screen, textContrast);
@@ -137,7 +142,7 @@ OxCodableColor secondTone(const RingPalette& palette, const OxCodableColor& colo
   for (const double ratio : {1.15, 1.08}) {
     for (const OxCodableColor& tone : {away(palette.doneInk), color}) {
       const auto tried = mixedUntil(disc, tone, ratio);
-      if (tried && contrastRatio(*tried, palette.track) >= 1.1) return *tried;
+      if (tried && contrastRatio(*tried, palette.track) >= leastContrast) return *tried;
     }
   }
   return disc;

@@ -79,19 +79,6 @@ void expectLegible(const ColorProfile& profile, const std::string& name) {
   }
 }
 
-TEST(Theme, EveryRingIsLegible) {
-  TestEnvironment environment;
-  forEachTask([](const PositionedTheme& theme, const Theme::TaskColor& color, Context context) {
-    for (const Status& status : Status::allCases()) {
-      expectLegible(theme.colorProfile(status, color, 7, context), status.stringValue());
-    }
-    expectLegible(theme.positiveCompletedColorProfile(color, context), "completed");
-    expectLegible(theme.negativeAllowedMissColorProfile(color, context), "allowed miss");
-    expectLegible(theme.siriShortcutsConfigurationColorProfile(), "shortcuts");
-    expectLegible(theme.siriWatchFaceColorProfile(), "watch face");
-  });
-}
-
 /// A faded ring is one on which nothing is asked for today. The guidelines ask no contrast of what
 /// is inactive; it must still be there for a second look.
 void expectSeenThoughFaded(const ColorProfile& profile, const OxCodableColor& page) {
@@ -104,14 +91,19 @@ void expectSeenThoughFaded(const ColorProfile& profile, const OxCodableColor& pa
             1.25);
 }
 
-TEST(Theme, FadedRingsAreSeen) {
+TEST(Theme, EveryRingIsLegible) {
   TestEnvironment environment;
   forEachTask([](const PositionedTheme& theme, const Theme::TaskColor& color, Context context) {
     const auto page = theme.theme.backgroundType(context).plainColor();
     for (const Status& status : Status::allCases()) {
       const ColorProfile profile = theme.colorProfile(status, color, 7, context);
+      expectLegible(profile, status.stringValue());
       if (profile.isFaded) expectSeenThoughFaded(profile, page);
     }
+    expectLegible(theme.positiveCompletedColorProfile(color, context), "completed");
+    expectLegible(theme.negativeAllowedMissColorProfile(color, context), "allowed miss");
+    expectLegible(theme.siriShortcutsConfigurationColorProfile(), "shortcuts");
+    expectLegible(theme.siriWatchFaceColorProfile(), "watch face");
   });
 }
 
