@@ -79,8 +79,11 @@ class Mutator {
       case 5:
         input.resize(at);
         break;
-      default:
+      case 6:
         splice(input, at);
+        break;
+      default:
+        exchangeToken(input, at);
         break;
     }
   }
@@ -128,8 +131,9 @@ int main(int argc, char** argv) {
     run({std::istreambuf_iterator<char>(file), {}});
   }
   if (argc > 1) return EXIT_SUCCESS;
-  for (const std::string_view seed : fuzzSeeds()) run(std::string(seed));
-  Mutator mutator(fuzzSeeds());
+  const auto seeds = fuzzSeeds();
+  for (const std::string_view seed : seeds) run(std::string(seed));
+  Mutator mutator(seeds);
   for (int i = 0; i < inputCount; ++i) run(mutator.next());
-  std::printf("%d inputs\n", inputCount);
+  std::printf("%zu seeds and %d inputs\n", seeds.size(), inputCount);
 }

@@ -21,8 +21,7 @@ bool isContinuation(char byte) {
 
 /// A notification is a few lines; a text that would fill a book is damage, and drawing it would
 /// take longer than anyone waits.
-NSAttributedString shortened(const NSAttributedString& text) {
-  std::size_t room = NotificationView::maximumTextLength;
+NSAttributedString shortened(const NSAttributedString& text, std::size_t room) {
   NSAttributedString result;
   for (const NSAttributedString::Run& run : text.runs()) {
     if (run.attachment) {
@@ -56,7 +55,7 @@ NotificationView::NotificationView(double width, double scale)
 
 void NotificationView::setContents(Contents contents) {
   for (Label* label : {&contents.titleLabel, &contents.bodyLabel}) {
-    label->text = shortened(label->text);
+    label->text = shortened(label->text, maximumTextLength);
   }
   if (contents == contents_) return;
   contents_ = std::move(contents);
@@ -69,9 +68,17 @@ void NotificationView::setBackground(const Background& background) {
 }
 
 std::shared_ptr<TextLayout> NotificationView::layOut(const Label& label, double width) const {
-  return TextLayout::make(
-      label.text,
-      {.maximumWidth = width, .alignment = label.textAlignment, .scale = contentsScale()});
+  if (label.text.isEmpty()) return nullptr;
+  const auto layOut = [&](const NSAttributedString& text) -> std::shared_ptr<TextLayout> {
+    return TextLayout::make(
+        text, {.maximumWidth = width, .alignment = label.textAlignment, .scale = contentsScale()});
+  };
+  // A few bytes can be many lines.
+  auto text = layOut(label.text);
+  for (std::size_t room = maximumTextLength / 2; heightOf(text) > maximumTextHeight; room /= 2) {
+    text = layOut(shortened(label.text, room));
+  }
+  return text;
 }
 
 void NotificationView::layoutSubviews() {

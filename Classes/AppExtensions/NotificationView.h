@@ -56,8 +56,10 @@ class NotificationView : public UIView {
     bool operator==(const Background&) const = default;
   };
 
-  /// Of a label's text so many bytes are shown; what is cut off is told by an ellipsis.
+  /// Of a label's text so many bytes are shown, and no more than so many points of height; what is
+  /// cut off is told by an ellipsis.
   static constexpr std::size_t maximumTextLength = 1000;
+  static constexpr double maximumTextHeight = 2000;
 
   /// Reads as the current locale does, from left to right or from right to left.
   NotificationView(double width, double scale);

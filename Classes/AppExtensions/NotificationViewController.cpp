@@ -5,7 +5,6 @@
 #include "Foundation/DispatchQueue.h"
 #include "Foundation/Locale.h"
 #include "Notifications/NotificationCategory.h"
-#include "Settings/Settings.h"
 #include "VelloroCore/TaskTitleAttributedString.h"
 
 #include <algorithm>
@@ -70,15 +69,19 @@ SharedWithStatus sharedWith(const NotificationTask& task) {
 
 }  // namespace
 
-std::shared_ptr<NotificationViewController> NotificationViewController::make(const Screen& screen) {
+std::shared_ptr<NotificationViewController> NotificationViewController::make(
+    const Screen& screen, const Settings& settings) {
   const std::shared_ptr<NotificationViewController> controller(
-      new NotificationViewController(screen));
+      new NotificationViewController(screen, settings));
   controller->view_->checkableTaskView()->setDelegate(controller);
   return controller;
 }
 
-NotificationViewController::NotificationViewController(const Screen& screen)
-    : screen_(screen), view_(std::make_shared<NotificationView>(screen.width, screen.scale)) {}
+NotificationViewController::NotificationViewController(const Screen& screen,
+                                                       const Settings& settings)
+    : screen_(screen),
+      settings_(settings),
+      view_(std::make_shared<NotificationView>(screen.width, screen.scale)) {}
 
 void NotificationViewController::didReceive(const UNNotification& notification) {
   responseHandled_ = false;
@@ -107,12 +110,11 @@ void NotificationViewController::setUp(const UNNotificationContent& content) {
 }
 
 PositionedTheme NotificationViewController::theme(const PositionedTheme& ofNotification) const {
-  const Settings& settings = Settings::shared();
   Theme theme = ofNotification.theme;
-  if (settings.themeAutoSwitch()) {
+  if (settings_.themeAutoSwitch()) {
     const bool isLight = screen_.userInterfaceStyle == UIUserInterfaceStyle::light;
     const auto mode =
-        isLight ? settings.themeAutoSwitchLightMode() : settings.themeAutoSwitchDarkMode();
+        isLight ? settings_.themeAutoSwitchLightMode() : settings_.themeAutoSwitchDarkMode();
     if (mode) theme = theme.withMode(*mode);
   }
   return theme.positioned(ofNotification.order);

@@ -4,6 +4,7 @@
 #include "CheckableTasks/CheckableTaskView.h"
 #include "Foundation/Geometry.h"
 #include "Notifications/NotificationData.h"
+#include "Settings/Settings.h"
 #include "UserNotifications/UNNotificationContentExtension.h"
 #include "VelloroCore/TaskProgress.h"
 #include "VelloroCore/Theme.h"
@@ -44,7 +45,9 @@ class NotificationViewController : public UNNotificationContentExtension,
     UIUserInterfaceStyle userInterfaceStyle = UIUserInterfaceStyle::light;
   };
 
-  [[nodiscard]] static std::shared_ptr<NotificationViewController> make(const Screen& screen);
+  /// \param settings Must outlive it.
+  [[nodiscard]] static std::shared_ptr<NotificationViewController> make(
+      const Screen& screen, const Settings& settings = Settings::shared());
 
   void didReceive(const UNNotification& notification) override;
   void didReceive(const UNNotificationResponse& response,
@@ -65,7 +68,7 @@ class NotificationViewController : public UNNotificationContentExtension,
  private:
   static constexpr Theme::Context themeContext = Theme::Context::notification;
 
-  explicit NotificationViewController(const Screen& screen);
+  NotificationViewController(const Screen& screen, const Settings& settings);
 
   /// \throws Error where there is no task to be read; nothing has changed then.
   void setUp(const UNNotificationContent& content);
@@ -86,6 +89,7 @@ class NotificationViewController : public UNNotificationContentExtension,
   void forward(double delay);
 
   const Screen screen_;
+  const Settings& settings_;
   const std::shared_ptr<NotificationView> view_;
   CGSize preferredContentSize_;
   std::optional<TaskProgress> nextProgress_;

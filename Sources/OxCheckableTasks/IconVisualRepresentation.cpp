@@ -56,6 +56,7 @@ IconVisualRepresentation IconVisualRepresentation::decode(const Decoder& from) {
 
 std::optional<IconVisualRepresentation> IconVisualRepresentation::fromStorableValue(
     std::string_view text, const std::optional<std::string>& monogram) {
+  if (!isUTF8(text)) return std::nullopt;  // it could be neither shown nor written
   const auto prefix = prefixOf(text);
   if (!prefix) return iconNamed(text);
   std::string rest(text.substr(rawValue(*prefix).size()));

@@ -82,7 +82,8 @@ struct IconVisualRepresentation {
 
   /// Reads a stored text: a prefix and the payload, or, as older ones are, an icon's bare name.
   /// Where a monogram is stored, `monogram` comes before it, since the title that it was derived
-  /// from may have changed. Absent for an icon that is not known and for a monogram of no letters.
+  /// from may have changed. Absent for an icon that is not known, a monogram of no letters, and
+  /// bytes that are no UTF-8.
   ///
   ///     fromStorableValue("mg_", "JD");         // the monogram "JD"
   ///     fromStorableValue("ic_no_such_icon");   // absent

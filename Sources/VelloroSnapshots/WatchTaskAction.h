@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
+#include "Foundation/Coding.h"
 #include "Foundation/Date.h"
 #include "Foundation/UUID.h"
 #include "OxHealthKit/OxHKSample.h"
@@ -29,6 +29,8 @@ struct WatchTaskContext {
   bool operator==(const WatchTaskContext&) const = default;
   static constexpr auto codingCases =
       cases(&WatchTaskContext::value, keyed("fromShortcut"), keyed("fromMainApp"));
+  /// \throws DecodingError "Unable to decode enum" where there is not exactly one known key.
+  static WatchTaskContext decode(const Decoder& from);
 };
 
 /// A completion, or another entry of the log.
@@ -79,6 +81,8 @@ struct WatchTaskNote {
 
     bool operator==(const DateType&) const = default;
     static constexpr auto codingCases = cases(&DateType::value, keyed("date"), keyed("pinned"));
+    /// \throws DecodingError as a context does.
+    static DateType decode(const Decoder& from);
   };
 
   UniqueID taskID;
@@ -107,6 +111,8 @@ struct WatchTaskAction {
     bool operator==(const ActionType&) const = default;
     static constexpr auto codingCases =
         cases(&ActionType::value, payload("completion"), payload("timer"), payload("note"));
+    /// \throws DecodingError as a context does.
+    static ActionType decode(const Decoder& from);
   };
 
   UUID actionID;  ///< A snapshot keeps the identities of those that it has applied.

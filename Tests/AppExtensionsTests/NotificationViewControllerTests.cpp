@@ -2,7 +2,9 @@
 #include "AppExtensions/PendingReportableError.h"
 #include "Foundation/JSON.h"
 #include "Foundation/NSUserDefaults.h"
+#include "Foundation/String.h"
 #include "Foundation/TestEnvironment.h"
+#include "Settings/SettingsStorageLocal.h"
 #include "Support/SampleTasks.h"
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
 
@@ -71,7 +73,7 @@ struct NotificationViewControllerTest : ::testing::Test {
   void respond(const std::string& action, const std::string& name = "") {
     controller->didReceive({.notification = {}, .actionIdentifier = action},
                            [this, name](UNNotificationContentExtensionResponseOption option) {
-                             note(name + "option " + std::to_string(rawValue(option)));
+                             note(name + "option " + std::to_string(rawValue(option)) + caption());
                            });
   }
 
@@ -79,10 +81,8 @@ struct NotificationViewControllerTest : ::testing::Test {
   void watch() {
     start = environment.mediaTime();
     lines.clear();
-    controller->setObserver([this] {
-      note("state " + std::to_string(static_cast<int>(ring().state())) + " caption " +
-           look().bottomCaption.text.value_or("-"));
-    });
+    controller->setObserver(
+        [this] { note("state " + std::to_string(static_cast<int>(ring().state())) + caption()); });
   }
 
   void note(const std::string& what) {
@@ -95,6 +95,15 @@ struct NotificationViewControllerTest : ::testing::Test {
   }
   [[nodiscard]] const CheckableTaskView::Configuration& look() const {
     return ring().configuration();
+  }
+  [[nodiscard]] std::string caption() const {
+    return controller ? " caption " + look().bottomCaption.text.value_or("-") : "";
+  }
+  [[nodiscard]] std::shared_ptr<const CGImage> picture() const {
+    UIWindow window(1);
+    window.setContentView(controller->view());
+    EXPECT_TRUE(window.displayIfNeeded());
+    return window.snapshot();
   }
   [[nodiscard]] std::string title() const { return controller->view()->titleLabel().text.string(); }
   static std::optional<PendingReportableError> recordedError() {
@@ -112,16 +121,26 @@ struct NotificationViewControllerTest : ::testing::Test {
 
 TEST_F(NotificationViewControllerTest, PlaysEachRoadOfATap) {
   using Road = std::vector<std::string>;
-  const Road positive = {"560 state 2 caption 4", "960 state 3 caption 5", "1460 option 2"};
-  const Road negative = {"560 state 2 caption 4", "960 state 3 caption -", "1460 option 2"};
-  const std::tuple<const char*, NotificationTask, const char*, Road, double> cases[] = {
+  const Road positive = {"560 state 2 caption 4", "960 state 3 caption 5",
+                         "1460 option 2 caption 5"};
+  const Road negative = {"560 state 2 caption 4", "960 state 3 caption -",
+                         "1460 option 2 caption -"};
+  const Road step = {"1000 option 2 caption 4"};
+  const Road atOnce = {"0 option 2 caption 4"};
+  const std::string prefix = "NotificationManager.Action.";
+  const std::tuple<const char*, NotificationTask, std::string, Road, double> cases[] = {
       {"the last step", taskOf(open, steps(2, 3)), done, positive, 1},
-      {"a step", taskOf(open, steps(0, 3)), done, {"1000 option 2"}, 1.0 / 3},
+      {"a step", taskOf(open, steps(0, 3)), done, step, 1.0 / 3},
+      {"a timer", taskOf(open, timer(1, 150)), done, positive, 1},
+      {"a timer's step", taskOf(open, timer(2, 150)), done, step, 0.5},
       {"a miss", taskOf(clean, steps(0, 1)), missed, negative, 1},
+      {"a step to a miss", taskOf(clean, steps(0, 2)), missed, step, 0.5},
       {"full", taskOf(Status::positiveComplete, steps(1, 1)), done, positive, 1},
-      {"snooze", taskOf(open, steps(0, 1)), "NotificationManager.Action.Snooze", {"0 option 2"}, 0},
-      {"default", taskOf(open, steps(0, 1)), "default", {"0 option 2"}, 0},
-      {"unknown", taskOf(open, steps(0, 1)), "NotificationManager.Action.Dance", {"0 option 2"}, 0},
+      {"snooze", taskOf(open, steps(0, 1)), prefix + "Snooze", atOnce, 0},
+      {"a link", taskOf(open, steps(0, 1)), prefix + "OpenExternalURL", atOnce, 0},
+      {"a message", taskOf(open, steps(0, 1)), prefix + "SendMessage", atOnce, 0},
+      {"default", taskOf(open, steps(0, 1)), "default", atOnce, 0},
+      {"unknown", taskOf(open, steps(0, 1)), prefix + "Dance", atOnce, 0},
   };
   for (const auto& [name, task, action, road, progressInTheEnd] : cases) {
     SCOPED_TRACE(name);
@@ -137,6 +156,17 @@ TEST_F(NotificationViewControllerTest, PlaysEachRoadOfATap) {
   }
 }
 
+TEST_F(NotificationViewControllerTest, FillsTheRingOnTheWay) {
+  for (const auto& [completed, halfWay, half] :
+       {std::tuple(0, 0.25, 1.0 / 6), {2, 0.275, 5.0 / 6}}) {
+    controller = NotificationViewController::make({});
+    show(taskOf(open, steps(completed, 3)));
+    respond(done);
+    environment.advance(halfWay);
+    EXPECT_NEAR(ring().progressCurrent(), half, 0.01);
+  }
+}
+
 TEST_F(NotificationViewControllerTest, AnswersEachResponseOnce) {
   show(taskOf(Status::positiveComplete, steps(1, 1)));
   EXPECT_EQ(ring().state(), State::completed);
@@ -149,8 +179,8 @@ TEST_F(NotificationViewControllerTest, AnswersEachResponseOnce) {
   respond(done, "new ");
   controller.reset();
   environment.advance(5);
-  EXPECT_THAT(lines, ElementsAre("560 state 2 caption 4", "900 state 0 caption 4", "900 option 2",
-                                 "1900 new option 2"));
+  EXPECT_THAT(lines, ElementsAre("560 state 2 caption 4", "900 state 0 caption 4",
+                                 "900 option 2 caption 4", "1900 new option 2"));
 }
 
 TEST_F(NotificationViewControllerTest, AnswersWithoutATask) {
@@ -158,7 +188,7 @@ TEST_F(NotificationViewControllerTest, AnswersWithoutATask) {
   EXPECT_TRUE(controller->view()->ringIsHidden());
   watch();
   respond(done);
-  EXPECT_THAT(lines, ElementsAre("0 option 2"));
+  EXPECT_THAT(lines, ElementsAre("0 option 2 caption -"));
   show(taskOf(open, steps(0, 1)));
   EXPECT_FALSE(controller->view()->ringIsHidden());
   EXPECT_EQ(controller->view()->titleLabel().textAlignment, NSTextAlignment::natural);
@@ -214,6 +244,8 @@ TEST_F(NotificationViewControllerTest, TakesItsTitleByTheCategory) {
 TEST_F(NotificationViewControllerTest, GrowsWithItsTexts) {
   NotificationTask wordy = fullSampleTask();
   wordy.displayTitle.localizedPrimary = std::string(1 << 20, 'w');
+  NotificationTask tall = sampleTask();
+  tall.displayTitle.localizedPrimary = std::string(1 << 20, '\n');
   for (const double width : {60.0, 200.0, 320.0, 1000.0}) {
     controller = NotificationViewController::make({.width = width});
     show(sampleTask());
@@ -222,7 +254,50 @@ TEST_F(NotificationViewControllerTest, GrowsWithItsTexts) {
     EXPECT_EQ(controller->preferredContentSize(), (CGSize{width, 128}));
     EXPECT_GT(controller->view()->bounds().size.height, 128);
     EXPECT_THAT(title(), testing::EndsWith("…"));
+    show(tall);
+    EXPECT_LT(controller->view()->bounds().size.height, 2500);
   }
+}
+
+TEST_F(NotificationViewControllerTest, FollowsTheScreenWhereTheSettingsSaySo) {
+  const auto local = std::make_shared<SettingsStorageLocal>();
+  const auto shared = SettingsStorageLocalShared::open();
+  SettingsStorage program({.localStorage = local, .localSharedStorage = shared}, false);
+  SettingsStorage extension({.localStorage = local, .localSharedStorage = shared}, true);
+  const Settings settings(extension);
+  program.setString("black", Setting::themeAutoSwitchDarkMode);
+  program.setString("white", Setting::themeAutoSwitchLightMode);
+  using enum UIUserInterfaceStyle;
+  for (const auto& [isOn, style, mode] : {std::tuple(false, dark, ThemeMode::normal),
+                                          {true, light, ThemeMode::white},
+                                          {true, dark, ThemeMode::black},
+                                          {true, unspecified, ThemeMode::black}}) {
+    program.setBoolean(isOn, Setting::themeAutoSwitch);
+    controller = NotificationViewController::make({.userInterfaceStyle = style}, settings);
+    show(sampleTask());
+    const auto expected = Theme::hero.withMode(mode).backgroundType().plainColor();
+    EXPECT_EQ(stringWithFormat("%06X", picture()->pixel(0, 0) & 0xFFFFFFU), expected.toHex());
+  }
+}
+
+TEST_F(NotificationViewControllerTest, PaintsTheThemesBackground) {
+  const auto corners = [this](ColorScheme scheme, std::int64_t page) {
+    NotificationTask task = sampleTask();
+    task.displayOrder.pageNumber = TaskPageNumber{page};
+    const Theme theme{.colorScheme = scheme};
+    controller->didReceive(notificationOf(
+        NotificationData{.task = task, .theme = theme.positioned(task.displayOrder)}.userInfo()));
+    const auto image = picture();
+    const auto pixels = image->pixels();
+    return std::vector<std::uint32_t>{pixels.front(), pixels.back(), pixels[319]};
+  };
+  const auto flat = corners(ColorScheme::blue, 0);
+  EXPECT_THAT(flat, testing::Each(flat[0]));
+  const auto gradient = corners(ColorScheme::redBlue, 0);
+  EXPECT_NE(gradient[0], gradient[1]);
+  EXPECT_EQ(look().containingBackgroundColor,
+            Theme{.colorScheme = ColorScheme::redBlue}.backgroundType().plainColor());
+  EXPECT_NE(corners(ColorScheme::pride, 0), corners(ColorScheme::pride, 1));
 }
 
 /// One value in a payload, named by its path, replaced or (null) taken away.

@@ -86,9 +86,16 @@ TEST(Snapshots, KeepTheirForms) {
 }
 
 TEST(Snapshots, RefuseAnActionOfTwoKinds) {
-  for (const char* json : {R"({"fromShortcut":{},"fromMainApp":{}})", "{}", R"({"fromTV":{}})"}) {
-    EXPECT_NE(decodingFailure<WatchTaskAction::Context>(json), "none") << json;
-  }
+  using Context = WatchTaskAction::Context;
+  const std::string unknown = "Unable to decode enum";
+  EXPECT_EQ(decodingFailure<Context>(R"({"fromShortcut":{},"fromMainApp":{}})"), unknown);
+  EXPECT_EQ(decodingFailure<Context>("{}"), unknown);
+  EXPECT_EQ(decodingFailure<WatchTaskNote::DateType>(R"({"fromTV":{}})"), unknown);
+  EXPECT_EQ(decodingFailure<WatchTaskAction::ActionType>(R"({"note":{},"timer":{}})"), unknown);
+  const std::string id = sampleID(1).stringValue();
+  EXPECT_EQ(decodingFailure<WatchTaskActions>(R"({"actions":[{"actionID":")" + id +
+                                              R"(","actionType":{"cat":{}},"date":0}]})"),
+            "actions[0].actionType: " + unknown);
 }
 
 TEST(Snapshots, SayWhatCompletesTheTask) {

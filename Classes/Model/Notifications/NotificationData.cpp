@@ -10,6 +10,15 @@ constexpr std::string_view userInfoKey = "velloro";
 constexpr JSONEncoder encoder{.dateForm = DateForm::iso8601};
 constexpr JSONDecoder decoder{.dateForm = DateForm::iso8601};
 
+/// For the log, which takes a damaged one as well.
+std::string described(const PropertyList& userInfo) {
+  try {
+    return userInfo.json();
+  } catch (const EncodingError& error) {
+    return error.localizedDescription();
+  }
+}
+
 }  // namespace
 
 NotificationData::Error::Error(Reason reason)
@@ -19,7 +28,8 @@ NotificationData::Error::Error(Reason reason)
 NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
   const PropertyList& record = userInfo[userInfoKey];
   if (record.dictionary() == nullptr) {
-    Log::notifications.error([&] { return "Unable to cast to [String: Any]: " + userInfo.json(); });
+    Log::notifications.error(
+        [&] { return "Unable to cast to [String: Any]: " + described(userInfo); });
     throw Error(Error::Reason::invalidUserInfoData);
   }
   return fromPropertyList<NotificationData>(record, decoder);
