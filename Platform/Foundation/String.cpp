@@ -2,6 +2,7 @@
 
 #include "Foundation/IcuSupport.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdint>
@@ -31,10 +32,15 @@ std::string stringWithFormat(const char* format, ...) {
   va_start(arguments, format);
   va_list again;
   va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  std::array<char, 64> buffer{};  // nearly all texts fit in, and need no second pass
+  const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
   va_end(arguments);
-  std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
-  std::vsnprintf(text.data(), text.size() + 1, format, again);
+  const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 0;
+  std::string text(buffer.data(), std::min(size, buffer.size() - 1));
+  if (text.size() < size) {
+    text.resize(size);
+    std::vsnprintf(text.data(), size + 1, format, again);
+  }
   va_end(again);
   return text;
 }

@@ -85,7 +85,7 @@ std::string OxCodableColor::toHex() const {
 }
 
 std::string OxCodableColor::toHexAlpha() const {
-  return toHex() + stringWithFormat("%02X", byteOf(a));
+  return stringWithFormat("%02X%02X%02X%02X", byteOf(r), byteOf(g), byteOf(b), byteOf(a));
 }
 
 std::optional<OxCodableColor> OxCodableColor::fromSpaceSeparated(std::string_view text) {

@@ -123,6 +123,17 @@ TEST_F(RingPictureTest, GradientAndBadges) {
                }));
 }
 
+TEST_F(RingPictureTest, AClearIconIsCutOutOfBadgeAndTrack) {
+  const auto heart = IconVisualRepresentation::icon(IconManagerIcon::heart);
+  const Picture drawn = draw([&](auto& ring) {
+    threeSegments(ring);
+    ring.uncheckedColorProfile.badgeContent = {.a = 0};
+    ring.badges = {{.content = BadgeContent{.displayRepresentation = {heart, {}}}}};
+  });
+  EXPECT_EQ(drawn->pixel(39, 9), 0U) << "the middle of the badge";
+  EXPECT_EQ(drawn->pixel(39, 4) >> 24U, 255U);
+}
+
 TEST_F(RingPictureTest, AViewAndAStaticImageAreAlike) {
   StaticImageGenerator::Request request{.size = {48, 48}};
   auto& layout = request.layoutProperties;
