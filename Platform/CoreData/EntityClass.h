@@ -49,6 +49,14 @@ class EntityClass : public NSManagedObject {
     setValue(attribute, newValue);
     return true;
   }
+  /// The same for an enumeration. A text that no case has stays while nothing else is wanted.
+  template <RawRepresentable E>
+  bool writeEnum(const Attribute<std::optional<std::string>>& attribute,
+                 std::optional<E> newValue) {
+    if (enumValue<E>(attribute) == newValue) return false;
+    setValue(attribute, newValue ? std::optional(std::string(rawValue(*newValue))) : std::nullopt);
+    return true;
+  }
 };
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/RawValue.h"
+#include "OxKit/EnumSet.h"
 #include "OxKit/Platform.h"
 
 #include <cstdint>
@@ -18,6 +19,9 @@ constexpr auto rawValues(std::type_identity<TaskStatus>) {
   using enum TaskStatus;
   return rawTexts<TaskStatus>({{normal, "N"}, {paused, "P"}, {archived, "A"}, {trashed, "T"}});
 }
+
+/// Those of the tasks that a user has in view.
+inline constexpr EnumSet<TaskStatus> activeStatuses{TaskStatus::normal, TaskStatus::paused};
 
 /// With whom a task is shared.
 enum class TaskShareStatus : std::uint8_t { notShared, isSharedWithOthers, isSharedWithMe };

@@ -28,11 +28,11 @@ struct TaskDescriptor {
   Date created;
   TimeZone createdTimeZone = TimeZone::gmt();
   TimeZone currentTimeZone = TimeZone::gmt();
-  HHMMSS startOfDay;
+  HHMMSS startOfDay = {};
   DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
   std::optional<std::string> title = {};
   std::optional<AutomaticTaskType> automaticTaskType = {};
-  TaskFrequency frequency;
+  TaskFrequency frequency = {};
   bool isNegative = false;
   bool isPaused = false;
 
@@ -53,7 +53,7 @@ struct Entry {
   TaskLogEntryType type = TaskLogEntryType::unknown;
   std::optional<double> progressValue = {};
   std::optional<double> progressPct = {};
-  HHMMSS time;                            ///< Of the day on which it was made.
+  HHMMSS time = {};                       ///< Of the day on which it was made.
   std::optional<TimeZone> timeZone = {};  ///< Absent for the task's.
 
   bool operator==(const Entry&) const = default;

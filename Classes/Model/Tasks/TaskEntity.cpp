@@ -4,8 +4,6 @@
 #include "Settings/Settings.h"
 #include "Tasks/StoredAutomaticTaskType.h"
 #include "Tasks/StoredValues.h"
-#include "Tasks/TaskNotificationRemindersEntity.h"
-#include "Tasks/TaskNotificationSettingsEntity.h"
 #include "Tasks/TaskShareEntity.h"
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/UserProfileEntity.h"
@@ -238,21 +236,6 @@ TaskExtra TaskEntity::taskExtra() const {
 bool TaskEntity::setTaskExtra(const TaskExtra& extra) {
   return writeValue(Columns::customReminderType,
                     JSONEncoder{.dateForm = DateForm::iso8601}.encode(codableTaskExtra(extra)));
-}
-
-TaskNotificationSettings TaskEntity::notificationSettings() const {
-  const auto row = value(Columns::taskNotificationSettings);
-  if (row == nullptr) {
-    return TaskNotificationSettings::default_(DefaultSettingsTaskType::untimed(),
-                                              NotificationTimeZone::taskViewer);
-  }
-  TaskNotificationSettings settings = row->settings();
-  for (const auto& reminderRow : value(Columns::taskNotificationReminders)) {
-    if (auto reminder = reminderRow->reminder()) {
-      settings.reminders.push_back(*std::move(reminder));
-    }
-  }
-  return settings;
 }
 
 TaskShareStatus TaskEntity::taskShareStatus() const {

@@ -14,11 +14,16 @@
 #include "VelloroCore/TaskFrequency.h"
 #include "VelloroCore/TaskNotificationSettings.h"
 #include "VelloroCore/TaskStatus.h"
+#include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace velloro {
+
+struct TaskLogFetchRequest;
 
 /// A task of the store: its row (`TaskAttributes`), read and written as what it means.
 ///
@@ -73,6 +78,23 @@ class TaskEntity : public EntityClass<TaskEntity> {
   // How its user is told of it.
   /// A task without a row has the settings of a new untimed task, in the viewer's zone.
   [[nodiscard]] TaskNotificationSettings notificationSettings() const;
+  /// A reminder keeps its row as long as its value is wanted, under whatever identifier; one whose
+  /// trigger lacks what it needs gets none. Changed settings are dated now.
+  bool setNotificationSettings(const TaskNotificationSettings& settings);
+
+  // Its log and its notes.
+  using Entries = std::vector<std::shared_ptr<TaskLogEntryEntity>>;
+  /// Fails as the fetch does. A detached task has no log, which is logged.
+  [[nodiscard]] Result<Entries> taskLog(const TaskLogFetchRequest& request) const;
+  /// The same in another context, and without fail: an error is logged, and there are no entries.
+  [[nodiscard]] static Entries taskLog(NSManagedObjectContext& context,
+                                       const TaskLogFetchRequest& request, const TaskEntity& task);
+  /// The notes of a day, the oldest first, but for those in the trash.
+  [[nodiscard]] std::vector<ComplicationTaskNoteSnapshot> notes(YYYYMMDD date) const;
+  /// The newest of those that are pinned.
+  [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> pinnedNote() const;
+  /// Where none is stored, the instant of the first entry of its log up to today; else now.
+  [[nodiscard]] Date creationDate() const;
 
   // With whom it is shared.
   [[nodiscard]] TaskShareStatus taskShareStatus() const;
@@ -83,6 +105,9 @@ class TaskEntity : public EntityClass<TaskEntity> {
   [[nodiscard]] Date lastUpdated() const;
   /// Whether it changed later than another.
   [[nodiscard]] bool isNewer(const TaskEntity& other) const;
+
+ private:
+  bool setReminders(NSManagedObjectContext& context, const std::vector<TaskReminder>& reminders);
 };
 
 }  // namespace velloro

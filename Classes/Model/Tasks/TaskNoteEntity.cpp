@@ -17,4 +17,12 @@ std::optional<TaskNoteStatus> TaskNoteEntity::noteStatus() const {
   return enumValue<TaskNoteStatus>(status);
 }
 
+std::optional<ComplicationTaskNoteSnapshot> TaskNoteEntity::snapshot() const {
+  const auto id = noteUniqueId();
+  auto body = noteContent();
+  if (!id || !body) return std::nullopt;
+  return ComplicationTaskNoteSnapshot{
+      .uniqueID = *id, .date = storedDay(value(noteDate)), .content = {.body = *std::move(body)}};
+}
+
 }  // namespace velloro

@@ -3,6 +3,7 @@
 #include "CoreData/EntityClass.h"
 #include "Foundation/RawValue.h"
 #include "OxKit/UniqueID.h"
+#include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
 #include <cstdint>
 
@@ -44,6 +45,8 @@ class TaskNoteEntity : public EntityClass<TaskNoteEntity> {
   /// Absent for no text and for an empty one; a blank is a text.
   [[nodiscard]] std::optional<std::string> noteContent() const;
   [[nodiscard]] std::optional<TaskNoteStatus> noteStatus() const;
+  /// Absent without an identifier or a text.
+  [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> snapshot() const;
 };
 
 }  // namespace velloro

@@ -40,6 +40,11 @@ class TaskNotificationRemindersEntity : public EntityClass<TaskNotificationRemin
   /// Absent when the row lacks what its trigger needs, its days, or an identifier.
   [[nodiscard]] std::optional<TaskReminder> reminder() const;
 
+  /// A reminder as far as rows tell reminders apart: without its identifier, and without what only
+  /// the record has. Absent when its trigger lacks what it needs.
+  [[nodiscard]] static std::optional<TaskReminder> asStored(const TaskReminder& reminder);
+  void setReminder(const TaskReminder& reminder, const UniqueID& id);
+
  private:
   [[nodiscard]] std::optional<TaskReminder::Trigger> trigger() const;
 };

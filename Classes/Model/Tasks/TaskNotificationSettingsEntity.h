@@ -50,6 +50,9 @@ class TaskNotificationSettingsEntity : public EntityClass<TaskNotificationSettin
 
   /// Without reminders. What is not stored, or not known, is as in an empty record.
   [[nodiscard]] TaskNotificationSettings settings() const;
+  /// Writes what differs, but no reminders. Whether the row then has unsaved changes; if so, it is
+  /// dated now.
+  bool setSettings(const TaskNotificationSettings& settings);
 };
 
 }  // namespace velloro

@@ -1,0 +1,20 @@
+#include "Tasks/SaveIfChanged.h"
+
+#include "CoreData/NSPersistentStoreCoordinator.h"
+#include "OxLog/Log.h"
+
+namespace velloro {
+
+bool saveIfChanged(NSManagedObjectContext& context) {
+  if (!context.hasChanges()) return false;
+  const auto& coordinator = context.persistentStoreCoordinator();
+  if (coordinator == nullptr || coordinator->persistentStores().empty()) {
+    Log::database.error([] { return "No persistent stores"; });
+    return false;
+  }
+  const auto saved = context.save();
+  if (!saved) Log::database.error(saved.error());
+  return saved.has_value();
+}
+
+}  // namespace velloro

@@ -1,0 +1,79 @@
+#include "OxLog/Log.h"
+#include "Tasks/TaskEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/TaskNoteRequest.h"
+
+namespace velloro {
+
+using Entries = TaskEntity::Entries;
+using Note = ComplicationTaskNoteSnapshot;
+using NoteRequest = TaskNoteEntity::Request;
+
+namespace {
+
+/// Those that can be shown.
+std::vector<Note> snapshots(NSManagedObjectContext* context, const NoteRequest& request) {
+  if (context == nullptr) return {};
+  const auto notes = context->fetch<TaskNoteEntity>(request.fetchRequest());
+  if (!notes) {
+    Log::database.error(notes.error());
+    return {};
+  }
+  std::vector<Note> result;
+  for (const auto& note : *notes) {
+    if (auto snapshot = note->snapshot()) result.push_back(*std::move(snapshot));
+  }
+  return result;
+}
+
+}  // namespace
+
+Result<Entries> TaskEntity::taskLog(const TaskLogFetchRequest& request) const {
+  NSManagedObjectContext* context = managedObjectContext();
+  if (context == nullptr) {
+    Log::database.error([] { return "No context, returning empty array"; });
+    return Entries();
+  }
+  return context->fetch<TaskLogEntryEntity>(request.fetchRequest(this));
+}
+
+Entries TaskEntity::taskLog(NSManagedObjectContext& context, const TaskLogFetchRequest& request,
+                            const TaskEntity& task) {
+  auto entries = context.fetch<TaskLogEntryEntity>(request.fetchRequest(&task));
+  if (entries) return *std::move(entries);
+  Log::database.error(entries.error());
+  return {};
+}
+
+std::vector<Note> TaskEntity::notes(YYYYMMDD date) const {
+  return snapshots(managedObjectContext(),
+                   {.task = this,
+                    .date = NoteRequest::NoteDate::range({.minDate = date, .maxDate = date}),
+                    .excludeStatuses = {TaskNoteStatus::trashed},
+                    .sortDirection = NoteRequest::SortDirection::oldestToNewest});
+}
+
+std::optional<Note> TaskEntity::pinnedNote() const {
+  auto notes = snapshots(managedObjectContext(),
+                         {.task = this,
+                          .includeStatuses = {TaskNoteStatus::pinned},
+                          .excludeStatuses = {TaskNoteStatus::trashed},
+                          .sortDirection = NoteRequest::SortDirection::newestToOldest,
+                          .limit = 1});
+  return notes.empty() ? std::nullopt : std::optional(std::move(notes.front()));
+}
+
+Date TaskEntity::creationDate() const {
+  if (const auto stored = value(TaskAttributes::created)) return *stored;
+  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone());
+  const auto entries = taskLog({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
+                                .maxDate = today,
+                                .fetchLimit = 1});
+  const bool hasEntry = entries && !entries->empty();
+  const auto made =
+      hasEntry ? entries->front()->value(TaskLogEntryEntity::createdTimestamp) : std::nullopt;
+  return made ? *made : Date::now();
+}
+
+}  // namespace velloro

@@ -1,0 +1,65 @@
+#include "Tasks/TaskEntity.h"
+#include "Tasks/TaskNotificationRemindersEntity.h"
+#include "Tasks/TaskNotificationSettingsEntity.h"
+
+#include <unordered_set>
+
+namespace velloro {
+
+using RemindersRow = TaskNotificationRemindersEntity;
+using SettingsRow = TaskNotificationSettingsEntity;
+
+TaskNotificationSettings TaskEntity::notificationSettings() const {
+  const auto row = value(TaskAttributes::taskNotificationSettings);
+  if (row == nullptr) {
+    return TaskNotificationSettings::default_(DefaultSettingsTaskType::untimed(),
+                                              NotificationTimeZone::taskViewer);
+  }
+  TaskNotificationSettings settings = row->settings();
+  for (const auto& reminderRow : value(TaskAttributes::taskNotificationReminders)) {
+    if (auto reminder = reminderRow->reminder()) {
+      settings.reminders.push_back(*std::move(reminder));
+    }
+  }
+  return settings;
+}
+
+bool TaskEntity::setNotificationSettings(const TaskNotificationSettings& settings) {
+  NSManagedObjectContext* context = managedObjectContext();
+  if (context == nullptr) return false;
+  const bool remindersChanged = setReminders(*context, settings.reminders);
+  auto row = value(TaskAttributes::taskNotificationSettings);
+  if (row == nullptr) {
+    row = SettingsRow::create(*context);
+    setValue(TaskAttributes::taskNotificationSettings, row);
+  }
+  return row->setSettings(settings) || remindersChanged;
+}
+
+/// By value, not by identifier: a reminder that was made anew as it was leaves its row alone.
+bool TaskEntity::setReminders(NSManagedObjectContext& context,
+                              const std::vector<TaskReminder>& reminders) {
+  std::unordered_set<TaskReminder> wanted;
+  for (const TaskReminder& reminder : reminders) {
+    if (auto stored = RemindersRow::asStored(reminder)) wanted.insert(*std::move(stored));
+  }
+  bool changed = false;
+  for (const auto& row : value(TaskAttributes::taskNotificationReminders)) {
+    const auto reminder = row->reminder();
+    const auto known = reminder ? RemindersRow::asStored(*reminder) : std::nullopt;
+    if (known && wanted.erase(*known) > 0) continue;
+    context.deleteObject(*row);
+    changed = true;
+  }
+  for (const TaskReminder& reminder : reminders) {
+    const auto stored = RemindersRow::asStored(reminder);
+    if (!stored || wanted.erase(*stored) == 0) continue;
+    const auto row = RemindersRow::create(context);
+    row->setReminder(*stored, reminder.uniqueId);
+    add(TaskAttributes::taskNotificationReminders, row);
+    changed = true;
+  }
+  return changed;
+}
+
+}  // namespace velloro

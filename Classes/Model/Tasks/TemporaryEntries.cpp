@@ -1,0 +1,49 @@
+#include "Tasks/TemporaryEntries.h"
+
+#include "OxLog/Log.h"
+#include "Tasks/TaskEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskLogFetchRequest.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+std::string description(const TaskLogEntryEntity& entry) {
+  return std::string(TaskLogEntryEntity::entityName()) + " " +
+         std::to_string(entry.objectID().key) + ", " +
+         entry.value(TaskLogEntryEntity::uniqueId).value_or("no identifier") + ", " +
+         std::to_string(entry.value(TaskLogEntryEntity::entryDate));
+}
+
+bool removeTwins(NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>& task,
+                 const UniqueID& id) {
+  auto rows = TaskEntity::taskLog(context, {.uniqueIds = {id}}, *task);
+  if (rows.size() < 2) return false;
+  std::ranges::stable_partition(rows, [](const auto& row) { return !row->isTemporary(); });
+  for (std::size_t i = 1; i < rows.size(); ++i) {
+    Log::database.debug([&] { return "Removing temporary record: " + description(*rows[i]); });
+    context.deleteObject(*rows[i]);
+  }
+  return true;
+}
+
+}  // namespace
+
+Result<std::set<std::shared_ptr<TaskEntity>>> removeTemporaryEntries(
+    NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>& task) {
+  const TaskLogFetchRequest request{.temporaryEntriesOnly = true};
+  const auto entries =
+      task ? task->taskLog(request) : context.fetch<TaskLogEntryEntity>(request.fetchRequest());
+  if (!entries) return std::unexpected(entries.error());
+  std::set<std::shared_ptr<TaskEntity>> changed;
+  for (const auto& entry : *entries) {
+    const auto id = entry->entryUniqueId();
+    const auto owner = task ? task : entry->value(TaskLogEntryEntity::task);
+    if (id && owner && removeTwins(context, owner, *id)) changed.insert(owner);
+  }
+  return changed;
+}
+
+}  // namespace velloro

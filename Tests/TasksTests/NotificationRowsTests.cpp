@@ -1,0 +1,118 @@
+#include "Tasks/TaskNotificationRemindersEntity.h"
+#include "Tasks/TaskNotificationSettingsEntity.h"
+#include "TasksTests/TaskStore.h"
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+using Row = TaskNotificationRemindersEntity;
+using Trigger = TaskReminder::Trigger;
+using Type = TaskReminder::TriggerType;
+
+TaskReminder reminderAt(std::int64_t hour) {
+  return {.uniqueId = UniqueID::create(),
+          .trigger = Trigger::fromTimeOfDay({.h = hour}),
+          .daysOfWeek = {DayOfWeek::monday}};
+}
+
+TaskNotificationSettings everything() {
+  auto settings = TaskNotificationSettings::default_(DefaultSettingsTaskType::untimed(),
+                                                     NotificationTimeZone::taskViewer);
+  settings.badgeFrom = HHMMSS{.h = 7};
+  settings.badgeTo = HHMMSS::midnight;
+  settings.badgeTimeZone = NotificationTimeZone::taskOwner;
+  settings.reminderType = ReminderType::custom;
+  settings.maxReminders = 3;
+  settings.liveActivityDisplayMode = LiveActivityDisplayMode::no;
+  settings.reminderSound.reset();
+  settings.timerNotificationSound = SoundEffect::nilSound;
+  TaskReminder detailed{
+      .uniqueId = UniqueID::create(),
+      .timeZone = NotificationTimeZone::taskViewer,
+      .trigger = Trigger::fromRegion({.type = RegionType::gym, .latitude = 52.5, .radius = 0.1}),
+      .daysOfWeek = {DayOfWeek::sunday, DayOfWeek::saturday},
+      .dayIndexesFromStart = TaskReminder::DayIndexes{0, 12},
+      .dayIndexesFromFinish = TaskReminder::DayIndexes{},
+      .snoozeTime = HHMMSS{.h = 9},
+      .snoozeDate = YYYYMMDD{2024, 3, 7},
+      .snoozeTimeZone = NotificationTimeZone::taskOwner,
+      .sound = SoundEffect::unity};
+  settings.reminders = {detailed,
+                        reminderAt(8),
+                        {.uniqueId = UniqueID::create(),
+                         .trigger = Trigger::fromDuration(Type::durationBeforeFinish, 90.5)}};
+  return settings;
+}
+
+TEST_F(TasksTest, NotificationSettingsAreReadAsTheyWereWritten) {
+  const auto byDefault = TaskNotificationSettings::default_(DefaultSettingsTaskType::untimed(),
+                                                            NotificationTimeZone::taskViewer);
+  EXPECT_EQ(task_->notificationSettings(), byDefault);
+  const auto settings = everything();
+  EXPECT_TRUE(task_->setNotificationSettings(settings));
+  EXPECT_EQ(task_->notificationSettings(), settings);
+  save();
+  const auto row = task_->value(TaskAttributes::taskNotificationSettings);
+  environment_.advance(60);
+  EXPECT_FALSE(task_->setNotificationSettings(settings));
+  EXPECT_FALSE(context_.hasChanges());
+  EXPECT_TRUE(task_->setNotificationSettings(byDefault));
+  EXPECT_EQ(task_->value(TaskAttributes::taskNotificationSettings), row);
+  EXPECT_EQ(row->value(TaskNotificationSettingsEntity::lastUpdated), Date::now());
+  EXPECT_EQ(task_->notificationSettings(), byDefault);
+  row->setValue(TaskNotificationSettingsEntity::badgeMode, "of a newer program");
+  EXPECT_EQ(task_->notificationSettings().badgeMode, BadgeMode::doNotInclude);
+}
+
+TEST_F(TasksTest, RemindersKeepTheirRowsByValue) {
+  auto settings = everything();
+  task_->setNotificationSettings(settings);
+  const auto rows = task_->value(TaskAttributes::taskNotificationReminders);
+  ASSERT_THAT(rows, SizeIs(3));
+  const auto broken = make<Row>();
+  broken->setValue(Row::task, task_);
+  save();
+  const TaskReminder incomplete{.uniqueId = UniqueID::create(),
+                                .trigger = {.type = Type::location, .timeOfDay = HHMMSS::midday}};
+  const TaskReminder added = reminderAt(23);
+  TaskReminder kept = settings.reminders[0];
+  kept.uniqueId = UniqueID::create();
+  kept.timeSensitive = true;
+  settings.reminders = {added, kept, added, incomplete};
+  EXPECT_TRUE(task_->setNotificationSettings(settings));
+  save();
+  EXPECT_THAT(task_->notificationSettings().reminders, ElementsAre(*rows[0]->reminder(), added));
+  EXPECT_EQ(rows[1]->managedObjectContext(), nullptr);
+  EXPECT_EQ(broken->managedObjectContext(), nullptr);
+}
+
+TEST_F(TasksTest, ARowWithoutWhatItsTriggerNeedsIsNoReminder) {
+  const auto row = make<Row>();
+  const auto isReminder = [&] { return row->reminder().has_value(); };
+  EXPECT_FALSE(isReminder());
+  row->setValue(Row::uniqueId, UniqueID::create().stringValue());
+  row->setValue(Row::timeOfDay, 3600);
+  EXPECT_FALSE(isReminder());
+  row->setValue(Row::daysOfWeek, std::int16_t{0});
+  EXPECT_EQ(row->reminder()->trigger, Trigger::fromTimeOfDay({.h = 1}));
+  row->setValue(Row::timeOfDay, 86400);
+  EXPECT_FALSE(isReminder());
+  const std::pair<const char*, bool> types[] = {{"tod", false}, {"todm", false}, {"loc", false},
+                                                {"das", true},  {"dbf", true},   {"?", false}};
+  row->setValue(Row::duration, 90.0);
+  row->setValue(Row::region, Data(R"({"latitude":1})"));
+  for (const auto& [type, has] : types) {
+    row->setValue(Row::reminderType, type);
+    EXPECT_EQ(isReminder(), has) << type;
+  }
+  row->setValue(Row::daysFromStart, ",2,,x,-1,");
+  row->setValue(Row::reminderType, "das");
+  EXPECT_EQ(row->reminder()->dayIndexesFromStart, (TaskReminder::DayIndexes{-1, 2}));
+}
+
+}  // namespace
+}  // namespace velloro

@@ -1,0 +1,209 @@
+#include "Tasks/SaveIfChanged.h"
+#include "Tasks/TaskCategoryEntity.h"
+#include "Tasks/TaskFetchRequest.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/TaskNoteRequest.h"
+#include "Tasks/TaskShareEntity.h"
+#include "Tasks/TemporaryEntries.h"
+#include "Tasks/UserProfileEntity.h"
+#include "TasksTests/TaskStore.h"
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
+using Columns = TaskAttributes;
+using Entry = TaskLogEntryEntity;
+using Filter = TaskFetchRequest::TaskTypeFilter;
+
+class TaskRequestTest : public TasksTest {
+ protected:
+  TaskRequestTest() { context_.deleteObject(*task_); }
+
+  std::shared_ptr<TaskEntity> task(const char* title, std::int16_t displayOrder = 0) {
+    auto task = make<TaskEntity>();
+    task->setValue(Columns::title, title);
+    task->setValue(Columns::displayOrder, displayOrder);
+    task->setValue(Columns::uniqueId, UniqueID::create().stringValue());
+    return task;
+  }
+  /// The titles of what a request finds, first among unsaved rows and then among saved ones.
+  std::string titles(const TaskFetchRequest& request) {
+    const std::string unsaved = fetchedTitles(request);
+    save();
+    EXPECT_EQ(fetchedTitles(request), unsaved);
+    return unsaved;
+  }
+  std::shared_ptr<Entry> entry(const std::shared_ptr<TaskEntity>& of, std::int32_t day,
+                               TimeInterval made = 0, const UniqueID& id = UniqueID::create()) {
+    auto entry = make<Entry>();
+    entry->setValue(Entry::task, of);
+    entry->setValue(Entry::entryDate, day);
+    entry->setValue(Entry::createdTimestamp, Date::now() + made);
+    entry->setValue(Entry::uniqueId, id.stringValue());
+    return entry;
+  }
+  std::shared_ptr<Entry> temporary(const std::shared_ptr<TaskEntity>& of, const UniqueID& id) {
+    auto provisional = entry(of, 20240307, 0, id);
+    provisional->setValue(Entry::cloudStatus, Entry::temporaryRecordIdentifier);
+    return provisional;
+  }
+
+ private:
+  std::string fetchedTitles(const TaskFetchRequest& request) {
+    const auto tasks = context_.fetch<TaskEntity>(request.fetchRequest());
+    std::string all;
+    for (const auto& task : tasks.value()) all += *task->text(Columns::title);
+    return all;
+  }
+};
+
+TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
+  const auto a = task("a", 1), b = task("b", 101), c = task("c", 200), d = task("d", 99);
+  b->setTaskStatus(TaskStatus::paused);
+  c->setTaskStatus(TaskStatus::trashed);
+  d->setTaskStatus(TaskStatus::normal);
+  d->setValue(Columns::statusDate, Date::now() + 1);
+  a->setValue(Columns::typeName, "hk_water");
+  b->setValue(Columns::typeName, "hk_breathe");
+  c->setValue(Columns::typeSpeed, "timed");
+  d->setValue(Columns::isNegative, true);
+  for (const auto& [shared, status] : {std::pair(b, "L"), std::pair(c, "X"), std::pair(d, "")}) {
+    const auto share = make<TaskShareEntity>();
+    if (*status) share->setValue(TaskShareEntity::status, status);
+    shared->setValue(Columns::taskShare, share);
+  }
+  const auto profile = make<UserProfileEntity>();
+  c->setValue(Columns::userProfile, profile);
+  const auto red = make<TaskCategoryEntity>(), green = make<TaskCategoryEntity>();
+  a->add(Columns::taskCategories, red);
+  a->add(Columns::taskCategories, green);
+  d->add(Columns::taskCategories, green);
+  const std::pair<TaskFetchRequest, const char*> cases[] = {
+      {{}, "adbc"},
+      {{.includeStatuses = {TaskStatus::normal}}, "ad"},  // without a status, too
+      {{.includeStatuses = {TaskStatus::paused}}, "b"},
+      {{.includeStatuses = activeStatuses}, "adb"},
+      {{.pageNumbers = {TaskPageNumber{0}, TaskPageNumber{2}}}, "adc"},
+      {{.userProfile = profile}, "c"},
+      {{.uniqueIds = {*a->taskUniqueId(), *c->taskUniqueId()}}, "ac"},
+      {{.fetchLimit = 2}, "ad"},
+      {{.direction = TaskFetchRequest::SortDirection::statusDateDesc}, "dbca"},
+      {{.maxStatusDate = Date::now()}, "bc"},
+      {{.includeShareStatuses = {TaskShareStatus::notShared}}, "a"},
+      {{.includeShareStatuses = {TaskShareStatus::isSharedWithOthers}}, "b"},
+      {{.includeShareStatuses = {TaskShareStatus::isSharedWithMe, TaskShareStatus::notShared}},
+       "ac"},
+      {{.includeCategories = {green}}, "ad"},
+      {{.includeCategories = {red, green}}, "ad"},
+      {{.includeTaskTypeFilter = {Filter::health}}, "ab"},
+      {{.includeTaskTypeFilter = {Filter::eat}}, "a"},
+      {{.includeTaskTypeFilter = {Filter::timed}}, "bc"},
+      {{.includeTaskTypeFilter = {Filter::negative, Filter::eat}}, "ad"},
+      {{.excludeTaskTypeFilter = {Filter::health}}, "dc"},
+      {{.excludeTaskTypeFilter = {Filter::health, Filter::negative}}, "c"},
+      {{.includeStatuses = {TaskStatus::normal}, .excludeTaskTypeFilter = {Filter::eat}}, "d"},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    EXPECT_EQ(titles(cases[i].first), cases[i].second) << "case " << i;
+  }
+}
+
+TEST_F(TaskRequestTest, ReadsALog) {
+  using enum TaskLogFetchRequest::Direction;
+  const auto read = task("Read");
+  const auto first = entry(read, 20240305), second = entry(read, 20240306, 1),
+             late = entry(read, 20240306, 2);
+  entry(task("other"), 20240306);
+  late->setValue(Entry::entryType, std::int16_t{3});
+  const TaskLogFetchRequest onTheSixth{.direction = newestToOldest,
+                                       .minDate = YYYYMMDD{2024, 3, 6},
+                                       .maxDate = YYYYMMDD{2024, 3, 6}};
+  EXPECT_THAT(read->taskLog(onTheSixth).value(), ElementsAre(late, second));
+  const auto log = [&](const TaskLogFetchRequest& request) {
+    return TaskEntity::taskLog(context_, request, *read);
+  };
+  EXPECT_THAT(log({.direction = oldestToNewest}), ElementsAre(first, second, late));
+  EXPECT_THAT(log({.maxDate = YYYYMMDD{2024, 3, 5}}), ElementsAre(first));
+  EXPECT_THAT(log({.uniqueIds = {*second->entryUniqueId()}}), ElementsAre(second));
+  EXPECT_THAT(log({.includeStatuses = TaskLogEntryTypes::allSkipTypes}), ElementsAre(late));
+  EXPECT_THAT(log({.excludeStatuses = TaskLogEntryTypes::allSkipTypes}),
+              UnorderedElementsAre(first, second));
+  EXPECT_EQ(read->creationDate(), Date::now());
+  first->setValue(Entry::createdTimestamp, Date::now() - 99);
+  EXPECT_EQ(read->creationDate(), Date::now() - 99);
+  context_.deleteObject(*read);
+  EXPECT_THAT(read->taskLog(onTheSixth).value(), SizeIs(0));
+}
+
+TEST_F(TaskRequestTest, ReadsNotesThatCanBeShown) {
+  const auto read = task("Read");
+  const auto note = [&](const char* text, std::int32_t day, const char* status, int made) {
+    const auto row = make<TaskNoteEntity>();
+    row->setValue(TaskNoteEntity::task, read);
+    row->setValue(TaskNoteEntity::uniqueId, UniqueID::create().stringValue());
+    row->setValue(TaskNoteEntity::content, text);
+    row->setValue(TaskNoteEntity::noteDate, day);
+    row->setValue(TaskNoteEntity::status, status);
+    row->setValue(TaskNoteEntity::createdTimestamp, Date::now() + made);
+  };
+  EXPECT_FALSE(read->pinnedNote());
+  note("late", 20240307, "N", 2);
+  note("early", 20240307, "?", 1);
+  note("", 20240307, "N", 1);
+  note(" ", 20240307, "N", 3);
+  note("gone", 20240307, "T", 1);
+  note("pinned", 0, "P", 1);
+  note("pinned later", 0, "P", 2);
+  const auto notes = read->notes({2024, 3, 7});
+  ASSERT_THAT(notes, SizeIs(3));
+  EXPECT_EQ(notes[0].content.body + notes[1].content.body + notes[2].content.body, "earlylate ");
+  EXPECT_EQ(read->pinnedNote()->content.body, "pinned later");
+  const TaskNoteEntity::Request ofNoDay{.date = TaskNoteEntity::Request::NoteDate::empty()};
+  EXPECT_EQ(context_.count(ofNoDay.fetchRequest()), 2U);
+}
+
+TEST_F(TaskRequestTest, TemporaryEntriesGoWhenTheirTwinIsThere) {
+  const auto read = task("Read"), run = task("Run");
+  const UniqueID arrived = UniqueID::create(), twice = UniqueID::create(),
+                 alone = UniqueID::create();
+  temporary(read, arrived);
+  const auto final = entry(read, 20240307, 0, arrived);
+  temporary(read, arrived);
+  temporary(run, twice);
+  temporary(run, twice);
+  const auto single = temporary(read, alone);
+  temporary(nullptr, arrived);
+  temporary(read, arrived)->setValue(Entry::uniqueId, "none");
+  save();
+  const auto ofRun = removeTemporaryEntries(context_, run);
+  EXPECT_THAT(ofRun.value(), UnorderedElementsAre(run));
+  const auto ofAll = removeTemporaryEntries(context_);
+  EXPECT_THAT(ofAll.value(), UnorderedElementsAre(read));
+  EXPECT_TRUE(saveIfChanged(context_));
+  EXPECT_THAT(TaskEntity::taskLog(context_, {.uniqueIds = {arrived, alone}}, *read),
+              UnorderedElementsAre(final, single));
+  EXPECT_THAT(TaskEntity::taskLog(context_, {}, *run), SizeIs(1));
+  EXPECT_EQ(context_.count(NSFetchRequest("TaskLogEntry")), 5U);
+  EXPECT_THAT(removeTemporaryEntries(context_).value(), SizeIs(0));
+}
+
+TEST_F(TaskRequestTest, SavesOnlyWhatChangedAndOnlyWhereThereIsAStore) {
+  task("Read");
+  EXPECT_TRUE(saveIfChanged(context_));
+  EXPECT_FALSE(saveIfChanged(context_));
+  NSPersistentContainer closed(velloroModelName, velloroModel());
+  const auto unsaved = TaskEntity::create(*closed.viewContext());
+  EXPECT_FALSE(saveIfChanged(*closed.viewContext()));
+  EXPECT_TRUE(closed.viewContext()->hasChanges());
+  EXPECT_THAT(TaskEntity::taskLog(*closed.viewContext(), {}, *unsaved), SizeIs(0));
+  EXPECT_FALSE(unsaved->taskLog({}));
+}
+
+}  // namespace
+}  // namespace velloro
