@@ -1,3 +1,4 @@
+#include "Support/Fixtures.h"
 #include "Tasks/TaskNotificationRemindersEntity.h"
 #include "Tasks/TaskNotificationSettingsEntity.h"
 #include "TasksTests/TaskStore.h"
@@ -19,32 +20,13 @@ TaskReminder reminderAt(std::int64_t hour) {
           .daysOfWeek = {DayOfWeek::monday}};
 }
 
+/// Of a reminder of a timer, one at a place, and one at a time.
 TaskNotificationSettings everything() {
-  auto settings = TaskNotificationSettings::default_(DefaultSettingsTaskType::untimed(),
-                                                     NotificationTimeZone::taskViewer);
-  settings.badgeFrom = HHMMSS{.h = 7};
-  settings.badgeTo = HHMMSS::midnight;
-  settings.badgeTimeZone = NotificationTimeZone::taskOwner;
-  settings.reminderType = ReminderType::custom;
-  settings.maxReminders = 3;
-  settings.liveActivityDisplayMode = LiveActivityDisplayMode::no;
-  settings.reminderSound.reset();
-  settings.timerNotificationSound = SoundEffect::nilSound;
-  TaskReminder detailed{
-      .uniqueId = UniqueID::create(),
-      .timeZone = NotificationTimeZone::taskViewer,
-      .trigger = Trigger::fromRegion({.type = RegionType::gym, .latitude = 52.5, .radius = 0.1}),
-      .daysOfWeek = {DayOfWeek::sunday, DayOfWeek::saturday},
-      .dayIndexesFromStart = TaskReminder::DayIndexes{0, 12},
-      .dayIndexesFromFinish = TaskReminder::DayIndexes{},
-      .snoozeTime = HHMMSS{.h = 9},
-      .snoozeDate = YYYYMMDD{2024, 3, 7},
-      .snoozeTimeZone = NotificationTimeZone::taskOwner,
-      .sound = SoundEffect::unity};
-  settings.reminders = {detailed,
-                        reminderAt(8),
-                        {.uniqueId = UniqueID::create(),
-                         .trigger = Trigger::fromDuration(Type::durationBeforeFinish, 90.5)}};
+  const JSONDecoder decoder;
+  auto settings = decoder.decode<TaskNotificationSettings>(fixtureText("TaskNotificationSettings"));
+  settings.reminders.push_back(decoder.decode<TaskReminder>(fixtureText("TaskReminder")));
+  settings.reminders[1].timeSensitive.reset();  // rows don't have it
+  settings.reminders.push_back(reminderAt(8));
   return settings;
 }
 

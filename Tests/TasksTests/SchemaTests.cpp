@@ -1,5 +1,4 @@
 #include "CoreData/StoreError.h"
-#include "Settings/SettingEntity.h"
 #include "Support/Fixtures.h"
 #include "Tasks/TaskCategoryEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -46,7 +45,6 @@ TEST(Schema, IsTheOneThatFilesWereWrittenWith) {
 TEST_F(TasksTest, AnEntityIsFoundByItsClass) {
   EXPECT_EQ(TaskLogEntryEntity::entityName(), "TaskLogEntry");
   EXPECT_EQ(TaskEntity::entity(context_), &TaskAttributes::description);
-  EXPECT_EQ(SettingEntity::create(context_)->entity().name(), "Setting");
   const NSManagedObjectModel small({});
   TaskStore other(NSPersistentStoreDescription::inMemory(), small);
   EXPECT_EQ(TaskEntity::entity(*other.viewContext()), nullptr);

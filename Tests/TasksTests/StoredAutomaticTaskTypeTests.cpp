@@ -15,7 +15,6 @@ TEST(StoredAutomaticTaskType, IsMadeOutOfItsColumns) {
     Text unit, speed;
     const char* read;
   } cases[] = {
-      {{}, 10, {}, {}, "none"},
       {{}, 10, {}, "run", "none"},
       {{}, 10, {}, "timed", "type=timer quantity=10 unit=seconds speeds=[timed] extra=none"},
       {{}, 10, "hour", "timed", "type=timer quantity=10 unit=seconds speeds=[timed] extra=none"},
@@ -23,7 +22,6 @@ TEST(StoredAutomaticTaskType, IsMadeOutOfItsColumns) {
       {"screentime", 0, "hours", {}, "none"},
       {"screentime", 2, "hours", "?", "type=screenTime quantity=2 unit=hours speeds=[] extra=none"},
       {"", 1, {}, {}, "none"},
-      {".", 1, {}, {}, "none"},
       {"hk_new", 1, {}, {}, "none"},
       {"hk_water", 2, "litres", {}, "type=hk_water quantity=2 unit=litres speeds=[] extra=none"},
       {".hk_water.", 2, "km", {}, "type=hk_water quantity=2 unit=cups_us speeds=[] extra=none"},

@@ -14,11 +14,14 @@ namespace velloro {
 /// | --- | --- | --- |
 /// | the timer | absent | "timed" |
 /// | screen time | "screentime" | JSON of `ScreenTimeSettings` |
-/// | of health data | its raw value, then perhaps "." and the data source: "hk_water.all" | speeds,
-/// or for workouts their types, with "," between them; or JSON of a list of workout types |
+/// | of health data | its raw value, perhaps with a source | speeds, or types of workouts |
 ///
-///     const StoredAutomaticTaskType water{.typeName = "hk_water.curr", .typeTarget = 2, .typeUnit
-///     = "litres"}; water.automaticTaskType()->taskTarget();    // two litres
+/// A `DataSource` stands behind a ".", as in "hk_water.all". Speeds and types of workouts have ","
+/// between them; a workout of the companion program makes the list one in JSON.
+///
+///     const StoredAutomaticTaskType walk{
+///         .typeName = "hk_distance.curr", .typeTarget = 5, .typeUnit = "km", .typeSpeed = "walk"};
+///     walk.automaticTaskType()->speeds;    // {walk}
 struct StoredAutomaticTaskType {
   std::optional<std::string> typeName = {};
   double typeTarget = 0;  ///< In `typeUnit`.
