@@ -18,6 +18,30 @@ std::unexpected<ErrorPtr> notOpen() {
   return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
 }
 
+/// Room for rows, in blocks that grow with their number: an allocation for each would cost more
+/// than reading it.
+class RowBlocks {
+ public:
+  explicit RowBlocks(std::size_t slots) : slots_(slots) {}
+
+  RowValues next() {
+    if (left_ == 0) {
+      rows_ = std::min(rows_ * 2, mostRows);
+      left_ = rows_;
+      block_ = std::make_shared<PropertyValue[]>(rows_ * slots_);
+    }
+    return {block_, block_.get() + slots_ * --left_};
+  }
+
+ private:
+  static constexpr std::size_t mostRows = 32;
+
+  std::size_t slots_;
+  std::size_t rows_ = 1;
+  std::size_t left_ = 0;
+  RowValues block_;
+};
+
 void bindAll(SqliteStatement& query, const PropertyValues& values) {
   int parameter = 0;
   for (const PropertyValue& value : values) query.bind(++parameter, value);
@@ -49,8 +73,7 @@ bool NSManagedObjectContext::mustEvaluate(const FetchPlan& plan) const {
          (plan.readsLinks() && !links_.empty());
 }
 
-Result<NSManagedObjectContext::Objects> NSManagedObjectContext::fetch(
-    const NSFetchRequest& request) {
+FetchResult<NSManagedObject> NSManagedObjectContext::fetch(const NSFetchRequest& request) {
   assert(isOnQueue() && "a context is used off its queue");
   if (store() == nullptr) return notOpen();
   const auto plan = this->plan(request);
@@ -90,8 +113,9 @@ void NSManagedObjectContext::addPending(const NSEntityDescription& entity, const
   }
 }
 
-Result<NSManagedObjectContext::Objects> NSManagedObjectContext::readObjects(
-    const NSEntityDescription& entity, const SqlText& sql, bool asFaults) {
+FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityDescription& entity,
+                                                                 const SqlText& sql,
+                                                                 bool asFaults) {
   const auto open = store();
   const auto connection = open->lease();
   if (!connection) return std::unexpected(connection.error());
@@ -99,6 +123,7 @@ Result<NSManagedObjectContext::Objects> NSManagedObjectContext::readObjects(
   if (!query) return std::unexpected(query.error());
   bindAll(*query, sql.values);
   Objects objects;
+  RowBlocks blocks(entity.slots().size());
   for (;;) {
     const auto row = query->step();
     if (!row) return std::unexpected(row.error());
@@ -107,7 +132,9 @@ Result<NSManagedObjectContext::Objects> NSManagedObjectContext::readObjects(
     if (asFaults || object->state_ != State::saved) continue;
     const std::int64_t version = query->integer(1);
     if (!object->isFault_ && object->version_ == version) continue;
-    object->takeValues(version, query->values(entity, 2));
+    RowValues values = blocks.next();
+    query->readValues(entity, 2, values.get());
+    object->takeValues(version, std::move(values));
   }
 }
 

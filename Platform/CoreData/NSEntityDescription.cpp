@@ -40,4 +40,10 @@ std::shared_ptr<NSManagedObject> NSEntityDescription::makeObject() const {
   return factory_ != nullptr ? factory_() : std::make_shared<NSManagedObject>();
 }
 
+RowValues NSEntityDescription::defaultValues() const {
+  auto values = std::make_shared<PropertyValue[]>(slots_.size());
+  std::ranges::transform(slots_, values.get(), &Slot::defaultValue);
+  return values;
+}
+
 }  // namespace platform

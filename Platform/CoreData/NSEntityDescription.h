@@ -109,6 +109,8 @@ class NSEntityDescription {
   void addIndex(std::vector<std::string> names) { indexes_.push_back(std::move(names)); }
 
   [[nodiscard]] std::shared_ptr<NSManagedObject> makeObject() const;
+  /// What a new object has.
+  [[nodiscard]] RowValues defaultValues() const;
 
  private:
   friend class NSManagedObjectModel;

@@ -1,6 +1,7 @@
 #include "CoreData/NSManagedObject.h"
 
 #include "CoreData/NSManagedObjectContext.h"
+#include "Foundation/Environment.h"
 
 #include <algorithm>
 #include <cassert>
@@ -13,7 +14,7 @@ std::map<std::string, PropertyValue> NSManagedObject::changedValues() const {
   std::map<std::string, PropertyValue> result;
   const auto add = [&](std::size_t slot) { result[entity().slots()[slot].name] = values_[slot]; };
   for (const Change& change : changes_) add(change.slot);
-  for (std::size_t slot = 0; isInserted() && slot < values_.size(); ++slot) {
+  for (std::size_t slot = 0; isInserted() && slot < entity().slots().size(); ++slot) {
     if (values_[slot] != entity().slots()[slot].defaultValue) add(slot);
   }
   return result;
@@ -30,8 +31,7 @@ const PropertyValue& NSManagedObject::slotValue(std::size_t slot) const {
 void NSManagedObject::load() const {
   auto& self = const_cast<NSManagedObject&>(*this);
   if (context_ != nullptr && context_->load(self)) return;
-  self.values_.clear();
-  for (const auto& slot : entity().slots()) self.values_.push_back(slot.defaultValue);
+  self.values_ = entity().defaultValues();
 }
 
 void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
@@ -59,6 +59,7 @@ NSManagedObject::Objects NSManagedObject::members(
 }
 
 void NSManagedObject::setMember(const NSRelationshipDescription& toOne, NSManagedObject* member) {
+  assert((member == nullptr || mayRelateTo(*member)) && "a relation leads to another context");
   const NSRelationshipDescription* inverse = toOne.inverse;
   if (toOne.storage == Storage::inverse) {
     for (const auto& former : members(toOne)) {
@@ -76,6 +77,7 @@ void NSManagedObject::setMember(const NSRelationshipDescription& toOne, NSManage
 }
 
 void NSManagedObject::addMember(const NSRelationshipDescription& toMany, NSManagedObject& member) {
+  assert(mayRelateTo(member) && "a relation leads to another context");
   if (toMany.storage == Storage::inverse) return member.setMember(*toMany.inverse, this);
   if (context_ != nullptr) context_->setLink(toMany, *this, member, true);
 }
@@ -89,14 +91,14 @@ void NSManagedObject::removeMember(const NSRelationshipDescription& toMany,
   }
 }
 
-void NSManagedObject::takeValues(std::int64_t version, PropertyValues values) {
+void NSManagedObject::takeValues(std::int64_t version, RowValues values) {
   version_ = version;
   values_ = std::move(values);
   isFault_ = false;
 }
 
 /// A newer row under unsaved changes: what was changed here stays, the rest becomes the row's.
-void NSManagedObject::mergeValues(std::int64_t version, PropertyValues values) {
+void NSManagedObject::mergeValues(std::int64_t version, RowValues values) {
   for (Change& change : changes_) {
     change.saved = std::exchange(values[change.slot], std::move(values_[change.slot]));
   }
@@ -104,7 +106,7 @@ void NSManagedObject::mergeValues(std::int64_t version, PropertyValues values) {
 }
 
 void NSManagedObject::becomeFault() {
-  values_.clear();
+  values_.reset();
   changes_.clear();
   isFault_ = true;
 }
@@ -124,8 +126,10 @@ std::any NSManagedObject::transformed(std::size_t slot, const std::string& trans
 void NSManagedObject::setTransformed(std::size_t slot, const std::string& transformerName,
                                      const std::any& value) {
   const auto transformer = NSValueTransformer::valueTransformerForName(transformerName);
-  const auto data =
-      transformer && value.has_value() ? transformer->transformedValue(value) : std::nullopt;
+  if (transformer == nullptr) {
+    return Environment::current().report("there is no transformer \"" + transformerName + "\"");
+  }
+  const auto data = value.has_value() ? transformer->transformedValue(value) : std::nullopt;
   setSlotValue(slot, data ? PropertyValue(*data) : PropertyValue());
 }
 

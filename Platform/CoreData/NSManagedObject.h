@@ -69,6 +69,7 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
     const T* value = std::any_cast<T>(&object);
     return value != nullptr ? std::optional<T>(*value) : std::nullopt;
   }
+  /// Without the transformer it is reported, and what was there stays.
   template <typename T>
   void setValue(const TransformableAttribute<T>& attribute,
                 const std::type_identity_t<std::optional<T>>& value) {
@@ -126,9 +127,13 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
     PropertyValue saved;
   };
 
+  /// Whether no two contexts meet.
+  [[nodiscard]] bool mayRelateTo(const NSManagedObject& other) const {
+    return context_ == other.context_ || context_ == nullptr || other.context_ == nullptr;
+  }
   void load() const;
-  void takeValues(std::int64_t version, PropertyValues values);
-  void mergeValues(std::int64_t version, PropertyValues values);
+  void takeValues(std::int64_t version, RowValues values);
+  void mergeValues(std::int64_t version, RowValues values);
   void becomeFault();
   void detach();
   std::any transformed(std::size_t slot, const std::string& transformerName) const;
@@ -139,7 +144,7 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
   State state_ = State::detached;
   bool isFault_ = true;
   std::int64_t version_ = 0;  // of the row that the values were read from
-  PropertyValues values_;     // by slot
+  RowValues values_;
   std::vector<Change> changes_;
 };
 

@@ -49,9 +49,7 @@ NSManagedObjectContext::NSManagedObjectContext(
     : coordinator_(std::move(coordinator)), queue_(std::move(queue)) {}
 
 NSManagedObjectContext::~NSManagedObjectContext() {
-  for (const auto& [id, weak] : objects_) {
-    if (const auto object = weak.lock()) object->detach();
-  }
+  objects_.forEach([](NSManagedObject& object) { object.detach(); });
 }
 
 void NSManagedObjectContext::perform(Block block) {
@@ -70,10 +68,7 @@ std::shared_ptr<NSManagedObject> NSManagedObjectContext::insert(std::string_view
                      "the model has no entity \"" + std::string(entityName) + "\"");
   }
   auto object = objectWithID({entity, newTemporaryKey()});
-  PropertyValues values;
-  values.reserve(entity->slots().size());
-  for (const auto& slot : entity->slots()) values.push_back(slot.defaultValue);
-  object->takeValues(0, std::move(values));
+  object->takeValues(0, entity->defaultValues());
   object->state_ = State::inserted;
   inserted_.emplace_hint(inserted_.end(), object->id_, object);
   return object;
@@ -114,13 +109,11 @@ void NSManagedObjectContext::letGo(NSManagedObject& object) {
 }
 
 std::shared_ptr<NSManagedObject> NSManagedObjectContext::registered(NSManagedObjectID id) const {
-  const auto found = objects_.find(id);
-  return found != objects_.end() ? found->second.lock() : nullptr;
+  return objects_.find(id);
 }
 
 std::shared_ptr<NSManagedObject> NSManagedObjectContext::objectWithID(NSManagedObjectID id) {
   assert(isOnQueue() && "a context is used off its queue");
-  if (objects_.size() >= forgetAt_) forgetUnused();
   std::weak_ptr<NSManagedObject>& place = objects_[id];
   if (auto known = place.lock()) return known;
   auto object = id.entity->makeObject();
@@ -129,11 +122,6 @@ std::shared_ptr<NSManagedObject> NSManagedObjectContext::objectWithID(NSManagedO
   object->state_ = State::saved;
   place = object;
   return object;
-}
-
-void NSManagedObjectContext::forgetUnused() {
-  std::erase_if(objects_, [](const auto& entry) { return entry.second.expired(); });
-  forgetAt_ = std::max<std::size_t>(1024, objects_.size() * 2);
 }
 
 /// Reads a fault's row. False when there is none (then the object is detached), or when the file
@@ -149,7 +137,9 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
     query->bind(1, object.id_.key);
     const auto row = query->step();
     if (!row || !*row) return row;
-    object.mergeValues(query->integer(1), query->values(object.entity(), 2));
+    const auto values = std::make_shared<PropertyValue[]>(object.entity().slots().size());
+    query->readValues(object.entity(), 2, values.get());
+    object.mergeValues(query->integer(1), values);
     return true;
   };
   const auto found = read();
@@ -271,7 +261,7 @@ void NSManagedObjectContext::rollback() {
 }
 
 void NSManagedObjectContext::detach(NSManagedObject& object) {
-  objects_.erase(object.id_);
+  objects_.remove(object.id_);
   updated_.erase(object.id_);
   deleted_.erase(object.id_);
   object.detach();

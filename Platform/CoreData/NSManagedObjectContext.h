@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreData/IdentityMap.h"
 #include "CoreData/NSFetchRequest.h"
 #include "CoreData/NSManagedObject.h"
 #include "CoreData/NSPersistentHistory.h"
@@ -9,7 +10,6 @@
 
 #include <atomic>
 #include <set>
-#include <unordered_map>
 
 namespace platform {
 
@@ -24,6 +24,23 @@ enum class NSMergePolicy {
   /// Property by property: what was changed here is saved, everything else stays as the other has
   /// it. An object that the other has deleted stays deleted.
   mergeByPropertyObjectTrump,
+};
+
+/// The objects that were fetched, or why they could not be. What is taken out of a passing result
+/// is a value of its own, so that a loop over `*context->fetch<TaskEntity>(request)` is sound.
+template <typename T>
+class FetchResult : public Result<std::vector<std::shared_ptr<T>>> {
+ public:
+  using Objects = std::vector<std::shared_ptr<T>>;
+  using Base = Result<Objects>;
+  using Base::Base;
+
+  [[nodiscard]] Objects& operator*() & { return Base::operator*(); }
+  [[nodiscard]] const Objects& operator*() const& { return Base::operator*(); }
+  [[nodiscard]] Objects operator*() && { return std::move(Base::operator*()); }
+  [[nodiscard]] Objects& value() & { return Base::value(); }
+  [[nodiscard]] const Objects& value() const& { return Base::value(); }
+  [[nodiscard]] Objects value() && { return std::move(Base::value()); }
 };
 
 /// A view of the store with changes of its own, which others see once they are saved. It holds the
@@ -92,9 +109,9 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   /// Deletes the object at the next save; what it owns goes with it, what leads to it lets go.
   void deleteObject(NSManagedObject& object);
 
-  [[nodiscard]] Result<Objects> fetch(const NSFetchRequest& request);
+  [[nodiscard]] FetchResult<NSManagedObject> fetch(const NSFetchRequest& request);
   template <typename T>
-  [[nodiscard]] Result<std::vector<std::shared_ptr<T>>> fetch(const NSFetchRequest& request) {
+  [[nodiscard]] FetchResult<T> fetch(const NSFetchRequest& request) {
     auto objects = fetch(request);
     if (!objects) return std::unexpected(objects.error());
     std::vector<std::shared_ptr<T>> result;
@@ -149,11 +166,11 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   [[nodiscard]] bool hasPending(const NSEntityDescription& entity) const;
   /// Whether unsaved changes elsewhere than in the fetched entity may change a result.
   [[nodiscard]] bool mustEvaluate(const FetchPlan& plan) const;
-  Result<Objects> readObjects(const NSEntityDescription& entity, const SqlText& sql, bool asFaults);
+  FetchResult<NSManagedObject> readObjects(const NSEntityDescription& entity, const SqlText& sql,
+                                           bool asFaults);
   void addPending(const NSEntityDescription& entity, const FetchPlan& plan, Objects& objects) const;
 
   std::shared_ptr<NSManagedObject> registered(NSManagedObjectID id) const;
-  void forgetUnused();
   bool load(NSManagedObject& object);
   void noteChange(NSManagedObject& object);
   Objects members(const NSManagedObject& object, const NSRelationshipDescription& relationship);
@@ -172,8 +189,7 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   std::string transactionAuthor_;
   NSMergePolicy mergePolicy_ = NSMergePolicy::error;
   std::atomic<bool> mergesAutomatically_ = false;
-  std::unordered_map<NSManagedObjectID, std::weak_ptr<NSManagedObject>> objects_;
-  std::size_t forgetAt_ = 1024;
+  IdentityMap objects_;
   Pending inserted_;
   Pending updated_;
   Pending deleted_;

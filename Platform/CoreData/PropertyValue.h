@@ -8,6 +8,7 @@
 #include <concepts>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -36,6 +37,9 @@ struct NSManagedObjectID {
 using PropertyValue =
     std::variant<std::monostate, std::int64_t, double, std::string, Data, NSManagedObjectID>;
 using PropertyValues = std::vector<PropertyValue>;
+/// The values of one row, by slot; null before they are read. Rows that were read together may lie
+/// in one block, which lives for as long as one of them does.
+using RowValues = std::shared_ptr<PropertyValue[]>;
 
 [[nodiscard]] inline bool isNull(const PropertyValue& value) {
   return value.index() == 0;

@@ -304,10 +304,10 @@ void SaveOperation::applyInserted() {
       context_.detach(*object);
       continue;
     }
-    context_.objects_.erase(id);
+    context_.objects_.remove(id);
     makeSaved(*object, 1);
     object->id_ = permanent(id);
-    context_.objects_.insert_or_assign(object->id_, object);
+    context_.objects_[object->id_] = object;
   }
 }
 
@@ -324,8 +324,8 @@ void SaveOperation::applyUpdated() {
 }
 
 void SaveOperation::makeSaved(NSManagedObject& object, std::int64_t version) {
-  for (std::size_t slot = object.entity().attributes().size(); slot < object.values_.size();
-       ++slot) {
+  const NSEntityDescription& entity = object.entity();
+  for (std::size_t slot = entity.attributes().size(); slot < entity.slots().size(); ++slot) {
     if (auto* id = std::get_if<NSManagedObjectID>(&object.values_[slot])) {
       if (emptied_.contains({object.id_, slot})) {
         object.values_[slot] = {};

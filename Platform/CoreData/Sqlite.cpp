@@ -145,9 +145,9 @@ std::string_view SqliteStatement::text(int column) const {
   return {text, static_cast<std::size_t>(sqlite3_column_bytes(kept_->handle, column))};
 }
 
-PropertyValues SqliteStatement::values(const NSEntityDescription& entity, int column) const {
-  PropertyValues values(entity.slots().size());
-  for (auto place = values.begin(); const auto& slot : entity.slots()) {
+void SqliteStatement::readValues(const NSEntityDescription& entity, int column,
+                                 PropertyValue* place) const {
+  for (const auto& slot : entity.slots()) {
     PropertyValue& into = *place++;
     sqlite3_value* value = sqlite3_column_value(kept_->handle, column++);
     if (sqlite3_value_type(value) == SQLITE_NULL) {
@@ -158,7 +158,6 @@ PropertyValues SqliteStatement::values(const NSEntityDescription& entity, int co
       readColumn(value, slot.type, into);
     }
   }
-  return values;
 }
 
 Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const SqliteLocation& from) {

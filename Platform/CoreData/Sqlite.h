@@ -55,7 +55,8 @@ class SqliteStatement {
   /// Valid until the next step.
   [[nodiscard]] std::string_view text(int column) const;
   /// The values of an entity's slots, from a column on, whatever form the file has them in.
-  [[nodiscard]] PropertyValues values(const NSEntityDescription& entity, int column) const;
+  /// \param place As many empty values.
+  void readValues(const NSEntityDescription& entity, int column, PropertyValue* place) const;
 
  private:
   Kept* kept_;

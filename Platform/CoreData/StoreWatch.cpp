@@ -71,7 +71,9 @@ class WatchThread {
       const std::vector<int> changed =
           ::poll(&waiting, 1, millisecondsBetweenLooks) > 0 ? readEvents() : std::vector<int>();
       wake([&](const auto& watcher) {
-        return changed.empty() || std::ranges::find(changed, watcher->descriptor) != changed.end();
+        // An event without a descriptor says that some were lost.
+        return changed.empty() || std::ranges::find(changed, -1) != changed.end() ||
+               std::ranges::find(changed, watcher->descriptor) != changed.end();
       });
     }
   }

@@ -1,4 +1,7 @@
+#include "CoreData/NSPersistentCloudKitContainer.h"
 #include "CoreDataTests/Library.h"
+
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -68,6 +71,11 @@ TEST_F(ContextTest, KeepsEveryKindOfAttribute) {
   const auto empty = find(view(), "Nothing");
   EXPECT_EQ(empty->value(BookEntity::scan), Data());
   EXPECT_FALSE(empty->value(BookEntity::summary));
+  read->setSlotValue(BookEntity::summary.slot(), Data("?"));
+  EXPECT_FALSE(read->value(BookEntity::summary));
+  NSValueTransformer::setValueTransformer(nullptr, "Summary");
+  empty->setValue(BookEntity::summary, Summary{1});
+  EXPECT_FALSE(empty->isUpdated());
 }
 
 TEST_F(ContextTest, TracksWhatChanged) {
@@ -195,6 +203,32 @@ TEST_F(ContextTest, MergesWhatOthersSaved) {
   });
 }
 
+TEST_F(ContextTest, ThreadsChangeOneRowAtATime) {
+  const auto shared = newBook(view(), "Shared");
+  expectSaved(view());
+  view().setAutomaticallyMergesChangesFromParent(true);
+  constexpr int saves = 40;
+  const auto work = [&](const auto& attribute) {
+    const auto context = library_->newBackgroundContext();
+    context->performAndWait([&] {
+      for (int i = 1; i <= saves; ++i) {
+        const auto book = find(*context, "Shared");
+        book->setValue(attribute, i);
+        newBook(*context, "Own")->setValue(BookEntity::sequel, book);
+        expectSaved(*context);
+      }
+    });
+  };
+  {
+    const std::jthread one([&] { work(BookEntity::copies); });
+    const std::jthread other([&] { work(BookEntity::weight); });
+  }
+  environment_.settle();
+  EXPECT_EQ(shared->value(BookEntity::copies), saves);
+  EXPECT_EQ(shared->value(BookEntity::weight), saves);
+  EXPECT_EQ(shared->value(BookEntity::prequels).size(), 2U * saves);
+}
+
 TEST_F(ContextTest, AnObjectThatHasGoneReadsAsDetached) {
   const auto book = newBook(view(), "Gone");
   expectSaved(view());
@@ -295,6 +329,50 @@ TEST_F(ContextTest, AnotherContainerHearsOfASaveAndMergesItsHistory) {
                                                {other.viewContext()});
   }
   EXPECT_EQ(copy->value(BookEntity::day), 9);
+}
+
+TEST_F(ContextTest, APassingResultCanBeLoopedOver) {
+  newBook(view(), "Emma");
+  int found = 0;
+  for (const auto& book : *view().fetch<BookEntity>(bookRequest())) {
+    found += book->value(BookEntity::title) == "Emma";
+  }
+  for (const auto& book : view().fetch(bookRequest()).value()) found += book->isInserted();
+  EXPECT_EQ(found, 2);
+}
+
+TEST_F(ContextTest, AMirrorIsMadeForCloudStoresAndTellsOfItsWork) {
+  using Container = NSPersistentCloudKitContainer;
+  std::vector<std::string> mirrored;
+  std::vector<std::optional<Date>> ends;
+  Container::setMirrorFactory([&](Container& container, const auto& options) {
+    mirrored.push_back(options.containerIdentifier);
+    const auto now = Date::sinceReferenceDate(5);
+    NSPersistentCloudKitContainerEvent event{.identifier = UUID::random(), .startDate = now};
+    container.post(event);
+    event.endDate = now + 1;
+    container.post(event);
+    return std::make_unique<StoreMirror>();
+  });
+  const auto token = NSNotificationCenter::defaultCenter().addObserver(
+      NSPersistentCloudKitContainerEventChangedNotification, nullptr, std::nullopt,
+      [&](const Notification& notification) {
+        ends.push_back(notification
+                           .value<NSPersistentCloudKitContainerEvent>(
+                               NSPersistentCloudKitContainerEventUserInfoKey)
+                           ->endDate);
+      });
+  for (const bool isCloud : {true, false}) {
+    Container container("Library", libraryModel());
+    auto description = NSPersistentStoreDescription::inMemory();
+    if (isCloud) description.cloudKitContainerOptions = {"iCloud.library"};
+    container.setPersistentStoreDescriptions({description});
+    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    EXPECT_EQ(container.isMirrored(), isCloud);
+  }
+  Container::setMirrorFactory(nullptr);
+  EXPECT_THAT(mirrored, ElementsAre("iCloud.library"));
+  EXPECT_THAT(ends, ElementsAre(std::nullopt, Date::sinceReferenceDate(6)));
 }
 
 TEST_F(ContextTest, AStoreInMemoryIsSharedByItsContexts) {

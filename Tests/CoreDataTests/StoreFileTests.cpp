@@ -1,6 +1,7 @@
 #include "CoreData/StoreError.h"
 #include "CoreDataTests/FailingDisk.h"
 #include "CoreDataTests/Library.h"
+#include "Support/Processes.h"
 
 #include <fstream>
 
@@ -137,6 +138,41 @@ TEST(StoreFile, WhatCantBeOpenedIsToldAndLeftAlone) {
     EXPECT_EQ(codeOf(context.save()), code(notOpen));
     EXPECT_TRUE(context.hasChanges());
   }
+}
+
+/// The work of somebody who may write neither the folder nor the file.
+template <typename Work>
+void asStranger(Work work) {
+  namespace fs = std::filesystem;
+  const auto folder = libraryPath().parent_path();
+  const auto mode = [](int bits) { return static_cast<fs::perms>(bits); };
+  fs::permissions(folder.parent_path(), mode(0755));
+  fs::permissions(folder, mode(0555));
+  if (fs::exists(libraryPath())) fs::permissions(libraryPath(), mode(0444));
+  EXPECT_TRUE(endedWell(startProcess([&] {
+    // Permissions don't bind the root user.
+    EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0);
+    work();
+  })));
+  fs::permissions(folder, mode(0755));
+}
+
+TEST(StoreFile, AFolderThatCantBeWrittenIsAnError) {
+  TestEnvironment environment;
+  // Without a watch, whose thread would be there when processes are started.
+  const auto unwatched = NSPersistentStoreDescription::initWithURL(libraryPath());
+  asStranger([&] { EXPECT_EQ(Library(unwatched).error->code(), code(cannotOpen)); });
+  {
+    Library library(unwatched);
+    newBook(*library.viewContext(), "Emma");
+    expectSaved(*library.viewContext());
+  }
+  asStranger([&] {
+    const Library library(unwatched);
+    ASSERT_NE(library.error, nullptr);
+    EXPECT_THAT(library.error->code(), AnyOf(code(cannotOpen), code(readOnly)));
+  });
+  EXPECT_EQ(titles(*Library(unwatched).viewContext()), "Emma");
 }
 
 TEST(StoreFile, ABusyWriterIsAnError) {
