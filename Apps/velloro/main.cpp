@@ -7,6 +7,7 @@
 #include "velloro/NotificationCommand.h"
 #include "velloro/PeriodCommand.h"
 #include "velloro/RingCommand.h"
+#include "velloro/StoreCommand.h"
 #include "velloro/ThemesCommand.h"
 #include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
@@ -49,6 +50,7 @@ int run(int argumentCount, char** arguments) {
   addNotificationCommand(app);
   addPeriodCommand(app);
   addRingCommand(app);
+  addStoreCommand(app);
   addThemesCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);

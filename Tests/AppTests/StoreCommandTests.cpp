@@ -1,0 +1,89 @@
+#include "AppTests/Program.h"
+#include "CoreData/NSPersistentContainer.h"
+#include "Foundation/PropertyList.h"
+#include "Foundation/TestEnvironment.h"
+#include "Tasks/TaskEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/VelloroModel.h"
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using testing::HasSubstr;
+
+/// A store of two saves: a task with a log of eight, then its colour.
+struct StoreCommand : ::testing::Test {
+  void make(const char* color) {
+    NSPersistentContainer container(velloroModelName, velloroModel());
+    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
+    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    NSManagedObjectContext& context = *container.viewContext();
+    context.setTransactionAuthor("app");
+    environment.setNow(Date::fromISO8601("2024-03-07T02:00:00Z").value());
+    const auto task = TaskEntity::create(context);
+    task->setTaskStatus(TaskStatus::normal);
+    for (int day = 20240301; day < 20240309; ++day) {
+      const auto entry = TaskLogEntryEntity::create(context);
+      entry->setValue(TaskLogEntryEntity::task, task);
+      entry->setValue(TaskLogEntryEntity::entryDate, day);
+    }
+    EXPECT_TRUE(context.save());
+    environment.setNow(Date::fromISO8601("2024-03-08T02:00:00Z").value());
+    task->setValue(TaskAttributes::colorInfo, color);
+    EXPECT_TRUE(context.save());
+  }
+
+  [[nodiscard]] ProgramResult run(const std::string& part, const std::string& options = "") const {
+    return runProgram("store " + part + " " + file.string() + " " + options);
+  }
+
+  TestEnvironment environment;
+  std::filesystem::path file = environment.directories().temporary / "tasks.sqlite";
+};
+
+TEST_F(StoreCommand, FindsASoundStoreSound) {
+  make("0.2 0.4 0.6 1");
+  const auto result = run("check");
+  EXPECT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_THAT(result.output, HasSubstr("is sound"));
+  EXPECT_EQ(PropertyList::fromJSON(run("check", "--json").output)["findings"],
+            PropertyList::Array());
+}
+
+TEST_F(StoreCommand, TellsOfRowsThatCantBeRead) {
+  make("red");
+  const auto result = run("check");
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.output, "can't be read: Task 1 colorInfo\n");
+  EXPECT_THAT(result.errors, HasSubstr("is not sound: findings 1"));
+}
+
+TEST_F(StoreCommand, CountsRowsAndListsSaves) {
+  make("0.2 0.4 0.6 1");
+  const std::string stats = run("stats").output;
+  EXPECT_THAT(stats, HasSubstr("Task                                1\n"));
+  EXPECT_THAT(stats, HasSubstr("TaskLogEntry                        8\n"));
+  EXPECT_THAT(stats, HasSubstr("saves                               2\n"));
+  const char* second = "     2  2024-03-08T02:00:00Z  app (-)  ~Task 1\n";
+  EXPECT_EQ(run("history").output,
+            "     1  2024-03-07T02:00:00Z  app (-)  +Task 1  +TaskLogEntry 1 2 3 4 5 and 3 more\n" +
+                std::string(second));
+  EXPECT_EQ(run("history", "--since 2024-03-07T12:00:00Z").output, second);
+  EXPECT_EQ(run("history", "--json --since 2024-03-07T12:00:00Z").output,
+            R"([{"number":2,"timestamp":"2024-03-08T02:00:00Z","author":"app",)"
+            R"("inserted":[],"updated":[{"entity":"Task","keys":[1]}],"deleted":[]}])"
+            "\n");
+}
+
+TEST_F(StoreCommand, MakesNoStore) {
+  const auto result = run("stats");
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.errors, HasSubstr("there is no store"));
+  EXPECT_FALSE(std::filesystem::exists(file));
+  expectRefusal("store history --since yesterday", "--since");
+}
+
+}  // namespace
+}  // namespace velloro
