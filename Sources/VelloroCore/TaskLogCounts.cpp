@@ -14,7 +14,7 @@ TaskFrequency::DaysInPeriodCallbackResponse daysInPeriod(const TaskFrequencyPeri
   // A day that is only clean so far does not count against the target yet.
   return {.firstDayOfWeek = period.firstDayOfWeek,
           .numUniqueCompletions = question.numUniqueCompletions(from, to).certainCount(),
-          .taskCreatedDate = question.createdDay,
+          .taskCreatedDate = question.createdDay(),
           .isNegative = question.rules.isNegative,
           .fromDate = from,
           .toDate = to};

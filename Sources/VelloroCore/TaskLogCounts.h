@@ -36,7 +36,7 @@ struct WillSkipQuestion {
   const TaskLogRules& rules;
   TaskStatus status = defaultStatus;
   TaskShareStatus shareStatus = TaskShareStatus::notShared;
-  YYYYMMDD createdDay;  ///< On which the task was made.
+  FunctionRef<YYYYMMDD()> createdDay;  ///< On which the task was made.
   /// Completed days from one day to another.
   FunctionRef<NumUniqueCompletions(YYYYMMDD, YYYYMMDD)> numUniqueCompletions;
   /// The day of the newest completion up to a day.

@@ -267,7 +267,7 @@ TEST(TaskLogSweep, FindsWhatAPlainWalkFinds) {
     const TaskFrequencyPeriod period = rules.period(task.to);
     const WillSkipQuestion question{
         .rules = rules,
-        .createdDay = task.createdDay,
+        .createdDay = [&] { return task.createdDay; },
         .numUniqueCompletions =
             [&](YYYYMMDD from, YYYYMMDD to) {
               return NumUniqueCompletions::fromLog(task.rows, rules.isNegative, from, to,

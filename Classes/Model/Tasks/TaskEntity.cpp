@@ -263,8 +263,4 @@ Date TaskEntity::lastUpdated() const {
   return latest ? *latest : Date::now();
 }
 
-bool TaskEntity::isNewer(const TaskEntity& other) const {
-  return lastUpdated() > other.lastUpdated();
-}
-
 }  // namespace velloro

@@ -8,17 +8,24 @@
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskAttributes.h"
+#include "Tasks/VelloroTaskProtocol.h"
 #include "VelloroCore/AutomaticTaskType.h"
 #include "VelloroCore/TaskDisplayOrder.h"
 #include "VelloroCore/TaskExtra.h"
 #include "VelloroCore/TaskFrequency.h"
+#include "VelloroCore/TaskLogCounts.h"
+#include "VelloroCore/TaskLogSummary.h"
 #include "VelloroCore/TaskNotificationSettings.h"
+#include "VelloroCore/TaskRecentHistory.h"
+#include "VelloroCore/TaskStanding.h"
 #include "VelloroCore/TaskStatus.h"
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
+#include "VelloroSnapshots/NotificationTask.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace velloro {
@@ -33,46 +40,53 @@ struct TaskLogFetchRequest;
 ///
 /// Whatever is stored can be read: what is unknown counts as absent, or as the default. The setters
 /// write only what differs from what is stored, and return whether anything did.
-class TaskEntity : public EntityClass<TaskEntity> {
+class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
  public:
   /// Absent when the stored text is no identifier.
   [[nodiscard]] std::optional<UniqueID> taskUniqueId() const;
+  [[nodiscard]] UniqueID uniqueId() const override;
   [[nodiscard]] TaskStatus taskStatus() const;
+  [[nodiscard]] TaskStatus status() const override { return taskStatus(); }
   /// A new status is dated now.
   bool setTaskStatus(TaskStatus status);
-  [[nodiscard]] TaskDisplayOrder taskDisplayOrder() const;
+  [[nodiscard]] TaskDisplayOrder taskDisplayOrder() const override;
   bool setTaskDisplayOrder(const TaskDisplayOrder& order);
-  [[nodiscard]] std::optional<UniqueID> userProfileID() const;
+  [[nodiscard]] std::optional<UniqueID> userProfileID() const override;
 
   // What it shows.
+  [[nodiscard]] std::string title() const override;
+  [[nodiscard]] std::optional<TaskDisplayTitle::TitleIcon> titleIcon() const override;
+  [[nodiscard]] TaskDisplayTitle displayTitle(Date date) const override;
+  [[nodiscard]] TaskDisplayTitle displayTitle(const TaskProgress& progress) const override;
   [[nodiscard]] std::optional<IconDisplayRepresentation> displayRepresentation() const;
   [[nodiscard]] std::optional<IconVisualRepresentation> visualRepresentation() const;
   bool setDisplayRepresentation(const IconDisplayRepresentation& displayRepresentation);
-  /// Absent for the theme's.
-  [[nodiscard]] std::optional<OxCodableColor> taskColor() const;
+  [[nodiscard]] std::optional<OxCodableColor> taskColor() const override;
   bool setTaskColor(const std::optional<OxCodableColor>& color);
 
   // When it is due. Without a value of the task's own, the setting of all tasks holds.
-  [[nodiscard]] HHMMSS startOfDay() const;
+  [[nodiscard]] HHMMSS startOfDay() const override;
   bool setStartOfDay(const std::optional<HHMMSS>& startOfDay);
   /// The task's own counts where it has a meaning: in a task that is shared with the user, and
   /// where the log is kept in periods that are neither days nor months.
-  [[nodiscard]] DayOfWeek firstDayOfWeek() const;
+  [[nodiscard]] DayOfWeek firstDayOfWeek() const override;
   bool setFirstDayOfWeek(std::optional<DayOfWeek> firstDayOfWeek);
   /// The one that the task is pinned to, else the device's.
   [[nodiscard]] TimeZone taskCurrentTimeZone() const;
+  [[nodiscard]] TimeZone timeZone() const override { return taskCurrentTimeZone(); }
   /// Counts are brought into the range of what can be chosen. A mode that the task can't have gives
   /// every day of the week.
-  [[nodiscard]] TaskFrequency frequency() const;
+  [[nodiscard]] TaskFrequency frequency() const override;
   /// Days of the month are not stored.
   bool setFrequency(const TaskFrequency& frequency);
 
   // What is done.
-  /// Absent for a task that is ticked off by hand.
-  [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType() const;
+  [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType() const override;
   bool setAutomaticTaskType(const std::optional<AutomaticTaskType>& type);
+  [[nodiscard]] bool isTimed() const override;
+  [[nodiscard]] bool isNegative() const override;
   /// Where none was chosen, the button that suits the type.
-  [[nodiscard]] TaskExtra taskExtra() const;
+  [[nodiscard]] TaskExtra taskExtra() const override;
   bool setTaskExtra(const TaskExtra& extra);
 
   // How its user is told of it.
@@ -90,23 +104,73 @@ class TaskEntity : public EntityClass<TaskEntity> {
   [[nodiscard]] static Entries taskLog(NSManagedObjectContext& context,
                                        const TaskLogFetchRequest& request, const TaskEntity& task);
   /// The notes of a day, the oldest first, but for those in the trash.
-  [[nodiscard]] std::vector<ComplicationTaskNoteSnapshot> notes(YYYYMMDD date) const;
+  [[nodiscard]] std::vector<ComplicationTaskNoteSnapshot> notes(YYYYMMDD date) const override;
   /// The newest of those that are pinned.
-  [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> pinnedNote() const;
+  [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> pinnedNote() const override;
   /// Where none is stored, the instant of the first entry of its log up to today; else now.
   [[nodiscard]] Date creationDate() const;
 
-  // With whom it is shared.
-  [[nodiscard]] TaskShareStatus taskShareStatus() const;
-  /// Those who have accepted.
-  [[nodiscard]] std::int64_t shareParticipantCount() const;
+  /// The logical day of its creation date, by the clock of the zone that it was made in.
+  [[nodiscard]] YYYYMMDD createdDay() const;
 
-  /// When its status or what follows from its log last changed; now when that is not known.
-  [[nodiscard]] Date lastUpdated() const;
-  /// Whether it changed later than another.
-  [[nodiscard]] bool isNewer(const TaskEntity& other) const;
+  // Where it stands. What is kept of the log answers, and only a count of days or the day of the
+  // last completion, of which an open period can depend, is fetched.
+  [[nodiscard]] DatedPeriod currentPeriod() const;
+  /// A task that rests skips its periods; of another's task nothing is said.
+  [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period) const override;
+  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period) const;
+  /// See `TaskStanding`. The rings of today's activity are kept for the extensions, too.
+  [[nodiscard]] CompletionStatus completionStatus(const TaskFrequencyPeriod& period) const;
+  [[nodiscard]] CompletionStatus currentCompletionStatus() const {
+    return completionStatus(currentPeriod().period);
+  }
+  [[nodiscard]] StreakedCompletionStatus streakedCompletionStatus(
+      const TaskFrequencyPeriod& period) const;
+  [[nodiscard]] StreakedCompletionStatus streakedCompletionStatus(Date date) const override;
+  [[nodiscard]] std::optional<UniqueID> currentUndoableEntry(
+      const std::optional<TaskFrequencyPeriod>& period) const override;
+  /// The completed days from one day to another, with today as long as a negative task has no entry
+  /// for it.
+  [[nodiscard]] NumUniqueCompletions numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const;
+  /// Absent also for a task that is another's.
+  [[nodiscard]] std::optional<YYYYMMDD> lastCompletedDate(YYYYMMDD onOrBefore) const;
+
+  // What its log says, by reading it.
+  using CompletionByPeriod = velloro::CompletionByPeriod;
+  /// \param from Absent for the whole log.
+  [[nodiscard]] TaskLogSummary logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to) const;
+  /// \param from Absent for the oldest entry.
+  [[nodiscard]] TaskRecentHistory recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to) const;
+  /// Brings what is kept of the log up to date with it, as of a day, and gives the task what every
+  /// task must have: an identifier, and the dates of its creation and status. Only what differs is
+  /// written, so a second pass changes nothing; the caller saves.
+  void updateTemporalData(YYYYMMDD day, TimeZone timeZone);
+
+  // What others get to know of it; absent for a task without an identifier.
+  [[nodiscard]] std::optional<NotificationTask> notificationTaskCurrentProgress(
+      const TaskFrequencyPeriod& period) const;
+  /// As it will stand after the next tap.
+  [[nodiscard]] std::optional<NotificationTask> notificationTaskWhenCompleted(
+      const TaskFrequencyPeriod& period, bool isPartialCompletion) const;
+  /// As it stands at a moment.
+  [[nodiscard]] ComplicationTaskSnapshot complicationTaskSnapshot(Date date) const;
+
+  // With whom it is shared.
+  [[nodiscard]] std::optional<ComplicationSnapshotDisplayRepresentation>
+  shareOwnerDisplayRepresentation() const override;
+  [[nodiscard]] TaskShareStatus taskShareStatus() const override;
+  [[nodiscard]] std::int64_t shareParticipantCount() const override;
+
+  [[nodiscard]] Date lastUpdated() const override;
 
  private:
+  [[nodiscard]] TaskFrequencyPeriod period(Date date) const;
+  [[nodiscard]] TaskTemporalData temporalData() const;
+  [[nodiscard]] TaskStanding standing() const;
+  [[nodiscard]] TaskLogRules logRules() const;
+  [[nodiscard]] std::optional<NotificationTask> notificationTask(
+      const StreakedCompletionStatus& standing) const;
+  void repair();
   bool setReminders(NSManagedObjectContext& context, const std::vector<TaskReminder>& reminders);
 };
 

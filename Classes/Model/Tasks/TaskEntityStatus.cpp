@@ -1,0 +1,184 @@
+#include "Tasks/StoredLog.h"
+#include "Tasks/StoredValues.h"
+#include "Tasks/TaskEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/TaskShareEntity.h"
+#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/TaskTimerEntity.h"
+#include "VelloroCore/TaskTitleIcon.h"
+#include "VelloroCore/TaskTitleSource.h"
+
+#include <algorithm>
+
+namespace velloro {
+
+using Columns = TaskAttributes;
+using Direction = TaskLogFetchRequest::Direction;
+using Temporal = TaskTemporalDataEntity;
+using Timer = TaskTimerEntity;
+
+namespace {
+
+/// Absent for a row that lacks what a timer needs.
+std::optional<RunningTimer> runningTimer(const TaskTimerEntity& timer, DayOfWeek firstDayOfWeek) {
+  const auto period = TaskLogEntryPeriod::fromStored(
+      timer.enumValue<TaskFrequencyPeriodType>(Timer::entryPeriodType),
+      storedDay(timer.value(Timer::entryDate)), storedDay(timer.value(Timer::entryPeriodFrom)),
+      storedDay(timer.value(Timer::entryPeriodTo)));
+  const auto start = timer.value(Timer::start);
+  if (!period || !start) return std::nullopt;
+  const Date now = Date::now();
+  const Date end = std::min(timer.value(Timer::finish).value_or(now), now);
+  return RunningTimer{.period = period->frequencyPeriod(firstDayOfWeek),
+                      .duration = std::max(end.timeIntervalSince(*start), 0.0)};
+}
+
+}  // namespace
+
+UniqueID TaskEntity::uniqueId() const {
+  return taskUniqueId().value_or(UniqueID());
+}
+
+std::string TaskEntity::title() const {
+  return value(Columns::title).value_or("");
+}
+
+bool TaskEntity::isTimed() const {
+  const auto type = automaticTaskType();
+  return type && type->isTimed();
+}
+
+bool TaskEntity::isNegative() const {
+  return value(Columns::isNegative);
+}
+
+std::optional<TaskDisplayTitle::TitleIcon> TaskEntity::titleIcon() const {
+  return velloro::titleIcon(automaticTaskType(), isNegative());
+}
+
+TaskDisplayTitle TaskEntity::displayTitle(Date date) const {
+  return displayTitle(progress(period(date)));
+}
+
+TaskDisplayTitle TaskEntity::displayTitle(const TaskProgress& progress) const {
+  const auto type = automaticTaskType();
+  return TaskDisplayTitle::build({.title = title(),
+                                  .automaticTaskType = type,
+                                  .isNegative = isNegative(),
+                                  .isTimed = type && type->isTimed(),
+                                  .progress = progress});
+}
+
+TaskTemporalData TaskEntity::temporalData() const {
+  const auto row = value(Columns::taskTemporalData);
+  if (row == nullptr) return {};
+  return {
+      .streak = StreakRecord(row->value(Temporal::activeStreak), row->value(Temporal::bestStreak)),
+      .lastCompleted = storedDay(row->value(Temporal::lastCompleted)),
+      .lastMissed = storedDay(row->value(Temporal::lastMissed)),
+      .lastSkipped = storedDay(row->value(Temporal::lastSkipped)),
+      .progress = row->value(Temporal::progress),
+      .progressDate = storedDay(row->value(Temporal::progressDate))};
+}
+
+TaskStanding TaskEntity::standing() const {
+  TaskStanding task{.frequency = frequency(),
+                    .startOfDay = startOfDay(),
+                    .firstDayOfWeek = firstDayOfWeek(),
+                    .timeZone = taskCurrentTimeZone(),
+                    .isNegative = isNegative(),
+                    .automaticTaskType = automaticTaskType(),
+                    .typeTarget = value(Columns::typeTarget),
+                    .temporal = temporalData()};
+  if (task.automaticTaskType && task.automaticTaskType->isTimed()) {
+    for (const auto& timer : value(Columns::taskTimer)) {
+      task.runningTimer = velloro::runningTimer(*timer, task.firstDayOfWeek);
+    }
+  }
+  return task;
+}
+
+TaskLogRules TaskEntity::logRules() const {
+  return {.frequency = frequency(),
+          .startOfDay = startOfDay(),
+          .firstDayOfWeek = firstDayOfWeek(),
+          .timeZone = taskCurrentTimeZone(),
+          .isNegative = isNegative()};
+}
+
+YYYYMMDD TaskEntity::createdDay() const {
+  const auto madeIn = storedTimeZone(text(Columns::createdTimeZone));
+  return YYYYMMDD::fromDate(startOfDay(), creationDate(), madeIn.value_or(taskCurrentTimeZone()));
+}
+
+DatedPeriod TaskEntity::currentPeriod() const {
+  return frequency().currentPeriod(startOfDay(), firstDayOfWeek(), taskCurrentTimeZone());
+}
+
+TaskFrequencyPeriod TaskEntity::period(Date date) const {
+  return frequency().period(startOfDay(), date, firstDayOfWeek(), taskCurrentTimeZone()).period;
+}
+
+SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period) const {
+  const TaskLogRules rules = logRules();
+  return velloro::willSkip(
+      period, {.rules = rules,
+               .status = taskStatus(),
+               .shareStatus = taskShareStatus(),
+               .createdDay = [&] { return createdDay(); },
+               .numUniqueCompletions = [&](YYYYMMDD from,
+                                           YYYYMMDD to) { return numUniqueCompletions(from, to); },
+               .lastCompletedDate = [&](YYYYMMDD day) { return lastCompletedDate(day); }});
+}
+
+TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period) const {
+  return standing().progress(period);
+}
+
+CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period) const {
+  return standing().completionStatus(period, [&](const auto& open) { return willSkip(open); });
+}
+
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(
+    const TaskFrequencyPeriod& period) const {
+  return standing().streakedCompletionStatus(period,
+                                             [&](const auto& open) { return willSkip(open); });
+}
+
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date) const {
+  return streakedCompletionStatus(period(date));
+}
+
+std::optional<UniqueID> TaskEntity::currentUndoableEntry(
+    const std::optional<TaskFrequencyPeriod>& period) const {
+  const auto entries =
+      taskLog({.direction = Direction::newestToOldest,
+               .minDate = period ? std::optional(period->startDate) : std::nullopt,
+               .maxDate = period ? std::optional(period->finishDate) : std::nullopt,
+               .fetchLimit = 1,
+               .includeStatuses = TaskLogEntryTypes::allManualTypes});
+  if (!entries || entries->empty()) return std::nullopt;
+  return entries->front()->entryUniqueId();
+}
+
+NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const {
+  const StoredLog log(*this, {.direction = Direction::newestToOldest,
+                              .minDate = from,
+                              .maxDate = to,
+                              .includeStatuses = TaskLogEntryTypes::allFullTypes});
+  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone());
+  return NumUniqueCompletions::fromLog(log.rows(), isNegative(), from, to, today);
+}
+
+std::optional<YYYYMMDD> TaskEntity::lastCompletedDate(YYYYMMDD onOrBefore) const {
+  if (taskShareStatus() == TaskShareStatus::isSharedWithMe) return std::nullopt;
+  const StoredLog log(*this, {.direction = Direction::newestToOldest,
+                              .maxDate = onOrBefore,
+                              .fetchLimit = 1,
+                              .includeStatuses = {TaskLogEntryType::completedManuallyFull,
+                                                  TaskLogEntryType::completedAutomaticallyFull}});
+  return velloro::lastCompletedDate(log.rows(), onOrBefore);
+}
+
+}  // namespace velloro
