@@ -3,7 +3,7 @@
 #include "OxKit/FunctionRef.h"
 #include "VelloroCore/AutomaticTaskType.h"
 #include "VelloroCore/StreakRecord.h"
-#include "VelloroCore/TaskFrequency.h"
+#include "VelloroCore/TaskLogWalk.h"
 
 #include <optional>
 
@@ -49,6 +49,14 @@ struct TaskStanding {
   /// since the answer may have to be read from the log.
   using WillSkip = FunctionRef<SkipMode(const TaskFrequencyPeriod&)>;
 
+  /// By what its log is read.
+  [[nodiscard]] TaskLogRules rules() const {
+    return {.frequency = frequency,
+            .startOfDay = startOfDay,
+            .firstDayOfWeek = firstDayOfWeek,
+            .timeZone = timeZone,
+            .isNegative = isNegative};
+  }
   [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone); }
   [[nodiscard]] DatedPeriod currentPeriod() const {
     return frequency.currentPeriod(startOfDay, firstDayOfWeek, timeZone);

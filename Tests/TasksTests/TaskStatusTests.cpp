@@ -1,3 +1,4 @@
+#include "Settings/SavedActivityRings.h"
 #include "TaskStore.h"
 #include "Tasks/SaveIfChanged.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -146,6 +147,16 @@ TEST_F(TaskStatusTest, TakesATimersAmountFromTheLog) {
   EXPECT_EQ(shown(), "i_mwoi 1/3 0/0");
   EXPECT_EQ(task_->value(Columns::taskTemporalData)->value(Row::progress), 4.5);
   EXPECT_EQ(task_->progress(current()).as<TaskProgressTimer>()->currentCompletionDuration, 70);
+}
+
+TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
+  task_->setAutomaticTaskType(AutomaticTaskType(HealthType::activity));
+  const auto row = make<Row>();
+  row->setValue(Row::task, task_);
+  row->setValue(Row::progress, 150100029);
+  row->setValue(Row::progressDate, 20240307);
+  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 0.7633);
+  EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 }
 
 TEST_F(TaskStatusTest, HasNoSnapshotWithoutAnIdentifier) {

@@ -168,6 +168,8 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   [[nodiscard]] TaskTemporalData temporalData() const;
   [[nodiscard]] TaskStanding standing() const;
   [[nodiscard]] TaskLogRules logRules() const;
+  [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period,
+                                  const TaskLogRules& rules) const;
   [[nodiscard]] std::optional<NotificationTask> notificationTask(
       const StreakedCompletionStatus& standing) const;
   void repair();

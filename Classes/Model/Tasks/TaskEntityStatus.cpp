@@ -1,3 +1,4 @@
+#include "Settings/SavedActivityRings.h"
 #include "Tasks/StoredLog.h"
 #include "Tasks/StoredValues.h"
 #include "Tasks/TaskEntity.h"
@@ -121,7 +122,10 @@ TaskFrequencyPeriod TaskEntity::period(Date date) const {
 }
 
 SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period) const {
-  const TaskLogRules rules = logRules();
+  return willSkip(period, logRules());
+}
+
+SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period, const TaskLogRules& rules) const {
   return velloro::willSkip(
       period, {.rules = rules,
                .status = taskStatus(),
@@ -137,13 +141,20 @@ TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period) const {
 }
 
 CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period) const {
-  return standing().completionStatus(period, [&](const auto& open) { return willSkip(open); });
+  return streakedCompletionStatus(period).completionStatus;
 }
 
 StreakedCompletionStatus TaskEntity::streakedCompletionStatus(
     const TaskFrequencyPeriod& period) const {
-  return standing().streakedCompletionStatus(period,
-                                             [&](const auto& open) { return willSkip(open); });
+  const TaskStanding task = standing();
+  const TaskLogRules rules = task.rules();
+  auto result = task.streakedCompletionStatus(
+      period, [&](const TaskFrequencyPeriod& open) { return willSkip(open, rules); });
+  const auto* rings = result.completionStatus.progress().as<TaskProgressActivityRings>();
+  if (rings != nullptr && period == task.currentPeriod().period) {
+    SavedActivityRings::shared()->save(*rings);
+  }
+  return result;
 }
 
 StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date) const {

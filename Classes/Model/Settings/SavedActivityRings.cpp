@@ -1,0 +1,47 @@
+#include "Settings/SavedActivityRings.h"
+
+#include "OxLog/Log.h"
+#include "Settings/SettingsStorageLocal.h"
+#include "VelloroCore/TaskProgress.h"
+
+namespace velloro {
+namespace {
+
+constexpr std::string_view activityProgressKey = "ActivityProgress";
+
+std::shared_ptr<SettingsStorageContainer> sharedOrLocalStorage() {
+  if (auto shared = SettingsStorageLocalShared::open()) return shared;
+  return std::make_shared<SettingsStorageLocal>();
+}
+
+bool isNews(const TaskProgressActivityRings& progress, const TaskProgressActivityRings& held) {
+  if (held.period.period > progress.period.period) return false;
+  return held.energy != progress.energy || held.exercise != progress.exercise ||
+         held.stand != progress.stand;
+}
+
+}  // namespace
+
+const std::shared_ptr<SavedActivityRings>& SavedActivityRings::shared() {
+  static const auto* rings =
+      new std::shared_ptr(std::make_shared<SavedActivityRings>(sharedOrLocalStorage()));
+  return *rings;
+}
+
+void SavedActivityRings::save(const TaskProgressActivityRings& progress) {
+  const std::lock_guard lock(mutex_);
+  if (!held_) held_ = storage_->codableForKey<TaskProgressActivityRings>(activityProgressKey);
+  if (held_ && !isNews(progress, *held_)) return;
+  held_ = progress;
+  storage_->setCodable(held_, activityProgressKey);
+  Log::healthKit.info(
+      [&] { return "Saving progress: " + TaskProgress(progress).debugDescription(); });
+}
+
+std::optional<TaskProgressActivityRings> SavedActivityRings::saved(YYYYMMDD date) const {
+  auto saved = storage_->codableForKey<TaskProgressActivityRings>(activityProgressKey);
+  if (saved && !saved->period.period.contains(date)) saved.reset();
+  return saved;
+}
+
+}  // namespace velloro
