@@ -7,8 +7,10 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace velloro {
 namespace {
@@ -82,14 +84,21 @@ void run(benchmark::State& state, const std::vector<std::string>& arguments) {
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
+  posix_spawn_file_actions_t silent;
+  posix_spawn_file_actions_init(&silent);
+  posix_spawn_file_actions_addopen(&silent, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   for (auto _ : state) {
     pid_t child = 0;
     int status = -1;
-    if (posix_spawn(&child, program, nullptr, nullptr, argv.data(), environ) == 0) {
+    if (posix_spawn(&child, program, &silent, nullptr, argv.data(), environ) == 0) {
       waitpid(child, &status, 0);
     }
-    if (status != 0) return state.SkipWithError("the program fails");
+    if (status != 0) {
+      state.SkipWithError("the program fails");
+      break;
+    }
   }
+  posix_spawn_file_actions_destroy(&silent);
 }
 
 void cold(benchmark::State& state) {

@@ -3,6 +3,7 @@
 #include "Foundation/Locale.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace velloro {
@@ -122,7 +123,16 @@ void NotificationView::placeTexts(double x, double width, double y) {
 }
 
 void NotificationView::draw(CGContext& context) {
-  if (background_) paintBackground(context, bounds(), background_->type, background_->page);
+  if (background_) {
+    // The last pixels of a picture may lie half outside of the view.
+    const auto wholePixels = [scale = contentsScale()](double points) {
+      return std::ceil(points * scale) / scale;
+    };
+    const auto [width, height] = bounds().size;
+    const CGRect area{.origin = {},
+                      .size = {.width = wholePixels(width), .height = wholePixels(height)}};
+    paintBackground(context, area, background_->type, background_->page);
+  }
   if (!ringIsHidden()) checkableTaskView_->drawLayer(context, ringOrigin_);
   for (const Placed& placed : {title_, body_}) {
     if (placed.text) placed.text->draw(context, placed.origin);

@@ -253,6 +253,8 @@ TEST_F(NotificationViewControllerTest, GrowsWithItsTexts) {
     show(wordy);
     EXPECT_EQ(controller->preferredContentSize(), (CGSize{width, 128}));
     EXPECT_GT(controller->view()->bounds().size.height, 128);
+    const auto image = picture();
+    EXPECT_EQ(image->pixels().back() >> 24U, 0xFFU);
     EXPECT_THAT(title(), testing::EndsWith("…"));
     show(tall);
     EXPECT_LT(controller->view()->bounds().size.height, 2500);
