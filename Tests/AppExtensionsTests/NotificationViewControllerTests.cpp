@@ -317,29 +317,16 @@ PropertyList damaged(const Damage& damage) {
 }
 
 TEST_F(NotificationViewControllerTest, ShowsTheTextOfWhatCannotBeRead) {
-  PropertyList deep = 1;
-  for (int i = 0; i < 5000; ++i) {
-    PropertyList::Array outer;
-    outer.push_back(std::move(deep));
-    deep = std::move(outer);
-  }
+  // Fuzz/UserInfoFuzz.cpp damages every place in every way.
   const Damage cases[] = {
       {{"velloro"}, nullptr},
       {{"velloro"}, "text"},
-      {{"velloro", "task"}, nullptr},
       {{"velloro", "task"}, PropertyList::Array{}},
-      {{"velloro", "theme"}, 5},
       {{"velloro", "theme", "theme", "colorScheme"}, "noSuchScheme"},
-      {{"velloro", "task", "taskId"}, 17},
       {{"velloro", "task", "frequency"}, nullptr},
       {{"velloro", "task", "streak", "current"}, "4"},
-      {{"velloro", "task", "streak", "current"}, 1e300},
       {{"velloro", "task", "completionStatus", "status"}, "i_x"},
-      {{"velloro", "task", "completionStatus", "codableProgress", "type"}, "dance"},
-      {{"velloro", "task", "shareStatus"}, "sharedWithAll"},
-      {{"velloro", "task", "displayOrder", "position"}, deep},
       {{"velloro", "task", "displayTitle", "localizedPrimary"}, "\xFF\xFE"},
-      {{"velloro", "task", "timeZone", "identifier"}, std::string(1 << 20, 'x')},
   };
   for (const Damage& damage : cases) {
     SCOPED_TRACE(damage.path.back());
