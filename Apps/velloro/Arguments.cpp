@@ -179,6 +179,10 @@ std::string modeName(DayMode mode) {
   return std::string(modeNames.rawValue(mode));
 }
 
+std::string weekdayName(DayOfWeek day) {
+  return std::string(weekdayNames[static_cast<std::size_t>(calendarDayOfWeek(day)) - 1]);
+}
+
 std::string periodName(TaskFrequencyPeriodType period) {
   return std::string(periodNames.rawValue(period));
 }

@@ -74,6 +74,8 @@ class UsageError : public std::runtime_error {
 [[nodiscard]] std::vector<std::string_view> unitNames(TaskType type);
 /// "numberOfDaysInWeek".
 [[nodiscard]] std::string modeName(DayMode mode);
+/// "monday".
+[[nodiscard]] std::string weekdayName(DayOfWeek day);
 /// "week".
 [[nodiscard]] std::string periodName(TaskFrequencyPeriodType period);
 

@@ -3,8 +3,8 @@
 #include "velloro/Arguments.h"
 #include "velloro/DayReport.h"
 #include "velloro/FirstDayOfWeekOption.h"
+#include "velloro/Output.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,8 +34,7 @@ void run(const DayOptions& options) {
   const HHMMSS startOfDay = timeArgument("--start-of-day", options.startOfDay);
   const auto report =
       DayReport::of(chosenDay(options, startOfDay), startOfDay, options.firstDayOfWeek.value());
-  const std::string text = options.json ? report.json() : report.text();
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  print(options.json ? report.json() : report.text());
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include "OxCheckableTasks/IconManagerIcon.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
+#include "velloro/Output.h"
 
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -63,7 +63,7 @@ void run(const IconsOptions& options) {
                                std::string(rawValue(icon.category)).c_str());
     }
   }
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  print(text);
 }
 
 }  // namespace

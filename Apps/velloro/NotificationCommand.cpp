@@ -3,14 +3,18 @@
 #include "Foundation/JSON.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/String.h"
+#include "Host/HostStore.h"
+#include "Host/LogWriter.h"
+#include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
 #include "velloro/NotificationPlay.h"
 #include "velloro/NotificationReport.h"
 #include "velloro/NotificationSamples.h"
+#include "velloro/Output.h"
+#include "velloro/TaskArgument.h"
 
-#include <cstdio>
 #include <memory>
 #include <stdexcept>
 
@@ -22,6 +26,8 @@ namespace {
 struct NotificationOptions {
   std::string file;
   std::string action;
+  std::string task;
+  std::string period = "today";
   std::optional<std::string> sample, png, frames, width, scale;
   bool dark = false;
   bool json = false;
@@ -71,10 +77,6 @@ UNNotification notificationIn(const std::string& file) {
                                   .userInfo = content["userInfo"]}}};
 }
 
-void print(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-}
-
 void write(const CGImage& image, const std::string& file) {
   const auto bytes = image.pngData();
   if (!bytes) throw std::runtime_error("the picture cannot be made");
@@ -116,6 +118,17 @@ void act(const NotificationOptions& options) {
   print(options.json ? play.report().json() + "\n" : play.text());
 }
 
+/// As `show` reads it.
+void printContent(const UNNotificationContent& content) {
+  const PropertyList written =
+      PropertyList::Dictionary{{"categoryIdentifier", content.categoryIdentifier},
+                               {"title", content.title},
+                               {"subtitle", content.subtitle},
+                               {"body", content.body},
+                               {"userInfo", content.userInfo}};
+  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(written) + "\n");
+}
+
 void sample(const NotificationOptions& options) {
   const auto names = NotificationSamples::names();
   if (!options.sample) {
@@ -128,13 +141,19 @@ void sample(const NotificationOptions& options) {
     throw UsageError("\"" + *options.sample + "\": not a sample; " +
                      (hint.empty() ? "without a name they are listed" : hint));
   }
-  const PropertyList written =
-      PropertyList::Dictionary{{"categoryIdentifier", content->categoryIdentifier},
-                               {"title", content->title},
-                               {"subtitle", content->subtitle},
-                               {"body", content->body},
-                               {"userInfo", content->userInfo}};
-  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(written) + "\n");
+  printContent(*content);
+}
+
+void make(const NotificationOptions& options) {
+  const HostStore store;
+  const auto task = taskArgument(store, options.task);
+  bringUpToDate(*task);
+  store.save();
+  const bool isToday = options.period == "today";
+  const auto period = isToday ? task->currentPeriod()
+                              : task->frequency().period(dayArgument("--period", options.period),
+                                                         task->firstDayOfWeek());
+  printContent(reminderContent(*task, period.period));
 }
 
 void addLook(CLI::App& command, NotificationOptions& options) {
@@ -173,6 +192,12 @@ void addNotificationCommand(CLI::App& app) {
   CLI::App* sampled = command->add_subcommand("sample", "Writes a notification to try things with");
   sampled->add_option("NAME", options->sample, "Which one (default: lists them)");
   sampled->callback([options] { sample(*options); });
+
+  CLI::App* made = command->add_subcommand("make", "Writes the reminder of a task of the store");
+  addTaskArgument(*made, options->task);
+  made->add_option("--period", options->period, "Of which period: today's, or one by a day in it")
+      ->type_name("YYYYMMDD");
+  made->callback([options] { make(*options); });
   command->footer(
       "Examples:\n"
       "  velloro notification sample partial > partial.json\n"

@@ -2,11 +2,12 @@
 
 #include "CoreData/NSPersistentContainer.h"
 #include "Foundation/NSFileManager.h"
+#include "Host/HostStore.h"
 #include "Tasks/VelloroModel.h"
 #include "velloro/Arguments.h"
+#include "velloro/Output.h"
 #include "velloro/StoreReport.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -23,18 +24,10 @@ struct StoreOptions {
   bool json = false;
 };
 
-/// The store that the host program keeps in the folders of the environment.
-std::filesystem::path defaultFile() {
-  const auto folder =
-      NSFileManager::containerURLForSecurityApplicationGroupIdentifier("group.velloro.app.today");
-  if (!folder) throw std::runtime_error("the store's folder can't be made");
-  return *folder / "Velloro-CloudKit.sqlite";
-}
-
 /// Looking at a store must not make one.
 std::unique_ptr<NSPersistentContainer> open(const StoreOptions& options) {
   const std::filesystem::path file =
-      options.file ? std::filesystem::path(*options.file) : defaultFile();
+      options.file ? std::filesystem::path(*options.file) : HostStore::file();
   if (!NSFileManager::exists(file)) {
     throw std::runtime_error("there is no store \"" + file.string() + "\"");
   }
@@ -44,10 +37,6 @@ std::unique_ptr<NSPersistentContainer> open(const StoreOptions& options) {
     if (error) throw Error(*error);
   });
   return container;
-}
-
-void print(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
 void check(const StoreOptions& options) {

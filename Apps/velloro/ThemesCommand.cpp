@@ -2,9 +2,9 @@
 
 #include "Foundation/JSON.h"
 #include "velloro/CaseArgument.h"
+#include "velloro/Output.h"
 #include "velloro/ThemeReport.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,7 +61,7 @@ void addThemesCommand(CLI::App& app) {
       "  velloro themes --json");
   command->callback([options] {
     const std::string text = answer(*options);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    print(text);
   });
 }
 

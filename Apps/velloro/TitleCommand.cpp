@@ -3,7 +3,9 @@
 #include "OxKit/Numbers.h"
 #include "VelloroCore/TaskTitleSource.h"
 #include "velloro/Arguments.h"
+#include "velloro/Output.h"
 #include "velloro/TitleReport.h"
+#include "velloro/TypeOptions.h"
 
 #include <cmath>
 #include <cstdio>
@@ -17,9 +19,7 @@ namespace velloro {
 namespace {
 
 struct TitleOptions {
-  std::optional<std::string> type;
-  std::optional<std::string> target;
-  std::optional<std::string> unit;
+  TypeOptions type;
   std::optional<std::string> title;
   std::optional<std::string> partial;
   std::optional<std::string> progress;
@@ -27,35 +27,6 @@ struct TitleOptions {
   bool isNegative = false;
   bool json = false;
 };
-
-double chosenQuantity(const TitleOptions& options, TaskType type, TypeUnit unit) {
-  if (!options.target) {
-    const auto range = type.quantityOptions(unit);
-    return range ? range->defaultValue().value_or(1) : 1;
-  }
-  if (unit == TypeUnit::timeOfDay) {
-    return static_cast<double>(timeArgument("--target", *options.target).intValue());
-  }
-  const double amount = amountArgument("--target", *options.target);
-  if (amount >= 0 || type == HealthType::energyDeficit) return amount;
-  throw UsageError("--target \"" + *options.target + "\": below 0");
-}
-
-AutomaticTaskType chosenType(const TitleOptions& options) {
-  const TaskType type = taskTypeArgument("--type", *options.type);
-  auto unit = type.defaultUnit();
-  if (options.unit) unit = unitArgument("--unit", *options.unit, type);
-  if (unit) {
-    return AutomaticTaskType(type, TaskTarget{.quantity = chosenQuantity(options, type, *unit),
-                                              .unit = *unit,
-                                              .speeds = type.defaultSpeeds()});
-  }
-  if (options.target) {
-    throw UsageError("--target \"" + *options.target + "\": " + std::string(type.rawValue()) +
-                     (unitNames(type).empty() ? " has no amount" : " needs a --unit"));
-  }
-  return AutomaticTaskType(type);
-}
 
 /// The state in which such a share of the target is done.
 TaskProgress chosenProgress(const TitleOptions& options, const AutomaticTaskType& type) {
@@ -84,17 +55,15 @@ TaskProgress chosenProgress(const TitleOptions& options, const AutomaticTaskType
 
 TaskTitleSource chosenTask(const TitleOptions& options) {
   TaskTitleSource task{.title = options.title.value_or(""), .isNegative = options.isNegative};
-  if (options.type) {
-    task.automaticTaskType = chosenType(options);
+  task.automaticTaskType = options.type.value();
+  if (task.automaticTaskType) {
     task.isTimed = task.automaticTaskType->isTimed();
     task.progress = chosenProgress(options, *task.automaticTaskType);
     return task;
   }
   if (!options.title) throw UsageError("a --type or a --title is needed");
-  for (const auto& [name, value] : {std::pair("--target", options.target),
-                                    {"--unit", options.unit},
-                                    {"--partial", options.partial},
-                                    {"--progress", options.progress}}) {
+  for (const auto& [name, value] :
+       {std::pair("--partial", options.partial), {"--progress", options.progress}}) {
     if (value) throw UsageError(name + (" \"" + *value) + "\": only with a --type");
   }
   return task;
@@ -105,18 +74,14 @@ void run(const TitleOptions& options) {
                            ? std::optional(contextArgument("--context", *options.context))
                            : std::nullopt;
   const auto report = TitleReport::of(TaskDisplayTitle::build(chosenTask(options)), context);
-  const std::string text = options.json ? report.json() : report.text();
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  print(options.json ? report.json() : report.text());
 }
 
 void addOptions(CLI::App& command, TitleOptions& options) {
+  options.type.addTo(command);
   const auto add = [&](const char* name, auto& value, const char* placeholder, const char* help) {
     command.add_option(name, value, help)->type_name(placeholder);
   };
-  add("--type", options.type, "TYPE", "An automatic type's stored name (default: none)");
-  add("--target", options.target, "AMOUNT",
-      "The target, a time of day as 22:00:00 (default: the type's)");
-  add("--unit", options.unit, "UNIT", "The target's unit (default: the type's)");
   add("--title", options.title, "TEXT", "The task's own title");
   add("--partial", options.partial, "N", "Steps that make a completion (default: 1)");
   add("--progress", options.progress, "P", "The share of the target that is done, 0 to 1");

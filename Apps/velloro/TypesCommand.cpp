@@ -1,9 +1,9 @@
 #include "velloro/TypesCommand.h"
 
 #include "velloro/Arguments.h"
+#include "velloro/Output.h"
 #include "velloro/TypeReport.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,7 +33,7 @@ std::string answer(const TypesOptions& options) {
 
 void run(const TypesOptions& options) {
   const std::string text = answer(options);
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  print(text);
 }
 
 }  // namespace

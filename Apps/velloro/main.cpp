@@ -2,12 +2,17 @@
 #include "OxLog/LogManager.h"
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
+#include "velloro/DemoCommand.h"
 #include "velloro/GlobalOptions.h"
+#include "velloro/HistoryCommand.h"
 #include "velloro/IconsCommand.h"
+#include "velloro/LogCommand.h"
 #include "velloro/NotificationCommand.h"
 #include "velloro/PeriodCommand.h"
 #include "velloro/RingCommand.h"
+#include "velloro/StatusCommand.h"
 #include "velloro/StoreCommand.h"
+#include "velloro/TaskCommand.h"
 #include "velloro/ThemesCommand.h"
 #include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
@@ -46,11 +51,16 @@ int run(int argumentCount, char** arguments) {
   GlobalOptions global;
   global.addTo(app);
   addDayCommand(app);
+  addDemoCommand(app);
+  addHistoryCommand(app);
   addIconsCommand(app);
+  addLogCommand(app);
   addNotificationCommand(app);
   addPeriodCommand(app);
   addRingCommand(app);
+  addStatusCommand(app);
   addStoreCommand(app);
+  addTaskCommand(app);
   addThemesCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);

@@ -99,7 +99,6 @@ class PangoTextLayout final : public TextLayout {
     if (alpha < 1) cairo_push_group(cairo);
     // Lines that stand apart from the left edge, in the middle or at the right, begin behind it.
     cairo_move_to(cairo, origin.x - points(logicalBox().x), origin.y);
-    pango_cairo_update_layout(cairo, layout_.get());
     pango_cairo_show_layout(cairo, layout_.get());
     if (alpha >= 1) return;
     cairo_pop_group_to_source(cairo);

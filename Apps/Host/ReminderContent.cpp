@@ -1,0 +1,40 @@
+#include "Host/ReminderContent.h"
+
+#include "Notifications/NotificationCategory.h"
+#include "Notifications/NotificationData.h"
+#include "OxKit/Localization.h"
+#include "VelloroCore/ReminderWordingKeys.h"
+#include "VelloroCore/Theme.h"
+
+namespace velloro {
+namespace {
+
+NotificationCategory categoryOf(const TaskEntity& task) {
+  using enum NotificationCategory;
+  const bool isNegative = task.value(TaskAttributes::isNegative);
+  if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) {
+    return isNegative ? reminderNegativeSharedWithMe : reminderPositiveSharedWithMe;
+  }
+  if (task.taskExtra().uncheckedActionButton.url) {
+    return isNegative ? reminderNegativeWithURL : reminderPositiveWithURL;
+  }
+  return isNegative ? reminderNegative : reminderPositive;
+}
+
+}  // namespace
+
+UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequencyPeriod& period) {
+  UNNotificationContent content{.categoryIdentifier = std::string(rawValue(categoryOf(task))),
+                                .body = localized(reminder_wording::reminder.noTask)};
+  const std::string* title = task.text(TaskAttributes::title);
+  content.title = title != nullptr ? *title : "";
+  const auto snapshot = task.notificationTaskCurrentProgress(period);
+  if (!snapshot) return content;
+  const TaskDisplayOrder order = task.taskDisplayOrder();
+  const NotificationData data{.task = *snapshot,
+                              .theme = Theme::defaultTheme(order.pageNumber).positioned(order)};
+  content.userInfo = data.userInfo();
+  return content;
+}
+
+}  // namespace velloro

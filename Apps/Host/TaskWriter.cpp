@@ -1,0 +1,95 @@
+#include "Host/TaskWriter.h"
+
+#include "Foundation/Environment.h"
+#include "Foundation/String.h"
+#include "OxCheckableTasks/IconVisualRepresentation.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using enum DayMode;
+constexpr EnumSet<DayMode> countingModes = {numberOfDaysInWeek, numberOfDaysInFortnight,
+                                            numberOfDaysInMonth, numberOfDaysInYear};
+
+/// Behind the last task of the page.
+TaskDisplayOrder freePlace(const HostStore& store, TaskPageNumber page) {
+  const auto [lower, upper] = TaskDisplayOrder::valueRange(page);
+  TaskDisplayOrder place{page, 0};
+  const auto tasks = store.tasks({});
+  for (const auto& task : tasks) {
+    const TaskDisplayOrder taken = task->taskDisplayOrder();
+    if (taken.pageNumber == page && task->taskStatus() != TaskStatus::trashed) {
+      place.position = std::max(place.position, taken.position + 1);
+    }
+  }
+  if (place.displayOrderValue() < upper) return place;
+  throw HostError(stringWithFormat("page %lld is full", static_cast<long long>(page.value)));
+}
+
+void setFrequency(TaskEntity& task, const TaskFrequency& frequency) {
+  task.setFrequency(frequency);
+  const TaskFrequency stored = task.frequency();
+  const auto check = [&](const char* what, std::int64_t wanted, std::int64_t possible) {
+    if (wanted == possible) return;
+    throw HostError(stringWithFormat("such a task can't have %lld %s; the nearest is %lld",
+                                     static_cast<long long>(wanted), what,
+                                     static_cast<long long>(possible)));
+  };
+  if (stored.dayMode != frequency.dayMode) {
+    throw HostError(
+        "such a task can't recur by " +
+        std::string(caseNames<DayMode::specificDaysOfMonth>().rawValue(frequency.dayMode)));
+  }
+  check("steps to a completion", frequency.numPartialCompletions, stored.numPartialCompletions);
+  if (countingModes.contains(stored.dayMode))
+    check("days per period", frequency.numCompletions, stored.numCompletions);
+  if (stored.dayMode == DayMode::dayInterval) {
+    check("days between completions", frequency.dayInterval, stored.dayInterval);
+  }
+  if (stored.isEmpty()) throw HostError("without any weekday the task would never be due");
+}
+
+}  // namespace
+
+std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fields,
+                                    Date created) {
+  const auto place = freePlace(store, fields.page.value_or(TaskPageNumber::first));
+  auto task = TaskEntity::create(store.context());
+  task->setTaskDisplayOrder(place);
+  task->setValue(TaskAttributes::uniqueId, UniqueID::create().stringValue());
+  task->setTaskStatus(TaskStatus::normal);
+  task->setValue(TaskAttributes::statusDate, created);
+  task->setValue(TaskAttributes::created, created);
+  const TimeZone zone = fields.timeZone.value_or(Environment::current().timeZone());
+  task->setValue(TaskAttributes::createdTimeZone, std::string(zone.identifier()));
+  TaskFields complete = fields;
+  if (!complete.frequency) complete.frequency = TaskFrequency::defaultFrequency;
+  changeTask(store, *task, complete);
+  return task;
+}
+
+void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields) {
+  if (fields.title) task.setValue(TaskAttributes::title, *fields.title);
+  if (fields.automaticTaskType) task.setAutomaticTaskType(fields.automaticTaskType);
+  if (fields.isNegative) task.setValue(TaskAttributes::isNegative, *fields.isNegative);
+  if (fields.frequency) setFrequency(task, *fields.frequency);
+  if (fields.startOfDay) task.setStartOfDay(fields.startOfDay);
+  if (fields.firstDayOfWeek) task.setFirstDayOfWeek(fields.firstDayOfWeek);
+  if (fields.timeZone) {
+    task.setValue(TaskAttributes::currentTimeZoneOverride,
+                  std::string(fields.timeZone->identifier()));
+  }
+  if (fields.icon) {
+    task.setDisplayRepresentation(
+        {.visualRepresentation = IconVisualRepresentation::icon(*fields.icon),
+         .displayProperties = {}});
+  }
+  if (fields.color) task.setTaskColor(fields.color);
+  if (fields.page && fields.page != task.taskDisplayOrder().pageNumber) {
+    task.setTaskDisplayOrder(freePlace(store, *fields.page));
+  }
+}
+
+}  // namespace velloro

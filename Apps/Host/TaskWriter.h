@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Host/HostStore.h"
+#include "OxCheckableTasks/IconManagerIcon.h"
+#include "OxKit/OxCodableColor.h"
+
+#include <optional>
+#include <string>
+
+namespace velloro {
+
+/// What a person says of a task. What is absent stays as it is, or is as new tasks have it.
+struct TaskFields {
+  std::optional<std::string> title = {};
+  std::optional<TaskFrequency> frequency = {};
+  std::optional<AutomaticTaskType> automaticTaskType = {};
+  std::optional<bool> isNegative = {};
+  std::optional<HHMMSS> startOfDay = {};
+  std::optional<DayOfWeek> firstDayOfWeek = {};
+  std::optional<TimeZone> timeZone = {};  ///< To which the task is pinned.
+  std::optional<IconManagerIcon> icon = {};
+  std::optional<OxCodableColor> color = {};
+  std::optional<TaskPageNumber> page = {};
+};
+
+/// A new task, behind the others of its page. Unsaved. \throws HostError
+std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fields, Date created);
+/// \throws HostError where the task can't be so; its context is then best left unsaved.
+void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields);
+
+}  // namespace velloro

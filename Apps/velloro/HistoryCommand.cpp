@@ -1,0 +1,60 @@
+#include "velloro/HistoryCommand.h"
+
+#include "Foundation/JSON.h"
+#include "Host/HostStore.h"
+#include "Host/LogWriter.h"
+#include "velloro/Arguments.h"
+#include "velloro/HistoryReport.h"
+#include "velloro/Output.h"
+#include "velloro/TaskArgument.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct HistoryOptions {
+  std::string task;
+  std::optional<std::string> from, to;
+  bool json = false;
+};
+
+void run(const HistoryOptions& options) {
+  const HostStore store;
+  const auto task = taskArgument(store, options.task);
+  bringUpToDate(*task);
+  store.save();
+  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to)
+                                 : YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
+  const YYYYMMDD from =
+      options.from ? dayArgument("--from", *options.from) : to.yyyymm().previousMonth().firstDay();
+  if (from > to) throw UsageError("--from \"" + from.debugDescription() + "\": after --to");
+  const auto report = HistoryReport::of(*task, from, to);
+  print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
+}
+
+}  // namespace
+
+void addHistoryCommand(CLI::App& app) {
+  auto options = std::make_shared<HistoryOptions>();
+  CLI::App* command = app.add_subcommand("history", "Tells what became of a task's periods");
+  addTaskArgument(*command, options->task);
+  command
+      ->add_option("--from", options->from,
+                   "First day (default: the first of the month before the last day's)")
+      ->type_name("YYYYMMDD");
+  command->add_option("--to", options->to, "Last day (default: today)")->type_name("YYYYMMDD");
+  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
+  command->footer(
+      "● done  ✗ missed  – skipped  ◌ allowed  ○ open  · before the task was made\n\n"
+      "Examples:\n"
+      "  velloro history Read\n"
+      "  velloro history Read --from 20240101 --to 20240331 --json");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

@@ -1,0 +1,34 @@
+#include "velloro/Output.h"
+
+#include "Foundation/String.h"
+#include "Foundation/Terminal.h"
+#include "VelloroCore/Theme.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace velloro {
+
+void print(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+std::size_t columns(std::string_view text) {
+  return graphemes(text).size();
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+  const std::size_t taken = columns(text);
+  return std::string(text) + std::string(taken < width ? width - taken : 0, ' ');
+}
+
+std::string colored(std::string_view text, const std::optional<OxCodableColor>& color) {
+  if (!standardOutputHasColors()) return std::string(text);
+  const OxCodableColor chosen = color.value_or(Theme::hero.color());
+  const auto level = [](double share) { return static_cast<int>(std::lround(share * 255)); };
+  return stringWithFormat("\x1b[38;2;%d;%d;%dm", level(chosen.r), level(chosen.g),
+                          level(chosen.b)) +
+         std::string(text) + "\x1b[0m";
+}
+
+}  // namespace velloro

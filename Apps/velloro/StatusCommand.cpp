@@ -1,0 +1,64 @@
+#include "velloro/StatusCommand.h"
+
+#include "Foundation/JSON.h"
+#include "Host/HostStore.h"
+#include "Host/LogWriter.h"
+#include "velloro/Arguments.h"
+#include "velloro/Output.h"
+#include "velloro/StatusReport.h"
+#include "velloro/TaskArgument.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct StatusOptions {
+  std::optional<std::string> task, date;
+  bool json = false;
+};
+
+void run(const StatusOptions& options) {
+  const auto date =
+      options.date ? std::optional(dayArgument("--date", *options.date)) : std::nullopt;
+  const HostStore store;
+  using enum TaskStatus;
+  const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
+                                  : store.tasks({normal, paused});
+  for (const auto& task : tasks) bringUpToDate(*task);
+  store.save();
+  std::vector<StatusReport> reports;
+  for (const auto& task : tasks) reports.push_back(StatusReport::of(*task, date));
+  if (!options.json) return print(table(reports));
+  const JSONEncoder encoder{};
+  print((options.task ? encoder.encode(reports.front()) : encoder.encode(reports)) + "\n");
+}
+
+}  // namespace
+
+void addStatusCommand(CLI::App& app) {
+  auto options = std::make_shared<StatusOptions>();
+  CLI::App* command = app.add_subcommand("status", "Tells where tasks stand, and their streaks");
+  command
+      ->add_option("task", options->task,
+                   "One task, by title or id (default: all that are not put away)")
+      ->type_name("TASK");
+  command->add_option("--date", options->date, "In the period with that day (default: today)")
+      ->type_name("YYYYMMDD");
+  command
+      ->add_flag("--json", options->json, "Prints an array of objects, or of one TASK the object")
+      ->disable_flag_override();
+  command->footer(
+      "○ open  ◔ ◑ ◕ begun  ● done  ✗ missed  – skipped  ◌ allowed\n\n"
+      "Examples:\n"
+      "  velloro status\n"
+      "  velloro status Read --date 20240307 --json");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

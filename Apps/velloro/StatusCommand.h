@@ -1,0 +1,12 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace velloro {
+
+/// `velloro status`: tells where tasks stand.
+void addStatusCommand(CLI::App& app);
+
+}  // namespace velloro

@@ -1,0 +1,133 @@
+#include "velloro/StatusReport.h"
+
+#include "Foundation/String.h"
+#include "Tasks/TaskTemporalDataEntity.h"
+#include "velloro/Arguments.h"
+#include "velloro/Output.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using Status = CompletionStatus::Status;
+
+std::optional<YYYYMMDD> storedDay(const TaskTemporalDataEntity* row,
+                                  const Attribute<std::int32_t>& attribute) {
+  if (row == nullptr) return std::nullopt;
+  return YYYYMMDD::fromIntValue(row->value(attribute));
+}
+
+std::string number(double value) {
+  return stringWithFormat("%.10g", value);
+}
+
+std::string openText(SkipMode willSkip) {
+  switch (willSkip) {
+    case SkipMode::willMissWithIndicator:
+      return "due, streak at risk";
+    case SkipMode::willMissWithoutIndicator:
+      return "due";
+    case SkipMode::willSkipWithIndicator:
+      return "not due";
+    case SkipMode::willSkipWithoutIndicator:
+      return "can wait";
+  }
+  return "";
+}
+
+std::string statusText(const Status& status, SkipMode willSkip) {
+  switch (status.kind) {
+    case Status::Kind::positiveIncomplete:
+      return openText(willSkip);
+    case Status::Kind::negativeComplete:
+      return "clean";
+    case Status::Kind::positiveComplete:
+      return "done";
+    case Status::Kind::positiveMiss:
+      return "missed";
+    case Status::Kind::positiveSkip:
+      return "skipped";
+    case Status::Kind::negativeMiss:
+      return "happened";
+    case Status::Kind::negativeAllowedMiss:
+      return "happened, allowed";
+  }
+  return "";
+}
+
+}  // namespace
+
+StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date) {
+  const TaskFrequencyPeriod period =
+      date ? task.frequency().period(*date, task.firstDayOfWeek()).period
+           : task.currentPeriod().period;
+  const auto [standing, streak] = task.streakedCompletionStatus(period);
+  const TaskProgress& progress = standing.progress();
+  const auto row = task.value(TaskAttributes::taskTemporalData);
+  const std::string* id = task.text(TaskAttributes::uniqueId);
+  const std::string* title = task.text(TaskAttributes::title);
+  using Row = TaskTemporalDataEntity;
+  return {.uniqueId = id != nullptr ? *id : "",
+          .title = title != nullptr ? *title : "",
+          .status = standing.status,
+          .willSkip = task.willSkip(period),
+          .progress = {.type = progress.type(),
+                       .numCompletions = progress.numCompletions(),
+                       .expectedCompletions = progress.expectedCompletions(),
+                       .currentValue = progress.currentValue(),
+                       .targetValue = progress.targetValue(),
+                       .progressPct = progress.progressPct()},
+          .streak = streak,
+          .period = {periodName(period.periodType), period.startDate, period.finishDate},
+          .lastCompleted = storedDay(row.get(), Row::lastCompleted),
+          .lastMissed = storedDay(row.get(), Row::lastMissed),
+          .lastSkipped = storedDay(row.get(), Row::lastSkipped),
+          .color = task.taskColor()};
+}
+
+std::string StatusReport::glyph() const {
+  constexpr const char* rings[] = {"○", "◔", "◑", "◕", "●"};
+  switch (status.kind) {
+    case Status::Kind::positiveMiss:
+    case Status::Kind::negativeMiss:
+      return "✗";
+    case Status::Kind::positiveSkip:
+      return "–";
+    case Status::Kind::negativeAllowedMiss:
+      return "◌";
+    case Status::Kind::positiveComplete:
+      return rings[4];
+    default:
+      break;
+  }
+  const double quarters = std::clamp(progress.progressPct, 0.0, 1.0) * 4;
+  const bool isBegun = progress.progressPct > 0;
+  return rings[isBegun ? std::max(1, static_cast<int>(quarters)) : 0];
+}
+
+std::string StatusReport::line() const {
+  std::string text = statusText(status, willSkip);
+  if (progress.targetValue != 1) {
+    text += ", " + number(progress.currentValue) + " of " + number(progress.targetValue);
+  }
+  text += stringWithFormat(", streak %lld", static_cast<long long>(streak.current));
+  if (streak.best > streak.current) {
+    text += stringWithFormat(" (best %lld)", static_cast<long long>(streak.best));
+  }
+  return text;
+}
+
+std::string table(const std::vector<StatusReport>& reports) {
+  if (reports.empty()) return "No tasks yet; \"velloro task add TITLE\" adds one.\n";
+  std::size_t width = 0;
+  for (const StatusReport& report : reports) width = std::max(width, columns(report.title));
+  std::string text;
+  for (const StatusReport& report : reports) {
+    text += colored(report.glyph(), report.color) + " " +
+            padded(report.title, std::min<std::size_t>(width, 40)) + "  " + report.line() + "\n";
+  }
+  return text;
+}
+
+}  // namespace velloro

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Foundation/CodingKeys.h"
+#include "Tasks/TaskEntity.h"
+#include "VelloroCore/CompletionStatus.h"
+#include "VelloroCore/TaskFrequencyPeriod.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// Where a task stands in one of its periods, as `velloro status` tells it.
+struct StatusReport {
+  struct Progress {
+    TaskProgressType type = TaskProgressType::discrete;
+    std::int64_t numCompletions = 0;
+    std::int64_t expectedCompletions = 1;
+    double currentValue = 0;
+    double targetValue = 1;
+    double progressPct = 0;
+
+    static constexpr auto codingKeys = keys(
+        key("type", &Progress::type), key("numCompletions", &Progress::numCompletions),
+        key("expectedCompletions", &Progress::expectedCompletions),
+        key("currentValue", &Progress::currentValue), key("targetValue", &Progress::targetValue),
+        key("progressPct", &Progress::progressPct));
+  };
+  struct Stretch {
+    std::string type;  ///< "week"
+    YYYYMMDD start = {};
+    YYYYMMDD finish = {};
+
+    static constexpr auto codingKeys =
+        keys(key("type", &Stretch::type), key("start", &Stretch::start),
+             key("finish", &Stretch::finish));
+  };
+
+  std::string uniqueId;
+  std::string title;
+  CompletionStatus::Status status;
+  SkipMode willSkip = SkipMode::willMissWithoutIndicator;
+  Progress progress;
+  StreakRecord streak;
+  Stretch period;
+  std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
+  std::optional<OxCodableColor> color;  ///< For the text alone.
+
+  static constexpr auto codingKeys = keys(
+      key("uniqueId", &StatusReport::uniqueId), key("title", &StatusReport::title),
+      key("status", &StatusReport::status), key("willSkip", &StatusReport::willSkip),
+      key("progress", &StatusReport::progress), key("streak", &StatusReport::streak),
+      key("period", &StatusReport::period), key("lastCompleted", &StatusReport::lastCompleted),
+      key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped));
+
+  /// In the period with that day; absent for the current one.
+  [[nodiscard]] static StatusReport of(const TaskEntity& task, std::optional<YYYYMMDD> date);
+
+  /// A ring as one character: ○ ◔ ◑ ◕ ●, and signs for what was missed, skipped or allowed.
+  [[nodiscard]] std::string glyph() const;
+  /// "due, 3 of 8, streak 4 (best 9)".
+  [[nodiscard]] std::string line() const;
+};
+
+/// One line a task.
+[[nodiscard]] std::string table(const std::vector<StatusReport>& reports);
+
+}  // namespace velloro

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Host/HostStore.h"
+
+#include <memory>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace velloro {
+
+/// Adds `TASK`, which must be given.
+void addTaskArgument(CLI::App& command, std::string& text);
+
+/// The one task of the store that a person means: by its title, its id, or the beginning of its id.
+/// \throws UsageError, which names similar titles, where there is none, or more than one.
+[[nodiscard]] std::shared_ptr<TaskEntity> taskArgument(const HostStore& store,
+                                                       const std::string& text);
+
+}  // namespace velloro

@@ -1,0 +1,52 @@
+#include "velloro/TypeOptions.h"
+
+#include "velloro/Arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+
+void TypeOptions::addTo(CLI::App& command) {
+  const auto add = [&](const char* name, auto& value, const char* placeholder, const char* help) {
+    command.add_option(name, value, help)->type_name(placeholder);
+  };
+  add("--type", type, "TYPE", "An automatic type's stored name (default: none)");
+  add("--target", target, "AMOUNT", "The target, a time of day as 22:00:00 (default: the type's)");
+  add("--unit", unit, "UNIT", "The target's unit (default: the type's)");
+}
+
+std::optional<AutomaticTaskType> TypeOptions::value() const {
+  if (!type) {
+    if (target) throw UsageError("--target \"" + *target + "\": only with a --type");
+    if (unit) throw UsageError("--unit \"" + *unit + "\": only with a --type");
+    return std::nullopt;
+  }
+  const TaskType chosen = taskTypeArgument("--type", *type);
+  auto in = chosen.defaultUnit();
+  if (unit) in = unitArgument("--unit", *unit, chosen);
+  if (in) {
+    return AutomaticTaskType(chosen, TaskTarget{.quantity = quantity(chosen, *in),
+                                                .unit = *in,
+                                                .speeds = chosen.defaultSpeeds()});
+  }
+  if (target) {
+    throw UsageError("--target \"" + *target + "\": " + std::string(chosen.rawValue()) +
+                     (unitNames(chosen).empty() ? " has no amount" : " needs a --unit"));
+  }
+  return AutomaticTaskType(chosen);
+}
+
+double TypeOptions::quantity(TaskType of, TypeUnit in) const {
+  if (!target) {
+    const auto range = of.quantityOptions(in);
+    return range ? range->defaultValue().value_or(1) : 1;
+  }
+  if (in == TypeUnit::timeOfDay) {
+    return static_cast<double>(timeArgument("--target", *target).intValue());
+  }
+  const double amount = amountArgument("--target", *target);
+  if (amount >= 0 || of == HealthType::energyDeficit) return amount;
+  throw UsageError("--target \"" + *target + "\": below 0");
+}
+
+}  // namespace velloro

@@ -1,0 +1,148 @@
+#include "AppTests/Program.h"
+#include "Foundation/JSON.h"
+#include "Foundation/PropertyList.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using platform::PropertyList;
+using testing::HasSubstr;
+
+/// A store of its own, seen at instants of March 2024 in Berlin.
+class HostCommands : public testing::Test {
+ protected:
+  ~HostCommands() override { std::filesystem::remove_all(folder_); }
+
+  [[nodiscard]] ProgramResult at(const std::string& now, const std::string& arguments) const {
+    return runProgram(arguments + here(now));
+  }
+  /// The JSON that a command answers.
+  PropertyList answer(const std::string& now, const std::string& arguments) const {
+    const auto result = at(now, arguments + " --json");
+    EXPECT_EQ(result.exitCode, 0) << arguments << ": " << result.errors;
+    return PropertyList::fromJSON(result.output);
+  }
+  [[nodiscard]] std::string status(const std::string& now, const std::string& task) const {
+    const auto is = answer(now, "status '" + task + "'");
+    return *is["status"].text() + " " + std::to_string(*is["streak"]["current"].integer()) + "/" +
+           std::to_string(*is["streak"]["best"].integer());
+  }
+  void refuses(const std::string& now, const std::string& arguments, const std::string& complaint) {
+    const auto result = at(now, arguments);
+    EXPECT_NE(result.exitCode, 0) << arguments;
+    EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr(complaint)) << arguments;
+  }
+
+ private:
+  [[nodiscard]] std::string here(const std::string& now) const {
+    return " --zone Europe/Berlin --locale en_US --store '" + folder_.string() +
+           "' --now 2024-03-" + now + "+01:00";
+  }
+
+  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
+                                  (std::string("velloro-host-") +
+                                   testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+TEST_F(HostCommands, KeepStreaksFromDayToDay) {
+  const auto task = answer("04T08:00:00", "task add Read --days mon,tue,thu,fri --icon book");
+  EXPECT_EQ(*task["title"].text(), "Read");
+  EXPECT_EQ(status("04T08:00:00", "Read"), "i_mwoi 0/0");
+  EXPECT_EQ(at("04T09:00:00", "log add Read").exitCode, 0);
+  EXPECT_EQ(status("04T10:00:00", "Read"), "c 1/1");
+  EXPECT_EQ(at("05T09:00:00", "log add read").exitCode, 0);
+  EXPECT_EQ(status("06T12:00:00", "Read"), "i_swi 2/2") << "no Wednesday is due";
+  EXPECT_EQ(status("07T12:00:00", "Read"), "i_mwoi 2/2") << "the Wednesday was no miss";
+  EXPECT_EQ(status("08T12:00:00", "Read"), "i_mwoi 0/2") << "the Thursday was one";
+  EXPECT_EQ(at("08T12:00:00", "log add Read --date 20240307").exitCode, 0);
+  EXPECT_EQ(status("08T13:00:00", "Read"), "i_mwoi 3/3") << "what is filled in counts";
+  EXPECT_EQ(at("08T14:00:00", "log undo Read --date 20240307").exitCode, 0);
+  EXPECT_EQ(status("08T15:00:00", "Read"), "i_mwoi 0/2");
+
+  const auto log = answer("08T15:00:00", "log list Read");
+  EXPECT_EQ(log.array()->size(), 4U) << "two completions, a skip, a miss";
+}
+
+TEST_F(HostCommands, LeaveAPausedTaskAlone) {
+  answer("04T08:00:00", "task add Read");
+  answer("04T09:00:00", "log add Read");
+  answer("05T09:00:00", "task pause Read");
+  EXPECT_EQ(status("09T09:00:00", "Read"), "i_swi 1/1");
+  answer("10T09:00:00", "task resume Read");
+  EXPECT_EQ(status("10T10:00:00", "Read"), "i_mwoi 1/1");
+  EXPECT_EQ(status("11T10:00:00", "Read"), "i_mwoi 0/1");
+}
+
+TEST_F(HostCommands, CountStepsAndHabitsToAvoid) {
+  answer("04T08:00:00", "task add Water --type hk_water --target 8 --unit cups_us --partial 4");
+  EXPECT_EQ(*answer("04T09:00:00", "log add Water")["type"].text(), "completed_manually_partial");
+  const auto progress = answer("04T10:00:00", "status Water")["progress"];
+  EXPECT_EQ(*progress["currentValue"].real(), 2);
+  EXPECT_EQ(*progress["numCompletions"].integer(), 1);
+  EXPECT_EQ(*answer("04T11:00:00", "log add Water --progress 6")["type"].text(),
+            "completed_manually");
+  EXPECT_EQ(status("04T12:00:00", "Water"), "c 1/1");
+
+  answer("04T08:00:00", "task add 'No sweets' --negative");
+  EXPECT_EQ(status("04T12:00:00", "No sweets"), "nc_mwoi 1/1");
+  EXPECT_EQ(status("06T12:00:00", "No sweets"), "nc_mwoi 3/3") << "two clean days, and today";
+  EXPECT_EQ(*answer("06T13:00:00", "log add 'No sweets'")["type"].text(), "missed_manually");
+  EXPECT_EQ(status("06T14:00:00", "No sweets"), "nm 0/2");
+}
+
+TEST_F(HostCommands, TellTheHistory) {
+  answer("04T08:00:00", "task add Read");
+  answer("04T09:00:00", "log add Read");
+  answer("06T09:00:00", "log add Read");
+  const auto history = answer("07T09:00:00", "history Read --from 20240303");
+  std::string statuses;
+  for (const auto& period : *history["periods"].array()) statuses += *period["status"].text() + " ";
+  EXPECT_EQ(statuses, "p c m c cp ");
+  EXPECT_EQ(*history["shortTerm"]["numSamples"].integer(), 3);
+  EXPECT_THAT(at("07T09:00:00", "history Read").output, HasSubstr("2024-03"));
+}
+
+TEST_F(HostCommands, MakeAReminderThatCanBeShown) {
+  answer("04T08:00:00", "task add 'Drink tea' --icon tea --partial 3");
+  answer("04T09:00:00", "log add 'Drink tea'");
+  const auto file = std::filesystem::path(testing::TempDir()) / "velloro-made.json";
+  EXPECT_EQ(at("04T10:00:00", "notification make 'Drink tea' > '" + file.string() + "'").exitCode,
+            0);
+  const auto shown = answer("04T10:00:00", "notification show '" + file.string() + "'");
+  EXPECT_FALSE(*shown["fallback"].boolean());
+  EXPECT_EQ(*shown["title"].text(), "Drink tea");
+  EXPECT_NEAR(*shown["ring"]["progress"].real(), 1.0 / 3, 1e-9);
+  std::filesystem::remove(file);
+}
+
+TEST_F(HostCommands, NameWhatTheyCannotDo) {
+  answer("04T08:00:00", "task add Read");
+  answer("04T08:00:00", "task add Run");
+  const std::string now = "04T09:00:00";
+  refuses(now, "log add Reed", "no task is called \"Reed\"; did you mean \"Read\"?");
+  refuses(now, "log add Read done", "TYPE \"done\": not a type of entry");
+  refuses(now, "log add Read --date 20240305", "--date \"20240305\": in the future");
+  refuses(now, "log undo Read", "nothing to undo");
+  refuses(now, "task add Plants --interval 31", "31 days between completions; the nearest is 30");
+  refuses(now, "task add Weird --color red", "--color \"red\": not a colour");
+  refuses(now, "task add Walk --days ''", "never be due");
+  refuses(now, "history Read --from 20240405", "after --to");
+  refuses(now, "demo", "has tasks already");
+  EXPECT_EQ(answer(now, "task list").array()->size(), 2U) << "what was refused left nothing";
+}
+
+TEST_F(HostCommands, FillADemonstration) {
+  EXPECT_EQ(at("07T20:00:00", "demo").exitCode, 0);
+  EXPECT_EQ(answer("07T20:00:00", "status").array()->size(), 8U);
+  EXPECT_THAT(at("07T20:00:00", "status").output, HasSubstr("Read a chapter"));
+}
+
+}  // namespace
+}  // namespace velloro
