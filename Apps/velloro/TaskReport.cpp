@@ -48,6 +48,14 @@ std::string recurrenceText(const TaskFrequency& frequency) {
   }
 }
 
+std::string typeText(const AutomaticTaskType& type) {
+  std::string text(type.type.rawValue());
+  if (type.unit) {
+    text += stringWithFormat(", %.10g ", type.quantity) + std::string(rawValue(*type.unit));
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string frequencyText(const TaskFrequency& frequency) {
@@ -85,7 +93,7 @@ std::string TaskReport::text() const {
   line("id", uniqueId);
   line("status", status);
   line(isNegative ? "to avoid" : "due", frequencyText(frequency));
-  if (automaticTaskType) line("type", automaticTaskType->debugDescription());
+  if (automaticTaskType) line("type", typeText(*automaticTaskType));
   line("page", std::to_string(displayOrder.pageNumber.value) + ", place " +
                    std::to_string(displayOrder.position));
   if (icon) line("icon", *icon);
