@@ -28,6 +28,10 @@ bool isDayOfCalendar(std::int64_t value) {
 }  // namespace
 
 std::optional<TaskLogEntryPeriod> TaskLogRow::period() const {
+  if (!entryPeriodType || entryPeriodType == TaskFrequencyPeriodType::day) {  // has no other ends
+    return TaskLogEntryPeriod::fromStored(entryPeriodType, YYYYMMDD::fromRawValue(entryDate),
+                                          std::nullopt, std::nullopt);
+  }
   return TaskLogEntryPeriod::fromStored(entryPeriodType, YYYYMMDD::fromRawValue(entryDate),
                                         YYYYMMDD::fromRawValue(entryPeriodFrom),
                                         YYYYMMDD::fromRawValue(entryPeriodTo));
