@@ -265,16 +265,17 @@ TEST(TaskLogSweep, FindsWhatAPlainWalkFinds) {
                                                     .lastCompleted = task.lastCompleted});
     ASSERT_TRUE(rate == plainRate(task, type)) << i << rawValue(type) << task.description();
     const TaskFrequencyPeriod period = rules.period(task.to);
-    const WillSkipQuestion question{
-        .rules = rules,
-        .createdDay = [&] { return task.createdDay; },
-        .numUniqueCompletions =
-            [&](YYYYMMDD from, YYYYMMDD to) {
-              return NumUniqueCompletions::fromLog(task.rows, rules.isNegative, from, to,
-                                                   rules.today());
-            },
-        .lastCompletedDate = [&](YYYYMMDD day) { return lastCompletedDate(task.rows, day); }};
-    ASSERT_EQ(willSkip(period, question), plainWillSkip(task, period)) << i << task.description();
+    const SkipMode mode = willSkip(
+        period,
+        {.rules = rules,
+         .createdDay = [&] { return task.createdDay; },
+         .numUniqueCompletions =
+             [&](YYYYMMDD from, YYYYMMDD to) {
+               return NumUniqueCompletions::fromLog(task.rows, rules.isNegative, from, to,
+                                                    rules.today());
+             },
+         .lastCompletedDate = [&](YYYYMMDD day) { return lastCompletedDate(task.rows, day); }});
+    ASSERT_EQ(mode, plainWillSkip(task, period)) << i << task.description();
   }
 }
 
