@@ -4,6 +4,7 @@
 #include "Foundation/Terminal.h"
 #include "VelloroCore/Theme.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -14,7 +15,8 @@ void print(std::string_view text) {
 }
 
 std::size_t columns(std::string_view text) {
-  return graphemes(text).size();
+  const bool isASCII = std::ranges::all_of(text, [](unsigned char c) { return c < 0x80; });
+  return isASCII ? text.size() : graphemes(text).size();
 }
 
 std::string padded(std::string_view text, std::size_t width) {
