@@ -7,13 +7,7 @@
 namespace velloro {
 namespace {
 
-PeriodReport::Stretch stretch(const TaskFrequencyPeriod& period) {
-  return {.type = periodName(period.periodType),
-          .start = period.startDate,
-          .finish = period.finishDate};
-}
-
-std::string line(const char* name, const PeriodReport::Stretch& stretch) {
+std::string line(const char* name, const PeriodStretch& stretch) {
   return stringWithFormat("%-10s %s  to  %s\n", name, stretch.start.debugDescription().c_str(),
                           stretch.finish.debugDescription().c_str());
 }
@@ -26,9 +20,9 @@ PeriodReport PeriodReport::of(const TaskFrequency& frequency, YYYYMMDD date,
   const YYYYMMDD longAgo{};
   return {.mode = modeName(frequency.dayMode),
           .date = date,
-          .period = stretch(period),
-          .previous = stretch(period.previous()),
-          .next = stretch(period.next()),
+          .period = PeriodStretch::of(period),
+          .previous = PeriodStretch::of(period.previous()),
+          .next = PeriodStretch::of(period.next()),
           .numberOfDays = period.numberOfDays(),
           .remainingDays = period.remainingDays(date, false),
           .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo),

@@ -2,6 +2,7 @@
 
 #include "Foundation/CodingKeys.h"
 #include "VelloroCore/TaskFrequency.h"
+#include "velloro/PeriodStretch.h"
 
 #include <cstdint>
 #include <string>
@@ -10,21 +11,11 @@ namespace velloro {
 
 /// A period of a task and what there is to do in it, as `velloro period` tells it.
 struct PeriodReport {
-  struct Stretch {
-    std::string type;  ///< "week"
-    YYYYMMDD start = {};
-    YYYYMMDD finish = {};
-
-    static constexpr auto codingKeys =
-        keys(key("type", &Stretch::type), key("start", &Stretch::start),
-             key("finish", &Stretch::finish));
-  };
-
   std::string mode;  ///< "numberOfDaysInWeek"
   YYYYMMDD date = {};
-  Stretch period;
-  Stretch previous;
-  Stretch next;
+  PeriodStretch period;
+  PeriodStretch previous;
+  PeriodStretch next;
   std::int64_t numberOfDays = 0;
   std::int64_t remainingDays = 0;  ///< The date itself not counted.
   /// For a task that was there before the period began. Said in the text for the modes alone that

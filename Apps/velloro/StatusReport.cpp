@@ -2,7 +2,6 @@
 
 #include "Foundation/String.h"
 #include "Tasks/TaskTemporalDataEntity.h"
-#include "velloro/Arguments.h"
 #include "velloro/Output.h"
 
 #include <algorithm>
@@ -79,7 +78,7 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
                        .targetValue = progress.targetValue(),
                        .progressPct = progress.progressPct()},
           .streak = streak,
-          .period = {periodName(period.periodType), period.startDate, period.finishDate},
+          .period = PeriodStretch::of(period),
           .lastCompleted = storedDay(row.get(), Row::lastCompleted),
           .lastMissed = storedDay(row.get(), Row::lastMissed),
           .lastSkipped = storedDay(row.get(), Row::lastSkipped),

@@ -3,7 +3,7 @@
 #include "Foundation/CodingKeys.h"
 #include "Tasks/TaskEntity.h"
 #include "VelloroCore/CompletionStatus.h"
-#include "VelloroCore/TaskFrequencyPeriod.h"
+#include "velloro/PeriodStretch.h"
 
 #include <cstdint>
 #include <optional>
@@ -28,15 +28,6 @@ struct StatusReport {
         key("currentValue", &Progress::currentValue), key("targetValue", &Progress::targetValue),
         key("progressPct", &Progress::progressPct));
   };
-  struct Stretch {
-    std::string type;  ///< "week"
-    YYYYMMDD start = {};
-    YYYYMMDD finish = {};
-
-    static constexpr auto codingKeys =
-        keys(key("type", &Stretch::type), key("start", &Stretch::start),
-             key("finish", &Stretch::finish));
-  };
 
   std::string uniqueId;
   std::string title;
@@ -44,7 +35,7 @@ struct StatusReport {
   SkipMode willSkip = SkipMode::willMissWithoutIndicator;
   Progress progress;
   StreakRecord streak;
-  Stretch period;
+  PeriodStretch period;
   std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
   std::optional<OxCodableColor> color;  ///< For the text alone.
 
