@@ -172,16 +172,14 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
 }
 
 std::int64_t closePastPeriods(TaskEntity& task) {
-  if (task.taskStatus() == TaskStatus::trashed ||
-      task.taskShareStatus() == TaskShareStatus::isSharedWithMe) {
-    return 0;
-  }
+  if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) return 0;
   const TaskFrequencyPeriod current = task.currentPeriod().period;
   const TaskFrequencyPeriod open = firstOpenPeriod(task, current);
   const bool isProcessed = task.value(TaskAttributes::lastProcessedDate).has_value();
   if (isProcessed && !(open < current)) return 0;
   task.setValue(TaskAttributes::lastProcessedDate, Date::now());
-  if (!(open < current)) return 0;
+  // Whoever takes a task out of the trash has missed nothing while it was there.
+  if (!(open < current) || task.taskStatus() == TaskStatus::trashed) return 0;
 
   const auto settled = settledPeriods(task, open.startDate, current.startDate);
   std::int64_t closed = 0;

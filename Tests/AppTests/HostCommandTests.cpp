@@ -78,6 +78,11 @@ TEST_F(HostCommands, LeaveAPausedTaskAlone) {
   answer("10T09:00:00", "task resume Read");
   EXPECT_EQ(status("10T10:00:00", "Read"), "i_mwoi 1/1");
   EXPECT_EQ(status("11T10:00:00", "Read"), "i_mwoi 0/1");
+
+  answer("11T11:00:00", "log add Read");
+  answer("11T12:00:00", "task delete Read");
+  answer("20T09:00:00", "task resume Read");
+  EXPECT_EQ(status("20T10:00:00", "Read"), "i_mwoi 1/1") << "nothing is missed in the trash";
 }
 
 TEST_F(HostCommands, CountStepsAndHabitsToAvoid) {
