@@ -1,4 +1,4 @@
-#include "Tasks/SaveIfChanged.h"
+#include "Containers/SaveIfChanged.h"
 #include "Tasks/TaskCategoryEntity.h"
 #include "Tasks/TaskFetchRequest.h"
 #include "Tasks/TaskLogEntryEntity.h"

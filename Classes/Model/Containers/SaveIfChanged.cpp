@@ -1,4 +1,4 @@
-#include "Tasks/SaveIfChanged.h"
+#include "Containers/SaveIfChanged.h"
 
 #include "CoreData/NSPersistentStoreCoordinator.h"
 #include "OxLog/Log.h"
