@@ -2,6 +2,7 @@
 
 #include "Foundation/NSNotificationCenter.h"
 #include "Settings/RunTarget.h"
+#include "Settings/SettingsStorageCoreData.h"
 #include "Settings/SettingsStorageLocal.h"
 
 #include <type_traits>
@@ -51,18 +52,44 @@ bool write(const Access<T>& access, Container& own, Container& copy, const Setti
   return true;
 }
 
+/// Of the process's own storage.
+SettingsStorage::CloudContainer& processContainer() {
+  static auto* const container = new SettingsStorage::CloudContainer;
+  return *container;
+}
+
 }  // namespace
 
 SettingsStorage& SettingsStorage::shared() {
   static auto* const storage =
       new SettingsStorage({.localStorage = std::make_shared<SettingsStorageLocal>(),
                            .localSharedStorage = SettingsStorageLocalShared::open()},
-                          velloro::isExtension());
+                          velloro::isExtension(), processContainer());
   return *storage;
 }
 
+void SettingsStorage::setCloudContainer(CloudContainer container) {
+  processContainer() = std::move(container);
+}
+
 SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension)
-    : tiers_(std::move(tiers)), isExtension_(isExtension) {}
+    : SettingsStorage(std::move(tiers), isExtension, nullptr) {}
+
+SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension, CloudContainer cloudContainer)
+    : tiers_(std::move(tiers)),
+      isExtension_(isExtension),
+      cloudContainer_(std::move(cloudContainer)),
+      cloudStorage_(tiers_.cloudStorage) {}
+
+// Not before it is needed: who makes the container reads settings of other tiers, and a process
+// whose settings are not cloud-stored opens no store for them.
+SettingsStorageContainer* SettingsStorage::cloudStorage() const {
+  std::call_once(opensCloudStorage_, [this] {
+    if (cloudContainer_ == nullptr) return;
+    cloudStorage_ = std::make_shared<SettingsStorageCoreData>(cloudContainer_, *this);
+  });
+  return cloudStorage_.get();
+}
 
 std::int64_t SettingsStorage::integer(const Setting::IntSetting& setting) const {
   const Setting& name = setting.setting;
@@ -122,8 +149,8 @@ bool SettingsStorage::isCloudStored(const Setting& setting) const {
 }
 
 SettingsStorageContainer& SettingsStorage::container(const Setting& setting) const {
-  const bool isInCloud = tiers_.cloudStorage != nullptr && isCloudStored(setting);
-  return isInCloud ? *tiers_.cloudStorage : *tiers_.localStorage;
+  SettingsStorageContainer* cloud = isCloudStored(setting) ? cloudStorage() : nullptr;
+  return cloud != nullptr ? *cloud : *tiers_.localStorage;
 }
 
 const SettingsStorageContainer* SettingsStorage::sharedContainer(const Setting& setting) const {

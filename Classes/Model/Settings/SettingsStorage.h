@@ -4,12 +4,16 @@
 #include "Settings/SettingsStorageContainer.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace velloro {
+
+class VelloroNSPersistentCloudKitContainer;
 
 /// Posted on the default centre when settings have changed; the user info has a
 /// `std::vector<Setting>` of them under the key.
@@ -41,10 +45,24 @@ class SettingsStorage {
     /// the local tier, which follows the cloud, stands in for it.
     std::shared_ptr<SettingsStorageContainer> cloudStorage = nullptr;
   };
+  /// Gives the container of the rows that all of a person's devices share, the one that is open at
+  /// that moment; null where there is none.
+  using CloudContainer = std::function<std::shared_ptr<VelloroNSPersistentCloudKitContainer>()>;
 
   /// The process's own, over the defaults of the environment that is current at the first use.
   [[nodiscard]] static SettingsStorage& shared();
+  /// Where `shared` finds its cloud tier; a process that doesn't say has none. Once, before the
+  /// first use of `shared` and before there are threads.
+  ///
+  ///     SettingsStorage::setCloudContainer(
+  ///         [] { return DataManager::shared().cloudPersistentContainer(); });
+  static void setCloudContainer(CloudContainer container);
+
   SettingsStorage(Tiers tiers, bool isExtension);
+  /// With a `SettingsStorageCoreData` for its cloud tier.
+  SettingsStorage(Tiers tiers, bool isExtension, CloudContainer cloudContainer);
+  SettingsStorage(const SettingsStorage&) = delete;
+  SettingsStorage& operator=(const SettingsStorage&) = delete;
 
   [[nodiscard]] bool isExtension() const { return isExtension_; }
 
@@ -80,6 +98,11 @@ class SettingsStorage {
   [[nodiscard]] bool isCloudStored(const Setting& setting) const;
   /// The tier in which it lives.
   [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
+  [[nodiscard]] SettingsStorageContainer& localStorage() const { return *tiers_.localStorage; }
+  /// Null where there is none. The first call opens it, which reads the container's rows; reading
+  /// or writing a setting that is cloud-stored is such a call. Other settings can therefore be read
+  /// while the container is still being made.
+  [[nodiscard]] SettingsStorageContainer* cloudStorage() const;
 
  private:
   bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
@@ -91,8 +114,11 @@ class SettingsStorage {
   [[nodiscard]] SettingsStorageContainer& containerOfCopies() const;
   [[nodiscard]] bool cloudSyncTasksEnabled() const;
 
-  Tiers tiers_;
-  bool isExtension_;
+  const Tiers tiers_;
+  const bool isExtension_;
+  const CloudContainer cloudContainer_;
+  mutable std::once_flag opensCloudStorage_;
+  mutable std::shared_ptr<SettingsStorageContainer> cloudStorage_;
 };
 
 }  // namespace velloro

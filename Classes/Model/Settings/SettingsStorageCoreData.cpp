@@ -1,0 +1,279 @@
+#include "Settings/SettingsStorageCoreData.h"
+
+#include "Containers/SaveIfChanged.h"
+#include "Containers/VelloroNSPersistentContainer.h"
+#include "OxLog/Log.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace velloro {
+namespace {
+
+using Entities = std::vector<std::shared_ptr<SettingEntity>>;
+using SettingValue = SettingsStorageCoreData::SettingValue;
+
+/// Calls `visit` with each column of a row and the member that stands for it.
+template <typename Visit>
+void forEachColumn(const Visit& visit) {
+  visit(SettingEntity::stringValue, &SettingValue::stringValue);
+  visit(SettingEntity::dateValue, &SettingValue::dateValue);
+  visit(SettingEntity::intValue, &SettingValue::intValue);
+  visit(SettingEntity::booleanValue, &SettingValue::booleanValue);
+  visit(SettingEntity::dataValue, &SettingValue::dataValue);
+  visit(SettingEntity::doubleValue, &SettingValue::doubleValue);
+}
+
+SettingValue valueOf(const SettingEntity& row) {
+  SettingValue value;
+  forEachColumn([&](const auto& column, auto member) { value.*member = row.value(column); });
+  return value;
+}
+
+std::optional<Entities> fetched(const NSFetchRequest& request, NSManagedObjectContext& context) {
+  auto rows = context.fetch<SettingEntity>(request);
+  if (rows) return *std::move(rows);
+  Log::database.error(rows.error());
+  return std::nullopt;
+}
+
+/// The rows with a key, the oldest first; absent where they can't be read.
+std::optional<Entities> rowsOf(std::string_view key, NSManagedObjectContext& context) {
+  NSFetchRequest request{std::string(SettingEntity::entityName())};
+  request.setPredicate(NSPredicate::format("settingKey = %@", {key}));
+  request.setSortDescriptors({{"dateCreated", true}});
+  return fetched(request, context);
+}
+
+/// What of a row differs stays out of the history, and so out of the mirror, when nothing does.
+void writeRow(const SettingValue& value, std::string_view key, NSManagedObjectContext& context) {
+  const auto rows = rowsOf(key, context);
+  if (!rows) return;
+  const auto row = rows->empty() ? SettingEntity::create(context) : rows->front();
+  for (const auto& twin : *rows) {
+    if (twin != row) context.deleteObject(*twin);
+  }
+  row->writeValue(SettingEntity::settingKey, std::string(key));
+  if (!row->value(SettingEntity::dateCreated)) {
+    row->setValue(SettingEntity::dateCreated, Date::now());
+  }
+  forEachColumn([&](const auto& column, auto member) { row->writeValue(column, value.*member); });
+}
+
+/// The settings' rows among what was merged.
+std::vector<NSManagedObjectID> settingsIn(const Notification& merge,
+                                          const NSManagedObjectContext& context) {
+  const NSEntityDescription* entity = SettingEntity::entity(context);
+  std::vector<NSManagedObjectID> settings;
+  for (const char* kind : {NSInsertedObjectIDsKey, NSUpdatedObjectIDsKey, NSDeletedObjectIDsKey}) {
+    if (const auto* ids = merge.value<std::vector<NSManagedObjectID>>(kind)) {
+      std::ranges::copy_if(*ids, std::back_inserter(settings),
+                           [&](NSManagedObjectID id) { return id.entity == entity; });
+    }
+  }
+  return settings;
+}
+
+}  // namespace
+
+SettingsStorageCoreData::SettingsStorageCoreData(CloudContainer container,
+                                                 const SettingsStorage& settings)
+    : container_(std::move(container)), settings_(settings) {
+  // First the observer: nothing is merged unseen while the rows are read.
+  observers_.push_back(NSNotificationCenter::defaultCenter().addObserver(
+      NSManagedObjectContext::didMergeChangesObjectIDsNotification, nullptr, DispatchQueue::main(),
+      [this](const Notification& notification) { didMerge(notification); }));
+  updateSettings();
+}
+
+template <typename T>
+T SettingsStorageCoreData::read(T SettingValue::*column, std::string_view key) const {
+  return queue_.sync([&] {
+    const auto found = settingsByKey_.find(key);
+    return found != settingsByKey_.end() ? found->second.*column : T{};
+  });
+}
+
+template <typename T>
+void SettingsStorageCoreData::write(T SettingValue::*column, T newValue, std::string_view key) {
+  const std::scoped_lock lock(writing_);
+  const SettingValue value = queue_.sync([&] {
+    SettingValue& held = settingsByKey_[std::string(key)];
+    held.*column = std::move(newValue);
+    return held;
+  });
+  change([&](NSManagedObjectContext& context) { writeRow(value, key, context); });
+}
+
+void SettingsStorageCoreData::removeKey(std::string_view key) {
+  const std::scoped_lock lock(writing_);
+  queue_.sync([&] { settingsByKey_.erase(std::string(key)); });
+  change([&](NSManagedObjectContext& context) {
+    const auto rows = rowsOf(key, context);
+    if (!rows) return;
+    for (const auto& row : *rows) context.deleteObject(*row);
+  });
+}
+
+void SettingsStorageCoreData::change(const Work& work) const {
+  const auto container = container_();
+  if (container == nullptr) return;
+  const auto context = container->newBackgroundContext();
+  context->performAndWait([&] {
+    work(*context);
+    saveIfChanged(*context);
+  });
+}
+
+std::int64_t SettingsStorageCoreData::integerForKey(std::string_view key) const {
+  return read(&SettingValue::intValue, key);
+}
+
+void SettingsStorageCoreData::setInteger(std::int64_t value, std::string_view key) {
+  write(&SettingValue::intValue, value, key);
+}
+
+bool SettingsStorageCoreData::boolForKey(std::string_view key) const {
+  return read(&SettingValue::booleanValue, key);
+}
+
+void SettingsStorageCoreData::setBool(bool value, std::string_view key) {
+  write(&SettingValue::booleanValue, value, key);
+}
+
+std::optional<std::string> SettingsStorageCoreData::stringForKey(std::string_view key) const {
+  return read(&SettingValue::stringValue, key);
+}
+
+void SettingsStorageCoreData::setString(std::optional<std::string> value, std::string_view key) {
+  if (!value) return removeKey(key);
+  write(&SettingValue::stringValue, std::move(value), key);
+}
+
+std::optional<Data> SettingsStorageCoreData::dataForKey(std::string_view key) const {
+  return read(&SettingValue::dataValue, key);
+}
+
+void SettingsStorageCoreData::setData(std::optional<Data> value, std::string_view key) {
+  if (!value) return removeKey(key);
+  write(&SettingValue::dataValue, std::move(value), key);
+}
+
+double SettingsStorageCoreData::doubleForKey(std::string_view key) const {
+  return read(&SettingValue::doubleValue, key);
+}
+
+void SettingsStorageCoreData::setDouble(double value, std::string_view key) {
+  write(&SettingValue::doubleValue, value, key);
+}
+
+void SettingsStorageCoreData::decodingFailed(const DecodingError& error) const {
+  Log::settings.error(error);
+}
+
+// A thread other than the main one may hold up what the main thread waits for, and a program may
+// never run its main loop: there the rows are read in a context that needs no main queue.
+void SettingsStorageCoreData::updateSettings() {
+  const auto container = container_();
+  if (container == nullptr) return;
+  const auto& viewContext = container->viewContext();
+  const auto context = viewContext->isOnQueue() ? viewContext : container->newBackgroundContext();
+  const std::scoped_lock lock(writing_);
+  context->performAndWait([&] { reload(*context); });
+}
+
+void SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
+  NSFetchRequest request{std::string(SettingEntity::entityName())};
+  request.setReturnsObjectsAsFaults(false);
+  const auto rows = fetched(request, context);
+  if (!rows) return;
+  Entities entities;
+  decltype(settingsByKey_) settingsByKey;
+  IDs duplicates;
+  for (const auto& row : *rows) {
+    const std::string* key = row->text(SettingEntity::settingKey);
+    if (key == nullptr) continue;
+    if (settingsByKey.try_emplace(*key, valueOf(*row)).second) {
+      entities.push_back(row);
+    } else {
+      duplicates.push_back(row->objectID());
+    }
+  }
+  queue_.sync([&] {
+    entities_.swap(entities);
+    settingsByKey_.swap(settingsByKey);
+  });
+  if (!duplicates.empty()) deleteDuplicates(duplicates);
+}
+
+void SettingsStorageCoreData::deleteDuplicates(const IDs& duplicates) {
+  Log::settings.debug(
+      [&] { return "Deleting duplicate settings (" + std::to_string(duplicates.size()) + ")"; });
+  change([&](NSManagedObjectContext& context) {
+    for (const NSManagedObjectID id : duplicates) context.deleteObject(*context.objectWithID(id));
+  });
+}
+
+void SettingsStorageCoreData::didMerge(const Notification& notification) {
+  const auto container = container_();
+  if (container == nullptr || notification.object != container->viewContext().get()) return;
+  const IDs rows = settingsIn(notification, *container->viewContext());
+  if (rows.empty()) return;
+  const auto keys = keysOf(rows, *container->viewContext());  // while twins are still there
+  updateSettings();
+  std::vector<Setting> changed;
+  for (const Setting& setting : Setting::allCases()) {
+    const std::string key = setting.key();
+    if (!key.empty() && keys.contains(key)) changed.push_back(setting);
+  }
+  for (const Setting& setting : changed) follow(setting);
+  if (changed.empty()) return;
+  NSNotificationCenter::defaultCenter().post(
+      {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(changed)}}});
+}
+
+/// A row that was deleted elsewhere is known from when the rows were last read.
+std::set<std::string> SettingsStorageCoreData::keysOf(const IDs& rows,
+                                                      NSManagedObjectContext& context) const {
+  const auto known = queue_.sync([&] { return entities_; });
+  std::set<std::string> keys;
+  for (const NSManagedObjectID id : rows) {
+    std::shared_ptr<NSManagedObject> row = context.objectWithID(id);
+    if (row->text(SettingEntity::settingKey) == nullptr) {
+      const auto found = std::ranges::find(known, id, &SettingEntity::objectID);
+      if (found != known.end()) row = *found;
+    }
+    if (const auto* key = row->text(SettingEntity::settingKey)) keys.insert(*key);
+  }
+  return keys;
+}
+
+/// The local tier is given the setting's new value, so that processes without this tier have it.
+void SettingsStorageCoreData::follow(const Setting& setting) const {
+  using enum Setting::Kind;
+  const std::string key = setting.key();
+  const std::string wrapper(rawValue(setting.row().kind));
+  if (!settings_.isCloudStored(setting)) {
+    return Log::settings.debug([&] { return "Setting `" + key + "` set to not sync with cloud"; });
+  }
+  Log::settings.debug([&] { return "Updating setting for `" + key + "." + wrapper + "`"; });
+  SettingsStorageContainer& local = settings_.localStorage();
+  switch (setting.row().kind) {
+    case int_:
+      return local.setInteger(integerForKey(key), key);
+    case double_:
+      return local.setDouble(doubleForKey(key), key);
+    case bool_:
+      return local.setBool(boolForKey(key), key);
+    case string:
+      return local.setString(stringForKey(key), key);
+    case codable:
+      return local.setData(dataForKey(key), key);
+    case noOp:
+      break;
+  }
+  Log::settings.error([&] { return "Unhandled data type: " + wrapper; });
+}
+
+}  // namespace velloro

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Foundation/Date.h"
+#include "Foundation/DispatchQueue.h"
+#include "Foundation/NSNotificationCenter.h"
+#include "Settings/SettingEntity.h"
+#include "Settings/SettingsStorage.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velloro {
+
+/// The tier that all of a person's devices share: rows of the mirrored store, one for a key.
+///
+///     SettingsStorageCoreData cloud([] { return DataManager::shared().cloudPersistentContainer();
+///     },
+///                                   SettingsStorage::shared());
+///     cloud.setInteger(14400, "Settings_StartOfDay");    // in the store when this returns
+///     cloud.integerForKey("Settings_StartOfDay");        // 14400, from memory
+///
+/// All rows are held in memory, where reads look alone. They are read again whenever the view
+/// context merges what others have saved; then the local tier is given the new values, and
+/// `settingsChangedNotification` tells which settings have changed. A write whose save fails is
+/// logged and lasts until the next such merge.
+///
+/// Safe from any thread. No member waits for the main queue.
+class SettingsStorageCoreData final : public SettingsStorageContainer {
+ public:
+  using CloudContainer = SettingsStorage::CloudContainer;
+
+  /// What a row holds, and so what is held in memory of it.
+  struct SettingValue {
+    std::optional<std::string> stringValue;
+    std::optional<Date> dateValue;
+    std::int64_t intValue = 0;
+    bool booleanValue = false;
+    std::optional<Data> dataValue;
+    double doubleValue = 0;
+
+    bool operator==(const SettingValue&) const = default;
+  };
+
+  /// \param container Asked at each use.
+  /// \param settings Says which settings are cloud-stored and has the local tier; outlives this.
+  SettingsStorageCoreData(CloudContainer container, const SettingsStorage& settings);
+
+  [[nodiscard]] std::int64_t integerForKey(std::string_view key) const override;
+  void setInteger(std::int64_t value, std::string_view key) override;
+  [[nodiscard]] bool boolForKey(std::string_view key) const override;
+  void setBool(bool value, std::string_view key) override;
+  [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const override;
+  void setString(std::optional<std::string> value, std::string_view key) override;
+  [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const override;
+  void setData(std::optional<Data> value, std::string_view key) override;
+  [[nodiscard]] double doubleForKey(std::string_view key) const override;
+  void setDouble(double value, std::string_view key) override;
+
+  /// Reads all rows again. Of several with one key the first counts; the others are deleted.
+  void updateSettings();
+
+ private:
+  using Entities = std::vector<std::shared_ptr<SettingEntity>>;
+  using IDs = std::vector<NSManagedObjectID>;
+  using Work = std::function<void(NSManagedObjectContext&)>;
+
+  template <typename T>
+  [[nodiscard]] T read(T SettingValue::*column, std::string_view key) const;
+  template <typename T>
+  void write(T SettingValue::*column, T value, std::string_view key);
+  void removeKey(std::string_view key);
+  void reload(NSManagedObjectContext& context);
+  void deleteDuplicates(const IDs& duplicates);
+  /// In a new background context, and saves what the work has changed.
+  void change(const Work& work) const;
+
+  void didMerge(const Notification& notification);
+  [[nodiscard]] std::set<std::string> keysOf(const IDs& rows,
+                                             NSManagedObjectContext& context) const;
+  void follow(const Setting& setting) const;
+  void decodingFailed(const DecodingError& error) const override;
+
+  const CloudContainer container_;
+  const SettingsStorage& settings_;
+  /// Held for a whole write and a whole reading of all rows, so that memory and store never part.
+  /// Reads don't wait for it.
+  std::mutex writing_;
+  const DispatchQueue queue_{"velloro.domain.darwin-notificationcenter"};  // guards these two
+  Entities entities_;
+  std::map<std::string, SettingValue, std::less<>> settingsByKey_;
+  std::vector<NSNotificationCenter::Token> observers_;
+};
+
+}  // namespace velloro
