@@ -2,32 +2,24 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Tasks/TaskFetchRequest.h"
-#include "Tasks/VelloroModel.h"
 
 namespace velloro {
-namespace {
 
-constexpr const char* groupIdentifier = "group.velloro.app.today";
-
-}  // namespace
-
-HostStore::HostStore() : container_(velloroModelName, velloroModel()) {
-  container_.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file())});
-  container_.loadPersistentStores([](const auto& of, const ErrorPtr& error) {
-    if (error == nullptr) return;
-    throw HostError("the store \"" + of.url.string() +
+HostStore::HostStore() : container_(DataManager::shared().activePersistentContainer()) {
+  if (const ErrorPtr& error = container_->loadError()) {
+    throw HostError("the store \"" +
+                    container_->persistentStoreDescriptions().front().url.string() +
                     "\" can't be opened: " + error->localizedDescription());
-  });
-  context().setMergePolicy(NSMergePolicy::mergeByPropertyObjectTrump);
-  context().setName("viewContext");
-  context().setTransactionAuthor("app");
+  }
 }
 
-std::filesystem::path HostStore::file() {
-  const auto folder =
-      NSFileManager::containerURLForSecurityApplicationGroupIdentifier(groupIdentifier);
-  if (!folder) throw HostError("the store's folder can't be made");
-  return *folder / "Velloro-CloudKit.sqlite";
+HostStore HostStore::existing() {
+  const auto urls = DataManager::StoreUrls::make();
+  const auto& [legacy, cloud, local] = urls;
+  if (!NSFileManager::exists(cloud) && !NSFileManager::exists(local)) {
+    throw HostError("there is no store \"" + cloud.string() + "\"");
+  }
+  return {};
 }
 
 std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(

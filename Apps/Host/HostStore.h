@@ -1,11 +1,10 @@
 #pragma once
 
-#include "CoreData/NSPersistentContainer.h"
+#include "DataManager/DataManager.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"
 
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -18,8 +17,8 @@ class HostError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The store in the folders of the environment, opened for one command. Everything happens on the
-/// main thread.
+/// The process's active store, for one command of a person: what the data manager leaves unsaid is
+/// told. Everything happens on the main thread.
 ///
 ///     HostStore store;
 ///     for (const auto& task : store.tasks()) …
@@ -29,9 +28,10 @@ class HostStore {
   /// \throws HostError, which names the file, where it can't be opened.
   HostStore();
 
-  [[nodiscard]] static std::filesystem::path file();
+  /// The same where it is there already: looking at a store makes none. \throws HostError
+  [[nodiscard]] static HostStore existing();
 
-  [[nodiscard]] NSManagedObjectContext& context() const { return *container_.viewContext(); }
+  [[nodiscard]] NSManagedObjectContext& context() const { return *container_->viewContext(); }
 
   /// In the order of their pages. \throws HostError
   [[nodiscard]] std::vector<std::shared_ptr<TaskEntity>> tasks(
@@ -40,7 +40,7 @@ class HostStore {
   void save() const;
 
  private:
-  platform::NSPersistentContainer container_;
+  std::shared_ptr<DataManager::Container> container_;
 };
 
 }  // namespace velloro

@@ -19,6 +19,7 @@ struct GlobalOptions {
   std::optional<std::string> now;
   std::optional<std::string> zone;
   std::optional<std::string> locale;
+  std::string process = "app";
 
   void addTo(CLI::App& app);
   /// \throws UsageError

@@ -24,12 +24,10 @@ struct StoreOptions {
   bool json = false;
 };
 
-/// Looking at a store must not make one.
-std::unique_ptr<NSPersistentContainer> open(const StoreOptions& options) {
-  const std::filesystem::path file =
-      options.file ? std::filesystem::path(*options.file) : HostStore::file();
+/// A store other than the process's own. Looking at one must not make one.
+std::unique_ptr<NSPersistentContainer> open(const std::filesystem::path& file) {
   if (!NSFileManager::exists(file)) {
-    throw std::runtime_error("there is no store \"" + file.string() + "\"");
+    throw HostError("there is no store \"" + file.string() + "\"");
   }
   auto container = std::make_unique<NSPersistentContainer>(velloroModelName, velloroModel());
   container->setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
@@ -39,30 +37,39 @@ std::unique_ptr<NSPersistentContainer> open(const StoreOptions& options) {
   return container;
 }
 
+template <typename Look>
+void lookInto(const StoreOptions& options, Look&& look) {
+  if (!options.file) return look(HostStore::existing().context());
+  const auto container = open(*options.file);
+  look(*container->viewContext());
+}
+
 void check(const StoreOptions& options) {
-  const auto container = open(options);
-  const auto report = StoreCheckReport::of(*container->viewContext());
-  print(options.json ? report.json() : report.text());
-  if (!report.findings.empty()) {
+  lookInto(options, [&](NSManagedObjectContext& context) {
+    const auto report = StoreCheckReport::of(context);
+    print(options.json ? report.json() : report.text());
+    if (report.findings.empty()) return;
     throw std::runtime_error("\"" + report.file + "\" is not sound: findings " +
                              std::to_string(report.findings.size()));
-  }
+  });
 }
 
 void stats(const StoreOptions& options) {
-  const auto container = open(options);
-  const auto report = StoreStats::of(*container->viewContext());
-  print(options.json ? report.json() : report.text());
+  lookInto(options, [&](NSManagedObjectContext& context) {
+    const auto report = StoreStats::of(context);
+    print(options.json ? report.json() : report.text());
+  });
 }
 
 void history(const StoreOptions& options) {
   const Date since =
       options.since ? instantArgument("--since", *options.since) : Date::distantPast();
-  const auto container = open(options);
-  const auto saves = StoreSave::after(since, *container->viewContext());
-  std::string text;
-  for (const StoreSave& save : saves) text += save.text();
-  print(options.json ? StoreSave::json(saves) : text);
+  lookInto(options, [&](NSManagedObjectContext& context) {
+    const auto saves = StoreSave::after(since, context);
+    std::string text;
+    for (const StoreSave& save : saves) text += save.text();
+    print(options.json ? StoreSave::json(saves) : text);
+  });
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "DataManager/DataManager.h"
 #include "Foundation/Error.h"
 #include "OxLog/LogManager.h"
 #include "velloro/Arguments.h"
@@ -16,6 +17,7 @@
 #include "velloro/ThemesCommand.h"
 #include "velloro/TitleCommand.h"
 #include "velloro/TypesCommand.h"
+#include "velloro/WatchCommand.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -64,6 +66,7 @@ int run(int argumentCount, char** arguments) {
   addThemesCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);
+  addWatchCommand(app);
 
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
@@ -72,6 +75,7 @@ int run(int argumentCount, char** arguments) {
   try {
     app.parse(argumentCount, arguments);
     if (app.get_subcommands().empty()) throw UsageError("a command is needed; see velloro --help");
+    DataManager::closeShared();
     LogManager::shared().flush();
     return closeOutput();
   } catch (const CLI::Success& asked) {  // --help, --version

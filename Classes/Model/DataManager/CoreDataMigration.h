@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Foundation/CodingKeys.h"
+#include "Foundation/Date.h"
+#include "OxKit/Platform.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace velloro {
+
+// What a migration of the store tells of itself. The host application migrates, and keeps these.
+
+/// How many tasks a store holds.
+struct TaskCount {
+  std::int64_t active = 0;
+  std::int64_t archived = 0;
+
+  bool operator==(const TaskCount&) const = default;
+  [[nodiscard]] std::int64_t total() const { return active + archived; }
+
+  static constexpr auto codingKeys =
+      keys(key("active", &TaskCount::active), key("archived", &TaskCount::archived));
+};
+
+/// What came of a migration.
+///
+///     const CoreDataMigrationReport report{.migratorVersion = 2, .preNumTasks = {3, 1},
+///                                          .postNumTasks = TaskCount{}};
+///     report.isSuccess();   // false: no task is left
+struct CoreDataMigrationReport {
+  std::int64_t migratorVersion = 0;
+  TaskCount preNumTasks;
+  std::optional<TaskCount> postNumTasks = std::nullopt;  ///< Absent when it didn't get so far.
+  std::optional<std::string> errorMessage = std::nullopt;
+
+  bool operator==(const CoreDataMigrationReport&) const = default;
+
+  /// Without an error, and unless there was no task, tasks are left.
+  [[nodiscard]] bool isSuccess() const;
+  [[nodiscard]] std::string debugDescription() const;
+
+  static constexpr auto codingKeys =
+      keys(key("migratorVersion", &CoreDataMigrationReport::migratorVersion),
+           key("preNumTasks", &CoreDataMigrationReport::preNumTasks),
+           key("postNumTasks", &CoreDataMigrationReport::postNumTasks),
+           key("errorMessage", &CoreDataMigrationReport::errorMessage));
+};
+
+/// A failure that is kept for a later report.
+struct PendingReportableError {
+  Date date;
+  std::string errorDescription;
+  std::string underlyingError;
+
+  bool operator==(const PendingReportableError&) const = default;
+
+  static constexpr auto codingKeys =
+      keys(key("date", &PendingReportableError::date),
+           key("errorDescription", &PendingReportableError::errorDescription),
+           key("underlyingError", &PendingReportableError::underlyingError));
+};
+
+/// What the data manager holds of a host that migrates.
+class CoreDataMigratorProtocol {
+ public:
+  virtual ~CoreDataMigratorProtocol() = default;
+
+  [[nodiscard]] virtual std::int64_t migratorVersion() const = 0;
+};
+
+}  // namespace velloro

@@ -1,0 +1,158 @@
+#pragma once
+
+#include "CloudKit/CKContainer.h"
+#include "Containers/VelloroNSPersistentContainer.h"
+#include "DataManager/Author.h"
+#include "DataManager/CoreDataMigration.h"
+#include "DataManager/PersistentHistoryObserver.h"
+#include "Foundation/UUID.h"
+#include "OxKit/Platform.h"
+#include "Settings/Settings.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+
+namespace velloro {
+
+/// The process's owner of the store. It decides which of two files this process works on, the one
+/// that the cloud mirrors or the local one, whether the mirror runs here, and as whom it writes.
+///
+///     DataManager& manager = DataManager::shared();
+///     manager.viewContext()->fetch<TaskEntity>(request);          // on the main queue
+///     manager.performBackgroundTask([](NSManagedObjectContext& context) {
+///       …
+///       saveIfChanged(context);
+///     });
+///
+/// All processes of a user open the same two files; `cloudSyncTasksEnabled` says which of them is
+/// active, and is read at each use. A store that fails to open is neither told nor touched: its
+/// container stays without a store, fetches and saves fail, and the next process tries again.
+///
+/// From any thread, but for what is said to be of the main queue.
+class DataManager : public std::enable_shared_from_this<DataManager> {
+ public:
+  using Author = velloro::Author;
+  using Container = VelloroNSPersistentCloudKitContainer;
+  using Event = NSPersistentCloudKitContainerEvent;
+
+  struct StoreUrls {
+    std::optional<std::filesystem::path> sharedGroupUrlLegacy;
+    std::filesystem::path sharedGroupUrlModernCloud;
+    std::filesystem::path sharedGroupUrlModernLocal;
+
+    /// In the folder that all processes share, or where there is none among the process's own
+    /// documents.
+    [[nodiscard]] static StoreUrls make();
+  };
+
+  struct Url {
+    std::filesystem::path file;
+    std::optional<std::string> cloudContainerIdentifier;
+  };
+  struct InMemory {};
+  using ContainerLocation = std::variant<Url, InMemory>;
+
+  static constexpr const char* cloudContainerIdentifier = "iCloud.velloro.app.coreData";
+  static constexpr const char* groupIdentifier = "group.velloro.app.today";
+
+  /// \name Posted on the default centre, without an object.
+  /// @{
+  /// An event of the active container's mirror was recorded.
+  static constexpr const char* syncEventsUpdated = "dm.syncEventsUpdated";
+  /// The active container was replaced.
+  static constexpr const char* databaseStorageLocationChanged = "dm.databaseStorageLocationChanged";
+  /// @}
+
+  /// The process's own, made at the first use, which opens the stores.
+  [[nodiscard]] static DataManager& shared();
+  /// Closes the stores of `shared`, for a process that is about to end: there is no further use.
+  static void closeShared();
+  /// \param settings Whom errors of the mirror are told; called when there is one.
+  [[nodiscard]] static std::shared_ptr<DataManager> make(
+      std::function<Settings&()> settings = Settings::shared);
+  ~DataManager();
+
+  [[nodiscard]] std::shared_ptr<Container> cloudPersistentContainer() const;
+  [[nodiscard]] std::shared_ptr<Container> localPersistentContainer() const {
+    return localPersistentContainer_;
+  }
+  /// One of the two, as the user has chosen by now.
+  [[nodiscard]] std::shared_ptr<Container> activePersistentContainer() const;
+  /// Of the active container.
+  [[nodiscard]] std::shared_ptr<NSManagedObjectContext> viewContext() const;
+  void performBackgroundTask(NSPersistentContainer::BackgroundTask task) const;
+
+  [[nodiscard]] Author author() const { return velloro::author(target_); }
+  /// That of the container which was active when it was made.
+  [[nodiscard]] std::shared_ptr<PersistentHistoryObserver> observer() const { return observer_; }
+
+  /// While it is set, nothing begins background work on the store: the host moves the stores.
+  [[nodiscard]] bool inMaintenanceMode() const;
+  void setInMaintenanceMode(bool isIn);
+
+  /// The mirror's events under way.
+  [[nodiscard]] std::map<UUID, Event> currentSyncEvents() const;
+  /// \name Of the mirror's last event; on the main queue.
+  /// @{
+  [[nodiscard]] std::optional<Date> currentSyncErrorDate() const { return currentSyncErrorDate_; }
+  [[nodiscard]] ErrorPtr currentSyncError() const { return currentSyncError_; }
+  /// @}
+
+  [[nodiscard]] CKAccountStatus ckStatus() const;
+  /// Null where the mirror is not allowed.
+  [[nodiscard]] std::shared_ptr<CKContainer> ckContainer() const { return ckContainer_; }
+
+  /// Sets the only description of a container, and opens its store.
+  static void configureStoreDescription(Container& container, const ContainerLocation& location,
+                                        const NSPersistentContainer::LoadHandler& completion);
+
+  /// The code of an error of the cloud service or of the store; absent for any other.
+  [[nodiscard]] static std::optional<int> errorCode(const Error& error);
+
+ private:
+  explicit DataManager(std::function<Settings&()> settings);
+  void start();
+  [[nodiscard]] std::shared_ptr<Container> makeContainer(
+      bool isCloud, CKAccountStatus accountStatus,
+      const std::shared_ptr<Container>& existing) const;
+  void runFirstRunWorkflow() const;
+  void startHistoryObserver();
+  void setupAccount();
+  void askForAccountStatus();
+  void accountStatusChanged(CKAccountStatus status);
+  void setupImportObserver();
+  void eventChanged(const Notification& notification);
+  void cleanUpAfterImport(const void* container, const Event& event);
+  void noteError(const Event& event) const;
+
+  const std::function<Settings&()> settings_;
+  const RunTarget target_;
+  const StoreUrls storeUrls_;
+  mutable std::mutex containerMutex_;  // guards the next: replaced on the main queue, read anywhere
+  std::shared_ptr<Container> cloudPersistentContainer_;
+  std::shared_ptr<Container> localPersistentContainer_;
+  std::shared_ptr<CoreDataMigratorProtocol> migrator_;
+  const DispatchQueue maintenanceQueue_{"velloro.domain.datamanager.maintenance",
+                                        QualityOfService::userInteractive};
+  bool inMaintenanceMode_ = false;
+  std::shared_ptr<PersistentHistoryObserver> observer_;
+  std::map<UUID, Event> currentSyncEvents_;
+  std::set<UUID> currentImportDeduplicationEvents_;
+  std::optional<Date> currentSyncErrorDate_;
+  ErrorPtr currentSyncError_;
+  NSNotificationCenter::Token eventChangedObserver_;
+  const DispatchQueue ckQueue_{"velloro.domain.datamanager.cloudkit",
+                               QualityOfService::userInteractive};
+  std::shared_ptr<CKContainer> ckContainer_;
+  NSNotificationCenter::Token ckObserver_;
+  CKAccountStatus ckStatus_ = CKAccountStatus::couldNotDetermine;
+};
+
+}  // namespace velloro

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Containers/VelloroNSPersistentContainer.h"
+#include "DataManager/Author.h"
+#include "Foundation/NSOperationQueue.h"
+#include "Foundation/NSUserDefaults.h"
+#include "OxKit/Platform.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace velloro {
+
+/// Brings what other processes, and other devices through the mirror, have saved into the contexts
+/// of this one. It reads the store's history from where it stopped the last time, the bookmark,
+/// which outlives the process.
+///
+///     observer_ = PersistentHistoryObserver::make(
+///         Author::app, container, NSUserDefaults::standardUserDefaults());
+///     observer_->startObserving();
+///
+/// The first time of all there is no bookmark, and the whole history is merged. Nothing here
+/// deletes history. From any thread.
+class PersistentHistoryObserver : public std::enable_shared_from_this<PersistentHistoryObserver> {
+ public:
+  using Container = VelloroNSPersistentCloudKitContainer;
+
+  /// \param target Whose bookmark it is.
+  /// \param userDefaults Where it is kept.
+  [[nodiscard]] static std::shared_ptr<PersistentHistoryObserver> make(
+      Author target, std::shared_ptr<Container> persistentContainer, NSUserDefaults userDefaults);
+
+  /// From now on every change of the store by others is merged. Once.
+  void startObserving();
+
+  /// Merges all that is new since the bookmark, and moves the bookmark. Returns when a background
+  /// context has it; the view context follows on its queue. No two merge at once in a
+  /// process. A failure is logged, and the bookmark stays: the next time tries again.
+  void processPersistentHistory();
+
+  [[nodiscard]] static std::string bookmarkKey(Author target);
+
+ private:
+  PersistentHistoryObserver(Author target, std::shared_ptr<Container> container,
+                            NSUserDefaults defaults);
+  void processStoreRemoteChanges();
+  Result<void> merge(const std::shared_ptr<NSManagedObjectContext>& background,
+                     const std::shared_ptr<NSManagedObjectContext>& view);
+  [[nodiscard]] Date bookmark() const;
+
+  const Author target_;
+  const std::shared_ptr<Container> persistentContainer_;
+  NSUserDefaults userDefaults_;
+  std::once_flag queueMade_;
+  std::unique_ptr<NSOperationQueue> historyQueue_;
+  NSNotificationCenter::Token token_;
+};
+
+}  // namespace velloro
