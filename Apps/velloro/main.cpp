@@ -11,6 +11,7 @@
 #include "velloro/NotificationCommand.h"
 #include "velloro/PeriodCommand.h"
 #include "velloro/RingCommand.h"
+#include "velloro/SettingsCommand.h"
 #include "velloro/StatusCommand.h"
 #include "velloro/StoreCommand.h"
 #include "velloro/TaskCommand.h"
@@ -60,6 +61,7 @@ int run(int argumentCount, char** arguments) {
   addNotificationCommand(app);
   addPeriodCommand(app);
   addRingCommand(app);
+  addSettingsCommand(app);
   addStatusCommand(app);
   addStoreCommand(app);
   addTaskCommand(app);

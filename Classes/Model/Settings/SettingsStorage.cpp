@@ -60,11 +60,13 @@ SettingsStorage::CloudContainer& processContainer() {
 
 }  // namespace
 
+// In two steps: what opens the cloud tier may ask for the settings.
 SettingsStorage& SettingsStorage::shared() {
   static auto* const storage =
       new SettingsStorage({.localStorage = std::make_shared<SettingsStorageLocal>(),
                            .localSharedStorage = SettingsStorageLocalShared::open()},
                           velloro::isExtension(), processContainer());
+  if (!storage->isExtension_) (void)storage->cloudStorage();
   return *storage;
 }
 
@@ -81,36 +83,31 @@ SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension, CloudContainer c
       cloudContainer_(std::move(cloudContainer)),
       cloudStorage_(tiers_.cloudStorage) {}
 
-// Not before it is needed: who makes the container reads settings of other tiers, and a process
-// whose settings are not cloud-stored opens no store for them.
 SettingsStorageContainer* SettingsStorage::cloudStorage() const {
+  if (openingThread_ == std::this_thread::get_id()) return nullptr;
   std::call_once(opensCloudStorage_, [this] {
     if (cloudContainer_ == nullptr) return;
+    openingThread_ = std::this_thread::get_id();
     cloudStorage_ = std::make_shared<SettingsStorageCoreData>(cloudContainer_, *this);
+    openingThread_ = std::thread::id();
   });
   return cloudStorage_.get();
 }
 
 std::int64_t SettingsStorage::integer(const Setting::IntSetting& setting) const {
-  const Setting& name = setting.setting;
-  return read(integers, isExtension_ ? sharedContainer(name) : &container(name), name);
+  return read(integers, containerToRead(setting.setting), setting.setting);
 }
 
 bool SettingsStorage::boolean(const Setting::BoolSetting& setting) const {
-  const Setting& name = setting.setting;
-  return read(booleans, isExtension_ ? sharedContainer(name) : &container(name), name);
+  return read(booleans, containerToRead(setting.setting), setting.setting);
 }
 
 double SettingsStorage::real(const Setting::DoubleSetting& setting) const {
-  return read(reals, &container(setting.setting), setting.setting);  // none of them is shared
+  return read(reals, containerToRead(setting.setting), setting.setting);
 }
 
 std::optional<std::string> SettingsStorage::string(const Setting::StringSetting& setting) const {
-  const Setting& name = setting.setting;
-  if (isExtension_) {
-    if (auto text = read(strings, sharedContainer(name), name)) return text;
-  }
-  return read(strings, &container(name), name);
+  return read(strings, containerToRead(setting.setting), setting.setting);
 }
 
 bool SettingsStorage::setInteger(std::int64_t value, const Setting::IntSetting& setting,
@@ -157,12 +154,33 @@ const SettingsStorageContainer* SettingsStorage::sharedContainer(const Setting& 
   return setting.row().isShared ? tiers_.localSharedStorage.get() : nullptr;
 }
 
-const SettingsStorageContainer& SettingsStorage::containerWithData(
-    const Setting::CodableSetting& setting) const {
-  const Setting& name = setting.setting;
-  const auto* shared = isExtension_ ? sharedContainer(name) : nullptr;
-  const bool isThere = read(datas, shared, name).has_value();
-  return isThere ? *shared : container(name);
+const SettingsStorageContainer* SettingsStorage::containerToRead(const Setting& setting) const {
+  using enum SettingKind;
+  const Container* shared = isExtension_ ? sharedContainer(setting) : nullptr;
+  const auto hasShared = [&](const auto& access) {
+    return read(access, shared, setting).has_value();
+  };
+  switch (setting.row().kind) {
+    case bool_:
+    case int_:
+      return isExtension_ ? shared : &container(setting);
+    case string:
+      return hasShared(strings) ? shared : &container(setting);
+    case codable:
+      return hasShared(datas) ? shared : &container(setting);
+    case double_:  // none of them is shared
+      return &container(setting);
+    case noOp:
+      break;
+  }
+  return nullptr;
+}
+
+std::optional<SettingSource> SettingsStorage::source(const Setting& setting) const {
+  const Container* read = containerToRead(setting);
+  if (read == nullptr) return std::nullopt;
+  if (read == tiers_.localStorage.get()) return SettingSource::local;
+  return read == tiers_.localSharedStorage.get() ? SettingSource::shared : SettingSource::cloud;
 }
 
 SettingsStorageContainer& SettingsStorage::containerOfCopies() const {

@@ -3,6 +3,7 @@
 #include "Settings/Setting.h"
 #include "Settings/SettingsStorageContainer.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace velloro {
 
@@ -19,6 +21,13 @@ class VelloroNSPersistentCloudKitContainer;
 /// `std::vector<Setting>` of them under the key.
 inline constexpr const char* settingsChangedNotification = "Settings.SettingsChanged";
 inline constexpr const char* settingNamesKey = "settingNamesKey";
+
+/// The tier in which the value of a setting was found.
+enum class SettingSource : std::uint8_t { local, cloud, shared };
+
+constexpr auto rawValues(std::type_identity<SettingSource>) {
+  return caseNames<SettingSource::shared>();
+}
 
 /// The values of the settings, each in the tier in which it lives at this moment.
 ///
@@ -49,7 +58,8 @@ class SettingsStorage {
   /// that moment; null where there is none.
   using CloudContainer = std::function<std::shared_ptr<VelloroNSPersistentCloudKitContainer>()>;
 
-  /// The process's own, over the defaults of the environment that is current at the first use.
+  /// The process's own, over the defaults of the environment that is current at the first use. That
+  /// opens the cloud tier, but in an extension, which waits until it can't do without.
   [[nodiscard]] static SettingsStorage& shared();
   /// Where `shared` finds its cloud tier; a process that doesn't say has none. Once, before the
   /// first use of `shared` and before there are threads.
@@ -74,7 +84,7 @@ class SettingsStorage {
   [[nodiscard]] std::optional<std::string> string(const Setting::StringSetting& setting) const;
   template <typename T>
   [[nodiscard]] std::optional<T> codable(const Setting::CodableSetting& setting) const {
-    return containerWithData(setting).template codableForKey<T>(setting.setting.key());
+    return containerToRead(setting.setting)->template codableForKey<T>(setting.setting.key());
   }
 
   // Return whether anything changed; if so, and unless `silent`, tell it by the notification.
@@ -93,15 +103,17 @@ class SettingsStorage {
     return data && setData(std::move(data), setting, silent);
   }
 
+  /// Where a read finds the setting; absent where it looks nowhere, as in an extension for a flag
+  /// that is not shared.
+  [[nodiscard]] std::optional<SettingSource> source(const Setting& setting) const;
   /// Whether the setting lives in the tier that all of a person's devices share. An extension goes
   /// by `cloudSyncTasksEnabled` alone: it can't see that the user keeps themes to one device.
   [[nodiscard]] bool isCloudStored(const Setting& setting) const;
   /// The tier in which it lives.
   [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
   [[nodiscard]] SettingsStorageContainer& localStorage() const { return *tiers_.localStorage; }
-  /// Null where there is none. The first call opens it, which reads the container's rows; reading
-  /// or writing a setting that is cloud-stored is such a call. Other settings can therefore be read
-  /// while the container is still being made.
+  /// Null where there is none. The first call opens it, which reads the container's rows; meanwhile
+  /// the local tier stands in for it, so whoever makes the container may read settings.
   [[nodiscard]] SettingsStorageContainer* cloudStorage() const;
 
  private:
@@ -109,8 +121,8 @@ class SettingsStorage {
 
   /// Where an extension finds the setting; null when it is not shared, or nothing is.
   [[nodiscard]] const SettingsStorageContainer* sharedContainer(const Setting& setting) const;
-  [[nodiscard]] const SettingsStorageContainer& containerWithData(
-      const Setting::CodableSetting& setting) const;
+  /// Null where a read looks nowhere.
+  [[nodiscard]] const SettingsStorageContainer* containerToRead(const Setting& setting) const;
   [[nodiscard]] SettingsStorageContainer& containerOfCopies() const;
   [[nodiscard]] bool cloudSyncTasksEnabled() const;
 
@@ -118,6 +130,7 @@ class SettingsStorage {
   const bool isExtension_;
   const CloudContainer cloudContainer_;
   mutable std::once_flag opensCloudStorage_;
+  mutable std::atomic<std::thread::id> openingThread_;
   mutable std::shared_ptr<SettingsStorageContainer> cloudStorage_;
 };
 

@@ -19,9 +19,7 @@ namespace velloro {
 
 /// The tier that all of a person's devices share: rows of the mirrored store, one for a key.
 ///
-///     SettingsStorageCoreData cloud([] { return DataManager::shared().cloudPersistentContainer();
-///     },
-///                                   SettingsStorage::shared());
+///     SettingsStorageCoreData cloud([&] { return manager.cloudPersistentContainer(); }, settings);
 ///     cloud.setInteger(14400, "Settings_StartOfDay");    // in the store when this returns
 ///     cloud.integerForKey("Settings_StartOfDay");        // 14400, from memory
 ///
