@@ -16,26 +16,6 @@ namespace {
 using ::testing::IsEmpty;
 using Clock = std::chrono::steady_clock;
 
-/// A line between two processes, a number at a time.
-class Pipe {
- public:
-  Pipe() { EXPECT_EQ(pipe(ends_), 0); }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  ~Pipe() { close(ends_[0]), close(ends_[1]); }
-
-  void closeWriting() { close(std::exchange(ends_[1], -1)); }
-  void send(std::int64_t number) { EXPECT_EQ(write(ends_[1], &number, sizeof number), 8); }
-  /// Absent when the other has ended.
-  std::optional<std::int64_t> receive() {
-    std::int64_t number = 0;
-    return read(ends_[0], &number, sizeof number) == 8 ? std::optional(number) : std::nullopt;
-  }
-
- private:
-  int ends_[2] = {};
-};
-
 NSPersistentStoreDescription unwatched() {
   return NSPersistentStoreDescription::initWithURL(libraryPath());
 }

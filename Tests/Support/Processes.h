@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -43,3 +46,23 @@ void workInProcesses(int processes, int threads, Work work) {
   }
   for (const pid_t child : children) EXPECT_TRUE(endedWell(child));
 }
+
+/// A line between two processes, a number at a time.
+class Pipe {
+ public:
+  Pipe() { EXPECT_EQ(pipe(ends_), 0); }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() { close(ends_[0]), close(ends_[1]); }
+
+  void closeWriting() { close(std::exchange(ends_[1], -1)); }
+  void send(std::int64_t number) { EXPECT_EQ(write(ends_[1], &number, sizeof number), 8); }
+  /// Absent when the other has ended.
+  std::optional<std::int64_t> receive() {
+    std::int64_t number = 0;
+    return read(ends_[0], &number, sizeof number) == 8 ? std::optional(number) : std::nullopt;
+  }
+
+ private:
+  int ends_[2] = {};
+};

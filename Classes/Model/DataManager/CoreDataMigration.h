@@ -31,7 +31,7 @@ struct TaskCount {
 ///     report.isSuccess();   // false: no task is left
 struct CoreDataMigrationReport {
   std::int64_t migratorVersion = 0;
-  TaskCount preNumTasks;
+  TaskCount preNumTasks = {};
   std::optional<TaskCount> postNumTasks = std::nullopt;  ///< Absent when it didn't get so far.
   std::optional<std::string> errorMessage = std::nullopt;
 

@@ -1,0 +1,114 @@
+#include "DataManager/PersistentHistoryFetcher.h"
+#include "DataManager/PersistentHistoryObserver.h"
+#include "Foundation/TestEnvironment.h"
+#include "Tasks/TaskEntity.h"
+#include "Tasks/VelloroModel.h"
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+using Container = VelloroNSPersistentCloudKitContainer;
+
+class PersistentHistoryObserverTest : public testing::Test {
+ protected:
+  /// As another process opens the same file.
+  [[nodiscard]] std::shared_ptr<Container> open() const {
+    auto container = std::make_shared<Container>(velloroModelName, velloroModel());
+    auto description = NSPersistentStoreDescription::initWithURL(
+        environment_.directories().temporary / "tasks.sqlite");
+    description.setOption(true, NSPersistentStoreRemoteChangeNotificationPostOptionKey);
+    container->setPersistentStoreDescriptions({description});
+    container->loadPersistentStores(
+        [](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    return container;
+  }
+  static void saveTask(Container& container, const char* title) {
+    TaskEntity::create(*container.viewContext())->setValue(TaskAttributes::title, title);
+    EXPECT_TRUE(container.viewContext()->save());
+  }
+  [[nodiscard]] std::optional<Date> bookmark(Author author) const {
+    const auto kept = defaults_.objectForKey(PersistentHistoryObserver::bookmarkKey(author));
+    return kept ? kept->date() : std::nullopt;
+  }
+  [[nodiscard]] static std::vector<NSPersistentHistoryTransaction> history(Container& container,
+                                                                           Date after) {
+    return PersistentHistoryFetcher{container.newBackgroundContext(), after}.fetch().value();
+  }
+
+  TestEnvironment environment_;
+  NSUserDefaults defaults_ = NSUserDefaults::standardUserDefaults();
+};
+
+TEST_F(PersistentHistoryObserverTest, BringsWhatOthersSaveIntoTheView) {
+  const auto here = open();
+  const auto there = open();
+  saveTask(*there, "Read");
+  const auto copy = here->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value().front();
+  const auto observer = PersistentHistoryObserver::make(Author::widget, here, defaults_);
+  observer->startObserving();
+
+  const auto original =
+      there->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value().front();
+  original->setValue(TaskAttributes::title, "Write");
+  ASSERT_TRUE(there->viewContext()->save());
+  here->persistentStoreCoordinator()->checkForRemoteChanges();
+  environment_.settle();
+  EXPECT_EQ(copy->value(TaskAttributes::title), "Write");
+  EXPECT_EQ(bookmark(Author::widget), history(*here, Date::distantPast()).back().timestamp);
+  EXPECT_EQ(bookmark(Author::app), std::nullopt);
+}
+
+TEST_F(PersistentHistoryObserverTest, ReadsOnlyWhatIsNewSinceItsOwnBookmark) {
+  const auto here = open();
+  saveTask(*here, "Read");
+  int merges = 0;
+  const auto token = NSNotificationCenter::defaultCenter().addObserver(
+      NSManagedObjectContext::didMergeChangesObjectIDsNotification, here->viewContext().get(),
+      std::nullopt, [&](const Notification&) { ++merges; });
+  const auto observer = PersistentHistoryObserver::make(Author::app, here, defaults_);
+  const auto process = [&](PersistentHistoryObserver& by) {
+    by.processPersistentHistory();
+    environment_.settle();
+    return std::exchange(merges, 0);
+  };
+  EXPECT_EQ(process(*observer), 1);
+  const auto after = bookmark(Author::app);
+  EXPECT_EQ(process(*observer), 0) << "nothing new";
+  EXPECT_EQ(bookmark(Author::app), after);
+  saveTask(*here, "Write");
+  saveTask(*here, "Walk");
+  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::app, here, defaults_)), 2)
+      << "a later observer goes on from the bookmark";
+  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::siri, here, defaults_)), 3);
+  defaults_.setObject("yesterday", PersistentHistoryObserver::bookmarkKey(Author::siri));
+  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::siri, here, defaults_)), 3)
+      << "no date counts as the beginning";
+}
+
+TEST_F(PersistentHistoryObserverTest, AFailureLeavesTheBookmark) {
+  const auto closed = std::make_shared<Container>(velloroModelName, velloroModel());
+  PersistentHistoryObserver::make(Author::app, closed, defaults_)->processPersistentHistory();
+  EXPECT_EQ(bookmark(Author::app), std::nullopt);
+}
+
+TEST_F(PersistentHistoryObserverTest, AContextWithAnIdentityDoesntGetItsOwnSaves) {
+  const auto container = open();
+  container->viewContext()->setTransactionAuthor("app");
+  saveTask(*container, "Read");
+  const auto context = container->newBackgroundContext();
+  const auto fetched = [&] {
+    return PersistentHistoryFetcher{context, Date::distantPast()}.fetch().value();
+  };
+  EXPECT_THAT(fetched(), SizeIs(1));
+  context->setTransactionAuthor("ext_widget");
+  EXPECT_THAT(fetched(), SizeIs(1));
+  context->setTransactionAuthor("app");
+  EXPECT_THAT(fetched(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace velloro
