@@ -1,6 +1,7 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/Error.h"
 #include "OxLog/LogManager.h"
+#include "Settings/SettingsStorage.h"
 #include "velloro/Arguments.h"
 #include "velloro/DayCommand.h"
 #include "velloro/DemoCommand.h"
@@ -70,6 +71,8 @@ int run(int argumentCount, char** arguments) {
   addTypesCommand(app);
   addWatchCommand(app);
 
+  SettingsStorage::setCloudContainer(
+      [] { return DataManager::shared().cloudPersistentContainer(); });
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
   app.parse_complete_callback(
