@@ -1,4 +1,5 @@
 #include "Containers/VelloroNSPersistentContainer.h"
+#include "Foundation/NSUserDefaults.h"
 #include "Foundation/TestEnvironment.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorageCoreData.h"
@@ -12,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -201,27 +203,20 @@ TEST_F(CloudTierTest, OnlyMergesOfTheContainerOfThatMomentCount) {
   EXPECT_EQ(other.rows(), (Rows{{"Settings_StartOfDay", 3600}}));
 }
 
-/// Which of a theme and a synced setting follows the cloud, by the switches; and what is logged.
 TEST_F(CloudTierTest, AMergeOfWhatIsNotCloudStoredIsToldButStays) {
-  struct Case {
-    bool tasksEnabled, themesDisabled;
-    std::vector<std::string> log;
-  };
-  const std::string kept = "` set to not sync with cloud";
-  const std::vector<Case> cases = {
-      {false, false, {"Setting `UIThemeAutoswitch" + kept, "Setting `Settings_StartOfDay" + kept}},
-      {true,
-       true,
-       {"Setting `UIThemeAutoswitch" + kept,
-        "Updating setting for `Settings_StartOfDay.IntSetting`"}},
-      {true,
-       false,
-       {"Updating setting for `UIThemeAutoswitch.BoolSetting`",
-        "Updating setting for `Settings_StartOfDay.IntSetting`"}}};
+  const std::string theme = "UIThemeAutoswitch";
+  const std::string start = "Settings_StartOfDay";
+  const std::string stays = "` set to not sync with cloud";
+  const std::string goes = "Updating setting for `";
+  // whether tasks are synced, themes kept here; what is logged of the theme and of the start
+  const std::tuple<bool, bool, std::string, std::string> cases[] = {
+      {false, false, "Setting `" + theme + stays, "Setting `" + start + stays},
+      {true, true, "Setting `" + theme + stays, goes + start + ".IntSetting`"},
+      {true, false, goes + theme + ".BoolSetting`", goes + start + ".IntSetting`"}};
   Party other(file_);
-  other.cloud().setBool(true, "UIThemeAutoswitch");
-  other.cloud().setInteger(3600, "Settings_StartOfDay");
-  for (const auto& [tasksEnabled, themesDisabled, log] : cases) {
+  other.cloud().setBool(true, theme);
+  other.cloud().setInteger(3600, start);
+  for (const auto& [tasksEnabled, themesDisabled, ofTheme, ofStart] : cases) {
     EXPECT_TRUE(endedWell(startProcess([&] {
       LogManager::shared().enableDiskLogging({Log::settings}, LogLevel::debug);
       LogManager::shared().clearDebugLog();
@@ -229,15 +224,41 @@ TEST_F(CloudTierTest, AMergeOfWhatIsNotCloudStoredIsToldButStays) {
       party.local->setBool(themesDisabled, "Settings_CloudSyncThemesDisabled");
       party.cloud();
       party.merge();
-      EXPECT_EQ(party.local->boolForKey("UIThemeAutoswitch"), tasksEnabled && !themesDisabled);
-      EXPECT_EQ(party.local->integerForKey("Settings_StartOfDay"), tasksEnabled ? 3600 : 0);
-      EXPECT_THAT(told(), ElementsAre("UIThemeAutoswitch", "Settings_StartOfDay"));
+      EXPECT_EQ(party.local->boolForKey(theme), tasksEnabled && !themesDisabled);
+      EXPECT_EQ(party.local->integerForKey(start), tasksEnabled ? 3600 : 0);
+      EXPECT_THAT(told(), ElementsAre(theme, start));
       LogManager::shared().flush();
       std::ifstream file(LogManager::shared().debugLogUrl());
-      for (std::string line; const std::string& expected : log) {
+      for (const std::string& expected : {ofTheme, ofStart}) {
+        std::string line;
         std::getline(file, line);
         EXPECT_TRUE(line.ends_with(expected)) << line;
       }
+    })));
+  }
+}
+
+TEST_F(CloudTierTest, IsOpenedByTheApplicationAtOnceAndByAnExtensionInNeed) {
+  for (const bool isExtension : {false, true}) {
+    EXPECT_TRUE(endedWell(startProcess([&] {
+      environment_.setBundle({.identifier = isExtension ? "velloro.app.widgets" : "velloro.app"});
+      auto suite = NSUserDefaults::initWithSuiteName("group.velloro.app.today").value();
+      for (auto defaults : {NSUserDefaults::standardUserDefaults(), suite}) {
+        defaults.setObject(true, "Settings_CloudSyncEnabled");
+      }
+      std::shared_ptr<Container> container;
+      SettingsStorage::setCloudContainer([&] {
+        if (container != nullptr) return container;
+        // Who makes the container reads settings, those that will be in it as well.
+        EXPECT_FALSE(SettingsStorage::shared().string(Setting::lastStatsTimePeriod));
+        container = Party::open(file_);
+        return container;
+      });
+      SettingsStorage& shared = SettingsStorage::shared();
+      EXPECT_EQ(shared.integer(Setting::startOfDay), 0);
+      EXPECT_EQ(container != nullptr, !isExtension);
+      shared.setString("week", Setting::lastStatsTimePeriod);
+      EXPECT_EQ(Party(file_).cloud().stringForKey("Settings_StatsTimePeriod"), "week");
     })));
   }
 }

@@ -1,10 +1,14 @@
 #include "Foundation/NSNotificationCenter.h"
+#include "Foundation/TestEnvironment.h"
+#include "HelperClasses/DictionaryCoder.h"
 #include "Settings/SettingsStorage.h"
+#include "Settings/SettingsStorageLegacyCloud.h"
 #include "SettingsTests/EverySetting.h"
 #include "SettingsTests/MemoryStorage.h"
 
 #include <cmath>
 #include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <utility>
@@ -216,6 +220,30 @@ TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {
   EXPECT_TRUE(storage.isCloudStored(Setting::startOfDay));
   EXPECT_TRUE(storage.setInteger(3600, Setting::startOfDay));
   EXPECT_EQ(local->integerForKey("Settings_StartOfDay"), 3600);
+}
+
+TEST(SettingsStorageTest, WhatWasWrittenLongAgoCanBeRead) {
+  const TestEnvironment environment;
+  SettingsStorageLegacyCloud legacy;
+  SettingsStorage alone({.localStorage = std::make_shared<SettingsStorageLegacyCloud>()}, false);
+  for (const Setting& setting : everySetting()) {
+    std::visit(Write{alone, 'o'}, setting.wrapper());
+    EXPECT_EQ(std::visit(Source{alone}, setting.wrapper()).empty(), setting.key().empty());
+  }
+  legacy.setCodable(std::optional(std::nan("")), "UIAppIcon");
+  legacy.setData(std::nullopt, "taskFilter.auto");
+  EXPECT_EQ(NSUbiquitousKeyValueStore::defaultStore().stringForKey("UIAppIcon"), "o");
+  EXPECT_FALSE(legacy.codableForKey<Numbers>("taskFilter.auto"));
+}
+
+TEST(DictionaryCoder, GoesBetweenRecordsAndDictionaries) {
+  const std::map<std::string, Date> dates{{"a", Date::sinceReferenceDate(86400)}};
+  const auto dictionary = DictionaryEncoder{.dateForm = DateForm::iso8601}.encode(dates);
+  EXPECT_EQ(*dictionary.at("a").text(), "2001-01-02T00:00:00Z");
+  const DictionaryDecoder decoder{.dateForm = DateForm::iso8601};
+  EXPECT_EQ((decoder.decode<std::map<std::string, Date>>(dictionary)), dates);
+  EXPECT_THROW((void)DictionaryEncoder{}.encode(5), DictionaryEncoder::Error);
+  EXPECT_THROW((void)decoder.decode<Numbers>(dictionary), DecodingError);
 }
 
 }  // namespace

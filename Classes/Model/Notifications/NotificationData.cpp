@@ -1,14 +1,14 @@
 #include "Notifications/NotificationData.h"
 
-#include "Foundation/JSON.h"
+#include "HelperClasses/DictionaryCoder.h"
 #include "OxLog/Log.h"
 
 namespace velloro {
 namespace {
 
 constexpr std::string_view userInfoKey = "velloro";
-constexpr JSONEncoder encoder{.dateForm = DateForm::iso8601};
-constexpr JSONDecoder decoder{.dateForm = DateForm::iso8601};
+constexpr DictionaryEncoder encoder{.dateForm = DateForm::iso8601};
+constexpr DictionaryDecoder decoder{.dateForm = DateForm::iso8601};
 
 /// For the log, which takes a damaged one as well.
 std::string described(const PropertyList& userInfo) {
@@ -32,12 +32,12 @@ NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
         [&] { return "Unable to cast to [String: Any]: " + described(userInfo); });
     throw Error(Error::Reason::invalidUserInfoData);
   }
-  return fromPropertyList<NotificationData>(record, decoder);
+  return decoder.decode<NotificationData>(*record.dictionary());
 }
 
 PropertyList NotificationData::userInfo() const {
   try {
-    return PropertyList::Dictionary{{std::string(userInfoKey), toPropertyList(*this, encoder)}};
+    return PropertyList::Dictionary{{std::string(userInfoKey), encoder.encode(*this)}};
   } catch (const EncodingError& error) {
     Log::notifications.error(error);
     return PropertyList::Dictionary{};

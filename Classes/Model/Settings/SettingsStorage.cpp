@@ -3,6 +3,7 @@
 #include "Foundation/NSNotificationCenter.h"
 #include "Settings/RunTarget.h"
 #include "Settings/SettingsStorageCoreData.h"
+#include "Settings/SettingsStorageLegacyCloud.h"
 #include "Settings/SettingsStorageLocal.h"
 
 #include <type_traits>
@@ -64,7 +65,8 @@ SettingsStorage::CloudContainer& processContainer() {
 SettingsStorage& SettingsStorage::shared() {
   static auto* const storage =
       new SettingsStorage({.localStorage = std::make_shared<SettingsStorageLocal>(),
-                           .localSharedStorage = SettingsStorageLocalShared::open()},
+                           .localSharedStorage = SettingsStorageLocalShared::open(),
+                           .legacyCloudStorage = std::make_shared<SettingsStorageLegacyCloud>()},
                           velloro::isExtension(), processContainer());
   if (!storage->isExtension_) (void)storage->cloudStorage();
   return *storage;

@@ -53,6 +53,8 @@ class SettingsStorage {
     /// Null in a process that opens no object store, such as one that shows a notification. There
     /// the local tier, which follows the cloud, stands in for it.
     std::shared_ptr<SettingsStorageContainer> cloudStorage = nullptr;
+    /// For who takes over what was written there long ago; settings are not read from it.
+    std::shared_ptr<SettingsStorageContainer> legacyCloudStorage = nullptr;
   };
   /// Gives the container of the rows that all of a person's devices share, the one that is open at
   /// that moment; null where there is none.
@@ -99,7 +101,7 @@ class SettingsStorage {
   bool setCodable(const std::optional<T>& value, const Setting::CodableSetting& setting,
                   bool silent = false) {
     if (!value) return setData(std::nullopt, setting, silent);
-    auto data = SettingsStorageContainer::encoded(*value);
+    auto data = container(setting.setting).encoded(*value);
     return data && setData(std::move(data), setting, silent);
   }
 
@@ -115,6 +117,10 @@ class SettingsStorage {
   /// Null where there is none. The first call opens it, which reads the container's rows; meanwhile
   /// the local tier stands in for it, so whoever makes the container may read settings.
   [[nodiscard]] SettingsStorageContainer* cloudStorage() const;
+  /// Null where there is none.
+  [[nodiscard]] const SettingsStorageContainer* legacyCloudStorage() const {
+    return tiers_.legacyCloudStorage.get();
+  }
 
  private:
   bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);

@@ -4,7 +4,7 @@
 
 namespace velloro {
 
-void SettingsStorageContainer::encodingFailed(const EncodingError& error) {
+void SettingsStorageContainer::encodingFailed(const EncodingError& error) const {
   Log::settings.error([&] { return "set(codable:forKey:): " + error.localizedDescription(); });
 }
 

@@ -55,7 +55,7 @@ class SettingsStorageContainer {
 
   /// The bytes that `setCodable` keeps; absent for a value that JSON can't hold, which is logged.
   template <typename T>
-  [[nodiscard]] static std::optional<Data> encoded(const T& value) {
+  [[nodiscard]] std::optional<Data> encoded(const T& value) const {
     try {
       return Data(JSONEncoder{}.encode(value));
     } catch (const EncodingError& error) {
@@ -67,7 +67,8 @@ class SettingsStorageContainer {
  private:
   /// What a tier does about bytes that make no sense; most are silent.
   virtual void decodingFailed(const DecodingError&) const {}
-  static void encodingFailed(const EncodingError& error);
+  /// What it does about a value that JSON can't hold; most log it.
+  virtual void encodingFailed(const EncodingError& error) const;
 };
 
 }  // namespace velloro

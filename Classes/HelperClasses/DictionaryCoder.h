@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Foundation/Error.h"
+#include "Foundation/JSON.h"
+#include "OxKit/Platform.h"
+
+#include <utility>
+
+namespace velloro {
+
+/// Values (Foundation/Coding.h) as dictionaries keyed by texts, the way their JSON says it.
+///
+///     DictionaryEncoder{}.encode(Note{.day = 5});    // {"day": 5}
+///     DictionaryEncoder{}.encode(5);                 // throws Error::Reason::castError
+///
+/// Dates come out in the coder's form, bytes in Base64, keys as they are; a number that is not
+/// finite is an error.
+struct DictionaryEncoder {
+  using Dictionary = PropertyList::Dictionary;
+
+  class Error : public platform::Error {
+   public:
+    enum class Reason {
+      castError,  ///< The value's JSON is no dictionary.
+    };
+    explicit Error(Reason reason);
+  };
+
+  DateForm dateForm = DateForm::secondsSinceReferenceDate;
+
+  /// \throws Error, EncodingError
+  template <typename T>
+  [[nodiscard]] Dictionary encode(const T& value) const {
+    PropertyList list = toPropertyList(value, {.dateForm = dateForm});
+    if (auto* dictionary = list.dictionary()) return std::move(*dictionary);
+    throw Error(Error::Reason::castError);
+  }
+};
+
+/// The reverse, where the date form is the encoder's.
+///
+///     DictionaryDecoder{}.decode<Note>({{"day", 5}});    // Note{.day = 5}
+struct DictionaryDecoder {
+  using Dictionary = PropertyList::Dictionary;
+
+  DateForm dateForm = DateForm::secondsSinceReferenceDate;
+
+  /// \throws DecodingError
+  template <typename T>
+  [[nodiscard]] T decode(const Dictionary& dictionary) const {
+    return fromPropertyList<T>(dictionary, {.dateForm = dateForm});
+  }
+};
+
+}  // namespace velloro
