@@ -66,11 +66,6 @@ UsageError unusable(const std::string& value, const char* reason) {
   return UsageError("VALUE \"" + value + "\": " + reason);
 }
 
-bool flag(const std::string& text) {
-  if (text == "true" || text == "false") return text == "true";
-  throw unusable(text, "not a Boolean; write true or false");
-}
-
 std::int64_t integer(const std::string& text) {
   std::int64_t number = 0;
   const char* end = text.data() + text.size();
@@ -98,7 +93,7 @@ struct Write {
   const std::optional<std::string>& text;
 
   void operator()(const Setting::BoolSetting& setting) const {
-    storage.setBoolean(text && flag(*text), setting);
+    storage.setBoolean(text && flagArgument(*text), setting);
   }
   void operator()(const Setting::IntSetting& setting) const {
     const bool isTime = setting.setting.name == Setting::startOfDay;
@@ -120,6 +115,11 @@ struct Write {
 };
 
 }  // namespace
+
+bool flagArgument(const std::string& text) {
+  if (text == "true" || text == "false") return text == "true";
+  throw unusable(text, "not a Boolean; write true or false");
+}
 
 Setting settingArgument(const std::string& text) {
   if (auto setting = settingOfKey(text)) return *setting;

@@ -14,6 +14,8 @@ namespace velloro {
 /// "selectedTheme.2"; `settingArgument` reads it back.
 [[nodiscard]] std::string settingName(const Setting& setting);
 
+/// "true" or "false". \throws UsageError
+[[nodiscard]] bool flagArgument(const std::string& text);
 /// Sets a setting to what a text says: true or false, a number, a text, or JSON, by the setting's
 /// kind; the start of the day also as 04:00:00. Without a text nothing is left of the value.
 /// \throws UsageError

@@ -2,6 +2,7 @@
 
 #include "Foundation/JSON.h"
 #include "Host/HostStore.h"
+#include "Host/StoreSwitch.h"
 #include "velloro/Output.h"
 #include "velloro/SettingsArgument.h"
 #include "velloro/SettingsReport.h"
@@ -47,15 +48,36 @@ void get(const SettingsOptions& options) {
   tell(options, settingArgument(options.key));
 }
 
+/// The choice of the store is the application's, and tasks follow it.
+void chooseStoreAndTell(bool isCloud) {
+  const auto [copied, found] = chooseStore(DataManager::shared(), isCloud);
+  Environment& environment = Environment::current();
+  if (copied > 0)
+    environment.report("tasks copied into the chosen store: " + std::to_string(copied));
+  if (found > 0) {
+    environment.report("the chosen store has tasks of its own: " + std::to_string(found) +
+                       "; nothing was copied");
+  }
+}
+
+void write(const Setting& setting, const std::optional<std::string>& value) {
+  auto& storage = SettingsStorage::shared();
+  if (setting == Setting(Setting::cloudSyncTasksEnabled) && !storage.isExtension()) {
+    chooseStoreAndTell(value && flagArgument(*value));
+  } else {
+    setArgument(storage, setting, value);
+  }
+}
+
 void set(const SettingsOptions& options) {
   const Setting setting = settingArgument(options.key);
-  setArgument(SettingsStorage::shared(), setting, options.value);
+  write(setting, options.value);
   tell(options, setting);
 }
 
 void unset(const SettingsOptions& options) {
   const Setting setting = settingArgument(options.key);
-  setArgument(SettingsStorage::shared(), setting, std::nullopt);
+  write(setting, std::nullopt);
   tell(options, setting);
 }
 

@@ -143,6 +143,20 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   EXPECT_EQ(answer(now, "task list").array()->size(), 2U) << "what was refused left nothing";
 }
 
+TEST_F(HostCommands, TakeTasksAlongToAnotherStore) {
+  EXPECT_EQ(at("04T08:00:00", "demo").exitCode, 0);
+  const auto all = [&] { return at("04T08:00:00", "task list --json").output; };
+  const std::string before = all();
+  const auto toLocal = at("04T08:00:00", "settings set cloudSyncTasksEnabled false");
+  EXPECT_THAT(toLocal.errors, HasSubstr("tasks copied into the chosen store: 8"));
+  EXPECT_EQ(all(), before);
+  EXPECT_THAT(at("04T08:00:00", "store check").output, HasSubstr("is sound"));
+  EXPECT_EQ(at("04T08:00:00", "task add Swim").exitCode, 0);
+  const auto back = at("04T08:00:00", "settings set cloudSyncTasksEnabled true");
+  EXPECT_THAT(back.errors, HasSubstr("has tasks of its own: 8"));
+  EXPECT_EQ(all(), before);
+}
+
 TEST_F(HostCommands, FillADemonstration) {
   EXPECT_EQ(at("07T20:00:00", "demo").exitCode, 0);
   EXPECT_EQ(answer("07T20:00:00", "status").array()->size(), 8U);

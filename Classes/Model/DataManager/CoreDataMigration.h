@@ -67,7 +67,19 @@ class CoreDataMigratorProtocol {
  public:
   virtual ~CoreDataMigratorProtocol() = default;
 
+  /// Counts up with each change of what a migration does.
   [[nodiscard]] virtual std::int64_t migratorVersion() const = 0;
+};
+
+/// What a host derives its migrator from.
+class CoreDataMigrator : public CoreDataMigratorProtocol {
+ public:
+  explicit CoreDataMigrator(std::int64_t migratorVersion) : migratorVersion_(migratorVersion) {}
+
+  [[nodiscard]] std::int64_t migratorVersion() const override { return migratorVersion_; }
+
+ private:
+  std::int64_t migratorVersion_;
 };
 
 }  // namespace velloro

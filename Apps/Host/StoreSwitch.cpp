@@ -1,0 +1,100 @@
+#include "Host/StoreSwitch.h"
+
+#include "Host/HostStore.h"
+#include "Settings/SettingEntity.h"
+#include "Settings/SettingsStorage.h"
+#include "Tasks/TaskEntity.h"
+
+#include <map>
+
+namespace velloro {
+namespace {
+
+using Copies = std::map<NSManagedObjectID, std::shared_ptr<NSManagedObject>>;
+using Storage = NSRelationshipDescription::Storage;
+
+template <typename Value>
+Value orThrow(Result<Value> result) {
+  if (!result) throw HostError("the tasks stay: " + result.error()->localizedDescription());
+  return *std::move(result);
+}
+
+void copyAttributes(const NSManagedObject& object, NSManagedObject& copy) {
+  const auto& slots = object.entity().slots();
+  for (std::size_t slot = 0; slot < slots.size(); ++slot) {
+    if (slots[slot].relationship == nullptr) copy.setSlotValue(slot, object.slotValue(slot));
+  }
+}
+
+/// Each relation once, from the side that keeps it.
+void copyRelations(const NSManagedObject& object, NSManagedObject& copy, const Copies& copies) {
+  for (const NSRelationshipDescription& relation : object.entity().relationships()) {
+    if (relation.storage == Storage::inverse) continue;
+    if (relation.storage == Storage::links && !relation.isFirstInLinks) continue;
+    for (const auto& member : object.members(relation)) {
+      const auto& copied = copies.at(member->objectID());
+      if (relation.isToMany) {
+        copy.addMember(relation, *copied);
+      } else {
+        copy.setMember(relation, copied.get());
+      }
+    }
+  }
+}
+
+/// All rows but those of the settings, which live in the mirrored store whatever is chosen.
+void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
+  Copies copies;
+  NSManagedObject::Objects originals;
+  for (const auto* entity : from.persistentStoreCoordinator()->managedObjectModel().entities()) {
+    if (entity->name() == SettingEntity::entityName()) continue;
+    for (const auto& object :
+         orThrow<NSManagedObject::Objects>(from.fetch(NSFetchRequest(entity->name())))) {
+      originals.push_back(object);
+      const auto copy = to.insert(entity->name());
+      copyAttributes(*object, *copy);
+      copies.emplace(object->objectID(), copy);
+    }
+  }
+  for (const auto& object : originals)
+    copyRelations(*object, *copies.at(object->objectID()), copies);
+  const auto saved = to.save();
+  if (!saved) to.rollback();
+  orThrow(saved);
+}
+
+/// While it lives, no background work begins.
+class Maintenance {
+ public:
+  explicit Maintenance(DataManager& manager) : manager_(manager) {
+    manager_.setInMaintenanceMode(true);
+  }
+  ~Maintenance() { manager_.setInMaintenanceMode(false); }
+  Maintenance(const Maintenance&) = delete;
+  Maintenance& operator=(const Maintenance&) = delete;
+
+ private:
+  DataManager& manager_;
+};
+
+}  // namespace
+
+StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
+  const Maintenance maintenance(manager);
+  const auto cloud = manager.cloudPersistentContainer();
+  const auto local = manager.localPersistentContainer();
+  const auto& chosen = isCloud ? cloud : local;
+  if (chosen == manager.activePersistentContainer()) return {};
+  NSManagedObjectContext& from = *manager.viewContext();
+  NSManagedObjectContext& to = *chosen->viewContext();
+  const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
+  StoreSwitch result{.found = orThrow(to.count(tasks))};
+  if (result.found == 0) {
+    result.copied = orThrow(from.count(tasks));
+    copyRows(from, to);
+  }
+  SettingsStorage::shared().setBoolean(isCloud, Setting::cloudSyncTasksEnabled);
+  return result;
+}
+
+}  // namespace velloro
