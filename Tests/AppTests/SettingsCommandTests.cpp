@@ -51,9 +51,20 @@ TEST_F(SettingsCommand, SetsReadsAndTakesAway) {
     (void)told("set " + set);
     EXPECT_THAT(told("get " + get + " --json"), EndsWith(expected + "\n")) << set;
   }
-  EXPECT_THAT(told("list"), HasSubstr("\nstartOfDay           local   14400 (04:00:00)\n"));
+  EXPECT_THAT(told("list"), HasSubstr("  local   14400 (04:00:00)\n"));
   for (const auto& [set, get, expected] : cases) (void)told("unset " + get);
   EXPECT_THAT(told("list --all"), HasSubstr("taskPageIsHidden.3"));
+}
+
+TEST_F(SettingsCommand, TellsTheTierOfTheProcess) {
+  EXPECT_EQ(told("set startOfDay 03:00:00"), "startOfDay  cloud   10800 (03:00:00)\n");
+  EXPECT_EQ(told("get startOfDay --process widget"), "startOfDay  shared  10800 (03:00:00)\n");
+  EXPECT_EQ(told("get grandSlamQualifySettings --process widget"),
+            "grandSlamQualifySettings  cloud   none\n");
+  EXPECT_EQ(told("get startOfWeekSelected --process widget"),
+            "startOfWeekSelected  -       false\n");
+  EXPECT_EQ(told("set cloudSyncTasksEnabled false"), "cloudSyncTasksEnabled  local   false\n");
+  EXPECT_EQ(told("get startOfDay"), "startOfDay  local   0 (00:00:00)\n");
 }
 
 TEST_F(SettingsCommand, NamesWhatItCannotUse) {
