@@ -69,8 +69,8 @@ void walkRows(State& state) {
 StreakRecord runsByMap(const TaskLogRules& own) {
   std::map<YYYYMMDD, TaskLogEntryType> found;
   for (const TaskLogRow& row : memoryRows()) {
-    if (const auto period = row.period(); period && isFull(row.type())) {
-      found.emplace(own.period(period->date).startDate, row.type());
+    if (const auto date = row.date(); date && isFull(row.type())) {
+      found.emplace(own.period(*date).startDate, row.type());
     }
   }
   std::int64_t best = 0, run = 0;
@@ -121,12 +121,24 @@ void addEntry(NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>
   entry->setValue(TaskLogEntryEntity::task, task);
 }
 
-/// A thousand tasks, of which the first one by place has the log.
-NSPersistentContainer& store() {
-  static const auto instance = [] {
+/// The store's files, gone before it is made and when the process ends.
+struct StoreFiles {
+  StoreFiles() { remove(); }
+  ~StoreFiles() { remove(); }
+  StoreFiles(const StoreFiles&) = delete;
+  StoreFiles& operator=(const StoreFiles&) = delete;
+
+  static void remove() {
     for (const char* suffix : {"", "-wal", "-shm", "-changes"}) {
       std::filesystem::remove(path().string() + suffix);
     }
+  }
+};
+
+/// A thousand tasks, of which the first one by place has the log.
+NSPersistentContainer& store() {
+  static const StoreFiles files;  // outlives the container
+  static const auto instance = [] {
     auto container = openStore();
     NSManagedObjectContext& context = *container->viewContext();
     for (int number = 0; number < numTasks; ++number) {

@@ -85,7 +85,7 @@ PreviousDaysSuccess PreviousDaysSuccess::fromLog(PreviousSuccessType type, TaskL
   auto walk = PeriodWalk::forwards(first);
   for (const PeriodEntry& entry : entries | std::views::reverse) {
     if (entry.periodStart == last.startDate.intValue()) lastHasEntry = true;
-    if (entry.periodStart <= last.startDate.intValue() && walk.comesTo(entry.periodStart)) {
+    if (entry.periodStart <= last.startDate.intValue() && walk.comesTo(entry)) {
       samples.add(entry.type);
     }
   }

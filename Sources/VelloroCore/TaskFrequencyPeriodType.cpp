@@ -16,6 +16,7 @@ MultiDayCount countOf(std::int64_t days) {
 }  // namespace
 
 YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
+  if (type == TaskFrequencyPeriodType::day) return date;  // asked for each entry of a log
   return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).startDate;
 }
 

@@ -28,7 +28,8 @@ NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, bool isNega
   PeriodEntries days(isNegative);
   for (const TaskLogRow& row : rowsWithin(rows, {.minDate = from, .maxDate = to})) {
     const TaskLogEntryType type = row.type();
-    if (isFull(type)) days.add({.periodStart = row.entryDate, .row = 0, .type = type});
+    const auto day = isFull(type) ? YYYYMMDD::fromRawValue(row.entryDate) : std::nullopt;
+    if (day) days.add(PeriodEntry::of(*day, 0, type));
   }
   bool todayHasEntry = false;
   auto walk = PeriodWalk::forwards(
@@ -36,7 +37,7 @@ NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, bool isNega
   const auto entries = days.take();
   for (const PeriodEntry& day : entries | std::views::reverse) {
     if (day.periodStart == today.intValue()) todayHasEntry = true;
-    if (walk.comesTo(day.periodStart) && isCompletedFull(day.type)) ++result.count;
+    if (walk.comesTo(day) && isCompletedFull(day.type)) ++result.count;
   }
   result.assumesToday = isNegative && from <= today && today <= to && !todayHasEntry;
   if (result.assumesToday) ++result.count;

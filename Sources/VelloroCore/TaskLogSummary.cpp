@@ -28,17 +28,14 @@ Pass passOver(TaskLogRows rows, const TaskLogRules& rules, const YYYYMMDD& lastP
   const auto counted =
       rules.isNegative ? TaskLogEntryTypes::allMissedTypes : TaskLogEntryTypes::allCompletedTypes;
   for (const TaskLogRow& row : rows) {
-    const auto period = row.period();
-    if (!period) continue;
-    const YYYYMMDD start = rules.frequency.startOfPeriod(period->date, rules.firstDayOfWeek);
-    if (!pass.newest) pass.newest = period->date;
-    pass.oldest = period->date;
+    const auto date = row.date();
+    if (!date) continue;
+    const YYYYMMDD start = rules.frequency.startOfPeriod(*date, rules.firstDayOfWeek);
+    if (!pass.newest) pass.newest = date;
+    pass.oldest = date;
     const TaskLogEntryType type = row.type();
     if (start == lastPeriodStart && counted.contains(type)) ++pass.numLastPeriodEntries;
-    if (!isFull(type)) continue;
-    entries.add({.periodStart = start.intValue(),
-                 .row = static_cast<std::uint32_t>(&row - rows.data()),
-                 .type = type});
+    if (isFull(type)) entries.add(PeriodEntry::of(start, &row - rows.data(), type));
   }
   pass.entries = entries.take();
   return pass;
@@ -64,7 +61,7 @@ NewestEntries newestEntries(const Pass& pass, const TaskLogRules& rules) {
   const std::int64_t newest = rules.period(*pass.newest).startDate.intValue();
   auto walk = PeriodWalk::forwards(rules.period(*pass.oldest));
   for (const PeriodEntry& entry : pass.entries | std::views::reverse) {
-    if (entry.periodStart <= newest && walk.comesTo(entry.periodStart)) found.take(entry);
+    if (entry.periodStart <= newest && walk.comesTo(entry)) found.take(entry);
   }
   return found;
 }
@@ -81,7 +78,7 @@ StreakRecord runs(const Pass& pass, const TaskLogRules& rules,
   const std::int64_t oldest = rules.period(*pass.oldest).startDate.intValue();
   auto walk = PeriodWalk::backwards(lastPeriod);
   for (const PeriodEntry& entry : pass.entries) {
-    if (entry.periodStart < oldest || !walk.comesTo(entry.periodStart)) continue;
+    if (entry.periodStart < oldest || !walk.comesTo(entry)) continue;
     if (isCompletedFull(entry.type)) ++run;
     if (isMissedFull(entry.type)) endRun();
   }
@@ -92,7 +89,7 @@ StreakRecord runs(const Pass& pass, const TaskLogRules& rules,
 CompletionByPeriod completion(const PeriodEntry& entry, TaskLogRows rows,
                               const TaskLogRules& rules) {
   const TaskLogRow& row = rows[entry.row];
-  const YYYYMMDD date = row.period().value_or(TaskLogEntryPeriod()).date;
+  const YYYYMMDD date = row.date().value_or(YYYYMMDD());
   const auto madeIn =
       row.createdTimeZone.empty() ? std::nullopt : TimeZone::fromIdentifier(row.createdTimeZone);
   const Date made =

@@ -15,26 +15,15 @@ constexpr auto typesByRawValue = [] {
   return types;
 }();
 
-/// Whether the calendar has the day under this name: 20240230 is 1 March.
-bool isDayOfCalendar(std::int64_t value) {
-  const std::int64_t month = value / 100 % 100;
-  const std::int64_t day = value % 100;
-  if (day >= 1 && day <= 28 && month >= 1 && month <= 12) [[likely]]
-    return true;
-  const auto date = YYYYMMDD::fromRawValue(value);
-  return date && YYYYMMDD::fromDayNumber(date->dayNumber()) == *date;
-}
-
 }  // namespace
 
-std::optional<TaskLogEntryPeriod> TaskLogRow::period() const {
-  if (!entryPeriodType || entryPeriodType == TaskFrequencyPeriodType::day) {  // has no other ends
-    return TaskLogEntryPeriod::fromStored(entryPeriodType, YYYYMMDD::fromRawValue(entryDate),
-                                          std::nullopt, std::nullopt);
-  }
-  return TaskLogEntryPeriod::fromStored(entryPeriodType, YYYYMMDD::fromRawValue(entryDate),
-                                        YYYYMMDD::fromRawValue(entryPeriodFrom),
-                                        YYYYMMDD::fromRawValue(entryPeriodTo));
+std::optional<YYYYMMDD> TaskLogRow::date() const {
+  const auto day = YYYYMMDD::fromRawValue(entryDate);
+  if (!entryPeriodType || *entryPeriodType == TaskFrequencyPeriodType::day) return day;
+  const auto period =
+      TaskLogEntryPeriod::fromStored(entryPeriodType, day, YYYYMMDD::fromRawValue(entryPeriodFrom),
+                                     YYYYMMDD::fromRawValue(entryPeriodTo));
+  return period ? std::optional(period->date) : std::nullopt;
 }
 
 TaskLogEntryType TaskLogRow::type() const {
@@ -51,6 +40,16 @@ TaskLogRows rowsWithin(TaskLogRows rows, const YYYYMMDD::Range& dates) {
   };
   const auto first = std::ranges::partition_point(rows, isBehind);
   return {first, std::partition_point(first, rows.end(), isNotBefore)};
+}
+
+PeriodEntry PeriodEntry::of(const YYYYMMDD& periodStart, std::ptrdiff_t row,
+                            TaskLogEntryType type) {
+  const auto& [y, m, d] = periodStart;
+  return {.periodStart = periodStart.intValue(),
+          .row = static_cast<std::uint32_t>(row),
+          .type = type,
+          .startsOnDayOfCalendar = isRealDay({.y = y, .m = m, .d = d}) ||
+                                   YYYYMMDD::fromDayNumber(periodStart.dayNumber()) == periodStart};
 }
 
 void PeriodEntries::add(const PeriodEntry& entry) {
@@ -87,12 +86,10 @@ std::vector<PeriodEntry> fullEntriesByPeriod(TaskLogRows rows, const TaskLogRule
   PeriodEntries entries(rules.isNegative);
   for (const TaskLogRow& row : rowsWithin(rows, dates)) {
     const TaskLogEntryType type = row.type();
-    const auto period = isFull(type) ? row.period() : std::nullopt;
-    if (!period) continue;
-    const YYYYMMDD start = rules.frequency.startOfPeriod(period->date, rules.firstDayOfWeek);
-    entries.add({.periodStart = start.intValue(),
-                 .row = static_cast<std::uint32_t>(&row - rows.data()),
-                 .type = type});
+    const auto date = isFull(type) ? row.date() : std::nullopt;
+    if (!date) continue;
+    const YYYYMMDD start = rules.frequency.startOfPeriod(*date, rules.firstDayOfWeek);
+    entries.add(PeriodEntry::of(start, &row - rows.data(), type));
   }
   return entries.take();
 }
@@ -122,16 +119,16 @@ void PeriodWalk::step() {
   hasStepped_ = true;
 }
 
-bool PeriodWalk::comesTo(std::int64_t periodStart) {
-  while (isAhead(periodStart)) {
+bool PeriodWalk::comesTo(const PeriodEntry& entry) {
+  while (isAhead(entry.periodStart)) {
     if (canJump_ && hasStepped_) {
-      if (!isDayOfCalendar(periodStart)) return false;
-      start_ = periodStart;
+      if (!entry.startsOnDayOfCalendar) return false;
+      start_ = entry.periodStart;
     } else {
       step();
     }
   }
-  return periodStart == start_;
+  return entry.periodStart == start_;
 }
 
 }  // namespace velloro

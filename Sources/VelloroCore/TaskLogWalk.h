@@ -26,7 +26,8 @@ struct TaskLogRow {
   /// Identifier; empty for none. What it refers to must outlive the row.
   std::string_view createdTimeZone = {};
 
-  [[nodiscard]] std::optional<TaskLogEntryPeriod> period() const;
+  /// The day on which the entry stands, of its `TaskLogEntryPeriod`; absent without either.
+  [[nodiscard]] std::optional<YYYYMMDD> date() const;
   /// A number that no type has is `unknown`.
   [[nodiscard]] TaskLogEntryType type() const;
 };
@@ -58,6 +59,11 @@ struct PeriodEntry {
   std::int64_t periodStart = 0;  ///< `YYYYMMDD::intValue` of the period's first day.
   std::uint32_t row = 0;         ///< Its place among the rows.
   TaskLogEntryType type = TaskLogEntryType::unknown;
+  /// Whether the calendar has that first day under its name: 20240230 is 1 March.
+  bool startsOnDayOfCalendar = false;
+
+  [[nodiscard]] static PeriodEntry of(const YYYYMMDD& periodStart, std::ptrdiff_t row,
+                                      TaskLogEntryType type);
 };
 
 /// Collects the full entries of a log, which are added from the newest row to the oldest, and keeps
@@ -85,7 +91,7 @@ class PeriodEntries {
                                                            const YYYYMMDD::Range& dates);
 
 /// A walk from period to period, which steps over what nobody asks for. Asked in the order in which
-/// it goes whether it comes to the period that begins on a certain day; for a day behind it, no.
+/// it goes whether it comes to the period of an entry; for one behind it, no.
 ///
 /// Not each period of a log lies on the way: a date that is none of the calendar begins none, a
 /// zone that skipped a day has no period on it, and fortnights of neighbouring days overlap.
@@ -94,7 +100,7 @@ class PeriodWalk {
   [[nodiscard]] static PeriodWalk forwards(const TaskFrequencyPeriod& from);
   [[nodiscard]] static PeriodWalk backwards(const TaskFrequencyPeriod& from);
 
-  [[nodiscard]] bool comesTo(std::int64_t periodStart);
+  [[nodiscard]] bool comesTo(const PeriodEntry& entry);
 
  private:
   PeriodWalk(const TaskFrequencyPeriod& from, bool isForwards);

@@ -136,7 +136,7 @@ TaskRecentHistory TaskRecentHistory::fromLog(TaskLogRows rows, const Question& q
                           {.minDate = first ? std::optional(first->startDate) : std::nullopt,
                            .maxDate = rules.period(ref).finishDate});
   if (!first && !entries.empty()) {
-    first = rules.period(rows[entries.back().row].period().value_or(TaskLogEntryPeriod()).date);
+    first = rules.period(rows[entries.back().row].date().value_or(YYYYMMDD()));
   }
   Infos infos;
   if (first) infos = statuses(*first, entries, question, ref);

@@ -120,8 +120,14 @@ bool isWithin(const TaskLogRow& row, const std::optional<TaskFrequencyPeriod>& f
          row.entryDate <= last.finishDate.intValue();
 }
 
+std::optional<TaskLogEntryPeriod> periodOf(const TaskLogRow& row) {
+  return TaskLogEntryPeriod::fromStored(row.entryPeriodType, YYYYMMDD::fromRawValue(row.entryDate),
+                                        YYYYMMDD::fromRawValue(row.entryPeriodFrom),
+                                        YYYYMMDD::fromRawValue(row.entryPeriodTo));
+}
+
 CompletionByPeriod entryOf(const TaskLogRow& row, const TaskLogRules& rules) {
-  const YYYYMMDD date = row.period()->date;
+  const YYYYMMDD date = periodOf(row)->date;
   const auto made = TimeZone::fromIdentifier(row.createdTimeZone);
   const Date at = row.createdTimestamp.value_or(date.startOfDay(rules.startOfDay, rules.timeZone));
   return {row.type(), date, HHMMSS::fromDate(at, made.value_or(rules.timeZone))};
@@ -135,8 +141,8 @@ TaskLogSummary plainSummary(const Case& task) {
   if (task.from) earliest = std::min(rules.period(*task.from), summary.lastPeriod);
   Found found;
   for (const TaskLogRow& row : task.rows) {
-    if (!isWithin(row, earliest, summary.lastPeriod) || !row.period()) continue;
-    const TaskFrequencyPeriod period = rules.period(row.period()->date);
+    if (!isWithin(row, earliest, summary.lastPeriod) || !periodOf(row)) continue;
+    const TaskFrequencyPeriod period = rules.period(periodOf(row)->date);
     if (!newest) newest = period;
     oldest = period;
     const bool counts =
@@ -176,8 +182,8 @@ Found plainEntries(const Case& task, const std::optional<TaskFrequencyPeriod>& f
                    const TaskFrequencyPeriod& last) {
   Found found;
   for (const TaskLogRow& row : task.rows) {
-    if (!isWithin(row, first, last) || !isFull(row.type()) || !row.period()) continue;
-    keep(found, task.rules.period(row.period()->date).startDate, entryOf(row, task.rules),
+    if (!isWithin(row, first, last) || !isFull(row.type()) || !periodOf(row)) continue;
+    keep(found, task.rules.period(periodOf(row)->date).startDate, entryOf(row, task.rules),
          task.rules.isNegative);
   }
   return found;
