@@ -157,6 +157,12 @@ TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
   row->setValue(Row::progressDate, 20240307);
   EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 0.7633);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
+
+  // A missed day of a negative task shows a full ring; what is kept stays as it was measured.
+  task_->setValue(Columns::isNegative, true);
+  row->setValue(Row::lastMissed, 20240307);
+  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 1);
+  EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 }
 
 TEST_F(TaskStatusTest, HasNoSnapshotWithoutAnIdentifier) {

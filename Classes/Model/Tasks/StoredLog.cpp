@@ -1,6 +1,5 @@
 #include "Tasks/StoredLog.h"
 
-#include "OxLog/Log.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskLogFetchRequest.h"
 
@@ -23,13 +22,8 @@ TaskLogRow rowOf(const TaskLogEntryEntity& entry) {
 
 }  // namespace
 
-StoredLog::StoredLog(const TaskEntity& task, const TaskLogFetchRequest& request) {
-  auto fetched = task.taskLog(request);
-  if (!fetched) {
-    Log::database.error(fetched.error());
-    return;
-  }
-  entries_ = *std::move(fetched);
+StoredLog::StoredLog(const TaskEntity& task, const TaskLogFetchRequest& request)
+    : entries_(task.entriesOrNone(request)) {
   rows_.reserve(entries_.size());
   for (const auto& entry : entries_) {
     if (!entry->isDeleted()) rows_.push_back(rowOf(*entry));

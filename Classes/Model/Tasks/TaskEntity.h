@@ -100,7 +100,9 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   using Entries = std::vector<std::shared_ptr<TaskLogEntryEntity>>;
   /// Fails as the fetch does. A detached task has no log, which is logged.
   [[nodiscard]] Result<Entries> taskLog(const TaskLogFetchRequest& request) const;
-  /// The same in another context, and without fail: an error is logged, and there are no entries.
+  /// The same without fail: an error is logged, and there are no entries.
+  [[nodiscard]] Entries entriesOrNone(const TaskLogFetchRequest& request) const;
+  /// The same in another context.
   [[nodiscard]] static Entries taskLog(NSManagedObjectContext& context,
                                        const TaskLogFetchRequest& request, const TaskEntity& task);
   /// The notes of a day, the oldest first, but for those in the trash.

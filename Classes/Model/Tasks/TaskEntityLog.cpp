@@ -12,6 +12,12 @@ using NoteRequest = TaskNoteEntity::Request;
 
 namespace {
 
+Entries orNone(Result<Entries> entries) {
+  if (entries) return *std::move(entries);
+  Log::database.error(entries.error());
+  return {};
+}
+
 /// Those that can be shown.
 std::vector<Note> snapshots(NSManagedObjectContext* context, const NoteRequest& request) {
   if (context == nullptr) return {};
@@ -40,10 +46,11 @@ Result<Entries> TaskEntity::taskLog(const TaskLogFetchRequest& request) const {
 
 Entries TaskEntity::taskLog(NSManagedObjectContext& context, const TaskLogFetchRequest& request,
                             const TaskEntity& task) {
-  auto entries = context.fetch<TaskLogEntryEntity>(request.fetchRequest(&task));
-  if (entries) return *std::move(entries);
-  Log::database.error(entries.error());
-  return {};
+  return orNone(context.fetch<TaskLogEntryEntity>(request.fetchRequest(&task)));
+}
+
+Entries TaskEntity::entriesOrNone(const TaskLogFetchRequest& request) const {
+  return orNone(taskLog(request));
 }
 
 std::vector<Note> TaskEntity::notes(YYYYMMDD date) const {
@@ -67,12 +74,11 @@ std::optional<Note> TaskEntity::pinnedNote() const {
 Date TaskEntity::creationDate() const {
   if (const auto stored = value(TaskAttributes::created)) return *stored;
   const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone());
-  const auto entries = taskLog({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
-                                .maxDate = today,
-                                .fetchLimit = 1});
-  const bool hasEntry = entries && !entries->empty();
+  const auto entries = entriesOrNone({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
+                                      .maxDate = today,
+                                      .fetchLimit = 1});
   const auto made =
-      hasEntry ? entries->front()->value(TaskLogEntryEntity::createdTimestamp) : std::nullopt;
+      entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::createdTimestamp);
   return made ? *made : Date::now();
 }
 

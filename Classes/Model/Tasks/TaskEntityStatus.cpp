@@ -35,6 +35,16 @@ std::optional<RunningTimer> runningTimer(const TaskTimerEntity& timer, DayOfWeek
                       .duration = std::max(end.timeIntervalSince(*start), 0.0)};
 }
 
+/// The rings of today, as far as they are closed, wherever the standing of today is read.
+void keepRings(const TaskStanding& task, const TaskFrequencyPeriod& period) {
+  if (!task.automaticTaskType || task.automaticTaskType->type != HealthType::activity) return;
+  const TaskFrequencyPeriod current = task.currentPeriod().period;
+  if (period < current) return;
+  const TaskProgress progress = task.progress(current);
+  const auto* rings = progress.as<TaskProgressActivityRings>();
+  if (rings != nullptr) SavedActivityRings::shared()->save(*rings);
+}
+
 }  // namespace
 
 UniqueID TaskEntity::uniqueId() const {
@@ -94,7 +104,9 @@ TaskStanding TaskEntity::standing() const {
                     .temporal = temporalData()};
   if (task.automaticTaskType && task.automaticTaskType->isTimed()) {
     for (const auto& timer : value(Columns::taskTimer)) {
-      task.runningTimer = velloro::runningTimer(*timer, task.firstDayOfWeek);
+      if (auto running = velloro::runningTimer(*timer, task.firstDayOfWeek)) {
+        task.runningTimer = std::move(running);
+      }
     }
   }
   return task;
@@ -148,13 +160,9 @@ StreakedCompletionStatus TaskEntity::streakedCompletionStatus(
     const TaskFrequencyPeriod& period) const {
   const TaskStanding task = standing();
   const TaskLogRules rules = task.rules();
-  auto result = task.streakedCompletionStatus(
+  keepRings(task, period);
+  return task.streakedCompletionStatus(
       period, [&](const TaskFrequencyPeriod& open) { return willSkip(open, rules); });
-  const auto* rings = result.completionStatus.progress().as<TaskProgressActivityRings>();
-  if (rings != nullptr && period == task.currentPeriod().period) {
-    SavedActivityRings::shared()->save(*rings);
-  }
-  return result;
 }
 
 StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date) const {
@@ -164,13 +172,12 @@ StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date) const {
 std::optional<UniqueID> TaskEntity::currentUndoableEntry(
     const std::optional<TaskFrequencyPeriod>& period) const {
   const auto entries =
-      taskLog({.direction = Direction::newestToOldest,
-               .minDate = period ? std::optional(period->startDate) : std::nullopt,
-               .maxDate = period ? std::optional(period->finishDate) : std::nullopt,
-               .fetchLimit = 1,
-               .includeStatuses = TaskLogEntryTypes::allManualTypes});
-  if (!entries || entries->empty()) return std::nullopt;
-  return entries->front()->entryUniqueId();
+      entriesOrNone({.direction = Direction::newestToOldest,
+                     .minDate = period ? std::optional(period->startDate) : std::nullopt,
+                     .maxDate = period ? std::optional(period->finishDate) : std::nullopt,
+                     .fetchLimit = 1,
+                     .includeStatuses = TaskLogEntryTypes::allManualTypes});
+  return entries.empty() ? std::nullopt : entries.front()->entryUniqueId();
 }
 
 NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const {
