@@ -9,13 +9,13 @@
 namespace velloro {
 namespace {
 
-NotificationCategory categoryOf(const TaskEntity& task) {
+NotificationCategory categoryOf(const TaskEntity& task, bool hasExternalUrl) {
   using enum NotificationCategory;
   const bool isNegative = task.value(TaskAttributes::isNegative);
   if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) {
     return isNegative ? reminderNegativeSharedWithMe : reminderPositiveSharedWithMe;
   }
-  if (task.taskExtra().uncheckedActionButton.url) {
+  if (hasExternalUrl) {
     return isNegative ? reminderNegativeWithURL : reminderPositiveWithURL;
   }
   return isNegative ? reminderNegative : reminderPositive;
@@ -24,11 +24,12 @@ NotificationCategory categoryOf(const TaskEntity& task) {
 }  // namespace
 
 UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequencyPeriod& period) {
-  UNNotificationContent content{.categoryIdentifier = std::string(rawValue(categoryOf(task))),
+  const auto snapshot = task.notificationTaskCurrentProgress(period);
+  const auto category = categoryOf(task, snapshot && snapshot->externalUrl);
+  UNNotificationContent content{.categoryIdentifier = std::string(rawValue(category)),
                                 .body = localized(reminder_wording::reminder.noTask)};
   const std::string* title = task.text(TaskAttributes::title);
   content.title = title != nullptr ? *title : "";
-  const auto snapshot = task.notificationTaskCurrentProgress(period);
   if (!snapshot) return content;
   const TaskDisplayOrder order = task.taskDisplayOrder();
   const NotificationData data{.task = *snapshot,
