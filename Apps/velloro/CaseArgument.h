@@ -11,10 +11,14 @@
 
 namespace velloro {
 
-/// A complaint that names near matches, or all names where there are few.
+/// "write one of add, list, undo", for a complaint.
+[[nodiscard]] std::string oneOf(const std::vector<std::string_view>& names);
+
+/// A complaint that names near matches, or all names where there are few, or says where they are.
 [[nodiscard]] UsageError unknownName(const std::string& name, const std::string& text,
                                      const std::string& what,
-                                     const std::vector<std::string_view>& names);
+                                     const std::vector<std::string_view>& names,
+                                     const std::string& where = {});
 
 /// A case of an enumeration by its raw text.
 ///
@@ -22,11 +26,11 @@ namespace velloro {
 ///         // UsageError: --mode "blak": not a mode; did you mean "black"?
 template <RawRepresentable E>
 [[nodiscard]] E caseArgument(const std::string& name, const std::string& text,
-                             const std::string& what) {
+                             const std::string& what, const std::string& where = {}) {
   if (const auto value = fromRawValue<E>(text)) return *value;
   std::vector<std::string_view> names;
   for (const E value : allCases<E>()) names.push_back(rawValue(value));
-  throw unknownName(name, text, what, names);
+  throw unknownName(name, text, what, names, where);
 }
 
 }  // namespace velloro

@@ -56,7 +56,10 @@ TaskFields TaskFieldOptions::fields(const TaskFrequency& base) const {
   fields.firstDayOfWeek = given<DayOfWeek>("--first-day-of-week", firstDayOfWeek, weekdayArgument);
   fields.timeZone = given<TimeZone>("--zone", zone, zoneArgument);
   fields.color = given<OxCodableColor>("--color", color, colorArgument);
-  if (icon) fields.icon = caseArgument<IconManagerIcon>("--icon", *icon, "icon");
+  if (icon) {
+    fields.icon =
+        caseArgument<IconManagerIcon>("--icon", *icon, "icon", "\"velloro icons\" lists them");
+  }
   if (page) {
     const auto number = countArgument("--page", *page);
     if (number > 300) throw UsageError("--page \"" + *page + "\": there are pages 0 to 300");

@@ -3,6 +3,7 @@
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
 #include "velloro/Arguments.h"
+#include "velloro/CaseArgument.h"
 #include "velloro/DayCommand.h"
 #include "velloro/DemoCommand.h"
 #include "velloro/GlobalOptions.h"
@@ -24,6 +25,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -39,6 +43,38 @@ int complain(const char* reason, int exitCode) {
   return exitCode;
 }
 
+/// The innermost command that was written, such as that of "log add".
+const CLI::App& commandOf(const CLI::App& app) {
+  const auto written = app.get_subcommands();
+  return written.empty() ? app : commandOf(*written.front());
+}
+
+std::string fullName(const CLI::App& command) {
+  const CLI::App* outer = command.get_parent();
+  return (outer != nullptr ? fullName(*outer) + " " : "") + command.get_name();
+}
+
+/// What is wrong with the command line, and what would be right.
+std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
+  const CLI::App& command = commandOf(app);
+  const std::string name = fullName(command);
+  std::vector<std::string_view> commands;
+  for (const CLI::App* inner : command.get_subcommands([](const auto*) { return true; })) {
+    commands.push_back(inner->get_name());
+  }
+  const auto unexpected = app.remaining(true);
+  const std::string word = unexpected.empty() ? "" : unexpected.front();
+  if (!commands.empty() && !word.empty() && !word.starts_with('-')) {
+    return unknownName("COMMAND", word, "command of \"" + name + "\"", commands).what();
+  }
+  const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+  if (isMissing && !commands.empty() && word.empty()) {
+    return "a command is needed; " + oneOf(commands);
+  }
+  return (word.empty() ? error.what() : word + ": not expected here") + "; see \"" + name +
+         " --help\"";
+}
+
 /// What was printed has arrived, or the person is told.
 int closeOutput() {
   errno = 0;
@@ -49,7 +85,7 @@ int closeOutput() {
 int run(int argumentCount, char** arguments) {
   CLI::App app("Reminders and records of habits", "velloro");
   app.set_version_flag("--version", "velloro " VELLORO_VERSION);
-  app.require_subcommand(0, 1);
+  app.require_subcommand(1);
   app.fallthrough();
   app.footer("velloro COMMAND --help tells more of a command.");
   GlobalOptions global;
@@ -79,7 +115,6 @@ int run(int argumentCount, char** arguments) {
       [&] { Environment::install(new ProcessEnvironment(global.environment())); });
   try {
     app.parse(argumentCount, arguments);
-    if (app.get_subcommands().empty()) throw UsageError("a command is needed; see velloro --help");
     DataManager::closeShared();
     LogManager::shared().flush();
     return closeOutput();
@@ -87,7 +122,7 @@ int run(int argumentCount, char** arguments) {
     app.exit(asked);
     return closeOutput();
   } catch (const CLI::ParseError& error) {
-    return complain(error.what(), badUsage);
+    return complain(complaint(app, error).c_str(), badUsage);
   } catch (const UsageError& error) {
     return complain(error.what(), badUsage);
   } catch (const std::exception& error) {

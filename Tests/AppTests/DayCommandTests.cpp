@@ -52,7 +52,11 @@ TEST(DayCommand, NamesWhatItCannotUse) {
       {"day --zone ../../etc/passwd", "--zone \"../../etc/passwd\": not a time zone"},
       {"day --now 2024-03-07", "--now \"2024-03-07\": not an instant"},
       {"day 20240307 --at 2024-03-07T00:00:00Z", "day excludes --at"},
-      {"night", "night"},
+      {"dayy", "COMMAND \"dayy\": not a command of \"velloro\"; did you mean \"day\"?"},
+      {"log", "a command is needed; write one of add, list, undo"},
+      {"log night", "\"night\": not a command of \"velloro log\"; write one of add"},
+      {"log add --nigh", "--nigh: not expected here; see \"velloro log add --help\""},
+      {"log --nigh", "--nigh: not expected here; see \"velloro log --help\""},
       {"day 20240307 --json=5", "json was given"},
       {"", "a command is needed"}};
   for (const auto& [arguments, complaint] : cases) expectRefusal(arguments, complaint);
