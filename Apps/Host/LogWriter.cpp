@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace velloro {
@@ -26,16 +27,46 @@ TaskFrequencyPeriod periodOf(const TaskEntity& task, YYYYMMDD date) {
   return task.frequency().period(date, task.firstDayOfWeek()).period;
 }
 
-/// What entries of the period have brought together: the newest of them tells.
-double totalSoFar(const TaskEntity& task, const TaskFrequencyPeriod& period) {
-  const auto counted =
+/// From the oldest.
+TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskFrequencyPeriod& period) {
+  return entriesOf(task, {.direction = TaskLogFetchRequest::Direction::oldestToNewest,
+                          .minDate = period.startDate,
+                          .maxDate = period.finishDate});
+}
+
+/// What the entry brings its period on by.
+double countedAmount(const TaskEntity& task, const Entry& entry) {
+  const auto steps =
       task.isNegative() ? TaskLogEntryTypes::allMissedTypes : TaskLogEntryTypes::allCompletedTypes;
-  const auto entries = entriesOf(task, {.direction = TaskLogFetchRequest::Direction::newestToOldest,
-                                        .minDate = period.startDate,
-                                        .maxDate = period.finishDate,
-                                        .fetchLimit = 1,
-                                        .includeStatuses = counted});
-  return entries.empty() ? 0 : entries.front()->value(Entry::progressTotal);
+  const Type type = entry.logEntryType().value_or(Type::unknown);
+  return steps.contains(type) || isTimer(type) ? entry.value(Entry::progress) : 0;
+}
+
+double totalOf(const TaskEntity& task, const TaskEntity::Entries& entries) {
+  double total = 0;
+  for (const auto& entry : entries) total += countedAmount(task, *entry);
+  return total;
+}
+
+double totalSoFar(const TaskEntity& task, const TaskFrequencyPeriod& period) {
+  return totalOf(task, entriesIn(task, period));
+}
+
+bool isBefore(const Entry& entry, const Entry& other) {
+  const auto place = [](const Entry& one) {
+    return std::pair(one.value(Entry::entryDate), one.value(Entry::createdTimestamp));
+  };
+  return place(entry) < place(other);
+}
+
+/// From the place on at which an entry has come in, or has gone.
+void correctTotals(const TaskEntity& task, const TaskFrequencyPeriod& period, const Entry& moved) {
+  double total = 0;
+  const auto entries = entriesIn(task, period);
+  for (const auto& entry : entries) {
+    total += countedAmount(task, *entry);
+    if (!isBefore(*entry, moved)) entry->writeValue(Entry::progressTotal, total);
+  }
 }
 
 Type fullForm(Type type) {
@@ -73,6 +104,16 @@ Step stepOf(const NewLogEntry& entry, bool isNegative, const TaskProgress& progr
   const bool counts = isNegative ? isMissedFull(type) : isCompletedFull(type);
   const double amount = entry.amount.value_or(counts ? std::max(target - done, 0.0) : 0);
   return {type, amount, done + amount};
+}
+
+/// A moment later for each entry that the day has of that very instant, since the newest of a day's
+/// entries tells its total and is the one to be taken back.
+Date instantOfItsOwn(const TaskEntity::Entries& entries, YYYYMMDD date, Date at) {
+  for (const auto& entry : entries) {
+    const bool isOfDay = entry->value(Entry::entryDate) == date.intValue();
+    if (isOfDay && entry->value(Entry::createdTimestamp) == at) at = at + 0.001;
+  }
+  return at;
 }
 
 std::shared_ptr<Entry> insertEntry(TaskEntity& task, const TaskFrequencyPeriod& period,
@@ -153,9 +194,12 @@ void keepEnteredAmount(TaskEntity& task) {
 
 std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
   const TaskFrequencyPeriod period = periodOf(task, entry.date);
-  const TaskProgress progress = task.progress(period);
-  const Step step = stepOf(entry, task.isNegative(), progress, totalSoFar(task, period));
-  return insertEntry(task, period, entry.date, UniqueID::create(), entry.at, step);
+  const auto others = entriesIn(task, period);
+  const Step step = stepOf(entry, task.isNegative(), task.progress(period), totalOf(task, others));
+  auto written = insertEntry(task, period, entry.date, UniqueID::create(),
+                             instantOfItsOwn(others, entry.date, entry.at), step);
+  if (!others.empty() && isBefore(*written, *others.back())) correctTotals(task, period, *written);
+  return written;
 }
 
 std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
@@ -164,6 +208,7 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
   if (!id) return nullptr;
   const auto entries = entriesOf(task, {.uniqueIds = {*id}});
   for (const auto& entry : entries) task.managedObjectContext()->deleteObject(*entry);
+  correctTotals(task, period, *entries.front());
   if (period < task.currentPeriod().period) {  // to be closed again
     task.setValue(TaskAttributes::lastProcessedDate,
                   period.startDate.startOfDay(task.startOfDay(), task.taskCurrentTimeZone()));

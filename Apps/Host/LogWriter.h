@@ -19,7 +19,8 @@ struct NewLogEntry {
   /// task the same as misses.
   std::optional<TaskLogEntryType> type = {};
   YYYYMMDD date = {};
-  Date at;                            ///< When the entry is made.
+  /// When the entry is made; one of the same day and instant as another counts as made after it.
+  Date at;
   std::optional<double> amount = {};  ///< In the task's unit; absent for what the type takes.
 };
 

@@ -33,7 +33,6 @@ void printTask(const TaskEntity& task, const TaskOptions& options, const char* w
 }
 
 void add(const TaskOptions& options) {
-  if (options.fields.title->empty()) throw UsageError("TITLE \"\": empty");
   const Date created =
       options.created ? instantArgument("--created", *options.created) : Date::now();
   if (created > Date::now()) {

@@ -46,6 +46,9 @@ std::optional<AutomaticTaskType> TaskFieldOptions::automaticTaskType(std::int64_
 }
 
 TaskFields TaskFieldOptions::fields(const TaskFrequency& base) const {
+  if (title && title->empty()) {
+    throw UsageError("TITLE \"\": empty; write what the task is called");
+  }
   TaskFields fields{.title = title};
   if (frequency.areGiven()) fields.frequency = frequency.over(base);
   fields.automaticTaskType =

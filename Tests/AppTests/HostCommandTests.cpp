@@ -91,9 +91,18 @@ TEST_F(HostCommands, CountStepsAndHabitsToAvoid) {
   const auto progress = answer("04T10:00:00", "status Water")["progress"];
   EXPECT_EQ(*progress["currentValue"].real(), 2);
   EXPECT_EQ(*progress["numCompletions"].integer(), 1);
+  EXPECT_EQ(*answer("04T09:00:00", "log add Water")["progressTotal"].real(), 4);
+  EXPECT_EQ(*answer("04T09:00:00", "log undo Water")["progressTotal"].real(), 4)
+      << "at one instant, too, one comes after the other";
   EXPECT_EQ(*answer("04T11:00:00", "log add Water --progress 6")["type"].text(),
             "completed_manually");
   EXPECT_EQ(status("04T12:00:00", "Water"), "c 1/1");
+
+  answer("04T08:00:00", "task add Swim --mode aggregateOverWeek --partial 3");
+  answer("06T09:00:00", "log add Swim");
+  answer("06T09:00:00", "log add Swim --date 20240304");
+  EXPECT_EQ(*answer("06T09:00:00", "log add Swim")["type"].text(), "completed_manually")
+      << "what was entered later for an earlier day counts";
 
   answer("04T08:00:00", "task add 'No sweets' --negative");
   EXPECT_EQ(status("04T12:00:00", "No sweets"), "nc_mwoi 1/1");
@@ -138,6 +147,7 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   refuses(now, "task add Plants --interval 31", "31 days between completions; the nearest is 30");
   refuses(now, "task add Weird --color red", "--color \"red\": not a colour");
   refuses(now, "task add Walk --days ''", "never be due");
+  refuses(now, "task edit Read --title ''", "TITLE \"\": empty");
   refuses(now, "history Read --from 20240405", "after --to");
   refuses(now, "demo", "has tasks already");
   EXPECT_EQ(answer(now, "task list").array()->size(), 2U) << "what was refused left nothing";
