@@ -85,7 +85,9 @@ FetchResult<NSManagedObject> NSManagedObjectContext::fetch(const NSFetchRequest&
   const std::size_t limit = request.fetchLimit();
   const bool evaluates = mustEvaluate(*plan);
   if (!evaluates && !hasPending(entity)) {
-    return readObjects(entity, plan->select(columns, limit), asFaults);
+    auto objects = readObjects(entity, plan->select(columns, limit), asFaults);
+    if (objects) group(entity, *objects);
+    return objects;
   }
   // Rows that have unsaved changes may drop out, so that further ones move up.
   const std::size_t spare = updated_.size() + deleted_.size();
@@ -100,6 +102,7 @@ FetchResult<NSManagedObject> NSManagedObjectContext::fetch(const NSFetchRequest&
   addPending(entity, *plan, *objects);
   plan->sort(*objects);
   if (limit > 0 && objects->size() > limit) objects->resize(limit);
+  group(entity, *objects);
   return objects;
 }
 

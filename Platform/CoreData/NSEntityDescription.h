@@ -97,6 +97,8 @@ class NSEntityDescription {
   }
   /// The attributes as declared, then the to-one relations kept here.
   [[nodiscard]] const std::vector<Slot>& slots() const { return slots_; }
+  /// The slots of the relations that are to-one at both ends.
+  [[nodiscard]] const std::vector<std::size_t>& oneToOneSlots() const { return oneToOneSlots_; }
   /// Each a list of slots' names; "-" before a name stands for descending.
   [[nodiscard]] const std::vector<std::vector<std::string>>& indexes() const { return indexes_; }
 
@@ -122,6 +124,7 @@ class NSEntityDescription {
   std::vector<NSRelationshipDescription> relationships_;
   std::vector<std::vector<std::string>> indexes_;
   std::vector<Slot> slots_;
+  std::vector<std::size_t> oneToOneSlots_;
 };
 
 /// The name of a class's entity: "Task" for `TaskEntity`.

@@ -1,5 +1,6 @@
 #include "CoreData/NSManagedObject.h"
 
+#include "CoreData/FetchGroup.h"
 #include "CoreData/NSManagedObjectContext.h"
 #include "Foundation/Environment.h"
 
@@ -37,6 +38,10 @@ void NSManagedObject::load() const {
 void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
   if (slotValue(slot) == value) return;
   std::swap(values_[slot], value);
+  const auto& oneToOne = entity().oneToOneSlots();
+  if (context_ != nullptr && std::ranges::find(oneToOne, slot) != oneToOne.end()) {
+    context_->forgetOtherEnds(*this);
+  }
   if (state_ != State::saved && state_ != State::updated) return;
   const auto known = std::ranges::find(changes_, slot, &Change::slot);
   if (known == changes_.end()) {
@@ -95,6 +100,7 @@ void NSManagedObject::takeValues(std::int64_t version, RowValues values) {
   version_ = version;
   values_ = std::move(values);
   isFault_ = false;
+  context_->forgetOtherEnds(*this);
 }
 
 /// A newer row under unsaved changes: what was changed here stays, the rest becomes the row's.
@@ -115,6 +121,7 @@ void NSManagedObject::detach() {
   context_ = nullptr;
   state_ = State::detached;
   changes_.clear();
+  group_.reset();
 }
 
 std::any NSManagedObject::transformed(std::size_t slot, const std::string& transformerName) const {

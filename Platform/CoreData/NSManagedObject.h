@@ -11,6 +11,7 @@
 namespace platform {
 
 class NSManagedObjectContext;
+struct FetchGroup;
 
 /// One object of a store as one context sees it: in a context there is at most one for an ID. Its
 /// properties are read and set by the declarations of its entity (`NSEntityDescription`), on the
@@ -23,9 +24,13 @@ class NSManagedObjectContext;
 ///     note->changedValues();
 ///
 /// The values are read from the file when they are first looked at, all at once; until then the
-/// object is a *fault*. An object that was deleted, here or elsewhere, or whose context has gone,
-/// is *detached*: it has no context, keeps the values it had (a fault reads as the defaults), has
-/// no relations, and what is set goes nowhere.
+/// object is a *fault*. A to-one relation that is kept at its other end is likewise read when it is
+/// first looked at, for all objects that were fetched together, and then remembered until a fetch
+/// comes upon the object again, or something changes here or is merged that may concern it.
+///
+/// An object that was deleted, here or elsewhere, or whose context has gone, is *detached*: it has
+/// no context, keeps the values it had (a fault reads as the defaults), has no relations, and what
+/// is set goes nowhere.
 class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
  public:
   using Objects = std::vector<std::shared_ptr<NSManagedObject>>;
@@ -146,6 +151,7 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
   std::int64_t version_ = 0;  // of the row that the values were read from
   RowValues values_;
   std::vector<Change> changes_;
+  mutable std::shared_ptr<FetchGroup> group_;  // what is remembered of its relations, or null
 };
 
 }  // namespace platform

@@ -1,9 +1,7 @@
 #include "CoreData/NSManagedObjectContext.h"
 
-#include "CoreData/FetchPlan.h"
 #include "CoreData/NSPersistentStoreCoordinator.h"
 #include "CoreData/SqliteStore.h"
-#include "CoreData/StoreHistory.h"
 #include "Foundation/Environment.h"
 
 #include <algorithm>
@@ -162,82 +160,6 @@ void NSManagedObjectContext::noteChange(NSManagedObject& object) {
   }
 }
 
-NSManagedObjectContext::Objects NSManagedObjectContext::members(
-    const NSManagedObject& object, const NSRelationshipDescription& relationship) {
-  assert(isOnQueue() && "a context is used off its queue");
-  Objects result;
-  if (relationship.storage == Storage::links) {
-    for (const NSManagedObjectID id : linked(object, relationship)) {
-      auto member = objectWithID(id);
-      if (!member->isDeleted()) result.push_back(std::move(member));
-    }
-    return result;
-  }
-  NSFetchRequest request(relationship.destinationName);
-  request.setPredicate(NSPredicate(NSPredicate::Comparison{.keyPath = relationship.inverseName,
-                                                           .right = PropertyValues{object.id_}}));
-  auto fetched = fetch(request);
-  if (!fetched) return result;
-  result = std::move(*fetched);
-  std::ranges::sort(result, [](const auto& one, const auto& other) {
-    const bool areOfOneKind = one->id_.isTemporaryID() == other->id_.isTemporaryID();
-    return areOfOneKind ? one->id_ < other->id_ : other->id_.isTemporaryID();
-  });
-  return result;
-}
-
-std::set<NSManagedObjectID> NSManagedObjectContext::linked(
-    const NSManagedObject& object, const NSRelationshipDescription& relationship) {
-  std::set<NSManagedObjectID> result;
-  const bool isFirst = relationship.isFirstInLinks;
-  const auto read = [&]() -> Result<void> {
-    const auto open = store();
-    if (open == nullptr || object.id_.isTemporaryID()) return {};
-    const auto connection = open->lease();
-    if (!connection) return std::unexpected(connection.error());
-    auto query = (*connection)
-                     ->prepare(std::string("SELECT ") + (isFirst ? "second" : "first") + " FROM " +
-                               sqlName(relationship.linkTable) + " WHERE " +
-                               (isFirst ? "first" : "second") + " = ?");
-    if (!query) return std::unexpected(query.error());
-    query->bind(1, object.id_.key);
-    for (;;) {
-      const auto row = query->step();
-      if (!row) return std::unexpected(row.error());
-      if (!*row) return {};
-      result.insert(NSManagedObjectID{relationship.destination, query->integer(0)});
-    }
-  };
-  if (const auto done = read(); !done) {
-    Environment::current().report("a relation can't be read: " +
-                                  done.error()->localizedDescription());
-  }
-  const auto* canonical = isFirst ? &relationship : relationship.inverse;
-  for (const auto& [link, isThere] : links_) {
-    const NSManagedObjectID own = isFirst ? link.first : link.second;
-    const NSManagedObjectID other = isFirst ? link.second : link.first;
-    if (link.relationship != canonical || own != object.id_) continue;
-    if (isThere) {
-      result.insert(other);
-    } else {
-      result.erase(other);
-    }
-  }
-  return result;
-}
-
-void NSManagedObjectContext::setLink(const NSRelationshipDescription& relationship,
-                                     const NSManagedObject& object, const NSManagedObject& member,
-                                     bool isThere) {
-  if (linked(object, relationship).contains(member.id_) == isThere) return;
-  const Link link =
-      relationship.isFirstInLinks
-          ? Link{.relationship = &relationship, .first = object.id_, .second = member.id_}
-          : Link{.relationship = relationship.inverse, .first = member.id_, .second = object.id_};
-  // A change that was not saved yet is taken back; any other is noted.
-  if (links_.erase(link) == 0) links_.emplace(link, isThere);
-}
-
 NSManagedObjectContext::Objects NSManagedObjectContext::objectsOf(const Pending& pending) {
   Objects objects;
   for (const auto& [id, object] : pending) objects.push_back(object);
@@ -250,6 +172,7 @@ bool NSManagedObjectContext::hasChanges() const {
 
 void NSManagedObjectContext::rollback() {
   assert(isOnQueue() && "a context is used off its queue");
+  forgetAll();
   links_.clear();
   for (const auto& [id, object] : std::exchange(inserted_, {})) detach(*object);
   for (const Pending& pending : {std::exchange(updated_, {}), std::exchange(deleted_, {})}) {
@@ -275,6 +198,10 @@ void NSManagedObjectContext::mergeChangesFromRemoteContextSave(
 }
 
 void NSManagedObjectContext::merge(const UserInfo& changes) {
+  const auto leadsToOne = [](NSManagedObjectID id) { return !id.entity->oneToOneSlots().empty(); };
+  for (const char* key : {NSInsertedObjectIDsKey, NSUpdatedObjectIDsKey}) {
+    if (std::ranges::any_of(idsUnder(key, changes), leadsToOne)) forgetAll();
+  }
   std::vector<NSManagedObjectID> refreshed;
   for (const NSManagedObjectID id : idsUnder(NSDeletedObjectIDsKey, changes)) {
     if (const auto object = registered(id)) detach(*object);

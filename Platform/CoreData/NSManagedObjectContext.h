@@ -174,6 +174,18 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   bool load(NSManagedObject& object);
   void noteChange(NSManagedObject& object);
   Objects members(const NSManagedObject& object, const NSRelationshipDescription& relationship);
+  Objects membersByFetch(const NSManagedObject& object,
+                         const NSRelationshipDescription& relationship);
+  /// \name To-one relations whose other end keeps them
+  /// @{
+  static void group(const NSEntityDescription& entity, const Objects& objects);
+  [[nodiscard]] std::optional<Objects> remembered(const NSManagedObject& object,
+                                                  const NSRelationshipDescription& toOne) const;
+  Result<void> readForGroup(const NSManagedObject& object, const NSRelationshipDescription& toOne);
+  /// Of the objects that this one's own relations lead to.
+  void forgetOtherEnds(const NSManagedObject& object) const;
+  void forgetAll() const;
+  /// @}
   std::set<NSManagedObjectID> linked(const NSManagedObject& object,
                                      const NSRelationshipDescription& relationship);
   void setLink(const NSRelationshipDescription& relationship, const NSManagedObject& object,

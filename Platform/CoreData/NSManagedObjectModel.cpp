@@ -98,6 +98,7 @@ void NSManagedObjectModel::settle(NSEntityDescription& entity, NSRelationshipDes
 
 void NSManagedObjectModel::addSlots(NSEntityDescription& entity) {
   entity.slots_.clear();
+  entity.oneToOneSlots_.clear();
   for (const auto& attribute : entity.attributes()) {
     entity.slots_.push_back(
         {.name = attribute.name, .type = attribute.type, .defaultValue = attribute.defaultValue});
@@ -105,6 +106,9 @@ void NSManagedObjectModel::addSlots(NSEntityDescription& entity) {
   for (auto& relationship : entity.relationships_) {
     if (relationship.storage != Storage::own) continue;
     relationship.slot = entity.slots_.size();
+    if (relationship.inverse != nullptr && !relationship.inverse->isToMany) {
+      entity.oneToOneSlots_.push_back(relationship.slot);
+    }
     entity.slots_.push_back({.name = relationship.name, .relationship = &relationship});
   }
   checkIndexes(entity);

@@ -131,6 +131,55 @@ TEST_F(ContextTest, RelationsKeepBothSides) {
   EXPECT_THAT(emma->value(BookEntity::tags), IsEmpty());
 }
 
+TEST_F(ContextTest, ARelationIsRememberedUntilSomethingMayHaveChangedIt) {
+  const auto cover = [](Context& context, const Book& book, const char* color) {
+    const auto made = context.insert<CoverEntity>();
+    made->setValue(CoverEntity::color, color);
+    made->setValue(CoverEntity::book, book);
+    return made;
+  };
+  const auto emma = newBook(view(), "Emma");
+  const auto late = newBook(view(), "Late");
+  cover(view(), emma, "red");
+  expectSaved(view());
+  elsewhere([&](Context& context) {
+    auto books = context.fetch<BookEntity>(bookRequest()).value();
+    const auto colors = [&] {
+      std::string all;
+      for (const auto& book : books) {
+        const auto its = book->value(BookEntity::cover);
+        all += its ? its->value(CoverEntity::color).value() + " " : "- ";
+      }
+      return all;
+    };
+    EXPECT_EQ(colors(), "red - ");
+    const auto blue = cover(view(), late, "blue");
+    expectSaved(view());
+    EXPECT_EQ(colors(), "red - ");
+    books = context.fetch<BookEntity>(bookRequest()).value();
+    EXPECT_EQ(colors(), "red blue ");
+    blue->setValue(CoverEntity::book, emma);
+    expectSaved(view());
+    EXPECT_EQ(colors(), "red blue ");
+    const auto covers = context.fetch<CoverEntity>(NSFetchRequest("Cover")).value();
+    EXPECT_EQ(colors(), "blue - ");
+    cover(context, books[1], "green");
+    context.deleteObject(*covers[1]);
+    EXPECT_EQ(colors(), "- green ");
+    context.rollback();
+    EXPECT_EQ(colors(), "blue - ");
+    cover(view(), late, "pink");
+    expectSaved(view());
+    Context::mergeChangesFromRemoteContextSave(
+        {{NSInsertedObjectIDsKey, std::vector{late->value(BookEntity::cover)->objectID()}}},
+        {context.shared_from_this()});
+    EXPECT_EQ(colors(), "blue pink ");
+    books[1]->setValue(BookEntity::cover, covers[0]);
+    expectSaved(context);
+    EXPECT_EQ(colors(), "blue red ");
+  });
+}
+
 TEST_F(ContextTest, ADeletionTakesWhatIsOwnedAndReleasesTheRest) {
   const auto jane = view().insert<AuthorEntity>();
   const auto emma = newBook(view(), "Emma");
