@@ -32,11 +32,12 @@ void copyRelations(const NSManagedObject& object, NSManagedObject& copy, const C
     if (relation.storage == Storage::inverse) continue;
     if (relation.storage == Storage::links && !relation.isFirstInLinks) continue;
     for (const auto& member : object.members(relation)) {
-      const auto& copied = copies.at(member->objectID());
+      const auto copied = copies.find(member->objectID());
+      if (copied == copies.end()) continue;  // someone has only just made it
       if (relation.isToMany) {
-        copy.addMember(relation, *copied);
+        copy.addMember(relation, *copied->second);
       } else {
-        copy.setMember(relation, copied.get());
+        copy.setMember(relation, copied->second.get());
       }
     }
   }
@@ -58,9 +59,7 @@ void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
   }
   for (const auto& object : originals)
     copyRelations(*object, *copies.at(object->objectID()), copies);
-  const auto saved = to.save();
-  if (!saved) to.rollback();
-  orThrow(saved);
+  orThrow(to.save());
 }
 
 /// While it lives, no background work begins.
@@ -89,9 +88,14 @@ StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
   NSManagedObjectContext& to = *chosen->viewContext();
   const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
   StoreSwitch result{.found = orThrow(to.count(tasks))};
-  if (result.found == 0) {
-    result.copied = orThrow(from.count(tasks));
-    copyRows(from, to);
+  if (result.found == 0) result.copied = orThrow(from.count(tasks));
+  if (result.copied > 0) {
+    try {
+      copyRows(from, to);
+    } catch (...) {
+      to.rollback();
+      throw;
+    }
   }
   SettingsStorage::shared().setBoolean(isCloud, Setting::cloudSyncTasksEnabled);
   return result;

@@ -25,7 +25,8 @@ std::string padded(std::string_view text, std::size_t width) {
 }
 
 std::string colored(std::string_view text, const std::optional<OxCodableColor>& color) {
-  if (!standardOutputHasColors()) return std::string(text);
+  static const bool hasColors = standardOutputHasColors();
+  if (!hasColors) return std::string(text);
   const OxCodableColor chosen = color.value_or(Theme::hero.color());
   const auto level = [](double share) { return static_cast<int>(std::lround(share * 255)); };
   return stringWithFormat("\x1b[38;2;%d;%d;%dm", level(chosen.r), level(chosen.g),

@@ -3,6 +3,8 @@
 #include "Foundation/JSON.h"
 #include "Host/HostStore.h"
 #include "Host/StoreSwitch.h"
+#include "Settings/SettingsStorageCoreData.h"
+#include "velloro/Arguments.h"
 #include "velloro/Output.h"
 #include "velloro/SettingsArgument.h"
 #include "velloro/SettingsReport.h"
@@ -60,13 +62,25 @@ void chooseStoreAndTell(bool isCloud) {
   }
 }
 
+/// What is in memory must be in the store as well: the tier itself only logs a failure.
+void expectSaved(const SettingsStorage& storage, const Setting& setting) {
+  auto* const cloud = dynamic_cast<SettingsStorageCoreData*>(storage.cloudStorage());
+  if (cloud == nullptr || &storage.container(setting) != cloud) return;
+  const JSONEncoder encoder{};
+  const std::string written = encoder.encode(SettingsReport::of(storage, setting));
+  cloud->updateSettings();
+  if (encoder.encode(SettingsReport::of(storage, setting)) == written) return;
+  throw HostError("\"" + settingName(setting) + "\" was not saved: the store can't be written now");
+}
+
 void write(const Setting& setting, const std::optional<std::string>& value) {
   auto& storage = SettingsStorage::shared();
-  if (setting == Setting(Setting::cloudSyncTasksEnabled) && !storage.isExtension()) {
-    chooseStoreAndTell(value && flagArgument(*value));
-  } else {
+  if (setting != Setting(Setting::cloudSyncTasksEnabled)) {
     setArgument(storage, setting, value);
+    return expectSaved(storage, setting);
   }
+  if (storage.isExtension()) throw UsageError("--process: only the application chooses the store");
+  chooseStoreAndTell(value && flagArgument(*value));
 }
 
 void set(const SettingsOptions& options) {

@@ -75,6 +75,17 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
          " --help\"";
 }
 
+/// However a command ends, its store is closed and its log written.
+struct Ending {
+  Ending() = default;
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+  ~Ending() {
+    DataManager::closeShared();
+    LogManager::shared().flush();
+  }
+};
+
 /// What was printed has arrived, or the person is told.
 int closeOutput() {
   errno = 0;
@@ -107,16 +118,14 @@ int run(int argumentCount, char** arguments) {
   addTypesCommand(app);
   addWatchCommand(app);
 
-  SettingsStorage::setCloudContainer(
-      [] { return DataManager::shared().cloudPersistentContainer(); });
+  SettingsStorage::setCloudContainer(DataManager::sharedCloudContainer);
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
   app.parse_complete_callback(
       [&] { Environment::install(new ProcessEnvironment(global.environment())); });
   try {
+    const Ending ending;
     app.parse(argumentCount, arguments);
-    DataManager::closeShared();
-    LogManager::shared().flush();
     return closeOutput();
   } catch (const CLI::Success& asked) {  // --help, --version
     app.exit(asked);

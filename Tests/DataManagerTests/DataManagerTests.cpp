@@ -1,4 +1,5 @@
 #include "CloudKit/CKError.h"
+#include "Containers/SaveIfChanged.h"
 #include "CoreData/NSPersistentStoreCoordinator.h"
 #include "CoreData/StoreError.h"
 #include "DataManager/DataManager.h"
@@ -88,7 +89,7 @@ TEST_F(DataManagerTest, WritesAsItsTargetAndMirrorsWhereThatMay) {
 }
 
 TEST_F(DataManagerTest, TheFirstRunOfTheApplicationChoosesTheCloudFile) {
-  auto extension = make("velloro.app.widgets");
+  const auto extension = make("velloro.app.widgets");
   EXPECT_EQ(extension->activePersistentContainer(), extension->localPersistentContainer());
   const auto application = make();
   EXPECT_EQ(application->activePersistentContainer(), application->cloudPersistentContainer());
@@ -150,6 +151,7 @@ TEST_F(DataManagerTest, RecordsTheMirrorsEvents) {
   ASSERT_THAT(settings_.cloudKitErrors(), SizeIs(1));
   EXPECT_EQ(settings_.cloudKitErrors().front().ckErrorCode, 9);
   event.error = nullptr;
+  environment_.advance(60);
   post(*manager, event);
   EXPECT_EQ(manager->currentSyncError(), nullptr);
   EXPECT_EQ(manager->currentSyncErrorDate(), Date::now());
@@ -199,6 +201,8 @@ TEST_F(DataManagerTest, AStoreThatCantBeOpenedIsLeftAsItIs) {
   const auto manager = make();
   EXPECT_NE(manager->activePersistentContainer()->loadError(), nullptr);
   EXPECT_FALSE(manager->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")));
+  static_cast<void>(TaskEntity::create(*manager->viewContext()));
+  EXPECT_FALSE(saveIfChanged(*manager->viewContext()));
   EXPECT_EQ(NSFileManager::contents(file), bytes);
 }
 

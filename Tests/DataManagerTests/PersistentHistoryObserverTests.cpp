@@ -89,10 +89,33 @@ TEST_F(PersistentHistoryObserverTest, ReadsOnlyWhatIsNewSinceItsOwnBookmark) {
       << "no date counts as the beginning";
 }
 
+TEST_F(PersistentHistoryObserverTest, TwoOfOneAuthorTakeNothingFromEachOther) {
+  const auto here = open();
+  const auto there = open();
+  const auto first = PersistentHistoryObserver::make(Author::app, here, defaults_);
+  const auto second = PersistentHistoryObserver::make(Author::app, there, defaults_);
+  saveTask(*here, "Read");
+  first->processPersistentHistory();
+  const auto moved = bookmark(Author::app);
+  const auto copy = std::static_pointer_cast<TaskEntity>(
+      there->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value().front());
+  const auto original =
+      here->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value().front();
+  original->setValue(TaskAttributes::title, "Write");
+  ASSERT_TRUE(here->viewContext()->save());
+  first->processPersistentHistory();
+  second->processPersistentHistory();
+  environment_.settle();
+  EXPECT_EQ(copy->value(TaskAttributes::title), "Write");
+  EXPECT_GT(bookmark(Author::app), moved);
+}
+
 TEST_F(PersistentHistoryObserverTest, AFailureLeavesTheBookmark) {
   const auto closed = std::make_shared<Container>(velloroModelName, velloroModel());
+  const Date before = Date::now();
+  defaults_.setObject(before, PersistentHistoryObserver::bookmarkKey(Author::app));
   PersistentHistoryObserver::make(Author::app, closed, defaults_)->processPersistentHistory();
-  EXPECT_EQ(bookmark(Author::app), std::nullopt);
+  EXPECT_EQ(bookmark(Author::app), before);
 }
 
 TEST_F(PersistentHistoryObserverTest, AContextWithAnIdentityDoesntGetItsOwnSaves) {

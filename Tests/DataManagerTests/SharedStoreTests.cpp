@@ -156,7 +156,7 @@ TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {
   TestEnvironment environment;
   makeTasks(environment);
   constexpr std::int64_t wanted = 10000;
-  const auto end = Clock::now() + std::chrono::seconds(90);
+  const auto end = Clock::now() + std::chrono::seconds(240);
   std::mt19937 random(7);
   Seat seats[roles];
   for (int role = 0; role < roles; ++role) seats[role].role = role;
@@ -180,7 +180,8 @@ TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {
     seat.go->send(finish);
     EXPECT_TRUE(endedWell(seat.process));
   }
-  RecordProperty("saves", static_cast<int>(sent));
+  EXPECT_GE(sent, wanted) << "the machine is too slow";
+  EXPECT_GT(kills, 0);
   RecordProperty("kills", kills);
 
   const auto manager = DataManager::make();

@@ -7,12 +7,15 @@
 #include "OxLog/Log.h"
 #include "Tasks/VelloroModel.h"
 
+#include <atomic>
 #include <utility>
 
 namespace velloro {
 namespace {
 
-std::shared_ptr<DataManager>* sharedManager = nullptr;  // never destroyed
+// Never destroyed: background work may use them up to the last moment.
+std::atomic<std::shared_ptr<DataManager>*> sharedManager = nullptr;
+constinit std::mutex sharedMutex;
 
 bool isRateLimit(const Error& error) {
   return error.domain() == CKErrorDomain &&
@@ -54,16 +57,31 @@ DataManager::StoreUrls DataManager::StoreUrls::make() {
           .sharedGroupUrlModernLocal = folder / "Velloro-Local.sqlite"};
 }
 
-DataManager& DataManager::shared() {
-  static auto& manager = *[] {
-    sharedManager = new std::shared_ptr<DataManager>(make());
-    return sharedManager;
+std::shared_ptr<DataManager> DataManager::sharedOrNull() {
+  static const auto& made = *[] {
+    auto* const manager = new std::shared_ptr<DataManager>(make());
+    sharedManager = manager;
+    return manager;
   }();
-  return *manager;
+  const std::scoped_lock lock(sharedMutex);
+  return made;
+}
+
+DataManager& DataManager::shared() {
+  return *sharedOrNull();
+}
+
+std::shared_ptr<DataManager::Container> DataManager::sharedCloudContainer() {
+  const auto manager = sharedOrNull();
+  return manager ? manager->cloudPersistentContainer() : nullptr;
 }
 
 void DataManager::closeShared() {
-  if (sharedManager != nullptr) sharedManager->reset();
+  auto* const manager = sharedManager.load();
+  if (manager == nullptr) return;
+  std::shared_ptr<DataManager> closing;  // goes when nothing is locked
+  const std::scoped_lock lock(sharedMutex);
+  closing.swap(*manager);
 }
 
 std::shared_ptr<DataManager> DataManager::make(std::function<Settings&()> settings) {
@@ -134,18 +152,18 @@ void DataManager::configureStoreDescription(Container& container, const Containe
   container.loadPersistentStores(completion);
 }
 
-// Who has not chosen yet keeps tasks in the file that the cloud mirrors.
+// Who has not chosen yet keeps tasks in the file that the cloud mirrors. The mark that it was done
+// comes last, or at once with the rest: a process that is killed amid it leaves it to the next.
 void DataManager::runFirstRunWorkflow() const {
   if (isExtension()) return;
   auto standard = NSUserDefaults::standardUserDefaults();
   const std::string hasRun = key(Setting::cloudSyncTasksAutoEnableWorkflowHasRun);
   const std::string isEnabled = key(Setting::cloudSyncTasksEnabled);
   if (standard.boolForKey(hasRun)) return;
-  standard.setObject(true, hasRun);
-  standard.setObject(true, isEnabled);
   if (auto suite = NSUserDefaults::initWithSuiteName(groupIdentifier)) {
     suite->setObject(true, isEnabled);
   }
+  standard.setObjects({{hasRun, true}, {isEnabled, true}});
 }
 
 void DataManager::startHistoryObserver() {
@@ -181,6 +199,7 @@ void DataManager::accountStatusChanged(CKAccountStatus status) {
     const std::scoped_lock lock(containerMutex_);
     cloudPersistentContainer_ = std::move(container);
   }
+  replacedContainers_.push_back(held);
   if (!cloudSyncTasksEnabled()) return;
   startHistoryObserver();
   NSNotificationCenter::defaultCenter().post({.name = databaseStorageLocationChanged});
@@ -199,8 +218,9 @@ void DataManager::eventChanged(const Notification& notification) {
   const bool isActive = notification.object == activePersistentContainer().get();
   const auto* event = notification.value<Event>(NSPersistentCloudKitContainerEventUserInfoKey);
   if (event == nullptr) return;
-  if (event->type == Event::Type::import_ && event->endDate) {
-    cleanUpAfterImport(notification.object, *event);
+  const auto container = containerAt(notification.object);
+  if (container != nullptr && event->type == Event::Type::import_ && event->endDate) {
+    cleanUpAfterImport(*container, *event);
   }
   if (event->error != nullptr) noteError(*event);
   Log::dataManager.debug([&] { return description(*event); });
@@ -216,20 +236,26 @@ void DataManager::eventChanged(const Notification& notification) {
   if (isActive) NSNotificationCenter::defaultCenter().post({.name = syncEventsUpdated});
 }
 
-// A container that has been replaced since is gone, and so is its mirror: its event is recorded,
-// the next import cleans up.
-void DataManager::cleanUpAfterImport(const void* container, const Event& event) {
-  for (const auto& held : {cloudPersistentContainer(), localPersistentContainer_}) {
-    if (held.get() != container) continue;
-    maintenanceQueue_.sync([&] { currentImportDeduplicationEvents_.insert(event.identifier); });
-    held->performBackgroundTask(
-        [weak = weak_from_this(), id = event.identifier](NSManagedObjectContext& context) {
-          TaskDeduplicator{id}.run(context);
-          const auto self = weak.lock();
-          if (self == nullptr) return;
-          self->maintenanceQueue_.sync([&] { self->currentImportDeduplicationEvents_.erase(id); });
-        });
+/// One of those that were ever made here.
+std::shared_ptr<DataManager::Container> DataManager::containerAt(const void* address) const {
+  auto containers = replacedContainers_;
+  containers.push_back(cloudPersistentContainer());
+  containers.push_back(localPersistentContainer_);
+  for (const auto& container : containers) {
+    if (container.get() == address) return container;
   }
+  return nullptr;
+}
+
+void DataManager::cleanUpAfterImport(Container& container, const Event& event) {
+  maintenanceQueue_.sync([&] { currentImportDeduplicationEvents_.insert(event.identifier); });
+  container.performBackgroundTask(
+      [weak = weak_from_this(), id = event.identifier](NSManagedObjectContext& context) {
+        TaskDeduplicator{id}.run(context);
+        const auto self = weak.lock();
+        if (self == nullptr) return;
+        self->maintenanceQueue_.sync([&] { self->currentImportDeduplicationEvents_.erase(id); });
+      });
 }
 
 void DataManager::noteError(const Event& event) const {

@@ -18,6 +18,7 @@
 #include <set>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace velloro {
 
@@ -72,6 +73,8 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
 
   /// The process's own, made at the first use, which opens the stores.
   [[nodiscard]] static DataManager& shared();
+  /// Of `shared`; null once that is closed.
+  [[nodiscard]] static std::shared_ptr<Container> sharedCloudContainer();
   /// Closes the stores of `shared`, for a process that is about to end: there is no further use.
   static void closeShared();
   /// \param settings Whom errors of the mirror are told; called when there is one.
@@ -90,7 +93,7 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   void performBackgroundTask(NSPersistentContainer::BackgroundTask task) const;
 
   [[nodiscard]] Author author() const { return velloro::author(target_); }
-  /// That of the container which was active when it was made.
+  /// That of the container which was active when it was made. On the main queue.
   [[nodiscard]] std::shared_ptr<PersistentHistoryObserver> observer() const { return observer_; }
 
   /// While it is set, nothing begins background work on the store: the host moves the stores.
@@ -118,6 +121,7 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
 
  private:
   explicit DataManager(std::function<Settings&()> settings);
+  static std::shared_ptr<DataManager> sharedOrNull();
   void start();
   [[nodiscard]] std::shared_ptr<Container> makeContainer(
       bool isCloud, CKAccountStatus accountStatus,
@@ -129,7 +133,8 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   void accountStatusChanged(CKAccountStatus status);
   void setupImportObserver();
   void eventChanged(const Notification& notification);
-  void cleanUpAfterImport(const void* container, const Event& event);
+  [[nodiscard]] std::shared_ptr<Container> containerAt(const void* address) const;
+  void cleanUpAfterImport(Container& container, const Event& event);
   void noteError(const Event& event) const;
 
   const std::function<Settings&()> settings_;
@@ -138,6 +143,8 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   mutable std::mutex containerMutex_;  // guards the next: replaced on the main queue, read anywhere
   std::shared_ptr<Container> cloudPersistentContainer_;
   std::shared_ptr<Container> localPersistentContainer_;
+  /// Former cloud containers stay open, since their contexts and mirrors may still be at work.
+  std::vector<std::shared_ptr<Container>> replacedContainers_;
   std::shared_ptr<CoreDataMigratorProtocol> migrator_;
   const DispatchQueue maintenanceQueue_{"velloro.domain.datamanager.maintenance",
                                         QualityOfService::userInteractive};

@@ -34,7 +34,8 @@ PersistentHistoryObserver::PersistentHistoryObserver(Author target,
                                                      NSUserDefaults defaults)
     : target_(target),
       persistentContainer_(std::move(container)),
-      userDefaults_(std::move(defaults)) {}
+      userDefaults_(std::move(defaults)),
+      position_(bookmark()) {}
 
 void PersistentHistoryObserver::startObserving() {
   token_ = NSNotificationCenter::defaultCenter().addObserver(
@@ -66,7 +67,7 @@ void PersistentHistoryObserver::processPersistentHistory() {
 }
 
 Result<void> PersistentHistoryObserver::merge(const Context& background, const Context& view) {
-  auto fetched = PersistentHistoryFetcher{background, bookmark()}.fetch();
+  auto fetched = PersistentHistoryFetcher{background, position_}.fetch();
   if (!fetched) return std::unexpected(fetched.error());
   if (fetched->empty()) return {};
   const auto transactions = std::make_shared<const Transactions>(*std::move(fetched));
@@ -76,8 +77,14 @@ Result<void> PersistentHistoryObserver::merge(const Context& background, const C
   });
   mergeInto(background, *transactions);
   view->perform([view, transactions] { mergeInto(view, *transactions); });
-  userDefaults_.setObject(transactions->back().timestamp, bookmarkKey(target_));
+  moveTo(transactions->back().timestamp);
   return {};
+}
+
+// Another observer's bookmark may be further on already.
+void PersistentHistoryObserver::moveTo(Date position) {
+  position_ = position;
+  if (position > bookmark()) userDefaults_.setObject(position, bookmarkKey(target_));
 }
 
 Date PersistentHistoryObserver::bookmark() const {

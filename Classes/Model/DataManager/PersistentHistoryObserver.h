@@ -13,8 +13,9 @@
 namespace velloro {
 
 /// Brings what other processes, and other devices through the mirror, have saved into the contexts
-/// of this one. It reads the store's history from where it stopped the last time, the bookmark,
-/// which outlives the process.
+/// of this one. It reads the store's history from where a process of the same author stopped the
+/// last time, the bookmark, which outlives the process. From there on each observer goes by its own
+/// position: two at the same time, in one process or in two, take nothing from each other.
 ///
 ///     observer_ = PersistentHistoryObserver::make(
 ///         Author::app, container, NSUserDefaults::standardUserDefaults());
@@ -48,10 +49,12 @@ class PersistentHistoryObserver : public std::enable_shared_from_this<Persistent
   Result<void> merge(const std::shared_ptr<NSManagedObjectContext>& background,
                      const std::shared_ptr<NSManagedObjectContext>& view);
   [[nodiscard]] Date bookmark() const;
+  void moveTo(Date position);
 
   const Author target_;
   const std::shared_ptr<Container> persistentContainer_;
   NSUserDefaults userDefaults_;
+  Date position_;  // of the last transaction merged, or where it begins
   std::once_flag queueMade_;
   std::unique_ptr<NSOperationQueue> historyQueue_;
   NSNotificationCenter::Token token_;

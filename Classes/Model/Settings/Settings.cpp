@@ -75,7 +75,7 @@ void Settings::recordCloudKitError(const Error& error) {
   const Date now = Date::now();
   std::erase_if(errors,
                 [&](const auto& kept) { return now.timeIntervalSince(kept.date) >= keptSeconds; });
-  errors.push_back(descriptor(error));
+  errors.insert(errors.begin(), descriptor(error));
   std::ranges::stable_sort(errors, std::ranges::greater{}, &CloudKitErrorDescriptor::date);
   if (errors.size() > keptErrors) errors.resize(keptErrors);
   storage_.setCodable(std::optional(errors), Setting::cloudKitErrors);

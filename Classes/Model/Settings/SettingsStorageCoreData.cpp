@@ -188,14 +188,14 @@ void SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
   request.setReturnsObjectsAsFaults(false);
   const auto rows = fetched(request, context);
   if (!rows) return;
-  Entities entities;
+  decltype(entities_) entities;
   decltype(settingsByKey_) settingsByKey;
   IDs duplicates;
   for (const auto& row : *rows) {
     const std::string* key = row->text(SettingEntity::settingKey);
     if (key == nullptr) continue;
     if (settingsByKey.try_emplace(*key, valueOf(*row)).second) {
-      entities.push_back(row);
+      entities.emplace(row->objectID(), *key);
     } else {
       duplicates.push_back(row->objectID());
     }
@@ -239,12 +239,12 @@ std::set<std::string> SettingsStorageCoreData::keysOf(const IDs& rows,
   const auto known = queue_.sync([&] { return entities_; });
   std::set<std::string> keys;
   for (const NSManagedObjectID id : rows) {
-    std::shared_ptr<NSManagedObject> row = context.objectWithID(id);
-    if (row->text(SettingEntity::settingKey) == nullptr) {
-      const auto found = std::ranges::find(known, id, &SettingEntity::objectID);
-      if (found != known.end()) row = *found;
+    const auto row = context.objectWithID(id);
+    if (const auto* key = row->text(SettingEntity::settingKey)) {
+      keys.insert(*key);
+    } else if (const auto found = known.find(id); found != known.end()) {
+      keys.insert(found->second);
     }
-    if (const auto* key = row->text(SettingEntity::settingKey)) keys.insert(*key);
   }
   return keys;
 }

@@ -64,7 +64,6 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   void updateSettings();
 
  private:
-  using Entities = std::vector<std::shared_ptr<SettingEntity>>;
   using IDs = std::vector<NSManagedObjectID>;
   using Work = std::function<void(NSManagedObjectContext&)>;
 
@@ -90,7 +89,7 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   /// Reads don't wait for it.
   std::mutex writing_;
   const DispatchQueue queue_{"velloro.domain.darwin-notificationcenter"};  // guards these two
-  Entities entities_;
+  std::map<NSManagedObjectID, std::string> entities_;  // the key of each row that counts
   std::map<std::string, SettingValue, std::less<>> settingsByKey_;
   std::vector<NSNotificationCenter::Token> observers_;
 };
