@@ -27,7 +27,9 @@ class SettingsCommand : public testing::Test {
   }
 
  private:
-  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) / "velloro-settings";
+  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
+                                  (std::string("velloro-settings-") +
+                                   testing::UnitTest::GetInstance()->current_test_info()->name());
 };
 
 TEST_F(SettingsCommand, SetsReadsAndTakesAway) {
