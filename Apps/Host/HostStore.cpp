@@ -7,9 +7,7 @@ namespace velloro {
 
 HostStore::HostStore() : container_(DataManager::shared().activePersistentContainer()) {
   if (const ErrorPtr& error = container_->loadError()) {
-    throw HostError("the store \"" +
-                    container_->persistentStoreDescriptions().front().url.string() +
-                    "\" can't be opened: " + error->localizedDescription());
+    throw HostError("the store can't be opened: " + error->localizedDescription());
   }
 }
 
