@@ -6,9 +6,17 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+# Paths are relative in the cache, so that another clone or worktree takes what this one compiled.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
+    CCACHE_NOHASHDIR=1 ${CCACHE})
+endif()
+
+# Linking the test programs takes GNU ld several times as long.
+find_program(MOLD mold)
+if(MOLD)
+  add_link_options(-fuse-ld=mold)
 endif()
 
 # Sanitizers go by VELLORO_SANITIZE, for example "address,undefined"; the presets set it.
