@@ -1,13 +1,12 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <tuple>
+#include <utility>
 #include <variant>
 
 namespace platform {
@@ -67,30 +66,55 @@ consteval auto key(std::string_view name, Member Record::*member, Fallback fallb
   return CodingKey<Record, Member, Fallback>{name, member, fallback};
 }
 
+namespace coding_detail {
+template <std::size_t N>
+consteval const std::array<std::string_view, N>& distinct(
+    const std::array<std::string_view, N>& names) {
+  for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (names[i] == names[j]) throw "a name stands twice in its list";
+    }
+  }
+  return names;
+}
+
+template <std::size_t I, typename Key>
+struct KeyAt {
+  Key key;
+};
+
+/// Keys of different types, by their places: an aggregate, since `std::tuple`'s constructors are a
+/// large part of what a header full of records costs to compile.
+template <typename Indexes, typename... Key>
+struct KeyList;
+template <std::size_t... I, typename... Key>
+struct KeyList<std::index_sequence<I...>, Key...> : KeyAt<I, Key>... {
+  template <typename F>
+  constexpr void forEach(F&& f) const {
+    (f(KeyAt<I, Key>::key), ...);
+  }
+};
+
+template <std::size_t I, typename Key>
+constexpr const Key& get(const KeyAt<I, Key>& at) {
+  return at.key;
+}
+}  // namespace coding_detail
+
 /// A record's keys, in the order in which they are written. See `keys`.
 template <typename... Key>
 struct CodingKeys {
   static constexpr std::size_t count = sizeof...(Key);
   static_assert(count <= 64, "a record can have 64 keys");
 
-  std::tuple<Key...> entries;
+  coding_detail::KeyList<std::index_sequence_for<Key...>, Key...> entries;
   std::array<std::string_view, count> names;
 
   template <typename Record, typename F>
   constexpr void forEachMember(const Record& record, F&& f) const {
-    std::apply([&](const auto&... entry) { (f(record.*entry.member), ...); }, entries);
+    entries.forEach([&](const auto& entry) { f(record.*entry.member); });
   }
 };
-
-namespace coding_detail {
-template <std::size_t N>
-consteval auto distinct(std::array<std::string_view, N> names) {
-  auto sorted = names;
-  std::ranges::sort(sorted);
-  if (std::ranges::adjacent_find(sorted) != sorted.end()) throw "a name stands twice in its list";
-  return names;
-}
-}  // namespace coding_detail
 
 /// The one list of a record's members, from which come its JSON form (Coding.h) and its hash
 /// (Hasher.h). It stands behind the members:
@@ -98,9 +122,9 @@ consteval auto distinct(std::array<std::string_view, N> names) {
 ///     static constexpr auto codingKeys =
 ///         keys(key("date", &Entry::date), key("note", &Entry::note));
 template <typename... Key>
-consteval auto keys(Key... key) {
-  return CodingKeys<Key...>{
-      {key...}, coding_detail::distinct(std::array<std::string_view, sizeof...(Key)>{key.name...})};
+consteval CodingKeys<Key...> keys(Key... key) {
+  return {{{key}...},
+          coding_detail::distinct(std::array<std::string_view, sizeof...(Key)>{key.name...})};
 }
 
 /// One case of a variant: its name, and how its payload is written.

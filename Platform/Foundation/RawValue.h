@@ -2,7 +2,6 @@
 
 #include "Foundation/TypeName.h"
 
-#include <algorithm>
 #include <array>
 #include <cassert>
 #include <cstdint>
@@ -100,13 +99,19 @@ class RawValueTable {
 
   static constexpr std::int64_t underlying(E value) { return static_cast<std::int64_t>(value); }
 
+  /// By insertion: the compiler does this in every source that sees the table, most tables are in
+  /// order already, and the standard's sort costs several times as much to compile.
   template <typename Value>
   static constexpr Order order(const std::array<Value, N>& values, const char* whenRepeated) {
     Order indexes{};
-    for (std::size_t i = 0; i < N; ++i) indexes[i] = static_cast<std::uint16_t>(i);
-    const auto valueAt = [&](std::uint16_t i) { return values[i]; };
-    std::ranges::sort(indexes, {}, valueAt);
-    if (std::ranges::adjacent_find(indexes, {}, valueAt) != indexes.end()) throw whenRepeated;
+    for (std::size_t i = 0; i < N; ++i) {
+      std::size_t place = i;
+      for (; place > 0 && values[i] < values[indexes[place - 1]]; --place) {
+        indexes[place] = indexes[place - 1];
+      }
+      if (place > 0 && values[i] == values[indexes[place - 1]]) throw whenRepeated;
+      indexes[place] = static_cast<std::uint16_t>(i);
+    }
     return indexes;
   }
 
@@ -125,9 +130,16 @@ class RawValueTable {
   template <typename Value>
   static constexpr std::size_t search(const Order& indexes, const std::array<Value, N>& values,
                                       const Value& wanted) {
-    const auto valueAt = [&](std::uint16_t i) { return values[i]; };
-    const auto found = std::ranges::lower_bound(indexes, wanted, {}, valueAt);
-    return found != indexes.end() && values[*found] == wanted ? *found : N;
+    std::size_t first = 0;
+    for (std::size_t last = N; first < last;) {
+      const std::size_t middle = (first + last) / 2;
+      if (values[indexes[middle]] < wanted) {
+        first = middle + 1;
+      } else {
+        last = middle;
+      }
+    }
+    return first < N && values[indexes[first]] == wanted ? indexes[first] : N;
   }
 
   std::array<E, N> cases_{};

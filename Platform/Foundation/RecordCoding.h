@@ -100,8 +100,7 @@ struct RecordCoding {
 
   static void encode(const T& value, Encoder& to) {
     to.object([&](ObjectEncoder& object) {
-      std::apply([&](const auto&... key) { (object.encode(key.name, value.*key.member), ...); },
-                 keys.entries);
+      keys.entries.forEach([&](const auto& key) { object.encode(key.name, value.*key.member); });
     });
   }
 
@@ -122,7 +121,7 @@ struct RecordCoding {
   using Reader = void (*)(T&, const Decoder&);
 
   template <std::size_t I>
-  static constexpr const auto& keyAt = std::get<I>(keys.entries);
+  static constexpr const auto& keyAt = get<I>(keys.entries);
   template <std::size_t I>
   using Key = std::remove_cvref_t<decltype(keyAt<I>)>;
 
