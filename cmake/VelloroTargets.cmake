@@ -10,7 +10,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
-    CCACHE_NOHASHDIR=1 ${CCACHE})
+    CCACHE_NOHASHDIR=1 CCACHE_PCH_EXTSUM=1 CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
 # Linking the test programs takes GNU ld several times as long.
@@ -38,11 +38,28 @@ elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     -Wno-error=stringop-overread)
 endif()
 
+# velloro_precompiled(<name> <header>…): a precompiled header for other targets. The compiler cache
+# knows it by what it is made of, since its bytes differ from build to build.
+function(velloro_precompiled name)
+  add_library(${name} OBJECT ${PROJECT_SOURCE_DIR}/cmake/Precompiled.cpp)
+  target_link_libraries(${name} PRIVATE velloro_warnings)
+  target_precompile_headers(${name} PRIVATE ${ARGN})
+  string(TOUPPER "CMAKE_CXX_FLAGS_${CMAKE_BUILD_TYPE}" flags)
+  file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${name}.dir/cmake_pch.hxx.gch.sum
+    CONTENT "${CMAKE_CXX_COMPILER_VERSION} ${${flags}} ${VELLORO_SANITIZE} ${GTest_VERSION} ${ARGN}")
+endfunction()
+
+set(VELLORO_STANDARD_HEADERS <algorithm> <array> <atomic> <charconv> <cmath> <compare> <concepts>
+  <cstdint> <expected> <filesystem> <functional> <limits> <map> <memory> <mutex> <optional> <set>
+  <span> <string> <string_view> <tuple> <type_traits> <utility> <variant> <vector>)
+velloro_precompiled(velloro_standard ${VELLORO_STANDARD_HEADERS})
+
 # velloro_library(<name> <source>…): a static library from this folder. Its headers are included
 # as "<Folder>/<Header>.h". Edges to other targets are declared beside it with
 # target_link_libraries, which scripts/lint compares with the includes.
 function(velloro_library name)
   add_library(${name} STATIC ${ARGN})
+  target_precompile_headers(${name} REUSE_FROM velloro_standard)
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/..)
   target_link_libraries(${name} PRIVATE velloro_warnings)
 endfunction()
@@ -56,6 +73,7 @@ endfunction()
 # velloro_test(<name> <source>…): one test program, each of its cases known to ctest.
 function(velloro_test name)
   add_executable(${name} ${ARGN})
+  target_precompile_headers(${name} REUSE_FROM velloro_testing)
   target_link_libraries(${name} PRIVATE velloro_warnings GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
   target_compile_definitions(${name} PRIVATE VELLORO_FIXTURES="${PROJECT_SOURCE_DIR}/Tests/Fixtures")

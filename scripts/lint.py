@@ -75,7 +75,7 @@ WORDING = [(re.compile(pattern, re.IGNORECASE), why) for pattern, why in WORDING
 LITERAL_KEY = re.compile(r'\blocalized(?:String)?\(\s*("[^"]*")')
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 CMAKE_COMMAND = re.compile(r"^\s*(\w+)\s*\(([^)]*)\)", re.MULTILINE)
-TARGET_COMMAND = re.compile(r"add_library|add_executable|velloro_\w+")
+TARGET_COMMAND = re.compile(r"add_library|add_executable|velloro_(?!precompiled)\w+")
 
 
 @dataclass(frozen=True, order=True)

@@ -1,0 +1,1 @@
+// A precompiled header belongs to a target, and a target needs a source.
