@@ -77,26 +77,30 @@ bool isDue(const TaskEntity& task, YYYYMMDD day) {
   return frequency.dayMode != DayMode::specificDaysOfWeek || frequency.hasDay(day.dayOfWeek());
 }
 
+void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t number) {
+  const Date created = Date::now() - static_cast<double>(demoDays) * 86400;
+  const auto task = addTask(store, demo.fields, created);
+  const YYYYMMDD today = YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
+  for (std::int64_t i = demoDays; i >= 0; --i) {
+    const YYYYMMDD day = today.add(-i);
+    if (isDue(*task, day)) {
+      logDay(*task, day, luck(number, static_cast<std::uint64_t>(i)), demo.diligence);
+    }
+  }
+  closePastPeriods(*task);
+  updateDerivedData(*task);
+}
+
 }  // namespace
 
 void fillDemoStore(const HostStore& store) {
-  if (!store.tasks({}).empty()) throw HostError("the store has tasks already; choose an empty one");
-  const Date created = Date::now() - static_cast<double>(demoDays) * 86400;
-  std::uint64_t number = 0;
-  for (const DemoTask& demo : demoTasks()) {
-    const auto task = addTask(store, demo.fields, created);
-    const YYYYMMDD today = YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
-    for (std::int64_t i = demoDays; i >= 0; --i) {
-      const YYYYMMDD day = today.add(-i);
-      if (isDue(*task, day)) {
-        logDay(*task, day, luck(number, static_cast<std::uint64_t>(i)), demo.diligence);
-      }
+  store.write([&] {
+    if (!store.tasks({}).empty()) {
+      throw HostError("the store has tasks already; choose an empty one");
     }
-    closePastPeriods(*task);
-    updateDerivedData(*task);
-    ++number;
-  }
-  store.save();
+    std::uint64_t number = 0;
+    for (const DemoTask& demo : demoTasks()) addDemoTask(store, demo, number++);
+  });
 }
 
 }  // namespace velloro

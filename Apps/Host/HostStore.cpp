@@ -1,6 +1,7 @@
 #include "Host/HostStore.h"
 
 #include "Foundation/NSFileManager.h"
+#include "OxLog/Log.h"
 #include "Tasks/TaskFetchRequest.h"
 
 namespace velloro {
@@ -29,10 +30,9 @@ std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
   return *std::move(tasks);
 }
 
-void HostStore::save() const {
-  if (!context().hasChanges()) return;
-  const auto saved = context().save();
-  if (!saved) throw HostError("nothing was saved: " + saved.error()->localizedDescription());
+void HostStore::throwUnsaved(const ErrorPtr& error) {
+  Log::database.error(error);
+  throw HostError("nothing was saved: " + error->localizedDescription());
 }
 
 }  // namespace velloro

@@ -5,8 +5,11 @@
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"
 
+#include <concepts>
 #include <memory>
 #include <stdexcept>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace velloro {
@@ -21,8 +24,9 @@ class HostError : public std::runtime_error {
 /// told. Everything happens on the main thread.
 ///
 ///     HostStore store;
-///     for (const auto& task : store.tasks()) …
-///     store.save();
+///     store.write([&] {
+///       for (const auto& task : store.tasks({})) bringUpToDate(*task);
+///     });
 class HostStore {
  public:
   /// \throws HostError, which names the file, where it can't be opened.
@@ -36,10 +40,29 @@ class HostStore {
   /// In the order of their pages. \throws HostError
   [[nodiscard]] std::vector<std::shared_ptr<TaskEntity>> tasks(
       const EnumSet<TaskStatus>& statuses) const;
-  /// \throws HostError where it can't be written; nothing is, then.
-  void save() const;
+  /// Runs `work`, saves what it has changed, and returns what it returns. All of it is one
+  /// transaction of the file (`NSManagedObjectContext::performTransaction`), so that whatever
+  /// `work` reads is true when it is written: tasks and entries are looked up within it. \throws
+  /// what `work` throws, and HostError where something in it can't be read or can't be written;
+  /// nothing is, then.
+  template <std::invocable Work>
+  auto write(Work&& work) const {
+    using Value = std::invoke_result_t<Work&>;
+    auto written = context().performTransaction([&]() -> Result<Value> {
+      if constexpr (std::is_void_v<Value>) {
+        work();
+        return {};
+      } else {
+        return work();
+      }
+    });
+    if (!written) throwUnsaved(written.error());
+    if constexpr (!std::is_void_v<Value>) return *std::move(written);
+  }
 
  private:
+  [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
+
   std::shared_ptr<DataManager::Container> container_;
 };
 

@@ -207,6 +207,7 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
   const auto id = task.currentUndoableEntry(period);
   if (!id) return nullptr;
   const auto entries = entriesOf(task, {.uniqueIds = {*id}});
+  if (entries.empty()) return nullptr;
   for (const auto& entry : entries) task.managedObjectContext()->deleteObject(*entry);
   correctTotals(task, period, *entries.front());
   if (period < task.currentPeriod().period) {  // to be closed again

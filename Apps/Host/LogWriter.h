@@ -24,7 +24,9 @@ struct NewLogEntry {
   std::optional<double> amount = {};  ///< In the task's unit; absent for what the type takes.
 };
 
-// Whoever writes, takes back or closes calls `updateDerivedData` when all of it is done, and saves.
+// All of this is called within `HostStore::write`: what is written follows from the log as it is at
+// that moment. Whoever writes, takes back or closes calls `updateDerivedData` when all of it is
+// done.
 
 /// Writes an entry for the period of the task that holds the day.
 ///

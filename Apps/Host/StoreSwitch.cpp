@@ -59,7 +59,6 @@ void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
   }
   for (const auto& object : originals)
     copyRelations(*object, *copies.at(object->objectID()), copies);
-  orThrow(to.save());
 }
 
 /// While it lives, no background work begins.
@@ -86,17 +85,13 @@ StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
   if (chosen == manager.activePersistentContainer()) return {};
   NSManagedObjectContext& from = *manager.viewContext();
   NSManagedObjectContext& to = *chosen->viewContext();
-  const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
-  StoreSwitch result{.found = orThrow(to.count(tasks))};
-  if (result.found == 0) result.copied = orThrow(from.count(tasks));
-  if (result.copied > 0) {
-    try {
-      copyRows(from, to);
-    } catch (...) {
-      to.rollback();
-      throw;
-    }
-  }
+  const auto result = orThrow(to.performTransaction([&]() -> Result<StoreSwitch> {
+    const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
+    StoreSwitch counts{.found = orThrow(to.count(tasks))};
+    if (counts.found == 0) counts.copied = orThrow(from.count(tasks));
+    if (counts.copied > 0) copyRows(from, to);
+    return counts;
+  }));
   SettingsStorage::shared().setBoolean(isCloud, Setting::cloudSyncTasksEnabled);
   return result;
 }

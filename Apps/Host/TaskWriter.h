@@ -23,9 +23,9 @@ struct TaskFields {
   std::optional<TaskPageNumber> page = {};
 };
 
-/// A new task, behind the others of its page. Unsaved. \throws HostError
+/// A new task, behind the others of its page. Within `HostStore::write`. \throws HostError
 std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fields, Date created);
-/// \throws HostError where the task can't be so; its context is then best left unsaved.
+/// Within `HostStore::write`. \throws HostError where the task can't be so.
 void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields);
 
 }  // namespace velloro

@@ -2,7 +2,6 @@
 
 #include "Foundation/JSON.h"
 #include "Host/HostStore.h"
-#include "Host/LogWriter.h"
 #include "velloro/Arguments.h"
 #include "velloro/HistoryReport.h"
 #include "velloro/Output.h"
@@ -25,9 +24,7 @@ struct HistoryOptions {
 
 void run(const HistoryOptions& options) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  bringUpToDate(*task);
-  store.save();
+  const auto task = currentTaskArgument(store, options.task);
   const YYYYMMDD to = options.to ? dayArgument("--to", *options.to)
                                  : YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
   const YYYYMMDD from =

@@ -55,22 +55,28 @@ NewLogEntry newEntry(const TaskEntity& task, const LogOptions& options) {
   return entry;
 }
 
-void printStatus(const TaskEntity& task, const std::string& what) {
-  const auto status = StatusReport::of(task, {});
-  print(what + "; now " + status.line() + "\n");
+/// What became of an entry, and where its task stands with that.
+struct Outcome {
+  LogReport entry;
+  std::string status;
+};
+
+/// Within the transaction: by the time of the printing others may have written more.
+Outcome outcome(TaskEntity& task, const LogReport& report) {
+  updateDerivedData(task);
+  return {report, StatusReport::of(task, {}).line()};
 }
 
 void add(const LogOptions& options) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  const NewLogEntry wanted = newEntry(*task, options);
-  closePastPeriods(*task);
-  const auto entry = addLogEntry(*task, wanted);
-  updateDerivedData(*task);
-  store.save();
-  const auto report = LogReport::of(*entry);
-  if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
-  printStatus(*task, report.type + " on " + report.date.debugDescription());
+  const auto [entry, status] = store.write([&] {
+    const auto task = taskArgument(store, options.task);
+    const NewLogEntry wanted = newEntry(*task, options);
+    closePastPeriods(*task);
+    return outcome(*task, LogReport::of(*addLogEntry(*task, wanted)));
+  });
+  if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
+  print(entry.type + " on " + entry.date.debugDescription() + "; now " + status + "\n");
 }
 
 void list(const LogOptions& options) {
@@ -78,9 +84,7 @@ void list(const LogOptions& options) {
   if (options.from) request.minDate = dayArgument("--from", *options.from);
   if (options.to) request.maxDate = dayArgument("--to", *options.to);
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  bringUpToDate(*task);
-  store.save();
+  const auto task = currentTaskArgument(store, options.task);
   std::vector<LogReport> reports;
   const auto entries = task->taskLog(request);
   if (!entries)
@@ -91,20 +95,21 @@ void list(const LogOptions& options) {
 
 void undo(const LogOptions& options) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  const YYYYMMDD date =
-      options.date ? dayArgument("--date", *options.date) : logicalDay(*task, Date::now());
-  closePastPeriods(*task);
-  const auto undone = undoLogEntry(*task, date);
-  if (undone == nullptr) {
-    throw HostError("nothing to undo: the period of " + date.debugDescription() +
-                    " has no entry made by hand");
-  }
-  const auto report = LogReport::of(*undone);
-  updateDerivedData(*task);
-  store.save();
-  if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
-  printStatus(*task, "Took back " + report.type + " of " + report.date.debugDescription());
+  const auto [entry, status] = store.write([&] {
+    const auto task = taskArgument(store, options.task);
+    const YYYYMMDD date =
+        options.date ? dayArgument("--date", *options.date) : logicalDay(*task, Date::now());
+    closePastPeriods(*task);
+    const auto undone = undoLogEntry(*task, date);
+    if (undone == nullptr) {
+      throw HostError("nothing to undo: the period of " + date.debugDescription() +
+                      " has no entry made by hand");
+    }
+    return outcome(*task, LogReport::of(*undone));
+  });
+  if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
+  print("Took back " + entry.type + " of " + entry.date.debugDescription() + "; now " + status +
+        "\n");
 }
 
 using Options = std::shared_ptr<LogOptions>;

@@ -146,9 +146,7 @@ void sample(const NotificationOptions& options) {
 
 void make(const NotificationOptions& options) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  bringUpToDate(*task);
-  store.save();
+  const auto task = currentTaskArgument(store, options.task);
   const bool isToday = options.period == "today";
   const auto period = isToday ? task->currentPeriod()
                               : task->frequency().period(dayArgument("--period", options.period),

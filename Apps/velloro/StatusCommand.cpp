@@ -28,10 +28,12 @@ void run(const StatusOptions& options) {
       options.date ? std::optional(dayArgument("--date", *options.date)) : std::nullopt;
   const HostStore store;
   using enum TaskStatus;
-  const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
-                                  : store.tasks({normal, paused});
-  for (const auto& task : tasks) bringUpToDate(*task);
-  store.save();
+  const auto tasks = store.write([&] {
+    auto found = options.task ? std::vector{taskArgument(store, *options.task)}
+                              : store.tasks({normal, paused});
+    for (const auto& task : found) bringUpToDate(*task);
+    return found;
+  });
   std::vector<StatusReport> reports;
   for (const auto& task : tasks) reports.push_back(StatusReport::of(*task, date));
   if (!options.json) return print(table(reports));

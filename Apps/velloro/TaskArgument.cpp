@@ -1,5 +1,6 @@
 #include "velloro/TaskArgument.h"
 
+#include "Host/LogWriter.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
 
@@ -65,6 +66,14 @@ std::shared_ptr<TaskEntity> taskArgument(const HostStore& store, const std::stri
   std::string which;
   for (const auto& task : meant) which += (which.empty() ? "" : ", ") + mention(*task);
   throw UsageError("\"" + name + "\" may be " + which + "; write more of the id");
+}
+
+std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store, const std::string& name) {
+  return store.write([&] {
+    auto task = taskArgument(store, name);
+    bringUpToDate(*task);
+    return task;
+  });
 }
 
 }  // namespace velloro

@@ -19,4 +19,8 @@ void addTaskArgument(CLI::App& command, std::string& text);
 [[nodiscard]] std::shared_ptr<TaskEntity> taskArgument(const HostStore& store,
                                                        const std::string& text);
 
+/// The same, once the task's past periods are closed and saved.
+[[nodiscard]] std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store,
+                                                              const std::string& text);
+
 }  // namespace velloro

@@ -39,9 +39,11 @@ void add(const TaskOptions& options) {
     throw UsageError("--created \"" + *options.created + "\": lies in the future");
   }
   const HostStore store;
-  const auto task = addTask(store, options.fields.fields(TaskFrequency::defaultFrequency), created);
-  bringUpToDate(*task);
-  store.save();
+  const auto task = store.write([&] {
+    auto added = addTask(store, options.fields.fields(TaskFrequency::defaultFrequency), created);
+    bringUpToDate(*added);
+    return added;
+  });
   printTask(*task, options, "Added");
 }
 
@@ -63,20 +65,24 @@ void show(const TaskOptions& options) {
 
 void edit(const TaskOptions& options) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  closePastPeriods(*task);
-  changeTask(store, *task, options.fields.fields(task->frequency()));
-  updateDerivedData(*task);
-  store.save();
+  const auto task = store.write([&] {
+    auto edited = taskArgument(store, options.task);
+    closePastPeriods(*edited);
+    changeTask(store, *edited, options.fields.fields(edited->frequency()));
+    updateDerivedData(*edited);
+    return edited;
+  });
   printTask(*task, options, "Changed");
 }
 
 void setStatus(const TaskOptions& options, TaskStatus status, const char* what) {
   const HostStore store;
-  const auto task = taskArgument(store, options.task);
-  bringUpToDate(*task);
-  task->setTaskStatus(status);
-  store.save();
+  const auto task = store.write([&] {
+    auto changed = taskArgument(store, options.task);
+    bringUpToDate(*changed);
+    changed->setTaskStatus(status);
+    return changed;
+  });
   printTask(*task, options, what);
 }
 

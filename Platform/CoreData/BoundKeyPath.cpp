@@ -3,6 +3,7 @@
 #include "CoreData/NSManagedObject.h"
 #include "CoreData/StoreError.h"
 
+#include <algorithm>
 #include <ranges>
 
 namespace platform {

@@ -75,6 +75,12 @@ bool NSManagedObjectContext::mustEvaluate(const FetchPlan& plan) const {
 
 FetchResult<NSManagedObject> NSManagedObjectContext::fetch(const NSFetchRequest& request) {
   assert(isOnQueue() && "a context is used off its queue");
+  auto objects = fetchObjects(request);
+  if (!objects) noteFailedRead(objects.error());
+  return objects;
+}
+
+FetchResult<NSManagedObject> NSManagedObjectContext::fetchObjects(const NSFetchRequest& request) {
   if (store() == nullptr) return notOpen();
   const auto plan = this->plan(request);
   if (!plan) return std::unexpected(plan.error());
@@ -120,7 +126,7 @@ FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityD
                                                                  const SqlText& sql,
                                                                  bool asFaults) {
   const auto open = store();
-  const auto connection = open->lease();
+  const auto connection = open->lease(transaction_.get());
   if (!connection) return std::unexpected(connection.error());
   auto query = (*connection)->prepare(sql.text);
   if (!query) return std::unexpected(query.error());
@@ -143,6 +149,12 @@ FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityD
 
 Result<std::size_t> NSManagedObjectContext::count(const NSFetchRequest& request) {
   assert(isOnQueue() && "a context is used off its queue");
+  auto number = countObjects(request);
+  if (!number) noteFailedRead(number.error());
+  return number;
+}
+
+Result<std::size_t> NSManagedObjectContext::countObjects(const NSFetchRequest& request) {
   if (store() == nullptr) return notOpen();
   const auto plan = this->plan(request);
   if (!plan) return std::unexpected(plan.error());
@@ -152,7 +164,7 @@ Result<std::size_t> NSManagedObjectContext::count(const NSFetchRequest& request)
     return objects->size();
   }
   const SqlText sql = plan->select("1", request.fetchLimit());
-  const auto connection = store()->lease();
+  const auto connection = store()->lease(transaction_.get());
   if (!connection) return std::unexpected(connection.error());
   auto query = (*connection)->prepare("SELECT count(*) FROM (" + sql.text + ")");
   if (!query) return std::unexpected(query.error());
@@ -166,9 +178,11 @@ Result<NSPersistentHistoryResult> NSManagedObjectContext::execute(
     const NSPersistentHistoryChangeRequest& request) {
   const auto open = store();
   if (open == nullptr) return notOpen();
-  const auto connection = open->lease();
+  const auto connection = open->lease(transaction_.get());
   if (!connection) return std::unexpected(connection.error());
-  return readHistory(**connection, open->model(), request);
+  auto history = readHistory(**connection, open->model(), request);
+  if (!history) noteFailedRead(history.error());
+  return history;
 }
 
 }  // namespace platform

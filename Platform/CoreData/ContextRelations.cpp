@@ -4,7 +4,6 @@
 #include "CoreData/FetchPlan.h"
 #include "CoreData/NSManagedObjectContext.h"
 #include "CoreData/SqliteStore.h"
-#include "Foundation/Environment.h"
 
 #include <algorithm>
 #include <cassert>
@@ -31,8 +30,7 @@ NSManagedObjectContext::Objects NSManagedObjectContext::members(
     return membersByFetch(object, relationship);
   }
   if (const auto read = readForGroup(object, relationship); !read) {
-    Environment::current().report("a relation can't be read: " +
-                                  read.error()->localizedDescription());
+    reportFailedRead("a relation", read.error());
   }
   return remembered(object, relationship).value_or(Objects());
 }
@@ -61,7 +59,7 @@ std::set<NSManagedObjectID> NSManagedObjectContext::linked(
   const auto read = [&]() -> Result<void> {
     const auto open = store();
     if (open == nullptr || object.id_.isTemporaryID()) return {};
-    const auto connection = open->lease();
+    const auto connection = open->lease(transaction_.get());
     if (!connection) return std::unexpected(connection.error());
     auto query = (*connection)
                      ->prepare(std::string("SELECT ") + (isFirst ? "second" : "first") + " FROM " +
@@ -77,8 +75,7 @@ std::set<NSManagedObjectID> NSManagedObjectContext::linked(
     }
   };
   if (const auto done = read(); !done) {
-    Environment::current().report("a relation can't be read: " +
-                                  done.error()->localizedDescription());
+    reportFailedRead("a relation", done.error());
   }
   const auto* canonical = isFirst ? &relationship : relationship.inverse;
   for (const auto& [link, isThere] : links_) {

@@ -28,15 +28,21 @@ const PropertyValue& NSManagedObject::slotValue(std::size_t slot) const {
   return values_[slot];
 }
 
-/// Reading makes an object whole, and may find that it has gone: neither is a change.
+/// Reading makes an object whole, and may find that it has gone: neither is a change. Where the row
+/// can't be read, defaults stand for all but what was changed, until it can.
 void NSManagedObject::load() const {
   auto& self = const_cast<NSManagedObject&>(*this);
   if (context_ != nullptr && context_->load(self)) return;
-  self.values_ = entity().defaultValues();
+  RowValues values = entity().defaultValues();
+  for (const Change& change : changes_) values[change.slot] = std::move(self.values_[change.slot]);
+  self.values_ = std::move(values);
 }
 
 void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
-  if (slotValue(slot) == value) return;
+  const bool isThere = slotValue(slot) == value;
+  // A row that can't be read may hold anything: every value is a change then.
+  const bool isKnown = !isFault_ || context_ == nullptr;
+  if (isThere && isKnown) return;
   std::swap(values_[slot], value);
   const auto& oneToOne = entity().oneToOneSlots();
   if (context_ != nullptr && std::ranges::find(oneToOne, slot) != oneToOne.end()) {
@@ -46,7 +52,7 @@ void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
   const auto known = std::ranges::find(changes_, slot, &Change::slot);
   if (known == changes_.end()) {
     changes_.push_back({slot, std::move(value)});
-  } else if (known->saved == values_[slot]) {
+  } else if (isKnown && known->saved == values_[slot]) {
     changes_.erase(known);
   }
   context_->noteChange(*this);

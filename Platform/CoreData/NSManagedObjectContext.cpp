@@ -2,7 +2,7 @@
 
 #include "CoreData/NSPersistentStoreCoordinator.h"
 #include "CoreData/SqliteStore.h"
-#include "Foundation/Environment.h"
+#include "CoreData/StoreTransaction.h"
 
 #include <algorithm>
 #include <cassert>
@@ -128,7 +128,7 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
   const auto open = store();
   if (open == nullptr) return false;
   const auto read = [&]() -> Result<bool> {
-    const auto connection = open->lease();
+    const auto connection = open->lease(transaction_.get());
     if (!connection) return std::unexpected(connection.error());
     auto query = (*connection)->prepare(open->table(object.entity()).selectRow);
     if (!query) return std::unexpected(query.error());
@@ -142,8 +142,7 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
   };
   const auto found = read();
   if (!found) {
-    Environment::current().report("an object can't be read: " +
-                                  found.error()->localizedDescription());
+    reportFailedRead("an object", found.error());
     return false;
   }
   if (!*found) detach(object);

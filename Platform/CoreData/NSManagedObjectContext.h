@@ -9,6 +9,9 @@
 #include "Foundation/NSNotificationCenter.h"
 
 #include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <set>
 
 namespace platform {
@@ -16,6 +19,7 @@ namespace platform {
 class FetchPlan;
 class NSPersistentStoreCoordinator;
 class SqliteStore;
+class StoreTransaction;
 struct SqlText;
 
 /// What a save does when another has meanwhile saved the same object.
@@ -130,10 +134,44 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   [[nodiscard]] Objects insertedObjects() const { return objectsOf(inserted_); }
   [[nodiscard]] Objects updatedObjects() const { return objectsOf(updated_); }
   [[nodiscard]] Objects deletedObjects() const { return objectsOf(deleted_); }
-  /// Writes all changes, or none and keeps them here. Without changes it does nothing.
+  /// Writes all changes, or none and keeps them here. Without changes it does nothing, and within
+  /// a transaction it leaves the writing to that.
   [[nodiscard]] Result<void> save();
   /// Gives up all unsaved changes.
   void rollback();
+
+  /// Reads and writes as one: what `work` derives from the store is still true when it is saved.
+  /// From beginning to end no other writes to the file. Before `work` begins, what the context
+  /// knows is forgotten, and read anew when it is used; unsaved changes stay, and are saved, too.
+  /// Whatever the context reads within it, the transaction reads. At its end everything is saved.
+  ///
+  ///     const auto added = context->performTransaction([&]() -> Result<int> {
+  ///       const int number = account->value(AccountEntity::number) + 1;
+  ///       account->setValue(AccountEntity::number, number);   // no other process has the same
+  ///       return number;
+  ///     });
+  ///
+  /// \param work Returns a `Result`. It writes to no other context of the store: that would have to
+  /// wait for its end.
+  ///
+  /// When `work` returns an error or throws, or when anything in it could not be read, even where
+  /// whoever read it takes that for nothing, then nothing is saved, all unsaved changes of the
+  /// context are given up, and the first failure is returned, or thrown again. So it is when the
+  /// save fails. A transaction within another is part of that one, which also fails with it. Runs
+  /// on the queue, as with `performAndWait`.
+  template <std::invocable Work>
+  std::invoke_result_t<Work&> performTransaction(Work&& work) {
+    return performAndWait([&]() -> std::invoke_result_t<Work&> {
+      std::optional<std::invoke_result_t<Work&>> result;
+      const auto done = runTransaction([&]() -> Result<void> {
+        result.emplace(work());
+        if (!*result) return std::unexpected(result->error());
+        return {};
+      });
+      if (!done) return std::unexpected(done.error());
+      return *std::move(result);
+    });
+  }
 
   /// Tells contexts what others have saved: the user info of
   /// `NSPersistentHistoryTransaction::objectIDNotification`. Returns when all have merged it, each
@@ -169,6 +207,16 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   FetchResult<NSManagedObject> readObjects(const NSEntityDescription& entity, const SqlText& sql,
                                            bool asFaults);
   void addPending(const NSEntityDescription& entity, const FetchPlan& plan, Objects& objects) const;
+  FetchResult<NSManagedObject> fetchObjects(const NSFetchRequest& request);
+  Result<std::size_t> countObjects(const NSFetchRequest& request);
+
+  Result<void> commit(std::unique_ptr<StoreTransaction> transaction);
+  Result<void> runTransaction(const std::function<Result<void>()>& work);
+  void attempt(const std::function<Result<void>()>& work);
+  void refreshAll();
+  /// Of every read that fails, whatever it then passes for.
+  void noteFailedRead(const ErrorPtr& error) const;
+  void reportFailedRead(const char* what, const ErrorPtr& error) const;
 
   std::shared_ptr<NSManagedObject> registered(NSManagedObjectID id) const;
   bool load(NSManagedObject& object);
@@ -205,7 +253,8 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   Pending inserted_;
   Pending updated_;
   Pending deleted_;
-  std::map<Link, bool> links_;  // unsaved: whether the link is to be there
+  std::map<Link, bool> links_;                     // unsaved: whether the link is to be there
+  std::unique_ptr<StoreTransaction> transaction_;  // null outside `performTransaction`
 };
 
 /// \name Keys of merge notifications and of history: each a `std::vector<NSManagedObjectID>`.

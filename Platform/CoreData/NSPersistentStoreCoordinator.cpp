@@ -69,6 +69,7 @@ void NSPersistentStoreCoordinator::scheduleCheck() {
 void NSPersistentStoreCoordinator::checkForRemoteChanges() {
   const auto open = store();
   if (open == nullptr) return;
+  if (open->isWrittenByThisThread()) return scheduleCheck();
   {
     const std::scoped_lock writing(open->writing);
     const auto connection = open->lease();

@@ -43,8 +43,8 @@ class NSPersistentStoreCoordinator
   [[nodiscard]] Result<std::vector<std::string>> check() const;
 
   /// Looks into the history now, and posts the notification before it returns if there is
-  /// something new from others. The coordinator does so by itself whenever another writer wakes it;
-  /// this is for who wants to be sure.
+  /// something new from others; within a transaction soon after it. The coordinator does so by
+  /// itself whenever another writer wakes it; this is for who wants to be sure.
   void checkForRemoteChanges();
 
  private:

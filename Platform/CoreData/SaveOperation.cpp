@@ -1,41 +1,8 @@
 #include "CoreData/SaveOperation.h"
 
-#include "CoreData/NSPersistentStoreCoordinator.h"
-
 #include <algorithm>
-#include <cassert>
 
 namespace platform {
-
-Result<void> NSManagedObjectContext::save() {
-  assert(isOnQueue() && "a context is used off its queue");
-  if (!hasChanges()) return {};
-  const auto open = store();
-  if (open == nullptr) return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
-  StoreChanges changes;
-  std::int64_t number = 0;
-  bool othersHaveSaved = false;
-  {
-    const std::scoped_lock writing(open->writing);
-    const auto connection = open->lease();
-    if (!connection) return std::unexpected(connection.error());
-    auto transaction = SqliteTransaction::begin(**connection);
-    if (!transaction) return std::unexpected(transaction.error());
-    SaveOperation operation(*this, *open, **connection);
-    if (auto written = operation.write(); !written) return written;
-    changes = operation.changes();
-    if (!changes.empty()) {
-      const auto appended = appendTransaction(**connection, changes, transactionAuthor_, name_);
-      if (!appended) return std::unexpected(appended.error());
-      number = *appended;
-    }
-    if (auto committed = transaction->commit(); !committed) return committed;
-    if (number > 0) othersHaveSaved = std::exchange(open->knownTransaction, number) < number - 1;
-    operation.apply();
-  }
-  if (number > 0) coordinator_->didSave(*this, changes, number, othersHaveSaved);
-  return {};
-}
 
 Result<void> SaveOperation::write() {
   for (const auto& [id, object] : context_.deleted_) toDelete_.push_back(id);
@@ -143,12 +110,13 @@ Result<void> SaveOperation::settleOrphans() {
 /// Whether the object goes because its owner has.
 Result<bool> SaveOperation::settleOrphan(const NSManagedObject& object) {
   for (const NSRelationshipDescription& relationship : object.entity().relationships()) {
-    if (relationship.storage != Storage::own || object.isFault()) continue;
+    if (relationship.storage != Storage::own) continue;
     const bool isNew = object.isInserted() ||
                        std::ranges::find(object.changes_, relationship.slot,
                                          &NSManagedObject::Change::slot) != object.changes_.end();
+    if (!isNew) continue;
     const auto* to = std::get_if<NSManagedObjectID>(&object.values_[relationship.slot]);
-    if (!isNew || to == nullptr) continue;
+    if (to == nullptr) continue;
     const auto gone = hasGone(*to);
     if (!gone) return gone;
     if (!*gone) continue;

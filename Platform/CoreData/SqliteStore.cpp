@@ -1,6 +1,7 @@
 #include "CoreData/SqliteStore.h"
 
 #include "CoreData/StoreHistory.h"
+#include "CoreData/StoreTransaction.h"
 
 namespace platform {
 
@@ -32,18 +33,23 @@ Result<std::shared_ptr<SqliteStore>> SqliteStore::open(
   return store;
 }
 
-Result<SqliteStore::Lease> SqliteStore::lease() {
+Result<SqliteStore::Lease> SqliteStore::lease(const StoreTransaction* within) {
+  if (within != nullptr) return Lease(&within->connection(), Return());
   std::unique_lock lock(mutex_);
+  if (location_.path.empty() && idle_.empty() && isWrittenByThisThread()) {
+    return failure<StoreError>(StoreError::Kind::busy,
+                               "another context of the same thread is writing to the store");
+  }
   if (location_.path.empty()) returned_.wait(lock, [this] { return !idle_.empty(); });
   if (!idle_.empty()) {
     auto connection = std::move(idle_.back());
     idle_.pop_back();
-    return Lease(*this, std::move(connection));
+    return Lease(connection.release(), Return(this));
   }
   lock.unlock();
   auto connection = SqliteConnection::open(location_);
   if (!connection) return std::unexpected(connection.error());
-  return Lease(*this, std::move(*connection));
+  return Lease(connection->release(), Return(this));
 }
 
 void SqliteStore::giveBack(std::unique_ptr<SqliteConnection> connection) {

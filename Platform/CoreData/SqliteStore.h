@@ -3,10 +3,14 @@
 #include "CoreData/NSPersistentStoreDescription.h"
 #include "CoreData/StoreSchema.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 
 namespace platform {
+
+class StoreTransaction;
 
 /// An open store: its connections, each used by one thread at a time, and the SQL of its entities.
 /// From any thread.
@@ -15,25 +19,19 @@ class SqliteStore {
   [[nodiscard]] static Result<std::shared_ptr<SqliteStore>> open(
       const NSManagedObjectModel& model, const NSPersistentStoreDescription& description);
 
-  /// A connection, handed back when the lease ends. A thread takes one at a time: a store in memory
-  /// has no second one.
-  class Lease {
-   public:
-    Lease(SqliteStore& store, std::unique_ptr<SqliteConnection> connection)
-        : store_(&store), connection_(std::move(connection)) {}
-    Lease(Lease&&) = default;
-    Lease& operator=(Lease&&) = delete;
-    ~Lease() {
-      if (connection_) store_->giveBack(std::move(connection_));
-    }
-    SqliteConnection& operator*() const { return *connection_; }
-    SqliteConnection* operator->() const { return connection_.get(); }
+  /// What becomes of a connection when its lease ends: it is handed back, or without a store stays
+  /// with the transaction that it belongs to.
+  struct Return {
+    SqliteStore* store = nullptr;
 
-   private:
-    SqliteStore* store_;
-    std::unique_ptr<SqliteConnection> connection_;
+    void operator()(SqliteConnection* connection) const {
+      if (store != nullptr) store->giveBack(std::unique_ptr<SqliteConnection>(connection));
+    }
   };
-  [[nodiscard]] Result<Lease> lease();
+  /// A connection in use. A thread takes one at a time: a store in memory has no second one.
+  using Lease = std::unique_ptr<SqliteConnection, Return>;
+  /// \param within Whose connection it is to be; null for any.
+  [[nodiscard]] Result<Lease> lease(const StoreTransaction* within = nullptr);
 
   [[nodiscard]] const NSManagedObjectModel& model() const { return model_; }
   [[nodiscard]] const EntityTable& table(const NSEntityDescription& entity) const {
@@ -47,6 +45,11 @@ class SqliteStore {
   /// The newest transaction that this store wrote or has told of. Guarded by `writing`.
   std::int64_t knownTransaction = 0;
 
+  /// Of a transaction under way, and of none afterwards.
+  void setWriter(std::thread::id writer) { writer_ = writer; }
+  /// Whether the caller is within a transaction: it must not wait for another.
+  [[nodiscard]] bool isWrittenByThisThread() const { return writer_ == std::this_thread::get_id(); }
+
  private:
   SqliteStore(const NSManagedObjectModel& model, SqliteLocation location);
   void giveBack(std::unique_ptr<SqliteConnection> connection);
@@ -54,6 +57,7 @@ class SqliteStore {
   const NSManagedObjectModel& model_;
   const SqliteLocation location_;
   std::vector<EntityTable> tables_;  // by the entities' indexes
+  std::atomic<std::thread::id> writer_;
   std::mutex mutex_;
   std::condition_variable returned_;
   std::vector<std::unique_ptr<SqliteConnection>> idle_;

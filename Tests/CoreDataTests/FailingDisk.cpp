@@ -24,6 +24,10 @@ bool failsNow() {
   return failed = true;
 }
 
+bool writeFailsNow() {
+  return mode != FailingDisk::Mode::unreadable && failsNow();
+}
+
 template <auto Method>
 struct Forward;
 template <typename Value, typename... Arguments,
@@ -35,10 +39,16 @@ struct Forward<Method> {
   }
 };
 
+int read(sqlite3_file* file, void* bytes, int count, sqlite3_int64 offset) {
+  sqlite3_file* real = realOf(file);
+  if (mode == FailingDisk::Mode::unreadable && failsNow()) return SQLITE_IOERR_READ;
+  return real->pMethods->xRead(real, bytes, count, offset);
+}
+
 int write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
   sqlite3_file* real = realOf(file);
   const bool wasCut = failed;
-  if (!failsNow()) return real->pMethods->xWrite(real, bytes, count, offset);
+  if (!writeFailsNow()) return real->pMethods->xWrite(real, bytes, count, offset);
   if (mode == FailingDisk::Mode::full) return SQLITE_FULL;
   if (!wasCut) real->pMethods->xWrite(real, bytes, count / 2, offset);
   return SQLITE_IOERR_WRITE;
@@ -46,19 +56,19 @@ int write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset
 
 int sync(sqlite3_file* file, int flags) {
   sqlite3_file* real = realOf(file);
-  return failsNow() ? SQLITE_IOERR_FSYNC : real->pMethods->xSync(real, flags);
+  return writeFailsNow() ? SQLITE_IOERR_FSYNC : real->pMethods->xSync(real, flags);
 }
 
 int truncate(sqlite3_file* file, sqlite3_int64 size) {
   sqlite3_file* real = realOf(file);
-  return failsNow() ? SQLITE_IOERR_TRUNCATE : real->pMethods->xTruncate(real, size);
+  return writeFailsNow() ? SQLITE_IOERR_TRUNCATE : real->pMethods->xTruncate(real, size);
 }
 
 using Methods = sqlite3_io_methods;
 constexpr Methods methods = {
     .iVersion = 2,
     .xClose = Forward<&Methods::xClose>::call,
-    .xRead = Forward<&Methods::xRead>::call,
+    .xRead = read,
     .xWrite = write,
     .xTruncate = truncate,
     .xSync = sync,

@@ -1,11 +1,13 @@
 #pragma once
 
-/// Stands between SQLite and the disk while it lives: the write or sync number `failAt` fails.
+/// Stands between SQLite and the disk while it lives: the operation number `failAt` fails, of the
+/// writes and syncs or of the reads.
 class FailingDisk {
  public:
   enum class Mode {
-    full,      ///< The disk has no room for it; later there is room again.
-    powerCut,  ///< Half of it is written, and then nothing works any more.
+    full,        ///< The disk has no room for it; later there is room again.
+    powerCut,    ///< Half of it is written, and then nothing works any more.
+    unreadable,  ///< It can't be read; later it can again.
   };
 
   FailingDisk(Mode mode, int failAt);

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <mutex>
 #include <random>
+#include <set>
 
 #include <gmock/gmock.h>
 
@@ -127,23 +128,31 @@ TEST(StoreProcesses, AWriterThatIsKilledLeavesWholeSaves) {
   RecordProperty("kills", static_cast<int>(kills));
 }
 
-TEST(StoreProcesses, SeveralWritersMakeOneHistory) {
+TEST(StoreProcesses, SeveralWritersMakeOneHistoryAndCountRight) {
   TestEnvironment environment;
-  workInProcesses(2, 2, [](int writer) {
+  workInProcesses(3, 2, [](int writer) {
     Library library(unwatched());  // all make the file at the same time
     EXPECT_EQ(library.error, nullptr);
     const auto context = library.newBackgroundContext();
-    context->performAndWait([&] {
-      for (int i = 0; i < 25; ++i) {
-        newBook(*context, "New", writer * 100 + i);
-        expectSaved(*context);
+    const auto numberBook = [&]() -> Result<std::int64_t> {
+      std::int64_t last = 0;
+      for (const auto& book : *context->fetch<BookEntity>(bookRequest())) {
+        last = std::max(last, book->value(BookEntity::copies));
       }
-    });
+      newBook(*context, "New", writer)->setValue(BookEntity::copies, last + 1);
+      return last + 1;
+    };
+    for (int i = 0; i < 25; ++i) EXPECT_TRUE(context->performTransaction(numberBook));
   });
   Library library(unwatched());
-  EXPECT_EQ(library.viewContext()->count(bookRequest()), 100U);
+  std::set<std::int64_t> numbers;
+  for (const auto& book : *library.viewContext()->fetch<BookEntity>(bookRequest())) {
+    numbers.insert(book->value(BookEntity::copies));
+  }
+  EXPECT_EQ(numbers.size(), 150U);
+  EXPECT_EQ(*numbers.rbegin(), 150);
   EXPECT_EQ(library.viewContext()->execute({.after = Date::distantPast()})->transactions.size(),
-            100U);
+            150U);
   EXPECT_THAT(library.persistentStoreCoordinator()->check().value(), IsEmpty());
 }
 

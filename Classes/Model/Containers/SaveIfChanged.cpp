@@ -17,4 +17,11 @@ bool saveIfChanged(NSManagedObjectContext& context) {
   return saved.has_value();
 }
 
+bool performTransaction(NSManagedObjectContext& context,
+                        const std::function<Result<void>()>& work) {
+  const auto done = context.performTransaction(work);
+  if (!done) Log::database.error(done.error());
+  return done.has_value();
+}
+
 }  // namespace velloro

@@ -247,11 +247,13 @@ std::shared_ptr<DataManager::Container> DataManager::containerAt(const void* add
   return nullptr;
 }
 
+/// From a moment earlier: what is saved at the instant at which the import begins belongs to it.
 void DataManager::cleanUpAfterImport(Container& container, const Event& event) {
+  const Date since = event.startDate - 1;
   maintenanceQueue_.sync([&] { currentImportDeduplicationEvents_.insert(event.identifier); });
   container.performBackgroundTask(
-      [weak = weak_from_this(), id = event.identifier](NSManagedObjectContext& context) {
-        TaskDeduplicator{id}.run(context);
+      [weak = weak_from_this(), id = event.identifier, since](NSManagedObjectContext& context) {
+        TaskDeduplicator{id}.run(context, since);
         const auto self = weak.lock();
         if (self == nullptr) return;
         self->maintenanceQueue_.sync([&] { self->currentImportDeduplicationEvents_.erase(id); });

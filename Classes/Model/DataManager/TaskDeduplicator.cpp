@@ -2,21 +2,85 @@
 
 #include "Containers/SaveIfChanged.h"
 #include "OxDateTime/YYYYMMDD.h"
-#include "OxLog/Log.h"
+#include "Tasks/ClosingTwins.h"
 #include "Tasks/TaskEntity.h"
+#include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TemporaryEntries.h"
 
-namespace velloro {
+#include <algorithm>
+#include <ranges>
+#include <set>
+#include <span>
+#include <vector>
 
-void TaskDeduplicator::run(NSManagedObjectContext& context) const {
-  const auto tasks = removeTemporaryEntries(context);
-  if (!tasks) return Log::dataManager.error(tasks.error());
-  for (const auto& task : *tasks) {
-    if (task->managedObjectContext() == nullptr) continue;
-    const TimeZone timeZone = task->taskCurrentTimeZone();
-    task->updateTemporalData(YYYYMMDD::today(task->startOfDay(), timeZone), timeZone);
+namespace velloro {
+namespace {
+
+using Tasks = std::vector<std::shared_ptr<TaskEntity>>;
+
+/// How many tasks are looked at while other writers wait.
+constexpr std::size_t tasksAtOnce = 50;
+
+bool isEntry(NSManagedObjectID id) {
+  return id.entity->name() == TaskLogEntryEntity::entityName();
+}
+
+/// The tasks whose entries have come, changed or gone since then. An entry that has gone doesn't
+/// tell any longer whose it was: then it is all tasks.
+Result<Tasks> tasksWithChangedLogs(NSManagedObjectContext& context, Date since) {
+  const auto history =
+      context.execute(NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(since));
+  if (!history) return std::unexpected(history.error());
+  std::set<std::shared_ptr<TaskEntity>> tasks;
+  for (const NSPersistentHistoryTransaction& transaction : history->transactions) {
+    if (std::ranges::any_of(transaction.deleted, isEntry)) {
+      return context.fetch<TaskEntity>(NSFetchRequest(std::string(TaskEntity::entityName())));
+    }
+    for (const auto* ids : {&transaction.inserted, &transaction.updated}) {
+      for (const NSManagedObjectID id : *ids | std::views::filter(isEntry)) {
+        const auto entry = std::static_pointer_cast<TaskLogEntryEntity>(context.objectWithID(id));
+        if (auto task = entry->value(TaskLogEntryEntity::task)) tasks.insert(std::move(task));
+      }
+    }
   }
-  saveIfChanged(context);
+  return Tasks(tasks.begin(), tasks.end());
+}
+
+Result<void> bringUpToDate(TaskEntity& task) {
+  if (task.managedObjectContext() == nullptr) return {};
+  if (const auto removed = removeClosingTwins(task); !removed) {
+    return std::unexpected(removed.error());
+  }
+  const TimeZone timeZone = task.taskCurrentTimeZone();
+  task.updateTemporalData(YYYYMMDD::today(task.startOfDay(), timeZone), timeZone);
+  return {};
+}
+
+}  // namespace
+
+void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
+  Tasks tasks;
+  const bool isKnown = performTransaction(context, [&]() -> Result<void> {
+    auto changed = removeTemporaryEntries(context);
+    if (!changed) return std::unexpected(changed.error());
+    auto others = tasksWithChangedLogs(context, since);
+    if (!others) return std::unexpected(others.error());
+    changed->insert(others->begin(), others->end());
+    tasks.assign(changed->begin(), changed->end());
+    return {};
+  });
+  if (!isKnown) return;
+  for (std::span<const std::shared_ptr<TaskEntity>> left = tasks; !left.empty();) {
+    const auto some = left.first(std::min(left.size(), tasksAtOnce));
+    left = left.subspan(some.size());
+    const bool isDone = performTransaction(context, [&]() -> Result<void> {
+      for (const auto& task : some) {
+        if (const auto done = bringUpToDate(*task); !done) return done;
+      }
+      return {};
+    });
+    if (!isDone) return;
+  }
 }
 
 }  // namespace velloro

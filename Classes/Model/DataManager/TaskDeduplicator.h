@@ -9,16 +9,19 @@
 namespace velloro {
 
 /// Cleans up after the mirror has brought in rows of other devices: provisional log entries whose
-/// real twin has arrived go, and what is kept of those tasks' logs follows.
+/// real twin has arrived go, then the twins of closing entries, and what is kept of the logs that
+/// have changed follows. Where nothing differs, nothing is written.
 ///
-///     container->performBackgroundTask([id](NSManagedObjectContext& context) {
-///       TaskDeduplicator{id}.run(context);
+///     container->performBackgroundTask([id, began](NSManagedObjectContext& context) {
+///       TaskDeduplicator{id}.run(context, began);
 ///     });
 struct TaskDeduplicator {
   std::optional<UUID> deduplicationId = std::nullopt;  ///< Of the run: the mirror's event.
 
-  /// On the context's queue. A failure is logged, and nothing is changed then.
-  void run(NSManagedObjectContext& context) const;
+  /// On the context's queue. A failure is logged and ends the run; what is not done yet then stays
+  /// as it was.
+  /// \param since From when on the store's history tells whose logs have changed.
+  void run(NSManagedObjectContext& context, Date since = Date::distantPast()) const;
 };
 
 }  // namespace velloro

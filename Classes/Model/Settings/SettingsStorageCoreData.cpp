@@ -120,9 +120,9 @@ void SettingsStorageCoreData::change(const Work& work) const {
   const auto container = container_();
   if (container == nullptr) return;
   const auto context = container->newBackgroundContext();
-  context->performAndWait([&] {
+  performTransaction(*context, [&]() -> Result<void> {
     work(*context);
-    saveIfChanged(*context);
+    return {};
   });
 }
 
