@@ -2,6 +2,7 @@
 
 #include "Foundation/NSFileManager.h"
 #include "OxLog/Log.h"
+#include "Settings/SettingsStorage.h"
 #include "Tasks/TaskFetchRequest.h"
 
 namespace velloro {
@@ -28,6 +29,12 @@ std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
   auto tasks = context().fetch<TaskEntity>(request.fetchRequest());
   if (!tasks) throw HostError("the tasks can't be read: " + tasks.error()->localizedDescription());
   return *std::move(tasks);
+}
+
+/// When they are first read, the settings may remove twins of their rows, and that is a transaction
+/// of its own.
+void HostStore::loadSettings() {
+  static_cast<void>(SettingsStorage::shared());
 }
 
 void HostStore::throwUnsaved(const ErrorPtr& error) {

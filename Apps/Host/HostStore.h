@@ -48,6 +48,7 @@ class HostStore {
   template <std::invocable Work>
   auto write(Work&& work) const {
     using Value = std::invoke_result_t<Work&>;
+    loadSettings();
     auto written = context().performTransaction([&]() -> Result<Value> {
       if constexpr (std::is_void_v<Value>) {
         work();
@@ -61,6 +62,7 @@ class HostStore {
   }
 
  private:
+  static void loadSettings();
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 
   std::shared_ptr<DataManager::Container> container_;

@@ -18,6 +18,62 @@ std::int64_t copiesElsewhere() {
       ->value(BookEntity::copies);
 }
 
+/// A store with one object of every kind, and what a transaction makes of all that it reads.
+struct Shelf {
+  Library library;
+  Context& context = *library.viewContext();
+
+  static void fill() {
+    Library library;
+    Context& context = *library.viewContext();
+    const auto book = newBook(context, "Old");
+    book->setValue(BookEntity::author, context.insert<AuthorEntity>());
+    book->setValue(BookEntity::cover, context.insert<CoverEntity>());
+    book->add(BookEntity::tags, context.insert<TagEntity>());
+    expectSaved(context);
+  }
+
+  /// By the lenient forms alone, for which what can't be read is empty.
+  Result<void> count(const std::shared_ptr<AuthorEntity>& author) {
+    std::size_t number = author->value(AuthorEntity::books).size();
+    for (const auto& book : author->value(AuthorEntity::books)) {
+      number += book->value(BookEntity::tags).size();
+      const auto cover = book->value(BookEntity::cover);
+      if (cover != nullptr && !cover->value(CoverEntity::color)) ++number;
+    }
+    number += context.count(bookRequest()).value_or(0);
+    author->setValue(AuthorEntity::name, std::to_string(number));
+    newBook(context, "New");
+    return context.save();  // left to the transaction
+  }
+
+  static std::string seenElsewhere() {
+    Library library;
+    const auto authors = library.viewContext()->fetch<AuthorEntity>(NSFetchRequest("Author"));
+    return titles(*library.viewContext()) + " " +
+           authors->front()->value(AuthorEntity::name).value_or("-");
+  }
+};
+
+TEST(StoreTransaction, NothingIsSavedWhenAnyReadInItFails) {
+  TestEnvironment environment;
+  Shelf::fill();
+  bool failed = true;
+  for (int failAt = 1; failed; ++failAt) {
+    Shelf shelf;
+    const auto author = shelf.context.fetch<AuthorEntity>(NSFetchRequest("Author"))->front();
+    {
+      FailingDisk disk(FailingDisk::Mode::unreadable, failAt);
+      const auto done = shelf.context.performTransaction([&] { return shelf.count(author); });
+      failed = disk.hasFailed();
+      EXPECT_EQ(done.has_value(), !failed) << failAt;
+    }
+    EXPECT_FALSE(shelf.context.hasChanges());
+    EXPECT_EQ(Shelf::seenElsewhere(), failed ? "Old -" : "New Old 4") << failAt;
+    EXPECT_TRUE(failed || failAt > 5);
+  }
+}
+
 TEST(StoreTransaction, AFailureWithinTakesAllBackAndIsTold) {
   TestEnvironment environment;
   Library library;

@@ -8,6 +8,7 @@
 #include "Settings/SettingsStorageLocal.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/TaskTemporalDataEntity.h"
 
 #include <gmock/gmock.h>
 
@@ -165,19 +166,26 @@ TEST_F(DataManagerTest, CleansUpAfterAnImportEvenAFailedOne) {
   const auto manager = make();
   NSManagedObjectContext& context = *manager->viewContext();
   const auto task = TaskEntity::create(context);
-  const auto addEntry = [&](const char* id, const char* cloudStatus) {
+  const auto other = TaskEntity::create(context);
+  const auto addEntry = [&](const char* id, const char* cloudStatus, bool isOfOther = false,
+                            TaskLogEntryType type = TaskLogEntryType::completedManuallyFull) {
     const auto entry = TaskLogEntryEntity::create(context);
-    entry->setValue(TaskLogEntryEntity::task, task);
+    entry->setValue(TaskLogEntryEntity::task, isOfOther ? other : task);
     entry->setValue(TaskLogEntryEntity::entryDate, 20240307);
-    entry->setValue(TaskLogEntryEntity::entryType,
-                    static_cast<std::int16_t>(rawValue(TaskLogEntryType::completedManuallyFull)));
+    entry->setValue(TaskLogEntryEntity::entryType, static_cast<std::int16_t>(rawValue(type)));
     entry->setValue(TaskLogEntryEntity::uniqueId, id);
     entry->setValue(TaskLogEntryEntity::cloudStatus, cloudStatus);
+    return entry;
   };
   const char* twin = "5EC2F8E3-6A6C-4F51-8B1B-000000000001";
   addEntry(twin, TaskLogEntryEntity::temporaryRecordIdentifier);
   addEntry(twin, "OK");
   addEntry("5EC2F8E3-6A6C-4F51-8B1B-000000000002", TaskLogEntryEntity::temporaryRecordIdentifier);
+  const char* closing = "5EC2F8E3-6A6C-8F51-8B1B-000000000003";
+  for (const auto& [name, seconds] : {std::pair("late", 9), std::pair("b", 5), std::pair("a", 5)}) {
+    addEntry(closing, name, true, TaskLogEntryType::missedAutomaticallyFull)
+        ->setValue(TaskLogEntryEntity::createdTimestamp, Date::sinceReferenceDate(seconds));
+  }
   ASSERT_TRUE(context.save());
   post(*manager, {.identifier = UUID::random(),
                   .type = Event::Type::import_,
@@ -189,7 +197,10 @@ TEST_F(DataManagerTest, CleansUpAfterAnImportEvenAFailedOne) {
   for (const auto& entry : *entries) {
     kept.push_back(entry->value(TaskLogEntryEntity::cloudStatus).value_or(""));
   }
-  EXPECT_THAT(kept, ElementsAre("OK", "TMP"));
+  EXPECT_THAT(kept, ElementsAre("OK", "TMP", "a")) << "the same twin stays on every device";
+  EXPECT_EQ(
+      other->value(TaskAttributes::taskTemporalData)->value(TaskTemporalDataEntity::lastMissed),
+      20240307);
   EXPECT_EQ(task->lastCompletedDate({2024, 3, 8}), (YYYYMMDD{2024, 3, 7}))
       << "merged into the view";
 }
