@@ -1,13 +1,19 @@
 #include "Host/HostStore.h"
 
 #include "Foundation/NSFileManager.h"
+#include "Foundation/String.h"
 #include "OxLog/Log.h"
 #include "Settings/SettingsStorage.h"
 #include "Tasks/TaskFetchRequest.h"
 
 namespace velloro {
 
-HostStore::HostStore() : container_(DataManager::shared().activePersistentContainer()) {
+HostStore::HostStore() {
+  openActiveStore();
+}
+
+void HostStore::openActiveStore() const {
+  container_ = DataManager::shared().activePersistentContainer();
   if (const ErrorPtr& error = container_->loadError()) {
     throw HostError("the store can't be opened: " + error->localizedDescription());
   }
@@ -17,7 +23,7 @@ HostStore HostStore::existing() {
   const auto urls = DataManager::StoreUrls::make();
   const auto& [legacy, cloud, local] = urls;
   if (!NSFileManager::exists(cloud) && !NSFileManager::exists(local)) {
-    throw HostError("there is no store \"" + cloud.string() + "\"");
+    throw HostError("there is no store " + inQuotes(cloud.string()));
   }
   return {};
 }
@@ -31,10 +37,14 @@ std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
   return *std::move(tasks);
 }
 
-/// When they are first read, the settings may remove twins of their rows, and that is a transaction
-/// of its own.
-void HostStore::loadSettings() {
+StoreAccess HostStore::beginWriting() const {
+  // When they are first read, the settings may remove twins of their rows, and that is a
+  // transaction of its own.
   static_cast<void>(SettingsStorage::shared());
+  auto access = StoreAccess::toWrite();
+  if (!access) throwUnsaved(access.error());
+  openActiveStore();
+  return *std::move(access);
 }
 
 void HostStore::throwUnsaved(const ErrorPtr& error) {

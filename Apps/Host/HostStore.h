@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DataManager/DataManager.h"
+#include "DataManager/StoreAccess.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"
@@ -47,8 +48,8 @@ class HostStore {
   /// nothing is, then.
   template <std::invocable Work>
   auto write(Work&& work) const {
+    const StoreAccess access = beginWriting();
     using Value = std::invoke_result_t<Work&>;
-    loadSettings();
     auto written = context().performTransaction([&]() -> Result<Value> {
       if constexpr (std::is_void_v<Value>) {
         work();
@@ -62,10 +63,12 @@ class HostStore {
   }
 
  private:
-  static void loadSettings();
+  /// What is read and written from now on is of the store that is active then.
+  [[nodiscard]] StoreAccess beginWriting() const;
+  void openActiveStore() const;
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 
-  std::shared_ptr<DataManager::Container> container_;
+  mutable std::shared_ptr<DataManager::Container> container_;
 };
 
 }  // namespace velloro

@@ -1,5 +1,6 @@
 #include "Host/StoreSwitch.h"
 
+#include "DataManager/StoreAccess.h"
 #include "Host/HostStore.h"
 #include "Settings/SettingEntity.h"
 #include "Settings/SettingsStorage.h"
@@ -61,6 +62,20 @@ void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
     copyRelations(*object, *copies.at(object->objectID()), copies);
 }
 
+StoreSwitch fillIfEmpty(DataManager::Container& chosen, DataManager::Container& former) {
+  NSManagedObjectContext& to = *chosen.viewContext();
+  const auto from = former.newBackgroundContext();  // it has read nothing yet
+  return orThrow(to.performTransaction([&] {
+    return from->performAndWait([&]() -> Result<StoreSwitch> {
+      const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
+      StoreSwitch counts{.found = orThrow(to.count(tasks))};
+      if (counts.found == 0) counts.copied = orThrow(from->count(tasks));
+      if (counts.copied > 0) copyRows(*from, to);
+      return counts;
+    });
+  }));
+}
+
 /// While it lives, no background work begins.
 class Maintenance {
  public:
@@ -78,21 +93,14 @@ class Maintenance {
 }  // namespace
 
 StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
+  const auto access = orThrow(StoreAccess::toMaintain());
   const Maintenance maintenance(manager);
-  const auto cloud = manager.cloudPersistentContainer();
-  const auto local = manager.localPersistentContainer();
-  const auto& chosen = isCloud ? cloud : local;
-  if (chosen == manager.activePersistentContainer()) return {};
-  NSManagedObjectContext& from = *manager.viewContext();
-  NSManagedObjectContext& to = *chosen->viewContext();
-  const auto result = orThrow(to.performTransaction([&]() -> Result<StoreSwitch> {
-    const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
-    StoreSwitch counts{.found = orThrow(to.count(tasks))};
-    if (counts.found == 0) counts.copied = orThrow(from.count(tasks));
-    if (counts.copied > 0) copyRows(from, to);
-    return counts;
-  }));
-  SettingsStorage::shared().setBoolean(isCloud, Setting::cloudSyncTasksEnabled);
+  const auto former = manager.activePersistentContainer();
+  const auto chosen =
+      isCloud ? manager.cloudPersistentContainer() : manager.localPersistentContainer();
+  if (chosen == former) return {};  // perhaps another process was first
+  const auto result = fillIfEmpty(*chosen, *former);
+  SettingsStorage::shared().changeTiers(isCloud, Setting::cloudSyncTasksEnabled);
   return result;
 }
 

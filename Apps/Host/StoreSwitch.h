@@ -15,7 +15,8 @@ struct StoreSwitch {
 
 /// Chooses the store that the cloud mirrors, or the local one. One without tasks is given a copy of
 /// all that the former one holds; one that has some stays as it is. Nothing is ever deleted, since
-/// other devices may still use what the cloud has. Meanwhile no background work begins.
+/// other devices may still use what the cloud has. Settings go along
+/// (`SettingsStorage::changeTiers`). Meanwhile no process writes tasks, nor begins background work.
 ///
 /// On the main thread of the application. \throws HostError where it can't be done; the choice is
 /// then as it was.

@@ -1,6 +1,7 @@
 #include "velloro/Arguments.h"
 
 #include "Foundation/Locale.h"
+#include "Foundation/String.h"
 #include "OxDateTime/Digits.h"
 #include "velloro/NearMatches.h"
 
@@ -23,7 +24,7 @@ constexpr auto modeNames = caseNames<DayMode::specificDaysOfMonth>();
 constexpr auto periodNames = caseNames<TaskFrequencyPeriodType::year>();
 
 UsageError unusable(const std::string& name, const std::string& text, const std::string& reason) {
-  return UsageError(name + " \"" + text + "\": " + reason);
+  return UsageError(name + " " + inQuotes(text) + ": " + reason);
 }
 
 /// "km, m or miles".

@@ -1,5 +1,7 @@
 #include "velloro/CaseArgument.h"
 
+#include "Foundation/String.h"
+
 namespace velloro {
 
 std::string oneOf(const std::vector<std::string_view>& names) {
@@ -14,7 +16,7 @@ UsageError unknownName(const std::string& name, const std::string& text, const s
   std::string hint = suggestion(text, names);
   if (hint.empty()) hint = names.size() <= few ? oneOf(names) : where;
   const char* article = std::string_view("aeiou").contains(what.front()) ? "an " : "a ";
-  return UsageError(name + " \"" + text + "\": not " + article + what +
+  return UsageError(name + " " + inQuotes(text) + ": not " + article + what +
                     (hint.empty() ? "" : "; " + hint));
 }
 

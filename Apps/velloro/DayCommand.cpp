@@ -1,5 +1,6 @@
 #include "velloro/DayCommand.h"
 
+#include "Foundation/String.h"
 #include "velloro/Arguments.h"
 #include "velloro/DayReport.h"
 #include "velloro/FirstDayOfWeekOption.h"
@@ -27,7 +28,7 @@ YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay) {
   const Date instant = options.at ? instantArgument("--at", *options.at) : Date::now();
   const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, instant);
   if (day.y >= 1) return day;
-  throw UsageError("--at \"" + *options.at + "\": lies before the year 1");
+  throw UsageError("--at " + inQuotes(*options.at) + ": lies before the year 1");
 }
 
 void run(const DayOptions& options) {

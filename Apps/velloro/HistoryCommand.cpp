@@ -1,6 +1,7 @@
 #include "velloro/HistoryCommand.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/String.h"
 #include "Host/HostStore.h"
 #include "velloro/Arguments.h"
 #include "velloro/HistoryReport.h"
@@ -29,7 +30,7 @@ void run(const HistoryOptions& options) {
                                  : YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
   const YYYYMMDD from =
       options.from ? dayArgument("--from", *options.from) : to.yyyymm().previousMonth().firstDay();
-  if (from > to) throw UsageError("--from \"" + from.debugDescription() + "\": after --to");
+  if (from > to) throw UsageError("--from " + inQuotes(from.debugDescription()) + ": after --to");
   const auto report = HistoryReport::of(*task, from, to);
   print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
 }

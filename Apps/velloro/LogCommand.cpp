@@ -1,6 +1,7 @@
 #include "velloro/LogCommand.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/String.h"
 #include "Host/HostStore.h"
 #include "Host/LogWriter.h"
 #include "Tasks/TaskLogFetchRequest.h"
@@ -43,14 +44,15 @@ YYYYMMDD logicalDay(const TaskEntity& task, Date instant) {
 NewLogEntry newEntry(const TaskEntity& task, const LogOptions& options) {
   NewLogEntry entry{.at = options.at ? instantArgument("--at", *options.at) : Date::now()};
   entry.date = options.date ? dayArgument("--date", *options.date) : logicalDay(task, entry.at);
-  if (entry.at > Date::now()) throw UsageError("--at \"" + *options.at + "\": in the future");
+  if (entry.at > Date::now()) throw UsageError("--at " + inQuotes(*options.at) + ": in the future");
   if (entry.date > logicalDay(task, Date::now())) {
-    throw UsageError("--date \"" + *options.date + "\": in the future");
+    throw UsageError("--date " + inQuotes(*options.date) + ": in the future");
   }
   if (options.type) entry.type = typeArgument(*options.type);
   if (options.progress) {
     entry.amount = amountArgument("--progress", *options.progress);
-    if (*entry.amount < 0) throw UsageError("--progress \"" + *options.progress + "\": below 0");
+    if (*entry.amount < 0)
+      throw UsageError("--progress " + inQuotes(*options.progress) + ": below 0");
   }
   return entry;
 }

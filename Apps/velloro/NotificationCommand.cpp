@@ -38,8 +38,8 @@ double between(const char* name, const std::optional<std::string>& text, double 
   if (!text) return fallback;
   const double amount = amountArgument(name, *text);
   if (amount >= least && amount <= most) return amount;
-  throw UsageError(stringWithFormat("%s \"%s\": out of range; write %g to %g", name, text->c_str(),
-                                    least, most));
+  throw UsageError(name + (" " + inQuotes(*text)) +
+                   stringWithFormat(": out of range; write %g to %g", least, most));
 }
 
 NotificationViewController::Screen screenOf(const NotificationOptions& options) {
@@ -59,7 +59,7 @@ UNNotification notificationIn(const std::string& file) {
   const auto bytes = NSFileManager::contents(file == "-" ? "/dev/stdin" : file);
   if (!bytes) throw std::runtime_error(bytes.error()->localizedDescription());
   const auto unusable = [&](const std::string& reason) {
-    return std::runtime_error("\"" + file + "\" is no notification: " + reason);
+    return std::runtime_error(inQuotes(file) + " is no notification: " + reason);
   };
   PropertyList content;
   try {
@@ -81,7 +81,7 @@ void write(const CGImage& image, const std::string& file) {
   const auto bytes = image.pngData();
   if (!bytes) throw std::runtime_error("the picture cannot be made");
   if (file == "-") return print(std::string(bytes->text()));
-  const auto written = NSFileManager::write(bytes->text(), file);
+  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
   if (!written) throw std::runtime_error(written.error()->localizedDescription());
 }
 
@@ -109,7 +109,7 @@ void act(const NotificationOptions& options) {
                            screenOf(options), options.frames.has_value());
   if (options.frames) {
     const auto folder = folderArgument("--frames", *options.frames);
-    const auto made = NSFileManager::createDirectory(folder);
+    const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
     if (!made) throw std::runtime_error(made.error()->localizedDescription());
     for (std::size_t i = 0; i < play.frames.size(); ++i) {
       write(*play.frames[i], folder / stringWithFormat("frame-%04zu.png", i));
@@ -138,7 +138,7 @@ void sample(const NotificationOptions& options) {
   const auto content = NotificationSamples::named(*options.sample);
   if (!content) {
     const std::string hint = suggestion(*options.sample, names);
-    throw UsageError("\"" + *options.sample + "\": not a sample; " +
+    throw UsageError(inQuotes(*options.sample) + ": not a sample; " +
                      (hint.empty() ? "without a name they are listed" : hint));
   }
   printContent(*content);

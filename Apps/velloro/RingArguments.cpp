@@ -1,5 +1,6 @@
 #include "velloro/RingArguments.h"
 
+#include "Foundation/String.h"
 #include "velloro/Arguments.h"
 #include "velloro/CaseArgument.h"
 
@@ -18,7 +19,7 @@ double numberBetween(const std::string& name, const std::string& text, double le
                      const std::string& example) {
   const double number = amountArgument(name, text);
   if (number >= least && number <= most) return number;
-  throw UsageError(name + " \"" + text + "\": out of range; write " + example);
+  throw UsageError(name + " " + inQuotes(text) + ": out of range; write " + example);
 }
 
 IconVisualRepresentation iconArgument(const std::string& name, const std::string& text) {
@@ -96,7 +97,7 @@ void RingArguments::setProgress(RingLook& look) const {
   if (segments) {
     const auto count = countArgument("--segments", *segments);
     if (count < 1 || count > mostSegments) {
-      throw UsageError("--segments \"" + *segments + "\": out of range; write 1 to 100");
+      throw UsageError("--segments " + inQuotes(*segments) + ": out of range; write 1 to 100");
     }
     look.numSegments = static_cast<int>(count);
   }
@@ -111,7 +112,7 @@ Theme RingArguments::chosenTheme() const {
   const auto wanted = caseArgument<ThemeMode>("--mode", *mode, "mode");
   chosen = chosen.withMode(wanted);
   if (chosen.mode == wanted) return chosen;
-  throw UsageError("--mode \"" + *mode + "\": not a mode of the scheme \"" +
+  throw UsageError("--mode " + inQuotes(*mode) + ": not a mode of the scheme \"" +
                    std::string(rawValue(chosen.colorScheme)) + "\"; \"velloro themes\" tells them");
 }
 

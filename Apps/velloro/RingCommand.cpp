@@ -29,25 +29,25 @@ void write(const std::optional<Data>& bytes, const std::string& file, const char
     std::fwrite(bytes->text().data(), 1, bytes->size(), stdout);
     return;
   }
-  const auto written = NSFileManager::write(bytes->text(), file);
+  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
   if (written) return;
-  throw std::runtime_error(option + (" \"" + file) +
-                           "\": " + written.error()->localizedDescription());
+  throw std::runtime_error(option + (" " + inQuotes(file)) + ": " +
+                           written.error()->localizedDescription());
 }
 
 void animate(const RingOptions& options) {
   if (*options.animate != "check") {
-    throw UsageError("--animate \"" + *options.animate + "\": not an animation; write check");
+    throw UsageError("--animate " + inQuotes(*options.animate) + ": not an animation; write check");
   }
   const std::string rate = options.framesPerSecond.value_or("60");
   const auto framesPerSecond = countArgument("--fps", rate);
   if (framesPerSecond < 1 || framesPerSecond > 240) {
-    throw UsageError("--fps \"" + rate + "\": out of range; write 1 to 240");
+    throw UsageError("--fps " + inQuotes(rate) + ": out of range; write 1 to 240");
   }
   const auto frames = options.ring.picture().framesOfChecking(static_cast<int>(framesPerSecond));
   if (options.frames) {
     const auto folder = folderArgument("--frames", *options.frames);
-    const auto made = NSFileManager::createDirectory(folder);
+    const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
     if (!made) throw std::runtime_error(made.error()->localizedDescription());
     for (std::size_t i = 0; i < frames.size(); ++i) {
       const std::string name = stringWithFormat("frame-%04zu.png", i);
@@ -68,7 +68,7 @@ void run(const RingOptions& options) {
   }
   for (const auto& [name, value] :
        {std::pair("--frames", options.frames), {"--fps", options.framesPerSecond}}) {
-    if (value) throw UsageError(name + (" \"" + *value) + "\": only with --animate");
+    if (value) throw UsageError(name + (" " + inQuotes(*value)) + ": only with --animate");
   }
   if (!options.png) throw UsageError("a --png is needed, to say where the picture goes");
   const RingPicture picture = options.ring.picture();

@@ -63,7 +63,7 @@ const char* whatFollows(SettingPayload payload) {
 }
 
 UsageError unusable(const std::string& value, const char* reason) {
-  return UsageError("VALUE \"" + value + "\": " + reason);
+  return UsageError("VALUE " + inQuotes(value) + ": " + reason);
 }
 
 std::int64_t integer(const std::string& text) {
@@ -93,7 +93,12 @@ struct Write {
   const std::optional<std::string>& text;
 
   void operator()(const Setting::BoolSetting& setting) const {
-    storage.setBoolean(text && flagArgument(*text), setting);
+    const bool value = text && flagArgument(*text);
+    if (setting.setting.name == Setting::cloudSyncThemesDisabled && !storage.isExtension()) {
+      storage.changeTiers(value, setting);
+    } else {
+      storage.setBoolean(value, setting);
+    }
   }
   void operator()(const Setting::IntSetting& setting) const {
     const bool isTime = setting.setting.name == Setting::startOfDay;
@@ -110,7 +115,7 @@ struct Write {
     storage.setCodable(text ? std::optional(json(*text)) : std::nullopt, setting);
   }
   void operator()(const Setting::NoOpSetting& setting) const {
-    throw UsageError("KEY \"" + settingName(setting.setting) + "\": nothing is stored of it");
+    throw UsageError("KEY " + inQuotes(settingName(setting.setting)) + ": nothing is stored of it");
   }
 };
 
@@ -140,7 +145,7 @@ Setting settingArgument(const std::string& text) {
   }
   if (auto setting = isBare ? std::nullopt : continued(row, text.substr(point + 1)))
     return *setting;
-  throw UsageError("KEY \"" + text + "\": " + whatFollows(row.payload));
+  throw UsageError("KEY " + inQuotes(text) + ": " + whatFollows(row.payload));
 }
 
 std::string settingName(const Setting& setting) {

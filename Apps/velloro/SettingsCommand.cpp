@@ -1,10 +1,13 @@
 #include "velloro/SettingsCommand.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/NSUserDefaults.h"
+#include "Foundation/String.h"
 #include "Host/HostStore.h"
 #include "Host/StoreSwitch.h"
-#include "Settings/SettingsStorageCoreData.h"
+#include "OxLog/LogManager.h"
 #include "velloro/Arguments.h"
+#include "velloro/DebugLogChoice.h"
 #include "velloro/Output.h"
 #include "velloro/SettingsArgument.h"
 #include "velloro/SettingsReport.h"
@@ -38,16 +41,14 @@ void list(const SettingsOptions& options) {
     auto report = read(setting);
     if (options.all || report.hasValue()) reports.push_back(std::move(report));
   }
+  if (auto log = debugLogReport(); options.all || log.hasValue()) reports.push_back(std::move(log));
   print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
 }
 
-void tell(const SettingsOptions& options, const Setting& setting) {
-  const auto report = read(setting);
+void tell(const SettingsOptions& options) {
+  const bool isLog = options.key == debugLogName;
+  const auto report = isLog ? debugLogReport() : read(settingArgument(options.key));
   print(options.json ? JSONEncoder{}.encode(report) + "\n" : table({report}));
-}
-
-void get(const SettingsOptions& options) {
-  tell(options, settingArgument(options.key));
 }
 
 /// The choice of the store is the application's, and tasks follow it.
@@ -62,37 +63,41 @@ void chooseStoreAndTell(bool isCloud) {
   }
 }
 
-/// What is in memory must be in the store as well: the tier itself only logs a failure.
-void expectSaved(const SettingsStorage& storage, const Setting& setting) {
-  auto* const cloud = dynamic_cast<SettingsStorageCoreData*>(storage.cloudStorage());
-  if (cloud == nullptr || &storage.container(setting) != cloud) return;
-  const JSONEncoder encoder{};
-  const std::string written = encoder.encode(SettingsReport::of(storage, setting));
-  cloud->updateSettings();
-  if (encoder.encode(SettingsReport::of(storage, setting)) == written) return;
-  throw HostError("\"" + settingName(setting) + "\" was not saved: the store can't be written now");
+/// The tiers themselves only log a failure.
+void expectSaved(const std::string& name, const ErrorPtr& error) {
+  if (error == nullptr) return;
+  throw HostError(inQuotes(name) + " was not saved: " + error->localizedDescription());
 }
 
-void write(const Setting& setting, const std::optional<std::string>& value) {
+void writeDebugLog(const std::optional<std::string>& value) {
+  chooseDebugLog(value);
+  expectSaved(std::string(debugLogName), NSUserDefaults::standardUserDefaults().saveError());
+  const auto& file = LogManager::shared().debugLogUrl();
+  if (value) Environment::current().report("log lines are written to " + inQuotes(file.string()));
+}
+
+void write(const std::string& key, const std::optional<std::string>& value) {
+  if (key == debugLogName) return writeDebugLog(value);
+  const Setting setting = settingArgument(key);
   auto& storage = SettingsStorage::shared();
-  if (setting != Setting(Setting::cloudSyncTasksEnabled)) {
+  if (setting.name != Setting::cloudSyncTasksEnabled) {
     setArgument(storage, setting, value);
-    return expectSaved(storage, setting);
+  } else if (storage.isExtension()) {
+    throw UsageError("--process: only the application chooses the store");
+  } else {
+    chooseStoreAndTell(value && flagArgument(*value));
   }
-  if (storage.isExtension()) throw UsageError("--process: only the application chooses the store");
-  chooseStoreAndTell(value && flagArgument(*value));
+  expectSaved(settingName(setting), storage.saveError(setting));
 }
 
 void set(const SettingsOptions& options) {
-  const Setting setting = settingArgument(options.key);
-  write(setting, options.value);
-  tell(options, setting);
+  write(options.key, options.value);
+  tell(options);
 }
 
 void unset(const SettingsOptions& options) {
-  const Setting setting = settingArgument(options.key);
-  write(setting, std::nullopt);
-  tell(options, setting);
+  write(options.key, std::nullopt);
+  tell(options);
 }
 
 }  // namespace
@@ -119,7 +124,7 @@ void addSettingsCommand(CLI::App& app) {
   add("list", "Lists the settings that have a value, and the tier each is read from", list)
       ->add_flag("--all", options->all, "Those without a value as well")
       ->disable_flag_override();
-  addOfOne("get", "Tells the value of one setting, and the tier it is read from", get);
+  addOfOne("get", "Tells the value of one setting, and the tier it is read from", tell);
   addOfOne("set", "Sets one, and tells it as it is then read", set)
       ->add_option("value", options->value,
                    "true or false, a number, a text or JSON, by the setting; a start of day also "
@@ -136,7 +141,10 @@ void addSettingsCommand(CLI::App& app) {
       "  velloro settings set startOfDay 04:00:00\n"
       "  velloro settings get Settings_StartOfDay\n"
       "  velloro settings set selectedTheme.2 blue.white\n"
-      "  velloro settings unset selectedTheme.2");
+      "  velloro settings unset selectedTheme.2\n"
+      "  velloro settings set debugLog debug                  every line, in debug.log\n"
+      "  velloro settings set debugLog info:database,settings those of some categories\n"
+      "  velloro settings unset debugLog");
 }
 
 }  // namespace velloro

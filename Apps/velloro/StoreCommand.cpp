@@ -2,6 +2,7 @@
 
 #include "CoreData/NSPersistentContainer.h"
 #include "Foundation/NSFileManager.h"
+#include "Foundation/String.h"
 #include "Host/HostStore.h"
 #include "Tasks/VelloroModel.h"
 #include "velloro/Arguments.h"
@@ -27,7 +28,7 @@ struct StoreOptions {
 /// A store other than the process's own. Looking at one must not make one.
 std::unique_ptr<NSPersistentContainer> open(const std::filesystem::path& file) {
   if (!NSFileManager::exists(file)) {
-    throw HostError("there is no store \"" + file.string() + "\"");
+    throw HostError("there is no store " + inQuotes(file.string()));
   }
   auto container = std::make_unique<NSPersistentContainer>(velloroModelName, velloroModel());
   container->setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
@@ -49,7 +50,7 @@ void check(const StoreOptions& options) {
     const auto report = StoreCheckReport::of(context);
     print(options.json ? report.json() : report.text());
     if (report.findings.empty()) return;
-    throw std::runtime_error("\"" + report.file + "\" is not sound: findings " +
+    throw std::runtime_error(inQuotes(report.file) + " is not sound: findings " +
                              std::to_string(report.findings.size()));
   });
 }

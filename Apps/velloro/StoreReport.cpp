@@ -74,7 +74,7 @@ std::string StoreCheckReport::json() const {
 }
 
 std::string StoreCheckReport::text() const {
-  if (findings.empty()) return "\"" + file + "\" is sound\n";
+  if (findings.empty()) return inQuotes(file) + " is sound\n";
   std::string text;
   for (const std::string& finding : findings) text += finding + "\n";
   return text;

@@ -1,5 +1,6 @@
 #include "velloro/TaskArgument.h"
 
+#include "Foundation/String.h"
 #include "Host/LogWriter.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
@@ -16,7 +17,7 @@ namespace {
 std::string mention(const TaskEntity& task) {
   const std::string* title = task.text(TaskAttributes::title);
   const std::string* id = task.text(TaskAttributes::uniqueId);
-  return "\"" + (title != nullptr ? *title : "") + "\" (" +
+  return inQuotes(title != nullptr ? *title : "") + " (" +
          (id != nullptr ? id->substr(0, 8) : "without id") + ")";
 }
 
@@ -38,7 +39,7 @@ UsageError unknownTask(const std::string& name,
     if (title != nullptr) titles.emplace_back(*title);
   }
   const std::string hint = suggestion(name, titles);
-  return UsageError("no task is called \"" + name + "\"; " +
+  return UsageError("no task is called " + inQuotes(name) + "; " +
                     (hint.empty() ? "\"velloro task list\" lists them" : hint));
 }
 
@@ -65,7 +66,7 @@ std::shared_ptr<TaskEntity> taskArgument(const HostStore& store, const std::stri
   if (meant.empty()) throw unknownTask(name, all);
   std::string which;
   for (const auto& task : meant) which += (which.empty() ? "" : ", ") + mention(*task);
-  throw UsageError("\"" + name + "\" may be " + which + "; write more of the id");
+  throw UsageError(inQuotes(name) + " may be " + which + "; write more of the id");
 }
 
 std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store, const std::string& name) {

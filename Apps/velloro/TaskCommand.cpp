@@ -1,6 +1,7 @@
 #include "velloro/TaskCommand.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/String.h"
 #include "Host/LogWriter.h"
 #include "velloro/Arguments.h"
 #include "velloro/Output.h"
@@ -36,7 +37,7 @@ void add(const TaskOptions& options) {
   const Date created =
       options.created ? instantArgument("--created", *options.created) : Date::now();
   if (created > Date::now()) {
-    throw UsageError("--created \"" + *options.created + "\": lies in the future");
+    throw UsageError("--created " + inQuotes(*options.created) + ": lies in the future");
   }
   const HostStore store;
   const auto task = store.write([&] {

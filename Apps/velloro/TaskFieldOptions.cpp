@@ -1,5 +1,6 @@
 #include "velloro/TaskFieldOptions.h"
 
+#include "Foundation/String.h"
 #include "velloro/Arguments.h"
 #include "velloro/CaseArgument.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 OxCodableColor colorArgument(const std::string& name, const std::string& text) {
   if (const auto color = OxCodableColor::fromHex(text)) return *color;
-  throw UsageError(name + " \"" + text + "\": not a colour; write one as 3F91CC");
+  throw UsageError(name + " " + inQuotes(text) + ": not a colour; write one as 3F91CC");
 }
 
 template <typename T, typename Read>
@@ -40,7 +41,7 @@ std::optional<AutomaticTaskType> TaskFieldOptions::automaticTaskType(std::int64_
   if (!timer) return type.value();
   const double seconds = amountArgument("--timer", *timer);
   if (seconds < 1 || seconds > 86400) {
-    throw UsageError("--timer \"" + *timer + "\": out of range; write 1 to 86400 seconds");
+    throw UsageError("--timer " + inQuotes(*timer) + ": out of range; write 1 to 86400 seconds");
   }
   return AutomaticTaskType::timer(seconds, parts, TypeUnit::durationSeconds);
 }
@@ -65,7 +66,7 @@ TaskFields TaskFieldOptions::fields(const TaskFrequency& base) const {
   }
   if (page) {
     const auto number = countArgument("--page", *page);
-    if (number > 300) throw UsageError("--page \"" + *page + "\": there are pages 0 to 300");
+    if (number > 300) throw UsageError("--page " + inQuotes(*page) + ": there are pages 0 to 300");
     fields.page = TaskPageNumber{number};
   }
   return fields;

@@ -1,5 +1,6 @@
 #include "velloro/TypeOptions.h"
 
+#include "Foundation/String.h"
 #include "velloro/Arguments.h"
 
 #include <CLI/CLI.hpp>
@@ -17,8 +18,8 @@ void TypeOptions::addTo(CLI::App& command) {
 
 std::optional<AutomaticTaskType> TypeOptions::value() const {
   if (!type) {
-    if (target) throw UsageError("--target \"" + *target + "\": only with a --type");
-    if (unit) throw UsageError("--unit \"" + *unit + "\": only with a --type");
+    if (target) throw UsageError("--target " + inQuotes(*target) + ": only with a --type");
+    if (unit) throw UsageError("--unit " + inQuotes(*unit) + ": only with a --type");
     return std::nullopt;
   }
   const TaskType chosen = taskTypeArgument("--type", *type);
@@ -30,7 +31,7 @@ std::optional<AutomaticTaskType> TypeOptions::value() const {
                                                 .speeds = chosen.defaultSpeeds()});
   }
   if (target) {
-    throw UsageError("--target \"" + *target + "\": " + std::string(chosen.rawValue()) +
+    throw UsageError("--target " + inQuotes(*target) + ": " + std::string(chosen.rawValue()) +
                      (unitNames(chosen).empty() ? " has no amount" : " needs a --unit"));
   }
   return AutomaticTaskType(chosen);
@@ -46,7 +47,7 @@ double TypeOptions::quantity(TaskType of, TypeUnit in) const {
   }
   const double amount = amountArgument("--target", *target);
   if (amount >= 0 || of == HealthType::energyDeficit) return amount;
-  throw UsageError("--target \"" + *target + "\": below 0");
+  throw UsageError("--target " + inQuotes(*target) + ": below 0");
 }
 
 }  // namespace velloro

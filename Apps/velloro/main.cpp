@@ -1,5 +1,7 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/Error.h"
+#include "Foundation/ProcessEnd.h"
+#include "Foundation/String.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
 #include "velloro/Arguments.h"
@@ -65,14 +67,14 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
   const auto unexpected = app.remaining(true);
   const std::string word = unexpected.empty() ? "" : unexpected.front();
   if (!commands.empty() && !word.empty() && !word.starts_with('-')) {
-    return unknownName("COMMAND", word, "command of \"" + name + "\"", commands).what();
+    return unknownName("COMMAND", word, "command of " + inQuotes(name), commands).what();
   }
   const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
   if (isMissing && !commands.empty() && word.empty()) {
     return "a command is needed; " + oneOf(commands);
   }
-  return (word.empty() ? error.what() : word + ": not expected here") + "; see \"" + name +
-         " --help\"";
+  return (word.empty() ? excerpt(error.what()) : excerpt(word) + ": not expected here") + "; see " +
+         inQuotes(name + " --help");
 }
 
 /// However a command ends, its store is closed and its log written.
@@ -143,5 +145,5 @@ int run(int argumentCount, char** arguments) {
 }  // namespace velloro
 
 int main(int argumentCount, char** arguments) {
-  return velloro::run(argumentCount, arguments);
+  velloro::endProcess(velloro::run(argumentCount, arguments));
 }

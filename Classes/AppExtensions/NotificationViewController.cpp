@@ -1,10 +1,10 @@
 #include "AppExtensions/NotificationViewController.h"
 
-#include "AppExtensions/PendingReportableError.h"
 #include "AppExtensions/TaskSharingBadge.h"
 #include "Foundation/DispatchQueue.h"
 #include "Foundation/Locale.h"
 #include "Notifications/NotificationCategory.h"
+#include "Settings/PendingReportableError.h"
 #include "VelloroCore/TaskTitleAttributedString.h"
 
 #include <algorithm>

@@ -1,7 +1,10 @@
 #include "CoreData/Sqlite.h"
 
+#include "Foundation/NSFileHandle.h"
+
 #include <cmath>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 
 namespace platform {
@@ -163,6 +166,9 @@ void SqliteStatement::readValues(const NSEntityDescription& entity, int column,
 Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const SqliteLocation& from) {
   const std::string name = from.path.empty() ? ":memory:" : from.path.string();
   constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  // SQLite gives the files beside it the permissions that this one has. Only a file that was not
+  // there is opened here: closing a handle would give up the locks of a database in use.
+  if (!from.path.empty()) (void)NSFileHandle::open(from.path, O_RDWR | O_CREAT | O_EXCL);
   sqlite3* handle = nullptr;
   const int code = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
   std::unique_ptr<SqliteConnection> connection(new SqliteConnection(from.path, handle));

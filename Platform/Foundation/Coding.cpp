@@ -2,6 +2,7 @@
 
 #include "Foundation/Data.h"
 #include "Foundation/Date.h"
+#include "Foundation/String.h"
 #include "Foundation/TimeZone.h"
 #include "Foundation/UUID.h"
 
@@ -42,7 +43,7 @@ void Coding<TimeZone>::encode(const TimeZone& value, Encoder& to) {
 TimeZone Coding<TimeZone>::decode(const Decoder& from) {
   const auto identifier = from.decode<std::string>("identifier");
   if (const auto zone = TimeZone::fromIdentifier(identifier)) return *zone;
-  throw from.dataCorrupted("No time zone is named \"" + identifier + "\".");
+  throw from.dataCorrupted("No time zone is named " + inQuotes(identifier) + ".");
 }
 
 void Coding<UUID>::encode(const UUID& value, Encoder& to) {

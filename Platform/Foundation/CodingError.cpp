@@ -1,12 +1,14 @@
 #include "Foundation/CodingError.h"
 
+#include "Foundation/String.h"
+
 #include <utility>
 
 namespace platform {
 namespace {
 
 std::string describe(const std::string& path, const std::string& description) {
-  return path.empty() ? description : path + ": " + description;
+  return path.empty() ? description : excerpt(path) + ": " + description;
 }
 
 }  // namespace

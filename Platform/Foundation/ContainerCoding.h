@@ -3,6 +3,7 @@
 #include "Foundation/Decoder.h"
 #include "Foundation/Encoder.h"
 #include "Foundation/RecordCoding.h"
+#include "Foundation/String.h"
 
 #include <algorithm>
 #include <charconv>
@@ -68,8 +69,7 @@ Key keyFrom(std::string_view text, const Decoder& place) {
     Key key{};
     const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), key);
     if (failure == std::errc() && end == text.data() + text.size()) return key;
-    throw place.dataCorrupted("Expected an integer for a key, found \"" + std::string(text) +
-                              "\".");
+    throw place.dataCorrupted("Expected an integer for a key, found " + inQuotes(text) + ".");
   }
 }
 

@@ -1,6 +1,7 @@
 #include "Foundation/Decoder.h"
 
 #include "Foundation/ExactInteger.h"
+#include "Foundation/String.h"
 
 #include <utility>
 
@@ -103,8 +104,7 @@ DecodingError Decoder::unknownCase(std::string_view typeName) const {
 }
 
 DecodingError Decoder::unknownCase(std::string_view name, std::string_view typeName) const {
-  return dataCorrupted("No case of " + std::string(typeName) + " is named \"" + std::string(name) +
-                       "\".");
+  return dataCorrupted("No case of " + std::string(typeName) + " is named " + inQuotes(name) + ".");
 }
 
 }  // namespace platform

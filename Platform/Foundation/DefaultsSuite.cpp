@@ -113,8 +113,13 @@ void DefaultsSuite::apply(const Dictionary& changes) {
   if (const auto saved = save(changes); !saved) {
     Environment::current().report("defaults are kept in memory only: " +
                                   saved.error()->localizedDescription());
-    keep(changes);
+    keep(changes, saved.error());
   }
+}
+
+ErrorPtr DefaultsSuite::saveError() {
+  const std::scoped_lock lock(mutex_);
+  return saveError_;
 }
 
 /// To be asked first: one value that no text can hold would make every later write fail as well.
@@ -151,6 +156,7 @@ Result<void> DefaultsSuite::save(const Dictionary& changes) {
   const std::scoped_lock reading(mutex_);
   load();
   unsaved_.clear();
+  saveError_ = nullptr;
   return {};
 }
 
@@ -165,8 +171,9 @@ Result<DefaultsSuite::Content> DefaultsSuite::contentWith(const Dictionary& chan
   return content;
 }
 
-void DefaultsSuite::keep(const Dictionary& changes) {
+void DefaultsSuite::keep(const Dictionary& changes, const ErrorPtr& reason) {
   const std::scoped_lock lock(mutex_);
+  saveError_ = reason;
   for (const auto& [key, value] : changes) unsaved_.insert_or_assign(key, value);
 }
 

@@ -30,6 +30,8 @@ class DefaultsSuite {
   [[nodiscard]] Dictionary values();
   /// Sets each key's new value, or removes the key where that is null.
   void apply(const Dictionary& changes);
+  /// Why changes are not on the disk yet; null when all are.
+  [[nodiscard]] ErrorPtr saveError();
   void addRegistered(const Dictionary& values);
 
  private:
@@ -45,7 +47,7 @@ class DefaultsSuite {
   [[nodiscard]] bool wouldChange(const Dictionary& changes);
   [[nodiscard]] Result<void> save(const Dictionary& changes);
   [[nodiscard]] Result<Content> contentWith(const Dictionary& changes);
-  void keep(const Dictionary& changes);
+  void keep(const Dictionary& changes, const ErrorPtr& reason);
 
   std::mutex writing_;  ///< Taken for a whole write, before `mutex_`: readers don't wait for it.
   std::mutex mutex_;    ///< Guards what follows.
@@ -56,6 +58,7 @@ class DefaultsSuite {
 
   SharedFile file_;      ///< Its path and its lock need no mutex.
   ErrorPtr unreadable_;  ///< Why the file could not be read.
+  ErrorPtr saveError_;   ///< Why `unsaved_` could not be written.
   bool isCorrupt_ = false;
 };
 

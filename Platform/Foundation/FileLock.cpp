@@ -9,6 +9,8 @@
 namespace platform {
 namespace {
 
+constexpr int makeIfMissing = O_RDWR | O_CREAT | O_NOFOLLOW;
+
 bool hasItsName(const NSFileHandle& file) {
   struct stat held {};
   struct stat named {};
@@ -18,19 +20,29 @@ bool hasItsName(const NSFileHandle& file) {
 
 }  // namespace
 
-Result<FileLock> FileLock::exclusive(const std::filesystem::path& path) {
-  return take(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+Result<FileLock> FileLock::exclusive(const std::filesystem::path& path, NewItemAccess access) {
+  return take(path, makeIfMissing, LOCK_EX, access);
+}
+
+Result<FileLock> FileLock::shared(const std::filesystem::path& path) {
+  return take(path, makeIfMissing, LOCK_SH);
+}
+
+bool FileLock::isHeldExclusively(const std::filesystem::path& path) {
+  const auto file = NSFileHandle::open(path, O_RDONLY | O_NOFOLLOW);
+  return file && ::flock(file->fileDescriptor(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 Result<FileLock> FileLock::exclusiveForAppending(const std::filesystem::path& path) {
-  return take(path, O_WRONLY | O_APPEND);
+  return take(path, O_WRONLY | O_APPEND, LOCK_EX);
 }
 
-Result<FileLock> FileLock::take(const std::filesystem::path& path, int flags) {
+Result<FileLock> FileLock::take(const std::filesystem::path& path, int flags, int operation,
+                                NewItemAccess access) {
   for (;;) {
-    auto file = NSFileHandle::open(path, flags);
+    auto file = NSFileHandle::open(path, flags, access);
     if (!file) return std::unexpected(file.error());
-    while (::flock(file->fileDescriptor(), LOCK_EX) != 0) {
+    while (::flock(file->fileDescriptor(), operation) != 0) {
       if (errno != EINTR) return fileFailure("cannot lock", path);
     }
     if (hasItsName(*file)) return FileLock(std::move(*file));

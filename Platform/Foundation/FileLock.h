@@ -4,8 +4,8 @@
 
 namespace platform {
 
-/// An exclusive lock by way of a file, held until the object goes or its process dies. It keeps out
-/// threads and processes alike, for every lock has an open file of its own.
+/// A lock by way of a file, held until the object goes or its process dies. It keeps out threads
+/// and processes alike, for every lock has an open file of its own.
 ///
 ///     const auto lock = FileLock::exclusive(folder / ".counter.lock");
 ///     if (!lock) return std::unexpected(lock.error());
@@ -15,9 +15,14 @@ namespace platform {
 /// holder may rename or remove it: whoever waits for it then takes the file that has the name now.
 class FileLock {
  public:
-  /// Waits for as long as another holds it. A thread that asks again for what it holds waits for
-  /// ever.
-  [[nodiscard]] static Result<FileLock> exclusive(const std::filesystem::path& path);
+  /// Waits for as long as another holds it, shared or not. A thread that asks again for what it
+  /// holds waits for ever.
+  [[nodiscard]] static Result<FileLock> exclusive(const std::filesystem::path& path,
+                                                  NewItemAccess access = NewItemAccess::owner);
+  /// Waits for as long as another holds it exclusively; several may hold it shared.
+  [[nodiscard]] static Result<FileLock> shared(const std::filesystem::path& path);
+  /// Whether somebody holds it exclusively at this moment. Makes no file.
+  [[nodiscard]] static bool isHeldExclusively(const std::filesystem::path& path);
   /// The same by way of a file that must be there (`ENOENT`), or of what a link leads to. What is
   /// written to `file` goes to its end.
   [[nodiscard]] static Result<FileLock> exclusiveForAppending(const std::filesystem::path& path);
@@ -30,7 +35,8 @@ class FileLock {
   [[nodiscard]] NSFileHandle& file() { return file_; }
 
  private:
-  static Result<FileLock> take(const std::filesystem::path& path, int flags);
+  static Result<FileLock> take(const std::filesystem::path& path, int flags, int operation,
+                               NewItemAccess access = NewItemAccess::owner);
   explicit FileLock(NSFileHandle file) : file_(std::move(file)) {}
 
   NSFileHandle file_;

@@ -1,6 +1,7 @@
 #include "Foundation/JSONDocument.h"
 
 #include "Foundation/CodingError.h"
+#include "Foundation/String.h"
 
 #include <algorithm>
 #include <bit>
@@ -76,10 +77,10 @@ std::string reasonText(simdjson::error_code failure, std::string_view text) {
       break;
   }
   const std::size_t place = placeOfFailure(text);
-  const std::string excerpt = shortened(text.substr(place));
-  const bool readable = !excerpt.empty() && simdjson::validate_utf8(excerpt);
+  const std::string there = shortened(text.substr(place));
+  const bool readable = !there.empty() && simdjson::validate_utf8(there);
   return "The text is not valid JSON at byte " + std::to_string(place) +
-         (readable ? ", \"" + excerpt + "\"" : "") + ": " + simdjson::error_message(failure);
+         (readable ? ", \"" + there + "\"" : "") + ": " + simdjson::error_message(failure);
 }
 
 }  // namespace
@@ -147,7 +148,7 @@ std::string JSONNode::description() const {
       return "the number " + std::string(digits, end);
     }
     case Kind::text:
-      return "the text \"" + shortened(text()) + "\"";
+      return "the text " + inQuotes(text());
     case Kind::array:
       return "an array";
     case Kind::object:

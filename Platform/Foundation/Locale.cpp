@@ -3,6 +3,7 @@
 #include "Foundation/Environment.h"
 #include "Foundation/Error.h"
 #include "Foundation/IcuSupport.h"
+#include "Foundation/String.h"
 
 #include <array>
 #include <cctype>
@@ -76,7 +77,7 @@ Locale::Data::Data(const icu::Locale& canonical)
     : identifier(canonical.getName()), icu(knownLocale(canonical)) {
   UErrorCode status = U_ZERO_ERROR;
   icu.setKeywordValue("calendar", "gregorian", status);
-  checkIcu(status, "cannot use the locale \"" + identifier + "\"");
+  checkIcu(status, "cannot use the locale " + inQuotes(identifier));
 }
 
 const Locale::Data::NumberSigns& Locale::Data::numberSigns() const {
@@ -84,7 +85,7 @@ const Locale::Data::NumberSigns& Locale::Data::numberSigns() const {
     using Symbols = icu::DecimalFormatSymbols;
     UErrorCode status = U_ZERO_ERROR;
     const Symbols symbols(icu, status);
-    checkIcu(status, "cannot load the number signs of \"" + identifier + "\"");
+    checkIcu(status, "cannot load the number signs of " + inQuotes(identifier));
     const auto sign = [&](auto which) { return utf8(symbols.getConstSymbol(which)); };
     return NumberSigns{.decimalSeparator = sign(Symbols::kDecimalSeparatorSymbol),
                        .percentSign = sign(Symbols::kPercentSymbol),
@@ -98,7 +99,7 @@ const Locale::Data::DateSymbols& Locale::Data::dateSymbols() const {
     using Symbols = icu::DateFormatSymbols;
     UErrorCode status = U_ZERO_ERROR;
     const Symbols symbols(icu, status);
-    checkIcu(status, "cannot load the calendar names of \"" + identifier + "\"");
+    checkIcu(status, "cannot load the calendar names of " + inQuotes(identifier));
     const auto months = [&](auto context, auto width) {
       std::int32_t count = 0;
       const auto* names = symbols.getMonths(count, context, width);
@@ -122,7 +123,7 @@ int Locale::Data::firstWeekday() const {
   return firstWeekday_.get([this] {
     UErrorCode status = U_ZERO_ERROR;
     const icu::GregorianCalendar calendar(icu, status);
-    checkIcu(status, "cannot load the calendar of \"" + identifier + "\"");
+    checkIcu(status, "cannot load the calendar of " + inQuotes(identifier));
     return static_cast<int>(calendar.getFirstDayOfWeek(status));
   });
 }
@@ -132,7 +133,7 @@ bool Locale::Data::uses24HourTime() const {
     const std::scoped_lock lock(patternsMutex_);
     UErrorCode status = U_ZERO_ERROR;
     const UDateFormatHourCycle cycle = patterns().getDefaultHourCycle(status);
-    checkIcu(status, "cannot find the hour cycle of \"" + identifier + "\"");
+    checkIcu(status, "cannot find the hour cycle of " + inQuotes(identifier));
     return cycle == UDAT_HOUR_CYCLE_23 || cycle == UDAT_HOUR_CYCLE_24;
   });
 }
@@ -141,7 +142,7 @@ icu::UnicodeString Locale::Data::bestPattern(const icu::UnicodeString& fields) c
   const std::scoped_lock lock(patternsMutex_);
   UErrorCode status = U_ZERO_ERROR;
   icu::UnicodeString pattern = patterns().getBestPattern(fields, status);
-  checkIcu(status, "cannot use the date template \"" + utf8(fields) + "\"");
+  checkIcu(status, "cannot use the date template " + inQuotes(utf8(fields)));
   return pattern;
 }
 
@@ -156,7 +157,7 @@ icu::BreakIterator& Locale::Data::words() const {
   return *words_.get([this] {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::BreakIterator> words(icu::BreakIterator::createWordInstance(icu, status));
-    checkIcu(status, "cannot load the word limits of \"" + identifier + "\"");
+    checkIcu(status, "cannot load the word limits of " + inQuotes(identifier));
     return words;
   });
 }
@@ -166,7 +167,7 @@ icu::DateTimePatternGenerator& Locale::Data::patterns() const {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::DateTimePatternGenerator> generator(
         icu::DateTimePatternGenerator::createInstance(icu, status));
-    checkIcu(status, "cannot load the date patterns of \"" + identifier + "\"");
+    checkIcu(status, "cannot load the date patterns of " + inQuotes(identifier));
     return generator;
   });
 }

@@ -5,6 +5,7 @@
 #include "Foundation/IcuSupport.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/PropertyList.h"
+#include "Foundation/String.h"
 
 #include <map>
 #include <set>
@@ -22,10 +23,6 @@ using Arguments = std::vector<LocalizedArgument>;
 using Table = std::map<std::string, std::string, std::less<>>;
 
 constexpr std::string_view english = "en";
-
-std::string inQuotes(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
-}
 
 std::vector<std::string> languagesIn(const fs::path& resources) {
   auto names = NSFileManager::contentsOfDirectory(resources).value_or(std::vector<std::string>{});

@@ -2,6 +2,7 @@
 
 #include "Foundation/CivilDay.h"
 #include "Foundation/IcuSupport.h"
+#include "Foundation/String.h"
 
 #include <cmath>
 #include <functional>
@@ -85,7 +86,7 @@ icu::SimpleDateFormat simpleFormat(const icu::UnicodeString& pattern, const icu:
   format.setLenient(false);
   format.setBooleanAttribute(UDAT_PARSE_PARTIAL_LITERAL_MATCH, false, status);
   format.setBooleanAttribute(UDAT_PARSE_MULTIPLE_PATTERNS_FOR_MATCH, false, status);
-  checkIcu(status, "cannot use the date format \"" + utf8(pattern) + "\"");
+  checkIcu(status, "cannot use the date format " + inQuotes(utf8(pattern)));
   return format;
 }
 

@@ -35,9 +35,21 @@ NSFileHandle::~NSFileHandle() {
   if (isOpen()) ::close(descriptor_);
 }
 
-Result<NSFileHandle> NSFileHandle::open(const std::filesystem::path& path, int flags) {
-  const int descriptor =
-      uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, 0666); });
+Result<NSFileHandle> NSFileHandle::open(const std::filesystem::path& path, int flags,
+                                        NewItemAccess access) {
+  const bool isForOwner = access == NewItemAccess::owner;
+  const mode_t mode = isForOwner ? 0600 : 0666;
+  const auto opened = [&](int how) {
+    return uninterrupted([&] { return ::open(path.c_str(), how | O_CLOEXEC, mode); });
+  };
+  // A file is known to be new only when it is asked for as new.
+  const bool mayMake = isForOwner && (flags & O_CREAT) != 0;
+  int descriptor = mayMake ? opened(flags | O_EXCL) : opened(flags);
+  if (mayMake && descriptor >= 0) {
+    ::fchmod(descriptor, mode);  // the umask may have taken even the owner's permissions away
+  } else if (mayMake && errno == EEXIST && (flags & O_EXCL) == 0) {
+    descriptor = opened(flags);
+  }
   if (descriptor < 0) return fileFailure("cannot open", path);
   return NSFileHandle(path, descriptor);
 }

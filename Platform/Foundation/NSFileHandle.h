@@ -11,6 +11,12 @@ struct stat;
 
 namespace platform {
 
+/// Who may use a file or a folder that is made. One that is there already keeps its permissions.
+enum class NewItemAccess {
+  owner,    ///< The owner alone, whatever the umask: what a program keeps about a person is theirs.
+  byUmask,  ///< As the umask has it: for what a person asks to have written somewhere.
+};
+
 /// An open file, closed when the handle goes. Failures are `PosixError`s that name the file and the
 /// system's reason; calls that a signal interrupts are taken up again.
 ///
@@ -24,10 +30,10 @@ class NSFileHandle {
   NSFileHandle& operator=(NSFileHandle&& other) noexcept;
   ~NSFileHandle();
 
-  /// \param flags Those of open(2), such as `O_RDONLY` or `O_WRONLY | O_CREAT`. A new file can be
-  ///   read and written as far as the process's umask allows. No handle reaches a program that this
-  ///   process starts.
-  [[nodiscard]] static Result<NSFileHandle> open(const std::filesystem::path& path, int flags);
+  /// \param flags Those of open(2), such as `O_RDONLY` or `O_WRONLY | O_CREAT`. No handle reaches a
+  ///   program that this process starts.
+  [[nodiscard]] static Result<NSFileHandle> open(const std::filesystem::path& path, int flags,
+                                                 NewItemAccess access = NewItemAccess::owner);
 
   [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
   [[nodiscard]] int fileDescriptor() const { return descriptor_; }

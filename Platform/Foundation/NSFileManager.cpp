@@ -29,6 +29,19 @@ fs::path madeIfMissing(const fs::path& folder) {
   return folder;
 }
 
+/// The folders above are made in the same way.
+bool makeForOwner(const fs::path& folder) {
+  constexpr mode_t mode = 0700;
+  if (::mkdir(folder.c_str(), mode) == 0) return ::chmod(folder.c_str(), mode) == 0;
+  if (errno == ENOENT && folder.has_relative_path() && makeForOwner(folder.parent_path())) {
+    return makeForOwner(folder);
+  }
+  if (errno != EEXIST) return false;
+  std::error_code ignored;
+  errno = ENOTDIR;
+  return fs::is_directory(folder, ignored);
+}
+
 fs::path hiddenSibling(const fs::path& path, const std::string& mark) {
   return path.parent_path() / ("." + path.filename().string() + mark);
 }
@@ -46,12 +59,14 @@ Result<void> synchronizeFolder(const fs::path& path) {
   return handle->synchronize();
 }
 
-Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& target) {
+Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& target,
+                  NewItemAccess access) {
   // What a killed writer left may be in it.
   if (::ftruncate(file.fileDescriptor(), 0) != 0) return fileFailure("cannot empty", file.path());
   struct stat replaced {};
-  if (::stat(target.c_str(), &replaced) == 0 &&
-      ::fchmod(file.fileDescriptor(), replaced.st_mode & 07777) != 0) {
+  const bool replaces = ::stat(target.c_str(), &replaced) == 0;
+  const mode_t mode = replaces ? replaced.st_mode & 07777 : 0600;
+  if ((replaces || access == NewItemAccess::owner) && ::fchmod(file.fileDescriptor(), mode) != 0) {
     return fileFailure("cannot set the permissions of", file.path());
   }
   if (auto written = file.write(bytes); !written) return written;
@@ -145,6 +160,14 @@ Result<std::uint64_t> NSFileManager::size(const Path& path) {
   return bytes;
 }
 
+// A number is given anew when its file has gone, the time of making isn't.
+std::string NSFileManager::identity(const Path& path) {
+  struct statx known {};
+  if (::statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_BTIME, &known) != 0) return "";
+  return std::to_string(known.stx_ino) + "-" + std::to_string(known.stx_btime.tv_sec) + "." +
+         std::to_string(known.stx_btime.tv_nsec);
+}
+
 Result<std::string> NSFileManager::contents(const Path& path) {
   auto file = NSFileHandle::open(path, O_RDONLY);
   if (!file) return std::unexpected(file.error());
@@ -163,10 +186,10 @@ Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& 
   return names;
 }
 
-Result<void> NSFileManager::write(std::string_view bytes, const Path& path) {
-  auto temporary = FileLock::exclusive(hiddenSibling(path, ".tmp"));
+Result<void> NSFileManager::write(std::string_view bytes, const Path& path, NewItemAccess access) {
+  auto temporary = FileLock::exclusive(hiddenSibling(path, ".tmp"), access);
   if (!temporary) return std::unexpected(temporary.error());
-  auto done = fill(temporary->file(), bytes, path);
+  auto done = fill(temporary->file(), bytes, path, access);
   if (done) done = renameOver(temporary->file().path(), path);
   if (!done) {
     ::unlink(temporary->file().path().c_str());
@@ -195,10 +218,21 @@ Result<void> NSFileManager::createFile(const Path& path) {
   return {};
 }
 
-Result<void> NSFileManager::createDirectory(const Path& path) {
+Result<void> NSFileManager::createDirectory(const Path& path, NewItemAccess access) {
   std::error_code reason;
-  fs::create_directories(path, reason);
+  if (access == NewItemAccess::byUmask) {
+    fs::create_directories(path, reason);
+  } else if (!makeForOwner(path)) {
+    reason = std::error_code(errno, std::generic_category());
+  }
   return outcome("cannot make the folder", path, reason);
+}
+
+Result<void> NSFileManager::makePrivate(const Path& path) {
+  std::error_code reason;
+  fs::permissions(path, fs::perms::group_all | fs::perms::others_all, fs::perm_options::remove,
+                  reason);
+  return outcome("cannot set the permissions of", path, reason);
 }
 
 Result<void> NSFileManager::removeItem(const Path& path) {

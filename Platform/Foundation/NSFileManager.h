@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Error.h"
+#include "Foundation/NSFileHandle.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -19,7 +20,8 @@ namespace platform {
 ///     if (!written) report(written.error()->localizedDescription());
 ///     // cannot open "…/.state.json.tmp": Permission denied
 ///
-/// Content is bytes; a `std::string` holds them whether they are text or not.
+/// Content is bytes; a `std::string` holds them whether they are text or not. What is made is the
+/// owner's alone unless another `NewItemAccess` is asked for.
 class NSFileManager {
  public:
   using Path = std::filesystem::path;
@@ -44,6 +46,9 @@ class NSFileManager {
   [[nodiscard]] static bool exists(const Path& path);
   /// A file's size in bytes.
   [[nodiscard]] static Result<std::uint64_t> size(const Path& path);
+  /// What tells a file from every other that ever had its name, also from its copies; it stays when
+  /// the content changes. Empty where there is no file.
+  [[nodiscard]] static std::string identity(const Path& path);
   /// A file, read whole.
   [[nodiscard]] static Result<std::string> contents(const Path& path);
   /// The names of the items in a folder, sorted.
@@ -53,7 +58,8 @@ class NSFileManager {
   /// holds all of the old or all of the new. The file keeps its permissions. Several may write the
   /// same file; the last one's content stays. A process killed amid writing leaves one hidden file
   /// behind, which the next write takes over. A link is replaced by a file.
-  [[nodiscard]] static Result<void> write(std::string_view bytes, const Path& path);
+  [[nodiscard]] static Result<void> write(std::string_view bytes, const Path& path,
+                                          NewItemAccess access = NewItemAccess::owner);
   /// Adds to the end of a file that is there: all of `bytes`, or nothing when it fails. Pieces that
   /// several processes add never mix.
   [[nodiscard]] static Result<void> append(std::string_view bytes, const Path& path);
@@ -61,7 +67,10 @@ class NSFileManager {
   /// Makes an empty file. One that is there already stays as it is.
   [[nodiscard]] static Result<void> createFile(const Path& path);
   /// Makes a folder and the ones above it. One that is there already is no failure.
-  [[nodiscard]] static Result<void> createDirectory(const Path& path);
+  [[nodiscard]] static Result<void> createDirectory(const Path& path,
+                                                    NewItemAccess access = NewItemAccess::owner);
+  /// Takes the permissions of all but the owner away from an item.
+  [[nodiscard]] static Result<void> makePrivate(const Path& path);
   /// Removes a file, or a folder with all that is in it. A missing item is a failure (`ENOENT`).
   [[nodiscard]] static Result<void> removeItem(const Path& path);
   /// Copies a file, or a folder with all that is in it. `to` must not be there yet (`EEXIST`), and

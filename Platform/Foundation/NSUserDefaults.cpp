@@ -141,6 +141,10 @@ void NSUserDefaults::setObjects(const Changes& changes) {
   suite_->apply(changes);
 }
 
+ErrorPtr NSUserDefaults::saveError() const {
+  return suite_->saveError();
+}
+
 void NSUserDefaults::registerDefaults(const Dictionary& values) {
   suite_->addRegistered(values);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Error.h"
 #include "Foundation/PropertyList.h"
 
 #include <cstdint>
@@ -84,6 +85,8 @@ class NSUserDefaults {
   void removeObjectForKey(std::string_view key);
   /// All changes in one write: other processes see all of them or none.
   void setObjects(const Changes& changes);
+  /// Why what this process has written is in its memory alone; null when all is on the disk.
+  [[nodiscard]] ErrorPtr saveError() const;
   /// @}
 
   /// Gives values to be read where a key has none. They are not stored and last as long as the

@@ -1,6 +1,7 @@
 #include "Foundation/ProcessEnvironment.h"
 
 #include "Foundation/ProcessLoop.h"
+#include "Foundation/String.h"
 
 #include <chrono>
 #include <cstdio>
@@ -47,7 +48,7 @@ TimeZone machineTimeZone() {
   }
   const auto zone = zoneNamed(name);
   if (!zone && !name.empty()) {
-    writeToStandardError("cannot use the time zone \"" + name + "\"; taking GMT");
+    writeToStandardError("cannot use the time zone " + inQuotes(name) + "; taking GMT");
   }
   return zone.value_or(TimeZone::gmt());
 }

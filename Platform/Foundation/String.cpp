@@ -49,6 +49,20 @@ bool isUTF8(std::string_view bytes) {
   return simdjson::validate_utf8(bytes);
 }
 
+std::string excerpt(std::string_view input) {
+  constexpr std::size_t longest = 4096;
+  if (input.size() <= longest) return std::string(input);
+  std::size_t end = longest;
+  // A character takes four bytes at most; where none begins here, it is no UTF-8 at all.
+  while (end > longest - 4 && (input[end] & 0xC0) == 0x80) --end;
+  return std::string(input.substr(0, end)) + "… (" + std::to_string(end) + " of " +
+         std::to_string(input.size()) + " bytes)";
+}
+
+std::string inQuotes(std::string_view input) {
+  return '"' + excerpt(input) + '"';
+}
+
 std::string unicodeNames(std::string_view text) {
   std::string names;
   const icu::UnicodeString scalars = icuText(text);

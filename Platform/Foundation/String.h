@@ -14,9 +14,17 @@ namespace platform {
 /// Whether the bytes are a text in UTF-8.
 [[nodiscard]] bool isUTF8(std::string_view bytes);
 
+/// What came from outside, as a message shows it: whole up to 4 KiB. A longer one is cut there, at
+/// the end of a character, and says so: a message is stored and printed, however long its cause is.
+///
+///     excerpt("Mars/Base");     // "Mars/Base"
+///     excerpt(fiftyMegabytes);  // "aaa…aaa… (4096 of 52428800 bytes)"
+[[nodiscard]] std::string excerpt(std::string_view input);
+/// The same in quotes: "\"Mars/Base\"".
+[[nodiscard]] std::string inQuotes(std::string_view input);
+
 /// The names that Unicode gives a text's scalars, the corrected ones where a name was at fault,
-/// with
-/// ", " between them. A scalar without a name, such as a line break, is left out.
+/// with ", " between them. A scalar without a name, such as a line break, is left out.
 ///
 ///     unicodeNames("🚲");    // "BICYCLE"
 [[nodiscard]] std::string unicodeNames(std::string_view text);

@@ -25,6 +25,7 @@ Result<UNNotificationAttachment> UNNotificationAttachment::attachmentWithIdentif
   if (auto copied = NSFileManager::copyItem(url, copy); !copied) {
     return std::unexpected(copied.error());
   }
+  if (auto kept = NSFileManager::makePrivate(copy); !kept) return std::unexpected(kept.error());
   return UNNotificationAttachment{.identifier = std::move(identifier), .url = copy.string()};
 }
 

@@ -74,7 +74,9 @@ void ImageCache::copyToCache(const std::filesystem::path& imageUrl, const ImageC
 }
 
 void ImageCache::moveToCache(const std::filesystem::path& url, const ImageCacheKey& key) {
-  const auto moved = NSFileManager::replaceItem(imageUrl(key), url);
+  const auto own = imageUrl(key);
+  auto moved = NSFileManager::replaceItem(own, url);
+  if (moved) moved = NSFileManager::makePrivate(own);
   if (!moved && logWriteErrors) Log::cache.error(moved.error());
   forget(key);
 }

@@ -1,6 +1,7 @@
 #include "OxCheckableTasks/IconDisplayRepresentation.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/String.h"
 #include "OxLog/Log.h"
 
 namespace velloro {
@@ -16,8 +17,7 @@ IconDisplayRepresentation::fromCoreDataStringRepresentation(std::string_view tex
                                      .displayProperties = stored.displayProperties};
   } catch (const DecodingError& error) {
     Log::database.error([&] {
-      return "Unable to read the icon \"" + std::string(text) +
-             "\": " + error.localizedDescription();
+      return "Unable to read the icon " + inQuotes(text) + ": " + error.localizedDescription();
     });
     return std::nullopt;
   }

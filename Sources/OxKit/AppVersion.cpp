@@ -93,7 +93,7 @@ void AppVersion::encode(Encoder& to) const {
 AppVersion AppVersion::decode(const Decoder& from) {
   const std::string_view text = from.text();
   if (const auto version = fromTextWithBuild(text)) return *version;
-  throw from.dataCorrupted("\"" + std::string(text) + "\" is no version such as 1.2.3 or 1.2.3.4.");
+  throw from.dataCorrupted(inQuotes(text) + " is no version such as 1.2.3 or 1.2.3.4.");
 }
 
 void AppVersion::hash(Hasher& hasher) const {

@@ -1,5 +1,6 @@
 #include "VelloroCore/CompletionStatus.h"
 
+#include "Foundation/String.h"
 #include "OxKit/Numbers.h"
 #include "VelloroCore/CompletionStatusRow.h"
 #include "VelloroCore/StreakRecord.h"
@@ -112,7 +113,7 @@ std::optional<Status> Status::fromStringValue(std::string_view text) {
 Status Status::decode(const Decoder& from) {
   const std::string_view text = from.text();
   if (const auto status = fromStringValue(text)) return *status;
-  throw from.dataCorrupted("Unable to decode enum with value " + std::string(text));
+  throw from.dataCorrupted("Unable to decode enum with value " + excerpt(text));
 }
 
 bool Status::isNegative() const {

@@ -1,6 +1,7 @@
 #include "VelloroCore/WorkoutType.h"
 
 #include "Foundation/Coding.h"
+#include "Foundation/String.h"
 
 namespace velloro {
 
@@ -19,8 +20,8 @@ WorkoutType WorkoutType::decode(const Decoder& from) {
     if (const auto type = fromRawValue<OxHKWorkoutActivityType>(from.text())) {
       return healthKit(*type);
     }
-    throw from.dataCorrupted("Unable to decode enum: no activity has the name \"" +
-                             std::string(from.text()) + "\"");
+    throw from.dataCorrupted("Unable to decode enum: no activity has the name " +
+                             inQuotes(from.text()));
   }
   try {
     return velloroWorkout(from.decode<VelloroWorkoutWorkoutType>());

@@ -3,6 +3,7 @@
 #include "Foundation/PropertyList.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -46,6 +47,7 @@ class HostCommands : public testing::Test {
            "' --now 2024-03-" + now + "+01:00";
   }
 
+ protected:
   std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
                                   (std::string("velloro-host-") +
                                    testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -165,6 +167,27 @@ TEST_F(HostCommands, TakeTasksAlongToAnotherStore) {
   const auto back = at("04T08:00:00", "settings set cloudSyncTasksEnabled true");
   EXPECT_THAT(back.errors, HasSubstr("has tasks of its own: 8"));
   EXPECT_EQ(all(), before);
+}
+
+TEST_F(HostCommands, SwitchTheStoreOnceWhoeverWritesMeanwhile) {
+  for (int round = 0; round < 4; ++round) {
+    const std::string folder = folder_.string() + "/" + std::to_string(round);
+    const auto started = [&](const std::string& command) {
+      return "'" VELLORO_PROGRAM "' " + command + " --store '" + folder +
+             "' >/dev/null 2>&1 & pids=\"$pids $!\"; ";
+    };
+    std::string script;
+    for (const char* title : {"Read", "Write"}) script += started(std::string("task add ") + title);
+    script += "wait; pids=; ";
+    for (const char* title : {"Walk", "Swim", "Run"}) {
+      script += started("settings set cloudSyncTasksEnabled false");
+      script += started(std::string("task add ") + title);
+    }
+    script += "for pid in $pids; do wait $pid || exit 1; done";
+    ASSERT_EQ(std::system(script.c_str()), 0);
+    const auto listed = runProgram("task list --json --store '" + folder + "'").output;
+    EXPECT_EQ(PropertyList::fromJSON(listed).array()->size(), 5U);
+  }
 }
 
 TEST_F(HostCommands, FillADemonstration) {

@@ -1,6 +1,9 @@
 #include "AppTests/Program.h"
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -26,7 +29,6 @@ class SettingsCommand : public testing::Test {
     return result.output;
   }
 
- private:
   std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
                                   (std::string("velloro-settings-") +
                                    testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -66,7 +68,57 @@ TEST_F(SettingsCommand, TellsTheTierOfTheProcess) {
   EXPECT_EQ(told("get startOfWeekSelected --process widget"),
             "startOfWeekSelected  -       false\n");
   EXPECT_EQ(told("set cloudSyncTasksEnabled false"), "cloudSyncTasksEnabled  local   false\n");
-  EXPECT_EQ(told("get startOfDay"), "startOfDay  local   0 (00:00:00)\n");
+  EXPECT_EQ(told("get startOfDay"), "startOfDay  local   10800 (03:00:00)\n");
+  EXPECT_EQ(told("get startOfDay --process widget"), "startOfDay  shared  10800 (03:00:00)\n");
+}
+
+// Each ends while its observer may be merging what the others save.
+TEST_F(SettingsCommand, CommandsAtOnceSucceedAndEndByThemselves) {
+  const std::string set = "'" VELLORO_PROGRAM "' " + here("set startOfDay");
+  const std::string loop =
+      "failures=0; for round in 1 2 3 4 5 6 7 8 9; do pids=; for hour in 1 2 3 4 5 6 7 8; do " +
+      set + " 0$hour:00:00 >/dev/null & pids=\"$pids $!\"; done; " +
+      "for pid in $pids; do wait $pid || failures=$((failures+1)); done; done; exit $failures";
+  EXPECT_EQ(std::system(loop.c_str()), 0);
+  const auto value = [&](const char* process) {
+    const std::string line = told(std::string("get startOfDay --process ") + process);
+    return line.substr(line.find_last_of(' '));
+  };
+  EXPECT_EQ(value("app"), value("widget"));
+}
+
+TEST_F(SettingsCommand, ChoosesWhatIsLogged) {
+  EXPECT_THAT(told("list --all"), HasSubstr("debugLog"));
+  EXPECT_EQ(told("set debugLog info:settings,database"),
+            "debugLog  local   info:database,settings\n");
+  EXPECT_EQ(told("set debugLog debug"), "debugLog  local   debug\n");
+  (void)told("set startOfDay 04:00:00");
+  std::ifstream log(folder_ / "caches" / "debug.log");
+  EXPECT_THAT(std::string(std::istreambuf_iterator<char>(log), {}),
+              HasSubstr("[Data Manager, DEBUG]"));
+  EXPECT_EQ(told("unset debugLog"), "debugLog  local   none\n");
+  expectRefusal(here("set debugLog loud"), "VALUE \"loud\": not a level of log lines");
+  expectRefusal(here("set debugLog info:sun"), "VALUE \"sun\": not a category of log lines");
+}
+
+TEST_F(SettingsCommand, KeepsWhatItMakesFromOthers) {
+  namespace fs = std::filesystem;
+  const std::string root = folder_.string();
+  const std::string program = "'" VELLORO_PROGRAM "' ",
+                    inRoot = " --store '" + root + "' >/dev/null";
+  const std::string commands = program + "settings set debugLog debug" + inRoot + " 2>&1 && " +
+                               program + "task add Read" + inRoot + " && " + program +
+                               "ring --png '" + root + "/picture.png'" + inRoot;
+  ASSERT_EQ(std::system(("umask 000 && mkdir '" + root + "' && " + commands).c_str()), 0);
+  for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+    const fs::perms wanted =
+        entry.is_directory() ? fs::perms(0700)
+        : entry.path().extension() == ".png" && entry.path().parent_path() == folder_
+            ? fs::perms(0666)
+            : fs::perms(0600);
+    EXPECT_EQ(entry.status().permissions(), wanted) << entry.path();
+  }
+  EXPECT_EQ(fs::status(folder_).permissions(), fs::perms(0777));
 }
 
 TEST_F(SettingsCommand, NamesWhatItCannotUse) {

@@ -1,5 +1,6 @@
 #include "DataManager/PersistentHistoryFetcher.h"
 #include "DataManager/PersistentHistoryObserver.h"
+#include "Foundation/NSFileManager.h"
 #include "Foundation/TestEnvironment.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/VelloroModel.h"
@@ -39,7 +40,19 @@ class PersistentHistoryObserverTest : public testing::Test {
     return PersistentHistoryFetcher{container.newBackgroundContext(), after}.fetch().value();
   }
 
-  TestEnvironment environment_;
+  /// How many transactions reach the view.
+  [[nodiscard]] int mergesByNewObserver(const std::shared_ptr<Container>& container,
+                                        Author author) const {
+    int merges = 0;
+    const auto token = NSNotificationCenter::defaultCenter().addObserver(
+        NSManagedObjectContext::didMergeChangesObjectIDsNotification,
+        container->viewContext().get(), std::nullopt, [&](const Notification&) { ++merges; });
+    PersistentHistoryObserver::make(author, container, defaults_)->processPersistentHistory();
+    environment_.settle();
+    return merges;
+  }
+
+  mutable TestEnvironment environment_;
   NSUserDefaults defaults_ = NSUserDefaults::standardUserDefaults();
 };
 
@@ -65,28 +78,36 @@ TEST_F(PersistentHistoryObserverTest, BringsWhatOthersSaveIntoTheView) {
 TEST_F(PersistentHistoryObserverTest, ReadsOnlyWhatIsNewSinceItsOwnBookmark) {
   const auto here = open();
   saveTask(*here, "Read");
-  int merges = 0;
-  const auto token = NSNotificationCenter::defaultCenter().addObserver(
-      NSManagedObjectContext::didMergeChangesObjectIDsNotification, here->viewContext().get(),
-      std::nullopt, [&](const Notification&) { ++merges; });
-  const auto observer = PersistentHistoryObserver::make(Author::app, here, defaults_);
-  const auto process = [&](PersistentHistoryObserver& by) {
-    by.processPersistentHistory();
-    environment_.settle();
-    return std::exchange(merges, 0);
-  };
-  EXPECT_EQ(process(*observer), 1);
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 1);
   const auto after = bookmark(Author::app);
-  EXPECT_EQ(process(*observer), 0) << "nothing new";
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 0) << "nothing new";
   EXPECT_EQ(bookmark(Author::app), after);
   saveTask(*here, "Write");
   saveTask(*here, "Walk");
-  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::app, here, defaults_)), 2)
-      << "a later observer goes on from the bookmark";
-  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::siri, here, defaults_)), 3);
-  defaults_.setObject("yesterday", PersistentHistoryObserver::bookmarkKey(Author::siri));
-  EXPECT_EQ(process(*PersistentHistoryObserver::make(Author::siri, here, defaults_)), 3)
-      << "no date counts as the beginning";
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 2) << "it goes on from the bookmark";
+  EXPECT_EQ(mergesByNewObserver(here, Author::siri), 3);
+  const std::string key = PersistentHistoryObserver::bookmarkKey(Author::siri);
+  for (const PropertyList& damaged : {PropertyList("yesterday"), PropertyList(Date::now() + 1e6)}) {
+    defaults_.setObject(damaged, key);
+    EXPECT_EQ(mergesByNewObserver(here, Author::siri), 3) << damaged.json();
+    EXPECT_EQ(mergesByNewObserver(here, Author::siri), 0) << "it was mended";
+  }
+}
+
+TEST_F(PersistentHistoryObserverTest, ABookmarkCountsForItsFile) {
+  const auto file = environment_.directories().temporary / "tasks.sqlite";
+  const auto copy = environment_.directories().temporary / "copy.sqlite";
+  auto here = open();
+  saveTask(*here, "Read");
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 1);
+  here.reset();
+  ASSERT_TRUE(NSFileManager::copyItem(file, copy));
+  ASSERT_TRUE(NSFileManager::replaceItem(file, copy));
+  here = open();
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 1);
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 0);
+  defaults_.removeObjectForKey(PersistentHistoryObserver::storeKey(Author::app));
+  EXPECT_EQ(mergesByNewObserver(here, Author::app), 0) << "one of an older program counts";
 }
 
 TEST_F(PersistentHistoryObserverTest, TwoOfOneAuthorTakeNothingFromEachOther) {

@@ -1,5 +1,6 @@
 #include "DataManager/DataManager.h"
 #include "DataManager/PersistentHistoryFetcher.h"
+#include "DataManager/StoreAccess.h"
 #include "Foundation/TestEnvironment.h"
 #include "Support/Processes.h"
 #include "Tasks/TaskEntity.h"
@@ -150,6 +151,26 @@ void makeTasks(TestEnvironment& environment) {
     environment.settle();
   });
   ASSERT_TRUE(endedWell(maker));
+}
+
+TEST(SharedStore, AllSeeWhoMaintainsItAndADeadOneKeepsNoLock) {
+  const TestEnvironment environment;
+  ASSERT_TRUE(StoreAccess::toWrite());
+  EXPECT_FALSE(StoreAccess::isMaintained());
+  Pipe told;
+  const pid_t other = startProcess([&] {
+    const auto access = StoreAccess::toMaintain();
+    EXPECT_TRUE(access && StoreAccess::toWrite());  // what it does itself isn't kept back
+    told.send(1);
+    ::pause();
+  });
+  ASSERT_EQ(told.receive(), 1);
+  EXPECT_TRUE(StoreAccess::isMaintained());
+  EXPECT_TRUE(DataManager::make()->inMaintenanceMode());
+  ::kill(other, SIGKILL);
+  EXPECT_TRUE(StoreAccess::toWrite());  // waits for the end of the other
+  EXPECT_FALSE(endedWell(other));
+  EXPECT_FALSE(StoreAccess::isMaintained());
 }
 
 TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {

@@ -194,6 +194,22 @@ TEST(JSON, ContainersAndSingleValues) {
   });
 }
 
+TEST(JSON, AnErrorShowsFourKilobytesOfAnInputAtMost) {
+  const auto told = [](const std::string& name) {
+    return readAndWritten<TimeZone>(R"({"identifier":")" + name + "\"}");
+  };
+  const std::string whole(4096, 'x');
+  EXPECT_EQ(told(whole), "No time zone is named \"" + whole + "\".");
+  const std::string cut = whole.substr(0, 4095) + "é" + whole;
+  EXPECT_EQ(told(cut),
+            "No time zone is named \"" + whole.substr(0, 4095) + "… (4095 of 8193 bytes)\".");
+  EXPECT_LT(readAndWritten<Mood>('"' + cut + '"').size(), 4200U);
+  const std::string underLongKey = R"({")" + cut + R"(":1})";
+  EXPECT_LT((readAndWritten<std::unordered_map<std::string, std::string>>(underLongKey).size()),
+            4200U);
+  EXPECT_LT((readAndWritten<std::unordered_map<int, int>>(underLongKey).size()), 8400U);
+}
+
 TEST(JSON, ErrorsTellTheirKindAndPath) {
   const std::tuple<const char*, const char*, Kind, const char*> cases[] = {
       {"changes", R"([{"none":{}},{"note":{"day":1}}])", Kind::keyNotFound, "changes[1].note"},

@@ -41,6 +41,30 @@ TEST_F(NSFileManagerTest, WritesReplaceTheContentAndKeepThePermissions) {
   EXPECT_THAT(names(), ElementsAre("a"));
 }
 
+TEST_F(NSFileManagerTest, WhatIsMadeIsTheOwnersAloneUnlessAskedOtherwise) {
+  const auto modeOf = [&](const char* name) {
+    return static_cast<unsigned>(fs::status(file(name)).permissions());
+  };
+  const mode_t usual = ::umask(0);
+  for (const mode_t mask : {0, 022, 0777}) {
+    ::umask(mask);
+    fs::remove_all(file("d"));
+    fs::remove_all(file("asked"));
+    ASSERT_TRUE(NSFileManager::createDirectory(file("d/e")));
+    ASSERT_TRUE(NSFileManager::write("1", file("d/written")));
+    ASSERT_TRUE(NSFileManager::createFile(file("d/made")));
+    ASSERT_TRUE(FileLock::shared(file("d/lock")));
+    for (const char* folder : {"d", "d/e"}) EXPECT_EQ(modeOf(folder), 0700U) << folder;
+    for (const char* made : {"d/written", "d/made", "d/lock"}) EXPECT_EQ(modeOf(made), 0600U);
+    ASSERT_TRUE(NSFileManager::write("1", file("asked"), NewItemAccess::byUmask));
+    EXPECT_EQ(modeOf("asked"), 0666U & ~mask);
+    ASSERT_EQ(::chmod(file("d").c_str(), 0755), 0);
+    ASSERT_TRUE(NSFileManager::createDirectory(file("d/e")));
+    EXPECT_EQ(modeOf("d"), 0755U) << "it was there";
+  }
+  ::umask(usual);
+}
+
 TEST_F(NSFileManagerTest, FailuresNameTheFileAndTheReasonAndLeaveNothing) {
   ASSERT_TRUE(NSFileManager::write("old", file("a")));
   ASSERT_TRUE(NSFileManager::createDirectory(file("d/e")));

@@ -213,6 +213,54 @@ TEST(SettingsStorageTest, AbsenceRemovesAndWhatJSONCannotHoldChangesNothing) {
   EXPECT_THAT(tiers.holders("taskFilter.auto"), IsEmpty());
 }
 
+// Each step is one that a person may take in the application; after it, both read the same.
+TEST(SettingsStorageTest, ApplicationAndExtensionsAgreeWhereverSettingsLive) {
+  Tiers tiers({.hasSuite = true, .tasksEnabled = true}, Setting::startOfDay);
+  SettingsStorage& application = tiers.storage;
+  const SettingsStorage extension(
+      {std::make_shared<MemoryStorage>(), tiers.shared, tiers.cloud, nullptr}, true);
+  const auto values = [](const SettingsStorage& storage) {
+    std::map<std::string, std::string> read;
+    for (const Setting& setting : Setting::allCases()) {
+      if (setting.row().isShared && !isSwitch(setting)) {
+        read[setting.key()] = std::visit(Source{storage}, setting.wrapper());
+      }
+    }
+    return read;
+  };
+  const auto setAll = [&](char letter) {
+    for (const Setting& setting : Setting::allCases()) {
+      if (!isSwitch(setting)) std::visit(Write{application, letter}, setting.wrapper());
+    }
+  };
+  application.shareAgain();
+  using enum SettingCase;
+  const std::vector<std::pair<SettingCase, bool>> steps = {
+      {cloudSyncTasksEnabled, false},  {cloudSyncTasksEnabled, true},
+      {cloudSyncThemesDisabled, true}, {cloudSyncThemesDisabled, false},
+      {cloudSyncThemesDisabled, true}, {cloudSyncTasksEnabled, false}};
+  for (const auto& [tierSwitch, value] : steps) {
+    const Setting::BoolSetting chosen{Setting(tierSwitch)};
+    setAll(value ? 'a' : 'b');
+    const auto before = values(application);
+    EXPECT_EQ(values(extension), before);
+    EXPECT_TRUE(application.changeTiers(value, chosen));
+    EXPECT_EQ(values(extension), values(application));
+    const bool isLocal = !application.isCloudStored(Setting::startOfDay);
+    EXPECT_TRUE(!isLocal || values(application) == before) << "nothing reads otherwise";
+    setAll('c');
+    application.setString(std::nullopt, Setting::themeAutoSwitchDarkMode);
+    EXPECT_EQ(values(extension), values(application));
+    application.setBoolean(!value, chosen);  // without taking anything along
+    EXPECT_EQ(values(extension), values(application));
+    application.setBoolean(value, chosen);
+  }
+  tiers.cloud->setString("elsewhere", "UITheme_1");
+  tiers.shared->setInteger(5, "Settings_StartOfDay");
+  application.shareAgain();
+  EXPECT_EQ(values(extension), values(application));
+}
+
 TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {
   const auto local = std::make_shared<MemoryStorage>();
   SettingsStorage storage({.localStorage = local}, /*isExtension=*/false);

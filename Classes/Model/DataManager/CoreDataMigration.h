@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Foundation/CodingKeys.h"
-#include "Foundation/Date.h"
 #include "OxKit/Platform.h"
+#include "Tasks/TaskCount.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,18 +11,6 @@
 namespace velloro {
 
 // What a migration of the store tells of itself. The host application migrates, and keeps these.
-
-/// How many tasks a store holds.
-struct TaskCount {
-  std::int64_t active = 0;
-  std::int64_t archived = 0;
-
-  bool operator==(const TaskCount&) const = default;
-  [[nodiscard]] std::int64_t total() const { return active + archived; }
-
-  static constexpr auto codingKeys =
-      keys(key("active", &TaskCount::active), key("archived", &TaskCount::archived));
-};
 
 /// What came of a migration.
 ///
@@ -46,20 +34,6 @@ struct CoreDataMigrationReport {
            key("preNumTasks", &CoreDataMigrationReport::preNumTasks),
            key("postNumTasks", &CoreDataMigrationReport::postNumTasks),
            key("errorMessage", &CoreDataMigrationReport::errorMessage));
-};
-
-/// A failure that is kept for a later report.
-struct PendingReportableError {
-  Date date;
-  std::string errorDescription;
-  std::string underlyingError;
-
-  bool operator==(const PendingReportableError&) const = default;
-
-  static constexpr auto codingKeys =
-      keys(key("date", &PendingReportableError::date),
-           key("errorDescription", &PendingReportableError::errorDescription),
-           key("underlyingError", &PendingReportableError::underlyingError));
 };
 
 /// What the data manager holds of a host that migrates.

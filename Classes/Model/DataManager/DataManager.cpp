@@ -2,6 +2,7 @@
 
 #include "CloudKit/CKError.h"
 #include "CoreData/StoreError.h"
+#include "DataManager/StoreAccess.h"
 #include "DataManager/TaskDeduplicator.h"
 #include "Foundation/NSFileManager.h"
 #include "OxLog/Log.h"
@@ -283,7 +284,7 @@ void DataManager::performBackgroundTask(NSPersistentContainer::BackgroundTask ta
 }
 
 bool DataManager::inMaintenanceMode() const {
-  return maintenanceQueue_.sync([&] { return inMaintenanceMode_; });
+  return maintenanceQueue_.sync([&] { return inMaintenanceMode_; }) || StoreAccess::isMaintained();
 }
 
 void DataManager::setInMaintenanceMode(bool isIn) {

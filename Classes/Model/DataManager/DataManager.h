@@ -96,7 +96,8 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   /// That of the container which was active when it was made. On the main queue.
   [[nodiscard]] std::shared_ptr<PersistentHistoryObserver> observer() const { return observer_; }
 
-  /// While it is set, nothing begins background work on the store: the host moves the stores.
+  /// While it is set, here or in another process (`StoreAccess`), nothing begins background work on
+  /// the store: the host moves the stores.
   [[nodiscard]] bool inMaintenanceMode() const;
   void setInMaintenanceMode(bool isIn);
 

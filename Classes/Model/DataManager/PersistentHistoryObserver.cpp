@@ -2,6 +2,7 @@
 
 #include "CoreData/NSPersistentStoreCoordinator.h"
 #include "DataManager/PersistentHistoryFetcher.h"
+#include "Foundation/NSFileManager.h"
 #include "OxLog/Log.h"
 
 #include <mutex>
@@ -35,6 +36,7 @@ PersistentHistoryObserver::PersistentHistoryObserver(Author target,
     : target_(target),
       persistentContainer_(std::move(container)),
       userDefaults_(std::move(defaults)),
+      store_(storeIdentity()),
       position_(bookmark()) {}
 
 void PersistentHistoryObserver::startObserving() {
@@ -67,6 +69,10 @@ void PersistentHistoryObserver::processPersistentHistory() {
 }
 
 Result<void> PersistentHistoryObserver::merge(const Context& background, const Context& view) {
+  if (auto store = storeIdentity(); store != store_) {  // another file has taken its place
+    store_ = std::move(store);
+    position_ = bookmark();
+  }
   auto fetched = PersistentHistoryFetcher{background, position_}.fetch();
   if (!fetched) return std::unexpected(fetched.error());
   if (fetched->empty()) return {};
@@ -84,16 +90,31 @@ Result<void> PersistentHistoryObserver::merge(const Context& background, const C
 // Another observer's bookmark may be further on already.
 void PersistentHistoryObserver::moveTo(Date position) {
   position_ = position;
-  if (position > bookmark()) userDefaults_.setObject(position, bookmarkKey(target_));
+  if (position <= bookmark()) return;
+  userDefaults_.setObjects({{bookmarkKey(target_), position}, {storeKey(target_), store_}});
 }
 
+std::string PersistentHistoryObserver::storeIdentity() const {
+  const auto& stores = persistentContainer_->persistentStoreDescriptions();
+  return stores.empty() ? "" : NSFileManager::identity(stores.front().url);
+}
+
+/// Programs until now kept no name of a file; theirs counts. Saves of one instant are told apart by
+/// timestamps that are a trifle later.
 Date PersistentHistoryObserver::bookmark() const {
   const auto kept = userDefaults_.objectForKey(bookmarkKey(target_));
-  return kept ? kept->date().value_or(Date::distantPast()) : Date::distantPast();
+  constexpr TimeInterval trifle = 1;
+  const auto date = kept ? kept->date() : std::nullopt;
+  const bool counts = userDefaults_.stringForKey(storeKey(target_)).value_or(store_) == store_;
+  return date && counts && *date < Date::now() + trifle ? *date : Date::distantPast();
 }
 
 std::string PersistentHistoryObserver::bookmarkKey(Author target) {
   return "lastHistoryTransactionTimeStamp-" + std::string(rawValue(target));
+}
+
+std::string PersistentHistoryObserver::storeKey(Author target) {
+  return "lastHistoryTransactionStore-" + std::string(rawValue(target));
 }
 
 }  // namespace velloro

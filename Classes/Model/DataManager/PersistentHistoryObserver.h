@@ -21,8 +21,10 @@ namespace velloro {
 ///         Author::app, container, NSUserDefaults::standardUserDefaults());
 ///     observer_->startObserving();
 ///
-/// The first time of all there is no bookmark, and the whole history is merged. Nothing here
-/// deletes history. From any thread.
+/// A bookmark counts for the file that it was made of (`storeKey` tells which), and not while it
+/// lies in the future, as after a clock was wrong: history would be missed until then. Without one
+/// that counts, as the first time of all, the whole history is merged. Nothing here deletes
+/// history. From any thread.
 class PersistentHistoryObserver : public std::enable_shared_from_this<PersistentHistoryObserver> {
  public:
   using Container = VelloroNSPersistentCloudKitContainer;
@@ -41,6 +43,8 @@ class PersistentHistoryObserver : public std::enable_shared_from_this<Persistent
   void processPersistentHistory();
 
   [[nodiscard]] static std::string bookmarkKey(Author target);
+  /// Of the identity of the bookmark's file (`NSFileManager::identity`).
+  [[nodiscard]] static std::string storeKey(Author target);
 
  private:
   PersistentHistoryObserver(Author target, std::shared_ptr<Container> container,
@@ -48,13 +52,15 @@ class PersistentHistoryObserver : public std::enable_shared_from_this<Persistent
   void processStoreRemoteChanges();
   Result<void> merge(const std::shared_ptr<NSManagedObjectContext>& background,
                      const std::shared_ptr<NSManagedObjectContext>& view);
+  [[nodiscard]] std::string storeIdentity() const;
   [[nodiscard]] Date bookmark() const;
   void moveTo(Date position);
 
   const Author target_;
   const std::shared_ptr<Container> persistentContainer_;
   NSUserDefaults userDefaults_;
-  Date position_;  // of the last transaction merged, or where it begins
+  std::string store_;  // the file that `position_` is of
+  Date position_;      // of the last transaction merged, or where it begins
   std::once_flag queueMade_;
   std::unique_ptr<NSOperationQueue> historyQueue_;
   NSNotificationCenter::Token token_;

@@ -1,7 +1,9 @@
 #include "DataManager/TaskDeduplicator.h"
 
 #include "Containers/SaveIfChanged.h"
+#include "DataManager/StoreAccess.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "OxLog/Log.h"
 #include "Tasks/ClosingTwins.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -59,6 +61,8 @@ Result<void> bringUpToDate(TaskEntity& task) {
 }  // namespace
 
 void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
+  const auto access = StoreAccess::toWrite();
+  if (!access) return Log::dataManager.error(access.error());
   Tasks tasks;
   const bool isKnown = performTransaction(context, [&]() -> Result<void> {
     auto changed = removeTemporaryEntries(context);

@@ -1,5 +1,6 @@
 #include "Notifications/NotificationData.h"
 
+#include "Foundation/String.h"
 #include "HelperClasses/DictionaryCoder.h"
 #include "OxLog/Log.h"
 
@@ -29,7 +30,7 @@ NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
   const PropertyList& record = userInfo[userInfoKey];
   if (record.dictionary() == nullptr) {
     Log::notifications.error(
-        [&] { return "Unable to cast to [String: Any]: " + described(userInfo); });
+        [&] { return "Unable to cast to [String: Any]: " + excerpt(described(userInfo)); });
     throw Error(Error::Reason::invalidUserInfoData);
   }
   return decoder.decode<NotificationData>(*record.dictionary());

@@ -6,6 +6,7 @@
 #include "Settings/SettingsStorageLegacyCloud.h"
 #include "Settings/SettingsStorageLocal.h"
 
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -53,6 +54,50 @@ bool write(const Access<T>& access, Container& own, Container& copy, const Setti
   return true;
 }
 
+/// Calls `work` with the access to a kind of values; nothing is kept of a setting without a kind.
+template <typename Work>
+void withAccess(SettingKind kind, const Work& work) {
+  using enum SettingKind;
+  switch (kind) {
+    case bool_:
+      return work(booleans);
+    case int_:
+      return work(integers);
+    case double_:
+      return work(reals);
+    case string:
+      return work(strings);
+    case codable:
+      return work(datas);
+    case noOp:
+      break;
+  }
+}
+
+bool isTierSwitch(const Setting& setting) {
+  return setting.name == Setting::cloudSyncTasksEnabled ||
+         setting.name == Setting::cloudSyncThemesDisabled;
+}
+
+/// What extensions read of the suite.
+bool isCopied(const Setting& setting) {
+  return setting.row().isShared || isTierSwitch(setting);
+}
+
+bool isCopy(const Container& from, const Container& to, const Setting& setting) {
+  bool isSame = true;
+  withAccess(setting.row().kind, [&](const auto& access) {
+    isSame = read(access, &from, setting) == read(access, &to, setting);
+  });
+  return isSame;
+}
+
+void copy(const Container& from, Container& to, const Setting& setting) {
+  withAccess(setting.row().kind, [&](const auto& access) {
+    (to.*access.write)(read(access, &from, setting), setting.key());
+  });
+}
+
 /// Of the process's own storage.
 SettingsStorage::CloudContainer& processContainer() {
   static auto* const container = new SettingsStorage::CloudContainer;
@@ -69,6 +114,7 @@ SettingsStorage& SettingsStorage::shared() {
                            .legacyCloudStorage = std::make_shared<SettingsStorageLegacyCloud>()},
                           velloro::isExtension(), processContainer());
   if (!storage->isExtension_) (void)storage->cloudStorage();
+  [[maybe_unused]] static const bool isShared = (storage->shareAgain(), true);
   return *storage;
 }
 
@@ -115,36 +161,108 @@ std::optional<std::string> SettingsStorage::string(const Setting::StringSetting&
 bool SettingsStorage::setInteger(std::int64_t value, const Setting::IntSetting& setting,
                                  bool silent) {
   const Setting& name = setting.setting;
+  const auto access = containerOfCopies().exclusiveAccess();
   return write(integers, container(name), containerOfCopies(), name, value, silent);
 }
 
 bool SettingsStorage::setBoolean(bool value, const Setting::BoolSetting& setting, bool silent) {
   const Setting& name = setting.setting;
-  return write(booleans, container(name), containerOfCopies(), name, value, silent);
+  const auto set = [&] {
+    const auto access = containerOfCopies().exclusiveAccess();
+    return write(booleans, container(name), containerOfCopies(), name, value, silent);
+  };
+  if (!set()) return false;
+  if (isTierSwitch(name)) shareAgain();
+  return true;
 }
 
 bool SettingsStorage::setReal(double value, const Setting::DoubleSetting& setting, bool silent) {
   const Setting& name = setting.setting;
+  const auto access = containerOfCopies().exclusiveAccess();
   return write(reals, container(name), containerOfCopies(), name, value, silent);
 }
 
 bool SettingsStorage::setString(std::optional<std::string> value,
                                 const Setting::StringSetting& setting, bool silent) {
   const Setting& name = setting.setting;
+  const auto access = containerOfCopies().exclusiveAccess();
   return write(strings, container(name), containerOfCopies(), name, std::move(value), silent);
 }
 
 bool SettingsStorage::setData(std::optional<Data> value, const Setting::CodableSetting& setting,
                               bool silent) {
   const Setting& name = setting.setting;
+  const auto access = containerOfCopies().exclusiveAccess();
   return write(datas, container(name), containerOfCopies(), name, std::move(value), silent);
+}
+
+bool SettingsStorage::changeTiers(bool value, const Setting::BoolSetting& tierSwitch) {
+  const auto access = containerOfCopies().exclusiveAccess();
+  auto* const cloud = cloudStorage();
+  const bool isKnown = cloud == nullptr || cloud->refresh();
+  std::vector<Setting> settings;
+  std::vector<Container*> from;
+  for (const Setting& setting : Setting::allCases()) {
+    if (setting.row().tier == SettingTier::local) continue;
+    settings.push_back(setting);
+    from.push_back(&container(setting));
+  }
+  const Setting& name = tierSwitch.setting;
+  if (!write(booleans, container(name), containerOfCopies(), name, value, false)) return false;
+  // Values that can't be read now stay where they are.
+  auto moved = isKnown ? moveValues(settings, from) : std::vector<Setting>();
+  if (moved.empty()) return true;
+  NSNotificationCenter::defaultCenter().post(
+      {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(moved)}}});
+  return true;
+}
+
+std::vector<Setting> SettingsStorage::moveValues(const std::vector<Setting>& settings,
+                                                 const std::vector<Container*>& from) const {
+  std::vector<Setting> changed;
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    const Setting& setting = settings[i];
+    Container& to = container(setting);
+    if (&to == from[i] || isCopy(*from[i], to, setting)) continue;
+    const bool isOfTheCloud = &to != tiers_.localStorage.get() && to.hasValue(setting.key());
+    if (!isOfTheCloud) {
+      copy(*from[i], to, setting);
+      continue;
+    }
+    copy(to, containerOfCopies(), setting);
+    changed.push_back(setting);
+  }
+  return changed;
+}
+
+void SettingsStorage::shareAgain() const {
+  if (isSharedCopyUpToDate()) return;
+  const auto access = containerOfCopies().exclusiveAccess();
+  if (auto* const cloud = cloudStorage(); cloud != nullptr && !cloud->refresh()) return;
+  for (const Setting& setting : Setting::allCases()) {
+    Container& shared = *tiers_.localSharedStorage;
+    const Container& own = container(setting);
+    if (isCopied(setting) && !isCopy(own, shared, setting)) copy(own, shared, setting);
+  }
+}
+
+bool SettingsStorage::isSharedCopyUpToDate() const {
+  if (isExtension_ || tiers_.localSharedStorage == nullptr) return true;
+  return std::ranges::all_of(Setting::allCases(), [&](const Setting& setting) {
+    return !isCopied(setting) || isCopy(container(setting), *tiers_.localSharedStorage, setting);
+  });
+}
+
+ErrorPtr SettingsStorage::saveError(const Setting& setting) const {
+  const ErrorPtr own = container(setting).saveError();
+  return own != nullptr ? own : containerOfCopies().saveError();
 }
 
 bool SettingsStorage::isCloudStored(const Setting& setting) const {
   const SettingTier tier = setting.row().tier;
   if (tier == SettingTier::local) return false;
-  return velloro::isCloudStored(tier, cloudSyncTasksEnabled(),
-                                boolean(Setting::cloudSyncThemesDisabled));
+  return velloro::isCloudStored(tier, isOn(SettingCase::cloudSyncTasksEnabled),
+                                isOn(SettingCase::cloudSyncThemesDisabled));
 }
 
 SettingsStorageContainer& SettingsStorage::container(const Setting& setting) const {
@@ -189,11 +307,10 @@ SettingsStorageContainer& SettingsStorage::containerOfCopies() const {
   return *(tiers_.localSharedStorage ? tiers_.localSharedStorage : tiers_.localStorage);
 }
 
-// Asked of the suite, or of the defaults, themselves: the switch says where settings are.
-bool SettingsStorage::cloudSyncTasksEnabled() const {
+bool SettingsStorage::isOn(SettingCase tierSwitch) const {
   const bool isInSuite = isExtension_ && tiers_.localSharedStorage != nullptr;
   const Container& tier = *(isInSuite ? tiers_.localSharedStorage : tiers_.localStorage);
-  return tier.boolForKey(settingRowOf(SettingCase::cloudSyncTasksEnabled).key);
+  return tier.boolForKey(settingRowOf(tierSwitch).key);
 }
 
 }  // namespace velloro

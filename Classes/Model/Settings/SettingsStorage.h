@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace velloro {
 
@@ -39,10 +40,11 @@ constexpr auto rawValues(std::type_identity<SettingSource>) {
 ///
 /// The application reads and writes one tier, the cloud tier where the setting is cloud-stored and
 /// the local tier otherwise; values are never merged. An extension reads what is shared from the
-/// shared suite, where the application leaves a copy of all that it writes.
+/// shared suite, where the application leaves a copy of all that it writes. Both agree on every
+/// shared setting whenever no process is amid a write.
 ///
 /// What is absent, or can't be read, reads as 0, false, 0.0 or absent. Safe from any thread as far
-/// as the tiers are; a write that compares with the old value is no transaction.
+/// as the tiers are. Writes of several processes follow one another.
 class SettingsStorage {
  public:
   struct Tiers {
@@ -105,11 +107,23 @@ class SettingsStorage {
     return data && setData(std::move(data), setting, silent);
   }
 
+  /// Sets one of the two switches that say where settings live, and takes the values along: none
+  /// reads otherwise afterwards, unless the cloud has a value of it already, which then counts on
+  /// this device as on the others. Returns whether anything changed.
+  bool changeTiers(bool value, const Setting::BoolSetting& tierSwitch);
+  /// Gives extensions a new copy of what the application reads now, where theirs is another: a
+  /// change from elsewhere came by another way than `set…`, or the process that copied was killed.
+  /// In an extension nothing.
+  void shareAgain() const;
+
+  /// Why what was written of the setting is not kept beyond this process; null when it is.
+  [[nodiscard]] ErrorPtr saveError(const Setting& setting) const;
+
   /// Where a read finds the setting; absent where it looks nowhere, as in an extension for a flag
   /// that is not shared.
   [[nodiscard]] std::optional<SettingSource> source(const Setting& setting) const;
   /// Whether the setting lives in the tier that all of a person's devices share. An extension goes
-  /// by `cloudSyncTasksEnabled` alone: it can't see that the user keeps themes to one device.
+  /// by the application's copies of the switches.
   [[nodiscard]] bool isCloudStored(const Setting& setting) const;
   /// The tier in which it lives.
   [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
@@ -124,13 +138,18 @@ class SettingsStorage {
 
  private:
   bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
+  /// Returns those that read otherwise afterwards.
+  std::vector<Setting> moveValues(const std::vector<Setting>& settings,
+                                  const std::vector<SettingsStorageContainer*>& from) const;
+  [[nodiscard]] bool isSharedCopyUpToDate() const;
 
   /// Where an extension finds the setting; null when it is not shared, or nothing is.
   [[nodiscard]] const SettingsStorageContainer* sharedContainer(const Setting& setting) const;
   /// Null where a read looks nowhere.
   [[nodiscard]] const SettingsStorageContainer* containerToRead(const Setting& setting) const;
   [[nodiscard]] SettingsStorageContainer& containerOfCopies() const;
-  [[nodiscard]] bool cloudSyncTasksEnabled() const;
+  /// As the store reads it: the switches say where settings are, so they aren't read as settings.
+  [[nodiscard]] bool isOn(SettingCase tierSwitch) const;
 
   const Tiers tiers_;
   const bool isExtension_;

@@ -5,6 +5,7 @@
 #include "OxKit/Platform.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,17 @@ class SettingsStorageContainer {
   virtual void setData(std::optional<Data> value, std::string_view key) = 0;
   [[nodiscard]] virtual double doubleForKey(std::string_view key) const = 0;
   virtual void setDouble(double value, std::string_view key) = 0;
+
+  /// Whether something is kept under the key. A tier that can't tell takes what reads as absent for
+  /// nothing.
+  [[nodiscard]] virtual bool hasValue(std::string_view key) const;
+  /// Reads anew what the tier holds in memory. Returns whether that could be done.
+  virtual bool refresh() { return true; }
+  /// Until it goes, no other process that asks for it changes settings. Null where a tier is not
+  /// shared, or the lock can't be had.
+  [[nodiscard]] virtual std::shared_ptr<void> exclusiveAccess() const { return nullptr; }
+  /// Why something written is not kept beyond this process; null when all is.
+  [[nodiscard]] virtual ErrorPtr saveError() const { return nullptr; }
 
   /// A value of any type that has a form in JSON, kept as the bytes of its JSON. Absent as well
   /// when they can't be read as a `T`.

@@ -1,6 +1,5 @@
 #include "Settings/SettingsStorageCoreData.h"
 
-#include "Containers/SaveIfChanged.h"
 #include "Containers/VelloroNSPersistentContainer.h"
 #include "OxLog/Log.h"
 
@@ -116,14 +115,25 @@ void SettingsStorageCoreData::removeKey(std::string_view key) {
   });
 }
 
-void SettingsStorageCoreData::change(const Work& work) const {
+void SettingsStorageCoreData::change(const Work& work) {
   const auto container = container_();
   if (container == nullptr) return;
   const auto context = container->newBackgroundContext();
-  performTransaction(*context, [&]() -> Result<void> {
+  const auto saved = context->performTransaction([&]() -> Result<void> {
     work(*context);
     return {};
   });
+  saveError_ = saved ? nullptr : saved.error();
+  if (!saved) Log::database.error(saved.error());
+}
+
+ErrorPtr SettingsStorageCoreData::saveError() const {
+  const std::scoped_lock lock(writing_);
+  return saveError_;
+}
+
+bool SettingsStorageCoreData::hasValue(std::string_view key) const {
+  return queue_.sync([&] { return settingsByKey_.contains(key); });
 }
 
 std::int64_t SettingsStorageCoreData::integerForKey(std::string_view key) const {
@@ -172,22 +182,26 @@ void SettingsStorageCoreData::decodingFailed(const DecodingError& error) const {
   Log::settings.error(error);
 }
 
+void SettingsStorageCoreData::updateSettings() {
+  (void)refresh();
+}
+
 // A thread other than the main one may hold up what the main thread waits for, and a program may
 // never run its main loop: there the rows are read in a context that needs no main queue.
-void SettingsStorageCoreData::updateSettings() {
+bool SettingsStorageCoreData::refresh() {
   const auto container = container_();
-  if (container == nullptr) return;
+  if (container == nullptr) return false;
   const auto& viewContext = container->viewContext();
   const auto context = viewContext->isOnQueue() ? viewContext : container->newBackgroundContext();
   const std::scoped_lock lock(writing_);
-  context->performAndWait([&] { reload(*context); });
+  return context->performAndWait([&] { return reload(*context); });
 }
 
-void SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
+bool SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
   NSFetchRequest request{std::string(SettingEntity::entityName())};
   request.setReturnsObjectsAsFaults(false);
   const auto rows = fetched(request, context);
-  if (!rows) return;
+  if (!rows) return false;
   decltype(entities_) entities;
   decltype(settingsByKey_) settingsByKey;
   IDs duplicates;
@@ -205,6 +219,7 @@ void SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
     settingsByKey_.swap(settingsByKey);
   });
   if (!duplicates.empty()) deleteDuplicates(duplicates);
+  return true;
 }
 
 void SettingsStorageCoreData::deleteDuplicates(const IDs& duplicates) {
@@ -229,6 +244,7 @@ void SettingsStorageCoreData::didMerge(const Notification& notification) {
   }
   for (const Setting& setting : changed) follow(setting);
   if (changed.empty()) return;
+  settings_.shareAgain();
   NSNotificationCenter::defaultCenter().post(
       {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(changed)}}});
 }

@@ -26,7 +26,7 @@ namespace velloro {
 /// All rows are held in memory, where reads look alone. They are read again whenever the view
 /// context merges what others have saved; then the local tier is given the new values, and
 /// `settingsChangedNotification` tells which settings have changed. A write whose save fails is
-/// logged and lasts until the next such merge.
+/// logged, told by `saveError`, and lasts until the next such merge.
 ///
 /// Safe from any thread. No member waits for the main queue.
 class SettingsStorageCoreData final : public SettingsStorageContainer {
@@ -59,6 +59,10 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   void setData(std::optional<Data> value, std::string_view key) override;
   [[nodiscard]] double doubleForKey(std::string_view key) const override;
   void setDouble(double value, std::string_view key) override;
+  [[nodiscard]] bool hasValue(std::string_view key) const override;
+  bool refresh() override;
+  /// Of the last write.
+  [[nodiscard]] ErrorPtr saveError() const override;
 
   /// Reads all rows again. Of several with one key the first counts; the others are deleted.
   void updateSettings();
@@ -72,10 +76,10 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   template <typename T>
   void write(T SettingValue::*column, T value, std::string_view key);
   void removeKey(std::string_view key);
-  void reload(NSManagedObjectContext& context);
+  bool reload(NSManagedObjectContext& context);
   void deleteDuplicates(const IDs& duplicates);
   /// In a new background context, and saves what the work has changed.
-  void change(const Work& work) const;
+  void change(const Work& work);
 
   void didMerge(const Notification& notification);
   [[nodiscard]] std::set<std::string> keysOf(const IDs& rows,
@@ -87,7 +91,8 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   const SettingsStorage& settings_;
   /// Held for a whole write and a whole reading of all rows, so that memory and store never part.
   /// Reads don't wait for it.
-  std::mutex writing_;
+  mutable std::mutex writing_;
+  ErrorPtr saveError_;                                                     // guarded by `writing_`
   const DispatchQueue queue_{"velloro.domain.darwin-notificationcenter"};  // guards these two
   std::map<NSManagedObjectID, std::string> entities_;  // the key of each row that counts
   std::map<std::string, SettingValue, std::less<>> settingsByKey_;

@@ -1,5 +1,9 @@
 #include "Settings/SettingsStorageLocal.h"
 
+#include "Foundation/Environment.h"
+#include "Foundation/FileLock.h"
+#include "Foundation/NSFileManager.h"
+
 namespace velloro {
 namespace {
 
@@ -51,6 +55,13 @@ double SettingsStorageLocalUserDefaults::doubleForKey(std::string_view key) cons
 
 void SettingsStorageLocalUserDefaults::setDouble(double value, std::string_view key) {
   defaults_.setObject(value, key);
+}
+
+std::shared_ptr<void> SettingsStorageLocalShared::exclusiveAccess() const {
+  const auto& folder = Environment::current().directories().preferences;
+  if (!NSFileManager::createDirectory(folder)) return nullptr;
+  auto lock = FileLock::exclusive(folder / ".settings.lock");
+  return lock ? std::make_shared<FileLock>(*std::move(lock)) : nullptr;
 }
 
 std::shared_ptr<SettingsStorageLocalShared> SettingsStorageLocalShared::open() {

@@ -24,6 +24,7 @@ class SettingsStorageLocalUserDefaults : public SettingsStorageContainer {
   void setData(std::optional<Data> value, std::string_view key) override;
   [[nodiscard]] double doubleForKey(std::string_view key) const override;
   void setDouble(double value, std::string_view key) override;
+  [[nodiscard]] ErrorPtr saveError() const override { return defaults_.saveError(); }
 
  private:
   NSUserDefaults defaults_;
@@ -40,6 +41,8 @@ class SettingsStorageLocal final : public SettingsStorageLocalUserDefaults {
 class SettingsStorageLocalShared final : public SettingsStorageLocalUserDefaults {
  public:
   using SettingsStorageLocalUserDefaults::SettingsStorageLocalUserDefaults;
+
+  [[nodiscard]] std::shared_ptr<void> exclusiveAccess() const override;
 
   static constexpr std::string_view suiteName = "group.velloro.app.today";
   /// Null where the suite can't be opened.

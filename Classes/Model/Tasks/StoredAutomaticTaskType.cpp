@@ -2,6 +2,7 @@
 
 #include "Foundation/JSON.h"
 #include "Foundation/NSCache.h"
+#include "Foundation/String.h"
 #include "OxLog/Log.h"
 #include "Tasks/StoredValues.h"
 
@@ -86,8 +87,8 @@ std::set<WorkoutType> workoutTypes(const std::string& typeSpeed) {
     return JSONDecoder{}.decode<std::set<WorkoutType>>(typeSpeed);
   } catch (const DecodingError& error) {
     Log::database.error([&] {
-      return "Unable to read the workout types \"" + typeSpeed +
-             "\": " + error.localizedDescription();
+      return "Unable to read the workout types " + inQuotes(typeSpeed) + ": " +
+             error.localizedDescription();
     });
     return {};
   }

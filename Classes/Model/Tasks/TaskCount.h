@@ -13,6 +13,8 @@ struct TaskCount {
   std::int64_t archived = 0;
 
   bool operator==(const TaskCount&) const = default;
+  [[nodiscard]] std::int64_t total() const { return active + archived; }
+
   static constexpr auto codingKeys =
       keys(key("active", &TaskCount::active), key("archived", &TaskCount::archived));
 };

@@ -1,4 +1,4 @@
-#include "AppExtensions/PendingReportableError.h"
+#include "Settings/PendingReportableError.h"
 
 #include "Foundation/JSON.h"
 #include "Foundation/NSUserDefaults.h"

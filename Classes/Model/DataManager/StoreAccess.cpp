@@ -1,0 +1,66 @@
+#include "DataManager/StoreAccess.h"
+
+#include "DataManager/DataManager.h"
+
+#include <cassert>
+#include <filesystem>
+
+namespace velloro {
+namespace {
+
+/// Of this thread.
+thread_local int held = 0;
+thread_local bool isMaintaining = false;
+
+std::filesystem::path folder() {
+  return DataManager::StoreUrls::make().sharedGroupUrlModernLocal.parent_path();
+}
+
+// Writers hold the second lock together, so that there is always one of them under load. The first
+// makes new ones wait as soon as somebody wants to maintain, who would otherwise wait for ever.
+std::filesystem::path gate() {
+  return folder() / ".Velloro.maintenance.lock";
+}
+std::filesystem::path writers() {
+  return folder() / ".Velloro.writing.lock";
+}
+
+}  // namespace
+
+StoreAccess::StoreAccess(std::vector<FileLock> locks) : locks_(std::move(locks)) {
+  ++held;
+}
+
+StoreAccess::~StoreAccess() {
+  if (isHeld_ && --held == 0) isMaintaining = false;
+}
+
+Result<StoreAccess> StoreAccess::toWrite() {
+  std::vector<FileLock> locks;
+  if (held > 0) return StoreAccess(std::move(locks));
+  const auto passed = FileLock::shared(gate());
+  if (!passed) return std::unexpected(passed.error());
+  auto writing = FileLock::shared(writers());
+  if (!writing) return std::unexpected(writing.error());
+  locks.push_back(*std::move(writing));
+  return StoreAccess(std::move(locks));
+}
+
+Result<StoreAccess> StoreAccess::toMaintain() {
+  assert((held == 0 || isMaintaining) && "who writes can't wait for the end of all writing");
+  std::vector<FileLock> locks;
+  if (held > 0) return StoreAccess(std::move(locks));
+  for (const auto& file : {gate(), writers()}) {
+    auto lock = FileLock::exclusive(file);
+    if (!lock) return std::unexpected(lock.error());
+    locks.push_back(*std::move(lock));
+  }
+  isMaintaining = true;
+  return StoreAccess(std::move(locks));
+}
+
+bool StoreAccess::isMaintained() {
+  return FileLock::isHeldExclusively(gate());
+}
+
+}  // namespace velloro
