@@ -1,6 +1,7 @@
 #include "Host/Demo.h"
 
 #include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
 #include "Host/TaskWriter.h"
 
 #include <cstdint>
@@ -87,7 +88,7 @@ void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t num
       logDay(*task, day, luck(number, static_cast<std::uint64_t>(i)), demo.diligence);
     }
   }
-  closePastPeriods(*task);
+  PeriodCloser(store.context()).close(*task);
   updateDerivedData(*task);
 }
 

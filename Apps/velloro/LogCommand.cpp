@@ -4,6 +4,7 @@
 #include "Foundation/String.h"
 #include "Host/HostStore.h"
 #include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
 #include "Tasks/TaskLogFetchRequest.h"
 #include "velloro/Arguments.h"
 #include "velloro/CaseArgument.h"
@@ -74,7 +75,7 @@ void add(const LogOptions& options) {
   const auto [entry, status] = store.write([&] {
     const auto task = taskArgument(store, options.task);
     const NewLogEntry wanted = newEntry(*task, options);
-    closePastPeriods(*task);
+    PeriodCloser(store.context()).close(*task);
     return outcome(*task, LogReport::of(*addLogEntry(*task, wanted)));
   });
   if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
@@ -86,12 +87,13 @@ void list(const LogOptions& options) {
   if (options.from) request.minDate = dayArgument("--from", *options.from);
   if (options.to) request.maxDate = dayArgument("--to", *options.to);
   const HostStore store;
-  const auto task = currentTaskArgument(store, options.task);
-  std::vector<LogReport> reports;
+  const auto task = taskArgument(store, options.task);
+  const auto closings = PeriodCloser(store.context()).foresee(*task);
   const auto entries = task->taskLog(request);
   if (!entries)
     throw HostError("the log can't be read: " + entries.error()->localizedDescription());
-  for (const auto& entry : *entries) reports.push_back(LogReport::of(*entry));
+  const auto reports = LogReport::ofLog(*task, *entries, closings,
+                                        {.minDate = request.minDate, .maxDate = request.maxDate});
   print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
 }
 
@@ -101,7 +103,7 @@ void undo(const LogOptions& options) {
     const auto task = taskArgument(store, options.task);
     const YYYYMMDD date =
         options.date ? dayArgument("--date", *options.date) : logicalDay(*task, Date::now());
-    closePastPeriods(*task);
+    PeriodCloser(store.context()).close(*task);
     const auto undone = undoLogEntry(*task, date);
     if (undone == nullptr) {
       throw HostError("nothing to undo: the period of " + date.debugDescription() +

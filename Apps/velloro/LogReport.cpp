@@ -2,6 +2,8 @@
 
 #include "Foundation/String.h"
 
+#include <algorithm>
+
 namespace velloro {
 
 LogReport LogReport::of(const TaskLogEntryEntity& entry) {
@@ -16,6 +18,36 @@ LogReport LogReport::of(const TaskLogEntryEntity& entry) {
       .progressTotal = entry.value(Entry::progressTotal),
       .created = entry.value(Entry::createdTimestamp),
       .timeZone = std::string(entry.timeZone().identifier())};
+}
+
+LogReport LogReport::of(const PeriodClosing& closing, const TaskEntity& task) {
+  const auto& [period, date, type, total] = closing;
+  const auto id = task.taskUniqueId();
+  return {
+      .uniqueId = id ? closingEntryID(*id, period.startDate).stringValue() : "",
+      .type = std::string(description(type)),
+      .date = date,
+      .period = TaskLogEntryPeriod(period.periodType, period.startDate, period.finishDate, date),
+      .progressTotal = total,
+      .created = Date::now(),
+      .timeZone = std::string(task.taskCurrentTimeZone().identifier())};
+}
+
+std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity::Entries& entries,
+                                        const std::vector<PeriodClosing>& closings,
+                                        const YYYYMMDD::Range& dates) {
+  std::vector<LogReport> reports;
+  for (const auto& entry : entries) {
+    const bool isGone = task.outlook() != nullptr && task.outlook()->withdraws(*entry);
+    if (!isGone) reports.push_back(of(*entry));
+  }
+  for (const PeriodClosing& closing : closings) {
+    const bool isWithin = (!dates.minDate || *dates.minDate <= closing.date) &&
+                          (!dates.maxDate || closing.date <= *dates.maxDate);
+    if (isWithin) reports.push_back(of(closing, task));
+  }
+  std::ranges::stable_sort(reports, {}, &LogReport::date);
+  return reports;
 }
 
 std::string table(const std::vector<LogReport>& reports) {

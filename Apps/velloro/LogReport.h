@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Foundation/CodingKeys.h"
+#include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
+#include "VelloroCore/PeriodClosing.h"
 
 #include <optional>
 #include <string>
@@ -27,6 +29,14 @@ struct LogReport {
            key("created", &LogReport::created), key("timeZone", &LogReport::timeZone));
 
   [[nodiscard]] static LogReport of(const TaskLogEntryEntity& entry);
+  /// Of an entry that whoever writes next will make.
+  [[nodiscard]] static LogReport of(const PeriodClosing& closing, const TaskEntity& task);
+  /// Of the stored entries that the outlook of the task leaves, from the oldest, with those
+  /// closings that lie within the days of the request.
+  [[nodiscard]] static std::vector<LogReport> ofLog(const TaskEntity& task,
+                                                    const TaskEntity::Entries& entries,
+                                                    const std::vector<PeriodClosing>& closings,
+                                                    const YYYYMMDD::Range& dates);
 };
 
 /// One line an entry.

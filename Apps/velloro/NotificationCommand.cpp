@@ -4,7 +4,6 @@
 #include "Foundation/NSFileManager.h"
 #include "Foundation/String.h"
 #include "Host/HostStore.h"
-#include "Host/LogWriter.h"
 #include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
 #include "velloro/Arguments.h"

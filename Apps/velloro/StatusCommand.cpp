@@ -2,7 +2,7 @@
 
 #include "Foundation/JSON.h"
 #include "Host/HostStore.h"
-#include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
 #include "velloro/Arguments.h"
 #include "velloro/Output.h"
 #include "velloro/StatusReport.h"
@@ -28,14 +28,14 @@ void run(const StatusOptions& options) {
       options.date ? std::optional(dayArgument("--date", *options.date)) : std::nullopt;
   const HostStore store;
   using enum TaskStatus;
-  const auto tasks = store.write([&] {
-    auto found = options.task ? std::vector{taskArgument(store, *options.task)}
-                              : store.tasks({normal, paused});
-    for (const auto& task : found) bringUpToDate(*task);
-    return found;
-  });
+  const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
+                                  : store.tasks({normal, paused});
+  PeriodCloser closer(store.context());
   std::vector<StatusReport> reports;
-  for (const auto& task : tasks) reports.push_back(StatusReport::of(*task, date));
+  for (const auto& task : tasks) {
+    closer.foresee(*task);
+    reports.push_back(StatusReport::of(*task, date));
+  }
   if (!options.json) return print(table(reports));
   const JSONEncoder encoder{};
   print((options.task ? encoder.encode(reports.front()) : encoder.encode(reports)) + "\n");

@@ -1,7 +1,6 @@
 #include "velloro/StatusReport.h"
 
 #include "Foundation/String.h"
-#include "Tasks/TaskTemporalDataEntity.h"
 #include "velloro/Output.h"
 
 #include <algorithm>
@@ -10,12 +9,6 @@ namespace velloro {
 namespace {
 
 using Status = CompletionStatus::Status;
-
-std::optional<YYYYMMDD> storedDay(const TaskTemporalDataEntity* row,
-                                  const Attribute<std::int32_t>& attribute) {
-  if (row == nullptr) return std::nullopt;
-  return YYYYMMDD::fromIntValue(row->value(attribute));
-}
 
 std::string number(double value) {
   return stringWithFormat("%.10g", value);
@@ -63,10 +56,9 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
            : task.currentPeriod().period;
   const auto [standing, streak] = task.streakedCompletionStatus(period);
   const TaskProgress& progress = standing.progress();
-  const auto row = task.value(TaskAttributes::taskTemporalData);
+  const TaskTemporalData kept = task.temporalData();
   const std::string* id = task.text(TaskAttributes::uniqueId);
   const std::string* title = task.text(TaskAttributes::title);
-  using Row = TaskTemporalDataEntity;
   return {.uniqueId = id != nullptr ? *id : "",
           .title = title != nullptr ? *title : "",
           .status = standing.status,
@@ -79,9 +71,9 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
                        .progressPct = progress.progressPct()},
           .streak = streak,
           .period = PeriodStretch::of(period),
-          .lastCompleted = storedDay(row.get(), Row::lastCompleted),
-          .lastMissed = storedDay(row.get(), Row::lastMissed),
-          .lastSkipped = storedDay(row.get(), Row::lastSkipped),
+          .lastCompleted = kept.lastCompleted,
+          .lastMissed = kept.lastMissed,
+          .lastSkipped = kept.lastSkipped,
           .color = task.taskColor()};
 }
 

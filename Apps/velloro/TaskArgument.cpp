@@ -1,7 +1,7 @@
 #include "velloro/TaskArgument.h"
 
 #include "Foundation/String.h"
-#include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
 
@@ -70,11 +70,9 @@ std::shared_ptr<TaskEntity> taskArgument(const HostStore& store, const std::stri
 }
 
 std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store, const std::string& name) {
-  return store.write([&] {
-    auto task = taskArgument(store, name);
-    bringUpToDate(*task);
-    return task;
-  });
+  auto task = taskArgument(store, name);
+  PeriodCloser(store.context()).foresee(*task);
+  return task;
 }
 
 }  // namespace velloro

@@ -19,7 +19,7 @@ void addTaskArgument(CLI::App& command, std::string& text);
 [[nodiscard]] std::shared_ptr<TaskEntity> taskArgument(const HostStore& store,
                                                        const std::string& text);
 
-/// The same, once the task's past periods are closed and saved.
+/// The same, as it stands with its past periods closed: in memory, for those who only read.
 [[nodiscard]] std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store,
                                                               const std::string& text);
 

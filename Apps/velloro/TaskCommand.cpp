@@ -3,6 +3,7 @@
 #include "Foundation/JSON.h"
 #include "Foundation/String.h"
 #include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
 #include "velloro/Arguments.h"
 #include "velloro/Output.h"
 #include "velloro/TaskArgument.h"
@@ -68,7 +69,7 @@ void edit(const TaskOptions& options) {
   const HostStore store;
   const auto task = store.write([&] {
     auto edited = taskArgument(store, options.task);
-    closePastPeriods(*edited);
+    PeriodCloser(store.context()).close(*edited);
     changeTask(store, *edited, options.fields.fields(edited->frequency()));
     updateDerivedData(*edited);
     return edited;

@@ -1,5 +1,7 @@
 #include "VelloroCore/TaskLogSummary.h"
 
+#include "VelloroCore/LogEntryRules.h"
+
 #include <algorithm>
 #include <functional>
 #include <ranges>
@@ -152,11 +154,11 @@ TaskLogSummary TaskLogSummary::fromLog(TaskLogRows allRows, const Question& ques
 
 std::optional<double> amountInPeriod(TaskLogRows rows, const TaskLogRules& rules,
                                      const TaskFrequencyPeriod& period) {
-  const auto counted = TaskLogEntryTypes::allTimerTypes.union_(
-      rules.isNegative ? TaskLogEntryTypes::allMissedTypes : TaskLogEntryTypes::allCompletedTypes);
+  const auto counted = countedTypes(rules.isNegative);
   for (const TaskLogRow& row :
        rowsWithin(rows, {.minDate = period.startDate, .maxDate = period.finishDate})) {
-    if (counted.contains(row.type())) return row.progressTotal;
+    const auto date = counted.contains(row.type()) ? row.date() : std::nullopt;
+    if (date && rules.period(*date) == period) return row.progressTotal;
   }
   return std::nullopt;
 }

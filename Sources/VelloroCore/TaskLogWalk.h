@@ -21,6 +21,7 @@ struct TaskLogRow {
   std::int32_t entryPeriodTo = 0;
   std::int16_t entryType = 0;  ///< Raw value of `TaskLogEntryType`.
   std::optional<TaskFrequencyPeriodType> entryPeriodType = {};
+  double progress = 0;       ///< The entry's own amount.
   double progressTotal = 0;  ///< The period's amount up to and with this entry.
   std::optional<Date> createdTimestamp = {};
   /// Identifier; empty for none. What it refers to must outlive the row.

@@ -31,8 +31,8 @@ double TaskProgressContinuous::remainingValue() const {
 double TaskProgressContinuous::remainingValueForCurrentCompletion() const {
   const double each = valuePerCompletion();
   if (!(each > 0)) return each - std::max(currentValue, 0.0);
-  const double done = completions();
-  return each * (1 - (done - std::floor(done)));
+  const double begun = difference(currentValue, std::floor(completions()) * each);
+  return difference(each, std::clamp(begun, 0.0, each));
 }
 
 }  // namespace velloro

@@ -1,10 +1,16 @@
 #include "AppTests/Program.h"
+#include "CoreData/NSPersistentContainer.h"
+#include "DataManager/DataManager.h"
 #include "Foundation/JSON.h"
 #include "Foundation/PropertyList.h"
+#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/VelloroModel.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -33,6 +39,24 @@ class HostCommands : public testing::Test {
     const auto is = answer(now, "status '" + task + "'");
     return *is["status"].text() + " " + std::to_string(*is["streak"]["current"].integer()) + "/" +
            std::to_string(*is["streak"]["best"].integer());
+  }
+  /// The same, told no time.
+  [[nodiscard]] std::string answerNow(const std::string& arguments) const {
+    const auto result =
+        runProgram(arguments + " --json --zone Europe/Berlin --store '" + folder_.string() + "'");
+    EXPECT_EQ(result.exitCode, 0) << arguments << ": " << result.errors;
+    return result.output;
+  }
+  /// The row of what is kept of the only task's log, changed by someone else.
+  void withRow(const std::function<void(TaskTemporalDataEntity&)>& work) const {
+    NSPersistentContainer container(velloroModelName, velloroModel());
+    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(
+        folder_ / "groups" / DataManager::groupIdentifier / "Velloro-CloudKit.sqlite")});
+    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    NSManagedObjectContext& context = *container.viewContext();
+    const NSFetchRequest request{std::string(TaskTemporalDataEntity::entityName())};
+    work(*context.fetch<TaskTemporalDataEntity>(request).value().front());
+    EXPECT_TRUE(context.save());
   }
   void refuses(const std::string& now, const std::string& arguments, const std::string& complaint) {
     const auto result = at(now, arguments);
@@ -70,6 +94,85 @@ TEST_F(HostCommands, KeepStreaksFromDayToDay) {
 
   const auto log = answer("08T15:00:00", "log list Read");
   EXPECT_EQ(log.array()->size(), 4U) << "two completions, a skip, a miss";
+}
+
+TEST_F(HostCommands, ShowWhatAWriterWouldFindAndSaveNothing) {
+  const std::pair<const char*, const char*> tasks[] = {
+      {"Read", ""},
+      {"Tea", "--negative"},
+      {"Call", "--mode numberOfDaysInMonth --count 2"},
+      {"Sweets", "--mode numberOfDaysInWeek --count 6 --negative"},
+      {"Plants", "--interval 3 --negative"},
+      {"Swim", "--mode aggregateOverFortnight --first-day-of-week monday"},
+      {"Walk", "--type hk_steps --target 9000 --unit steps"}};
+  for (const auto& [task, options] : tasks) {
+    answer("04T08:00:00", std::string("task add ") + task + " " + options);
+    answer("04T09:00:00", std::string("log add ") + task);
+  }
+  const std::string now = "26T12:00:00";
+  const auto saves = [&] { return *answer(now, "store stats")["saves"].integer(); };
+  const auto seen = [&](const std::string& task) {
+    std::string all;
+    for (const char* command : {"status", "log list", "history", "notification make"}) {
+      const std::string json = command == std::string("notification make") ? "" : " --json";
+      const auto result = at(now, command + (" " + task) + json);
+      EXPECT_EQ(result.exitCode, 0) << result.errors;
+      all += result.output;
+    }
+    return all;
+  };
+  const auto before = saves();
+  EXPECT_EQ(status(now, "Read"), "i_mwoi 0/1");
+  std::string read;
+  for (const auto& [task, options] : tasks) read += seen(task);
+  const std::string table = at(now, "status").output;
+  EXPECT_EQ(saves(), before);
+  EXPECT_EQ(status("04T10:00:00", "Read"), "c 1/1");
+  for (const auto& [task, options] : tasks) {
+    answer(now, std::string("task edit ") + task + " --title " + task);
+  }
+  EXPECT_GT(saves(), before);
+  std::string written;
+  for (const auto& [task, options] : tasks) written += seen(task);
+  EXPECT_EQ(written, read);
+  EXPECT_EQ(at(now, "status").output, table);
+}
+
+TEST_F(HostCommands, TakeBackWhatAClockThatWasAheadClosed) {
+  (void)answerNow("task add Read");
+  const std::string before = answerNow("status Read");
+  const auto later = std::to_string(
+      1 + static_cast<int>(std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(
+                                                           std::chrono::system_clock::now()))
+                               .year()));
+  const std::string ahead = " --now " + later + "-12-31T12:00:00Z";
+  (void)answerNow("task edit Read --title Read" + ahead);
+  EXPECT_EQ(answerNow("status Read"), before) << "what is read leaves the closings out";
+  EXPECT_EQ(answerNow("log list Read"), "[]\n");
+  EXPECT_THAT(answerNow("log list Read" + ahead), HasSubstr("missed_auto"));
+  (void)answerNow("log add Read --now " + later + "-12-31T13:00:00Z");
+  EXPECT_THAT(answerNow("log list Read"), HasSubstr("missed_auto")) << "is the clock wrong now?";
+  (void)answerNow("log undo Read" + ahead);
+  (void)answerNow("task edit Read --title Read");
+  EXPECT_EQ(answerNow("status Read"), before);
+  EXPECT_THAT(answerNow("store stats"), HasSubstr(R"({"name":"TaskLogEntry","rows":0})"));
+}
+
+TEST_F(HostCommands, LeaveWhatAHealthReaderHasStored) {
+  answer("04T08:00:00", "task add Stand --type hk_stand --target 12");
+  answer("04T09:00:00", "log add Stand --progress 5");
+  withRow([](TaskTemporalDataEntity& row) {
+    EXPECT_EQ(row.value(TaskTemporalDataEntity::progress), 5);
+    EXPECT_EQ(row.value(TaskTemporalDataEntity::lastUpdated),
+              Date::fromISO8601("2024-03-04T08:00:00Z"));
+    row.setValue(TaskTemporalDataEntity::progress, 7.0);
+  });
+  const auto next = answer("04T10:00:00", "log add Stand");
+  EXPECT_EQ(*next["progress"].real(), 5) << "what is left by its title";
+  EXPECT_EQ(*next["type"].text(), "completed_manually");
+  withRow([](TaskTemporalDataEntity& row) {
+    EXPECT_EQ(row.value(TaskTemporalDataEntity::progress), 7);
+  });
 }
 
 TEST_F(HostCommands, LeaveAPausedTaskAlone) {

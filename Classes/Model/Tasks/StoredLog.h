@@ -9,8 +9,8 @@ namespace velloro {
 
 struct TaskLogFetchRequest;
 
-/// Fetched entries as the rows that the rules of the log read. It keeps the entries, whose texts
-/// the rows refer to.
+/// Fetched entries as the rows that the rules of the log read, the newest first, with the outlook
+/// of the task come true. It keeps the entries, whose texts the rows refer to.
 class StoredLog {
  public:
   /// Without the entries that are to be deleted with the next save. Never fails: what can't be

@@ -25,6 +25,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -121,6 +122,8 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   /// A task that rests skips its periods; of another's task nothing is said.
   [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period) const override;
   [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period) const;
+  /// As it would be with that amount in an open period, and no timer running.
+  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period, double amount) const;
   /// See `TaskStanding`. The rings of today's activity are kept for the extensions, too.
   [[nodiscard]] CompletionStatus completionStatus(const TaskFrequencyPeriod& period) const;
   [[nodiscard]] CompletionStatus currentCompletionStatus() const {
@@ -137,6 +140,29 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   /// Absent also for a task that is another's.
   [[nodiscard]] std::optional<YYYYMMDD> lastCompletedDate(YYYYMMDD onOrBefore) const;
 
+  /// What is kept of its log; nothing in a task without a row.
+  [[nodiscard]] TaskTemporalData temporalData() const;
+  /// By what its log is read.
+  [[nodiscard]] TaskLogRules logRules() const;
+
+  /// How the log will be once somebody writes it, for those who read and must not write.
+  struct Outlook {
+    std::vector<TaskLogRow> added = {};             ///< Entries that it will have, newest first.
+    std::set<NSManagedObjectID> withdrawn = {};     ///< Stored entries that it won't have.
+    std::optional<TaskTemporalData> temporal = {};  ///< What will be kept of it, where known.
+
+    [[nodiscard]] bool withdraws(const NSManagedObject& entry) const {
+      return withdrawn.contains(entry.objectID());
+    }
+  };
+  /// From now on all that is asked of the task's log is answered as if the outlook had come true.
+  /// Nothing that could be saved changes; `taskLog` gives what is stored.
+  void setOutlook(Outlook outlook) {
+    outlook_ = std::make_shared<const Outlook>(std::move(outlook));
+  }
+  /// Null without one.
+  [[nodiscard]] const Outlook* outlook() const { return outlook_.get(); }
+
   // What its log says, by reading it.
   using CompletionByPeriod = velloro::CompletionByPeriod;
   /// \param from Absent for the whole log.
@@ -147,6 +173,8 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   /// task must have: an identifier, and the dates of its creation and status. Only what differs is
   /// written, so a second pass changes nothing; the caller saves.
   void updateTemporalData(YYYYMMDD day, TimeZone timeZone);
+  /// What `updateTemporalData` would keep.
+  [[nodiscard]] TaskTemporalData temporalDataFromLog(YYYYMMDD day, TimeZone timeZone) const;
 
   // What others get to know of it; absent for a task without an identifier.
   [[nodiscard]] std::optional<NotificationTask> notificationTaskCurrentProgress(
@@ -167,15 +195,17 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
 
  private:
   [[nodiscard]] TaskFrequencyPeriod period(Date date) const;
-  [[nodiscard]] TaskTemporalData temporalData() const;
   [[nodiscard]] TaskStanding standing() const;
-  [[nodiscard]] TaskLogRules logRules() const;
+  [[nodiscard]] TaskTemporalData temporalData(TaskLogRows rows, const TaskLogRules& rules,
+                                              YYYYMMDD day) const;
   [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period,
                                   const TaskLogRules& rules) const;
   [[nodiscard]] std::optional<NotificationTask> notificationTask(
       const StreakedCompletionStatus& standing) const;
   void repair();
   bool setReminders(NSManagedObjectContext& context, const std::vector<TaskReminder>& reminders);
+
+  std::shared_ptr<const Outlook> outlook_;
 };
 
 }  // namespace velloro

@@ -82,6 +82,7 @@ TaskDisplayTitle TaskEntity::displayTitle(const TaskProgress& progress) const {
 }
 
 TaskTemporalData TaskEntity::temporalData() const {
+  if (outlook_ && outlook_->temporal) return *outlook_->temporal;
   const auto row = value(Columns::taskTemporalData);
   if (row == nullptr) return {};
   return {
@@ -150,6 +151,13 @@ SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period, const TaskLogRu
 
 TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period) const {
   return standing().progress(period);
+}
+
+TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period, double amount) const {
+  TaskStanding task = standing();
+  task.runningTimer.reset();
+  task.temporal = {.progress = amount, .progressDate = period.startDate};
+  return task.progress(period);
 }
 
 CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period) const {

@@ -28,14 +28,6 @@ std::optional<YYYYMMDD> dayOf(const std::optional<TaskLogSummary::Moment>& momen
   return moment ? std::optional(moment->first) : std::nullopt;
 }
 
-/// What the log says of a task on a day, as the row keeps it.
-TaskTemporalData temporalDataOf(const TaskLogSummary& summary) {
-  return {.streak = summary.streak,
-          .lastCompleted = dayOf(summary.lastCompleted),
-          .lastMissed = dayOf(summary.lastMissed),
-          .lastSkipped = std::max(dayOf(summary.lastSkipped), dayOf(summary.lastAllowableMiss))};
-}
-
 /// Whether the log alone tells how far the task has come: not for what is read from health data.
 bool progressIsOfLog(const std::optional<AutomaticTaskType>& type) {
   return !type || !type->usesHealthKit();
@@ -81,6 +73,12 @@ void dateChanges(Temporal& row) {
   }
 }
 
+/// One fetch serves all that is asked: no rate looks further than the last period.
+TaskLogFetchRequest wholeLogUpTo(const TaskLogRules& rules, YYYYMMDD day) {
+  const TaskLogSummary::Question question{.rules = rules, .to = day};
+  return {.direction = Direction::newestToOldest, .maxDate = question.dates().maxDate};
+}
+
 }  // namespace
 
 TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to) const {
@@ -114,6 +112,38 @@ void TaskEntity::repair() {
   if (!value(Columns::statusDate)) setValue(Columns::statusDate, Date::now());
 }
 
+/// What the log says of the task on a day. Of health data the log does not tell, so what is kept of
+/// the progress stays.
+TaskTemporalData TaskEntity::temporalData(TaskLogRows rows, const TaskLogRules& rules,
+                                          YYYYMMDD day) const {
+  const auto summary = TaskLogSummary::fromLog(
+      rows, {.rules = rules, .to = day, .created = value(Columns::created)});
+  TaskStanding task = standing();
+  task.timeZone = rules.timeZone;
+  task.runningTimer.reset();
+  task.temporal.streak = summary.streak;
+  task.temporal.lastCompleted = dayOf(summary.lastCompleted);
+  task.temporal.lastMissed = dayOf(summary.lastMissed);
+  task.temporal.lastSkipped =
+      std::max(dayOf(summary.lastSkipped), dayOf(summary.lastAllowableMiss));
+  if (progressIsOfLog(task.automaticTaskType)) {
+    const TaskFrequencyPeriod& period = summary.lastPeriod;
+    task.temporal.progressDate = period.startDate;
+    task.temporal.progress = task.automaticTaskType
+                                 ? amountInPeriod(rows, rules, period).value_or(0)
+                                 : static_cast<double>(summary.numLastPeriodEntries);
+    task.temporal.progress = task.progress(period).currentValue();
+  }
+  return task.temporal;
+}
+
+TaskTemporalData TaskEntity::temporalDataFromLog(YYYYMMDD day, TimeZone timeZone) const {
+  TaskLogRules rules = logRules();
+  rules.timeZone = timeZone;
+  const StoredLog log(*this, wholeLogUpTo(rules, day));
+  return temporalData(log.rows(), rules, day);
+}
+
 void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone) {
   NSManagedObjectContext* context = managedObjectContext();
   if (context == nullptr) return;
@@ -124,32 +154,19 @@ void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone) {
   if (row == nullptr) {
     row = makeRow(*context, std::static_pointer_cast<TaskEntity>(shared_from_this()));
   }
-  // One fetch serves all that is asked: no rate looks further than the last period.
-  const TaskLogSummary::Question question{
-      .rules = rules, .to = day, .created = value(Columns::created)};
-  const StoredLog log(
-      *this, {.direction = Direction::newestToOldest, .maxDate = question.dates().maxDate});
-  const auto summary = TaskLogSummary::fromLog(log.rows(), question);
-  TaskStanding task = standing();
-  task.timeZone = timeZone;
-  task.runningTimer.reset();
-  task.temporal = temporalDataOf(summary);
-  write(*row, task.temporal);
+  const StoredLog log(*this, wholeLogUpTo(rules, day));
+  const TaskTemporalData temporal = temporalData(log.rows(), rules, day);
+  write(*row, temporal);
   write(*row,
         TaskRecentHistory::fromLog(log.rows(), {.rules = rules,
                                                 .from = day.yyyymm().previousMonth().firstDay(),
                                                 .to = day,
                                                 .createdDay = createdDay(),
                                                 // Today's, so that a second pass finds nothing new.
-                                                .lastCompleted = task.temporal.lastCompleted}));
-  if (progressIsOfLog(task.automaticTaskType)) {
-    const TaskFrequencyPeriod& period = summary.lastPeriod;
-    task.temporal.progressDate = period.startDate;
-    task.temporal.progress = task.automaticTaskType
-                                 ? amountInPeriod(log.rows(), rules, period).value_or(0)
-                                 : static_cast<double>(summary.numLastPeriodEntries);
-    row->writeValue(Temporal::progress, task.progress(period).currentValue());
-    row->writeValue(Temporal::progressDate, storedNumber(period.startDate));
+                                                .lastCompleted = temporal.lastCompleted}));
+  if (progressIsOfLog(automaticTaskType())) {
+    row->writeValue(Temporal::progress, temporal.progress);
+    row->writeValue(Temporal::progressDate, storedNumber(temporal.progressDate));
   }
   dateChanges(*row);
 }

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "OxKit/Platform.h"
+#include "Tasks/TaskEntity.h"
+#include "VelloroCore/PeriodClosing.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace velloro {
+
+/// Settles the periods of tasks that have ended without a full entry, each by one: a miss, or a
+/// skip, as the task's skip mode says of it, and the completion of a negative task that stayed
+/// clean.
+///
+/// Streaks go by full entries alone, so this comes before anything else is read or written on a new
+/// day. Whoever pauses or resumes a task closes first: the periods behind are then closed as what
+/// they were.
+///
+///     store.write([&] { PeriodCloser(store.context()).close(*task); … });    // in the store
+///     PeriodCloser(store.context()).foresee(*task);                          // in memory alone
+///
+/// A clock that was set ahead, and is right again, leaves closing entries of periods that have not
+/// ended. They are taken back, and nothing else is: only what carries the identifier that
+/// `closingEntryID` gives. Not by a command that was told what time it is (`--now`), and not while
+/// the store has an entry made by hand that is newer than the clock, since then it may be the clock
+/// that is wrong.
+class PeriodCloser {
+ public:
+  explicit PeriodCloser(NSManagedObjectContext& context) : context_(context) {}
+
+  /// Within a transaction; whoever calls it calls `updateDerivedData` when something has changed.
+  /// Whether the log has.
+  bool close(TaskEntity& task);
+  /// Lets the task answer as if `close` and `updateDerivedData` had been called, and changes
+  /// nothing that could be saved. The entries that it would have.
+  std::vector<PeriodClosing> foresee(TaskEntity& task);
+
+ private:
+  using Entries = TaskEntity::Entries;
+  struct Changes;
+
+  [[nodiscard]] Changes changesOf(const TaskEntity& task);
+  [[nodiscard]] bool isClockTrusted();
+  [[nodiscard]] Entries entriesAhead(const TaskEntity& task);
+
+  NSManagedObjectContext& context_;
+  std::optional<bool> isClockTrusted_;
+};
+
+/// Closes the task's past periods, and rewrites its row where that changed the log or where it has
+/// none. Within a transaction.
+void bringUpToDate(TaskEntity& task);
+
+}  // namespace velloro

@@ -1,0 +1,152 @@
+// The closing of periods over all frequencies, first weekdays and random logs: at once, day by day,
+// and told plainly, with every question put to the whole log.
+
+#include "Foundation/TestEnvironment.h"
+#include "VelloroCore/PeriodClosing.h"
+#include "VelloroCore/TaskLogCounts.h"
+#include "VelloroCore/TaskLogSummary.h"
+#include "VelloroCore/TaskRecentHistory.h"
+
+#include <algorithm>
+#include <functional>
+#include <random>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+namespace velloro {
+namespace {
+
+constexpr YYYYMMDD created{2023, 12, 21};
+
+/// A task and its log, at noon of some day.
+struct Task {
+  TestEnvironment& environment;
+  TaskLogRules rules;
+  std::vector<TaskLogRow> rows = {};
+  YYYYMMDD since = created;
+
+  void setToday(YYYYMMDD day) const {
+    environment.setNow(day.dateAt(HHMMSS::midnight, HHMMSS::midday));
+  }
+  void add(const TaskLogRow& row) {
+    const auto place = [](const TaskLogRow& one) {
+      return std::tuple(one.entryDate, one.createdTimestamp);
+    };
+    rows.insert(std::ranges::lower_bound(rows, place(row), std::greater(), place), row);
+  }
+  [[nodiscard]] PeriodClosings due() const {
+    return {.rules = rules, .since = since, .createdDay = created};
+  }
+  std::vector<PeriodClosing> close() {
+    const auto closings = due().fromLog(rowsWithin(rows, YYYYMMDD::Range::from(due().firstDay())));
+    for (const PeriodClosing& closing : closings) add(closing.row(Date::now()));
+    since = rules.today();
+    return closings;
+  }
+  /// The type of a period's closing with the whole log at hand.
+  [[nodiscard]] TaskLogEntryType plainType(const TaskFrequencyPeriod& period) const {
+    const auto createdOn = [] { return created; };
+    const auto count = [&](YYYYMMDD from, YYYYMMDD to) {
+      return NumUniqueCompletions::fromLog(rows, rules.isNegative, from, to, rules.today());
+    };
+    const auto last = [&](YYYYMMDD day) { return lastCompletedDate(rows, day); };
+    return closingType(willSkip(period, {.rules = rules,
+                                         .createdDay = createdOn,
+                                         .numUniqueCompletions = count,
+                                         .lastCompletedDate = last}),
+                       rules.isNegative);
+  }
+  [[nodiscard]] TaskTemporalData kept() const {
+    const auto log = TaskLogSummary::fromLog(rows, {.rules = rules, .to = rules.today()});
+    const auto day = [](const auto& moment) {
+      return moment ? std::optional(moment->first) : std::nullopt;
+    };
+    return {.streak = log.streak,
+            .lastCompleted = day(log.lastCompleted),
+            .lastMissed = day(log.lastMissed),
+            .lastSkipped = std::max(day(log.lastSkipped), day(log.lastAllowableMiss))};
+  }
+};
+
+void forAllTasks(const std::function<void(Task&)>& check) {
+  TestEnvironment environment;
+  for (const DayMode mode : allCases<DayMode>()) {
+    for (const DayOfWeek first : allCases<DayOfWeek>()) {
+      for (const bool isNegative : {false, true}) {
+        Task task{.environment = environment,
+                  .rules = {.frequency = {.dayMode = mode,
+                                          .days = {DayOfWeek::monday, DayOfWeek::friday},
+                                          .numCompletions = 3,
+                                          .dayInterval = 4},
+                            .firstDayOfWeek = first,
+                            .isNegative = isNegative}};
+        SCOPED_TRACE(task.rules.frequency.debugDescription() + platform::debugDescription(first));
+        check(task);
+        if (testing::Test::HasFailure()) return;
+      }
+    }
+  }
+}
+
+TEST(PeriodClosing, GivesEachPeriodThatHasEndedAnEntryOfItsOwn) {
+  forAllTasks([](Task& task) {
+    Task atOnce = task;
+    std::vector<PeriodClosing> daily;
+    YYYYMMDD covered = created.add(-1);
+    for (std::int64_t day = 0; day <= 70; ++day) {
+      task.setToday(created.add(day));
+      for (const PeriodClosing& closing : task.close()) {
+        EXPECT_EQ(task.rules.period(closing.date), closing.period);
+        EXPECT_TRUE(closing.period.endsBefore(created.add(day)));
+        EXPECT_TRUE(closing.period.startDate <= covered.add(1)) << "no day is left out";
+        covered = closing.period.finishDate;
+        daily.push_back(closing);
+      }
+    }
+    EXPECT_EQ(atOnce.close(), daily) << "no period depends on when one looks";
+    const auto history = TaskRecentHistory::fromLog(
+        task.rows, {.rules = task.rules, .to = task.rules.today(), .createdDay = created});
+    for (const auto& [period, status] : history.unsortedPeriods()) {
+      const auto closing = std::ranges::find(daily, period, &PeriodClosing::period);
+      if (closing == daily.end()) continue;
+      EXPECT_EQ(status == TaskCalendarPeriodStatus::skipped, isSkipped(closing->type));
+    }
+  });
+}
+
+TEST(PeriodClosing, FollowsFromTheLogAndKeepsWhatTheLogSays) {
+  std::mt19937 random(20240307);
+  const auto number = [&](unsigned below) { return static_cast<int>(random() % below); };
+  int numKept = 0;
+  forAllTasks([&](Task& task) {
+    for (int round = 0; round < 12; ++round) {
+      task.rows.clear();
+      task.since = created;
+      const int end = 10 + number(60);
+      for (int entries = number(20); entries > 0; --entries) {
+        const YYYYMMDD day = created.add(number(static_cast<unsigned>(end)));
+        task.add({.entryDate = static_cast<std::int32_t>(day.intValue()),
+                  .entryType = static_cast<std::int16_t>(number(15)),
+                  .createdTimestamp = Date::since1970(number(10))});
+      }
+      task.setToday(created.add(end));
+      task.close();
+      task.setToday(created.add(end + 1 + number(40)));
+      const TaskTemporalData before = task.kept();
+      Task plain = task;
+      const auto closings = task.close();
+      const auto kept = afterClosing(before, plain.rows, task.rules, closings);
+      for (const PeriodClosing& closing : closings) {
+        ASSERT_EQ(closing.type, plain.plainType(closing.period));
+        plain.add(closing.row(Date::now()));
+      }
+      ASSERT_EQ(kept.value_or(task.kept()), task.kept());
+      if (kept && !closings.empty()) ++numKept;
+    }
+  });
+  EXPECT_GT(numKept, 500) << "most logs need no walk";
+}
+
+}  // namespace
+}  // namespace velloro
