@@ -2,6 +2,7 @@
 
 #include "DataManager/DataManager.h"
 #include "DataManager/StoreAccess.h"
+#include "Foundation/Terminal.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"
@@ -18,7 +19,7 @@ namespace velloro {
 /// What a person wanted of the store and can't have; the text says why.
 class HostError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit HostError(const std::string& text) : std::runtime_error(terminalText(text)) {}
 };
 
 /// The process's active store, for one command of a person: what the data manager leaves unsaid is

@@ -3,8 +3,8 @@
 #include "Notifications/NotificationCategory.h"
 #include "Notifications/NotificationData.h"
 #include "OxKit/Localization.h"
+#include "Settings/Settings.h"
 #include "VelloroCore/ReminderWordingKeys.h"
-#include "VelloroCore/Theme.h"
 
 namespace velloro {
 namespace {
@@ -32,8 +32,8 @@ UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequenc
   content.title = title != nullptr ? *title : "";
   if (!snapshot) return content;
   const TaskDisplayOrder order = task.taskDisplayOrder();
-  const NotificationData data{.task = *snapshot,
-                              .theme = Theme::defaultTheme(order.pageNumber).positioned(order)};
+  const NotificationData data{
+      .task = *snapshot, .theme = Settings::shared().theme(order.pageNumber).positioned(order)};
   content.userInfo = data.userInfo();
   return content;
 }

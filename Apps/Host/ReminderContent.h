@@ -6,7 +6,8 @@
 namespace velloro {
 
 /// What a reminder of the task says in a period, and carries for who draws it: see
-/// `NotificationData`. Without an identifier a task has no record, and its reminder text alone.
+/// `NotificationData`; drawn in the theme that the user has chosen for its page. Without an
+/// identifier a task has no record, and its reminder text alone.
 [[nodiscard]] UNNotificationContent reminderContent(const TaskEntity& task,
                                                     const TaskFrequencyPeriod& period);
 

@@ -3,15 +3,12 @@
 #include "Foundation/Environment.h"
 #include "Foundation/String.h"
 #include "OxCheckableTasks/IconVisualRepresentation.h"
+#include "VelloroCore/DayModeRules.h"
 
 #include <algorithm>
 
 namespace velloro {
 namespace {
-
-using enum DayMode;
-constexpr EnumSet<DayMode> countingModes = {numberOfDaysInWeek, numberOfDaysInFortnight,
-                                            numberOfDaysInMonth, numberOfDaysInYear};
 
 /// Behind the last task of the page.
 TaskDisplayOrder freePlace(const HostStore& store, TaskPageNumber page) {
@@ -33,22 +30,25 @@ void setFrequency(TaskEntity& task, const TaskFrequency& frequency) {
   const TaskFrequency stored = task.frequency();
   const auto check = [&](const char* what, std::int64_t wanted, std::int64_t possible) {
     if (wanted == possible) return;
-    throw HostError(stringWithFormat("such a task can't have %lld %s; the nearest is %lld",
-                                     static_cast<long long>(wanted), what,
-                                     static_cast<long long>(possible)));
+    throw ImpossibleTask(stringWithFormat("such a task can't have %lld %s; the nearest is %lld",
+                                          static_cast<long long>(wanted), what,
+                                          static_cast<long long>(possible)));
   };
   if (stored.dayMode != frequency.dayMode) {
-    throw HostError(
+    throw ImpossibleTask(
         "such a task can't recur by " +
         std::string(caseNames<DayMode::specificDaysOfMonth>().rawValue(frequency.dayMode)));
   }
+  if (stored.dayMode == DayMode::specificDaysOfWeek && stored.days != frequency.days) {
+    throw ImpossibleTask("such a task can't recur on chosen days of the week");
+  }
   check("steps to a completion", frequency.numPartialCompletions, stored.numPartialCompletions);
-  if (countingModes.contains(stored.dayMode))
+  if (countsDays(stored.dayMode))
     check("days per period", frequency.numCompletions, stored.numCompletions);
   if (stored.dayMode == DayMode::dayInterval) {
     check("days between completions", frequency.dayInterval, stored.dayInterval);
   }
-  if (stored.isEmpty()) throw HostError("without any weekday the task would never be due");
+  if (stored.isEmpty()) throw ImpossibleTask("without any weekday the task would never be due");
 }
 
 }  // namespace
@@ -71,10 +71,12 @@ std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fi
 }
 
 void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields) {
+  // Not every type can recur as the task does.
+  const TaskFrequency frequency = fields.frequency.value_or(task.frequency());
   if (fields.title) task.setValue(TaskAttributes::title, *fields.title);
   if (fields.automaticTaskType) task.setAutomaticTaskType(fields.automaticTaskType);
   if (fields.isNegative) task.setValue(TaskAttributes::isNegative, *fields.isNegative);
-  if (fields.frequency) setFrequency(task, *fields.frequency);
+  if (fields.frequency || fields.automaticTaskType) setFrequency(task, frequency);
   if (fields.startOfDay) task.setStartOfDay(fields.startOfDay);
   if (fields.firstDayOfWeek) task.setFirstDayOfWeek(fields.firstDayOfWeek);
   if (fields.timeZone) {

@@ -23,9 +23,15 @@ struct TaskFields {
   std::optional<TaskPageNumber> page = {};
 };
 
+/// What a person says of a task does not go together: there can be no such task.
+class ImpossibleTask : public HostError {
+ public:
+  using HostError::HostError;
+};
+
 /// A new task, behind the others of its page. Within `HostStore::write`. \throws HostError
 std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fields, Date created);
-/// Within `HostStore::write`. \throws HostError where the task can't be so.
+/// Within `HostStore::write`. \throws ImpossibleTask
 void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields);
 
 }  // namespace velloro

@@ -148,9 +148,9 @@ double shareArgument(const std::string& name, const std::string& text) {
 std::vector<std::string_view> unitNames(TaskType type) {
   std::vector<std::string_view> names;
   for (const TypeUnit unit : allCases<TypeUnit>()) {
+    // A timer is offered the units of a workout's target, but what it measures is time.
     const bool isOffered = std::ranges::find(type.unitOptions(), unit) != type.unitOptions().end();
-    const bool isOfTime = !type.usesHealthKit() && isDuration(unit);
-    if (isOffered || isOfTime) names.push_back(rawValue(unit));
+    if (type.usesHealthKit() ? isOffered : isDuration(unit)) names.push_back(rawValue(unit));
   }
   return names;
 }

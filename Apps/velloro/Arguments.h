@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Date.h"
+#include "Foundation/Terminal.h"
 #include "Foundation/TimeZone.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
@@ -22,7 +23,7 @@ namespace velloro {
 /// What the person typed can't be used; the text names the argument and says why. Exit code 2.
 class UsageError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit UsageError(const std::string& text) : std::runtime_error(terminalText(text)) {}
 };
 
 /// ASCII letters made small.

@@ -1,18 +1,30 @@
 #include "velloro/FirstDayOfWeekOption.h"
 
+#include "VelloroCore/DayModeRules.h"
 #include "velloro/Arguments.h"
+#include "velloro/FrequencyOptions.h"
 
 #include <CLI/CLI.hpp>
 
 namespace velloro {
+namespace {
+
+constexpr const char* name = "--first-day-of-week";
+
+}  // namespace
 
 void FirstDayOfWeekOption::addTo(CLI::App& command) {
-  command.add_option("--first-day-of-week", text, "When a week begins (default: the locale's)")
-      ->type_name("DAY");
+  command.add_option(name, text, "When a week begins (default: the locale's)")->type_name("DAY");
+}
+
+DayOfWeek FirstDayOfWeekOption::value(DayMode mode) const {
+  const DayOfWeek day = value();
+  expectUse(name, text, mode, usesFirstDayOfWeek(mode));
+  return day;
 }
 
 DayOfWeek FirstDayOfWeekOption::value() const {
-  if (text) return weekdayArgument("--first-day-of-week", *text);
+  if (text) return weekdayArgument(name, *text);
   return defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OxDateTime/DayOfWeek.h"
+#include "VelloroCore/DayMode.h"
 
 #include <optional>
 #include <string>
@@ -18,6 +19,8 @@ struct FirstDayOfWeekOption {
   void addTo(CLI::App& command);
   /// The given day, or the locale's. \throws UsageError
   [[nodiscard]] DayOfWeek value() const;
+  /// The same for a task of that mode. \throws UsageError, also where the mode makes no use of it.
+  [[nodiscard]] DayOfWeek value(DayMode mode) const;
 };
 
 }  // namespace velloro

@@ -1,5 +1,6 @@
 #include "velloro/FrequencyOptions.h"
 
+#include "VelloroCore/DayModeRules.h"
 #include "velloro/Arguments.h"
 
 #include <CLI/CLI.hpp>
@@ -24,16 +25,26 @@ void FrequencyOptions::addTo(CLI::App& command, const TaskFrequency& base) {
       byDefault("Steps that make a completion", base.numPartialCompletions));
 }
 
+void expectUse(const char* name, const std::optional<std::string>& text, DayMode mode,
+               bool isUsed) {
+  if (!text || isUsed) return;
+  throw UsageError(std::string(name) + " \"" + *text + "\": " + modeName(mode) +
+                   " makes no use of it");
+}
+
 TaskFrequency FrequencyOptions::over(TaskFrequency base) const {
   if (mode) {
     base.dayMode = modeArgument("--mode", *mode);
   } else if (interval) {
     base.dayMode = DayMode::dayInterval;
   } else if (times) {
-    base.dayMode = DayMode::numberOfDaysInWeek;
+    if (!countsDays(base.dayMode)) base.dayMode = DayMode::numberOfDaysInWeek;
   } else if (days) {
     base.dayMode = DayMode::specificDaysOfWeek;
   }
+  expectUse("--days", days, base.dayMode, base.dayMode == DayMode::specificDaysOfWeek);
+  expectUse("--times", times, base.dayMode, countsDays(base.dayMode));
+  expectUse("--interval", interval, base.dayMode, base.dayMode == DayMode::dayInterval);
   if (days) base.days = weekdaysArgument("--days", *days);
   if (times) base.numCompletions = countArgument("--times", *times);
   if (interval) base.dayInterval = countArgument("--interval", *interval);

@@ -19,10 +19,14 @@ struct FrequencyOptions {
   void addTo(CLI::App& command, const TaskFrequency& base = TaskFrequency::defaultFrequency);
   [[nodiscard]] bool areGiven() const { return mode || days || times || interval || partial; }
   /// The given options over a base. Without a mode, `--days`, `--times` and `--interval` each call
-  /// for theirs: specificDaysOfWeek, numberOfDaysInWeek and dayInterval.
-  /// \throws UsageError
+  /// for theirs: specificDaysOfWeek, numberOfDaysInWeek (unless the base counts days already) and
+  /// dayInterval.
+  /// \throws UsageError, also for an option that the mode makes no use of.
   [[nodiscard]] TaskFrequency over(TaskFrequency base) const;
 };
+
+/// \throws UsageError for an option that was given although the mode makes no use of it.
+void expectUse(const char* name, const std::optional<std::string>& text, DayMode mode, bool isUsed);
 
 /// For a command's help: every mode's name.
 [[nodiscard]] std::string modesFooter();

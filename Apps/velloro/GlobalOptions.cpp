@@ -48,7 +48,7 @@ void GlobalOptions::addTo(CLI::App& app) {
       ->group(group);
   app.add_option("--process", process,
                  "Take the place of that program: app (default), today, widget, siri, siriui, "
-                 "notification or deviceactivity")
+                 "notification (default where a reminder is shown) or deviceactivity")
       ->type_name("NAME")
       ->group(group);
   app.add_option("--locale", locale, "Take this locale for the device's, such as de_DE")
@@ -56,10 +56,11 @@ void GlobalOptions::addTo(CLI::App& app) {
       ->group(group);
 }
 
-ProcessEnvironment::Options GlobalOptions::environment() const {
-  ProcessEnvironment::Options options{.bundle = {.identifier = bundleIdentifier(process),
-                                                 .shortVersion = VELLORO_VERSION,
-                                                 .version = "1"}};
+ProcessEnvironment::Options GlobalOptions::environment(const std::string& usualProcess) const {
+  ProcessEnvironment::Options options{
+      .bundle = {.identifier = bundleIdentifier(process.value_or(usualProcess)),
+                 .shortVersion = VELLORO_VERSION,
+                 .version = "1"}};
   if (now) options.now = instantArgument("--now", *now);
   if (zone) options.timeZone = zoneArgument("--zone", *zone);
   if (store) options.root = folderArgument("--store", *store);

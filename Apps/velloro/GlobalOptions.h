@@ -19,11 +19,12 @@ struct GlobalOptions {
   std::optional<std::string> now;
   std::optional<std::string> zone;
   std::optional<std::string> locale;
-  std::string process = "app";
+  std::optional<std::string> process;
 
   void addTo(CLI::App& app);
+  /// \param usualProcess In whose place the command stands where `--process` doesn't say it.
   /// \throws UsageError
-  [[nodiscard]] ProcessEnvironment::Options environment() const;
+  [[nodiscard]] ProcessEnvironment::Options environment(const std::string& usualProcess) const;
 };
 
 }  // namespace velloro

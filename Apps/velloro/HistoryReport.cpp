@@ -1,8 +1,10 @@
 #include "velloro/HistoryReport.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "OxDateTime/YYYYMM.h"
 #include "velloro/Arguments.h"
+#include "velloro/TaskReport.h"
 
 #include <algorithm>
 
@@ -35,10 +37,8 @@ std::string percent(const PreviousDaysSuccess& success) {
 
 HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to) {
   const TaskRecentHistory history = task.recentHistory(from, to);
-  const std::string* id = task.text(TaskAttributes::uniqueId);
-  const std::string* title = task.text(TaskAttributes::title);
-  HistoryReport report{.uniqueId = id != nullptr ? *id : "",
-                       .title = title != nullptr ? *title : "",
+  HistoryReport report{.uniqueId = textOf(task, TaskAttributes::uniqueId),
+                       .title = textOf(task, TaskAttributes::title),
                        .firstDayOfWeek = task.firstDayOfWeek(),
                        .periods = {},
                        .shortTerm = history.shortTerm,
@@ -88,7 +88,7 @@ std::string HistoryReport::lines() const {
 }
 
 std::string HistoryReport::text() const {
-  std::string text = title + "\n\n";
+  std::string text = terminalText(title) + "\n\n";
   if (!periods.empty()) text += periods.front().type == "day" ? months() : lines();
   return text + percent(shortTerm) + percent(longTerm);
 }

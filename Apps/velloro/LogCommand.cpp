@@ -86,6 +86,9 @@ void list(const LogOptions& options) {
   TaskLogFetchRequest request{.direction = TaskLogFetchRequest::Direction::oldestToNewest};
   if (options.from) request.minDate = dayArgument("--from", *options.from);
   if (options.to) request.maxDate = dayArgument("--to", *options.to);
+  if (options.from && options.to && *request.minDate > *request.maxDate) {
+    throw UsageError("--from \"" + *options.from + "\": after --to");
+  }
   const HostStore store;
   const auto task = taskArgument(store, options.task);
   const auto closings = PeriodCloser(store.context()).foresee(*task);
@@ -94,7 +97,8 @@ void list(const LogOptions& options) {
     throw HostError("the log can't be read: " + entries.error()->localizedDescription());
   const auto reports = LogReport::ofLog(*task, *entries, closings,
                                         {.minDate = request.minDate, .maxDate = request.maxDate});
-  print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
+  print(options.json ? JSONEncoder{}.encode(reports) + "\n"
+                     : table(reports, AmountText(task->automaticTaskType())));
 }
 
 void undo(const LogOptions& options) {

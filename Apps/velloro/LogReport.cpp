@@ -1,6 +1,7 @@
 #include "velloro/LogReport.h"
 
 #include "Foundation/String.h"
+#include "velloro/Output.h"
 
 #include <algorithm>
 
@@ -10,7 +11,7 @@ LogReport LogReport::of(const TaskLogEntryEntity& entry) {
   using Entry = TaskLogEntryEntity;
   const std::string* id = entry.text(Entry::uniqueId);
   return {
-      .uniqueId = id != nullptr ? *id : "",
+      .uniqueId = id != nullptr ? repairedUTF8(*id) : "",
       .type = std::string(description(entry.logEntryType().value_or(TaskLogEntryType::unknown))),
       .date = YYYYMMDD::fromIntValue(entry.value(Entry::entryDate)).value_or(YYYYMMDD{}),
       .period = entry.period(),
@@ -50,13 +51,26 @@ std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity
   return reports;
 }
 
-std::string table(const std::vector<LogReport>& reports) {
+std::string table(const std::vector<LogReport>& reports, const AmountText& amounts) {
   if (reports.empty()) return "No entries.\n";
-  std::string text;
+  constexpr std::size_t typeWidth = 26;
+  struct Line {
+    std::string progress, total;
+  };
+  std::vector<Line> lines;
+  std::size_t width = 0;
+  std::size_t totalWidth = 0;
   for (const LogReport& report : reports) {
-    text += stringWithFormat("%s  %-26s %8g %8g  %s\n", report.date.debugDescription().c_str(),
-                             report.type.c_str(), report.progress, report.progressTotal,
-                             report.created ? report.created->iso8601().c_str() : "");
+    lines.push_back({amounts.amount(report.progress), amounts.amount(report.progressTotal)});
+    width = std::max(width, columns(lines.back().progress));
+    totalWidth = std::max(totalWidth, columns(lines.back().total));
+  }
+  std::string text;
+  for (std::size_t i = 0; i < reports.size(); ++i) {
+    const LogReport& report = reports[i];
+    text += report.date.debugDescription() + "  " + padded(report.type, typeWidth) + " " +
+            padded(lines[i].progress, width) + "  " + padded(lines[i].total, totalWidth) + "  " +
+            (report.created ? report.created->iso8601() : "") + "\n";
   }
   return text;
 }

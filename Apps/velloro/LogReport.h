@@ -4,6 +4,7 @@
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "VelloroCore/PeriodClosing.h"
+#include "velloro/AmountText.h"
 
 #include <optional>
 #include <string>
@@ -40,6 +41,6 @@ struct LogReport {
 };
 
 /// One line an entry.
-[[nodiscard]] std::string table(const std::vector<LogReport>& reports);
+[[nodiscard]] std::string table(const std::vector<LogReport>& reports, const AmountText& amounts);
 
 }  // namespace velloro

@@ -6,6 +6,8 @@
 #include "Host/HostStore.h"
 #include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
+#include "Settings/SettingsStorage.h"
+#include "Tasks/VelloroModel.h"
 #include "velloro/Arguments.h"
 #include "velloro/NearMatches.h"
 #include "velloro/NotificationPlay.h"
@@ -48,17 +50,37 @@ NotificationViewController::Screen screenOf(const NotificationOptions& options) 
               options.dark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light};
 }
 
+/// Null where there is none yet.
+std::shared_ptr<DataManager::Container> openCloudContainer() {
+  const auto group =
+      Environment::current().directories().groupContainers / DataManager::groupIdentifier;
+  if (!NSFileManager::exists(group)) return nullptr;  // to ask for its files would make it
+  const auto file = DataManager::StoreUrls::make().sharedGroupUrlModernCloud;
+  if (!NSFileManager::exists(file)) return nullptr;
+  auto container = std::make_shared<DataManager::Container>(velloroModelName, velloroModel());
+  DataManager::configureStoreDescription(*container, DataManager::Url{file, {}},
+                                         [](const auto&, const ErrorPtr&) {});
+  return container;
+}
+
 std::string textUnder(const PropertyList& content, const char* key) {
   const std::string* text = content[key].text();
   return text != nullptr ? *text : "";
 }
 
+/// Where the extension finds what only the cloud tier holds. Most reminders are shown without any
+/// store, and showing one never makes one.
+std::shared_ptr<DataManager::Container> existingCloudContainer() {
+  static const auto& container = *new std::shared_ptr(openCloudContainer());
+  return container;
+}
+
 /// A part of another kind than it should be reads as missing: what is left can still be shown.
 UNNotification notificationIn(const std::string& file) {
   const auto bytes = NSFileManager::contents(file == "-" ? "/dev/stdin" : file);
-  if (!bytes) throw std::runtime_error(bytes.error()->localizedDescription());
+  if (!bytes) throw HostError(bytes.error()->localizedDescription());
   const auto unusable = [&](const std::string& reason) {
-    return std::runtime_error(inQuotes(file) + " is no notification: " + reason);
+    return HostError(inQuotes(file) + " is no notification: " + reason);
   };
   PropertyList content;
   try {
@@ -79,7 +101,7 @@ UNNotification notificationIn(const std::string& file) {
 void write(const CGImage& image, const std::string& file) {
   const auto bytes = image.pngData();
   if (!bytes) throw std::runtime_error("the picture cannot be made");
-  if (file == "-") return print(std::string(bytes->text()));
+  if (file == "-") return printBytes(bytes->text());
   const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
   if (!written) throw std::runtime_error(written.error()->localizedDescription());
 }
@@ -88,6 +110,7 @@ void show(const NotificationOptions& options) {
   if (options.json && options.png == "-") {
     throw UsageError("--png \"-\": the standard output is taken by --json");
   }
+  SettingsStorage::setCloudContainer(existingCloudContainer);
   const auto controller = NotificationViewController::make(screenOf(options));
   controller->didReceive(notificationIn(options.file));
   if (options.png) write(*notificationPicture(*controller->view()), *options.png);
@@ -103,6 +126,7 @@ std::string actionIdentifier(const std::string& action) {
 }
 
 void act(const NotificationOptions& options) {
+  SettingsStorage::setCloudContainer(existingCloudContainer);
   const auto play =
       NotificationPlay::of(notificationIn(options.file), actionIdentifier(options.action),
                            screenOf(options), options.frames.has_value());

@@ -1,10 +1,12 @@
 #include "velloro/NotificationPlay.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "Foundation/TestEnvironment.h"
 #include "Settings/Settings.h"
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
 #include "velloro/NotificationReport.h"
+#include "velloro/Output.h"
 
 #include <array>
 #include <cmath>
@@ -132,18 +134,14 @@ PropertyList NotificationPlay::report() const {
 
 std::string NotificationPlay::text() const {
   std::string lines;
+  const auto addLine = [&](double time, const std::string& what, std::string_view value) {
+    lines += stringWithFormat("%.3f  ", time) + padded(what, 8) + " " + terminalText(value) + "\n";
+  };
   for (const Event& event : timeline) {
-    lines += stringWithFormat("%.3f  %-8s %s\n", event.time, event.what.c_str(),
-                              event.value.empty() ? "-" : event.value.c_str());
+    addLine(event.time, event.what, event.value.empty() ? "-" : event.value);
   }
-  if (option) {
-    lines += stringWithFormat("%.3f  %-8s %s\n", optionTime, "answer",
-                              std::string(optionName(*option)).c_str());
-  }
-  if (forwarded) {
-    lines += stringWithFormat("%.3f  %-8s %s\n", optionTime, "forwards",
-                              forwarded->actionIdentifier.c_str());
-  }
+  if (option) addLine(optionTime, "answer", optionName(*option));
+  if (forwarded) addLine(optionTime, "forwards", forwarded->actionIdentifier);
   return lines;
 }
 

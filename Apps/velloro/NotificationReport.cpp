@@ -1,6 +1,7 @@
 #include "velloro/NotificationReport.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 
 #include <array>
 #include <cmath>
@@ -87,13 +88,15 @@ PropertyList notificationReport(const NotificationViewController& controller) {
 std::string notificationText(const NotificationViewController& controller) {
   const NotificationView& view = *controller.view();
   const CheckableTaskView& ring = *view.checkableTaskView();
-  std::string text = shownText(view.titleLabel().text) + "\n";
-  if (!view.bodyLabel().text.isEmpty()) text += shownText(view.bodyLabel().text) + "\n";
+  std::string text = terminalText(shownText(view.titleLabel().text)) + "\n";
+  // A body may have several lines.
+  if (!view.bodyLabel().text.isEmpty())
+    text += terminalLines(shownText(view.bodyLabel().text)) + "\n";
   if (view.ringIsHidden()) return text + "(shown by its text alone)\n";
   const std::string caption = ring.configuration().bottomCaption.text.value_or("");
   text += stringWithFormat("ring: %s, %.0f %%", std::string(stateName(ring.state())).c_str(),
                            ring.progress() * 100);
-  return text + (caption.empty() ? "" : ", streak " + caption) + "\n";
+  return text + (caption.empty() ? "" : ", streak " + terminalText(caption)) + "\n";
 }
 
 std::shared_ptr<const CGImage> notificationPicture(NotificationView& view) {

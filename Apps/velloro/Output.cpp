@@ -11,7 +11,11 @@
 namespace velloro {
 
 void print(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  printBytes(terminalLines(text));
+}
+
+void printBytes(std::string_view bytes) {
+  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
 std::size_t columns(std::string_view text) {

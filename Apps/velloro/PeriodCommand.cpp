@@ -26,7 +26,8 @@ void run(const PeriodOptions& options) {
   const TaskFrequency frequency = options.frequency.over(TaskFrequency::defaultFrequency);
   const YYYYMMDD date =
       options.date ? dayArgument("--date", *options.date) : YYYYMMDD::today(HHMMSS::midnight);
-  const auto report = PeriodReport::of(frequency, date, options.firstDayOfWeek.value());
+  const auto report =
+      PeriodReport::of(frequency, date, options.firstDayOfWeek.value(frequency.dayMode));
   print(options.json ? report.json() : report.text());
 }
 

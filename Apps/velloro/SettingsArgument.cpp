@@ -1,7 +1,10 @@
 #include "velloro/SettingsArgument.h"
 
+#include "Foundation/JSON.h"
 #include "Foundation/String.h"
 #include "OxDateTime/HHMMSS.h"
+#include "Settings/Settings.h"
+#include "VelloroCore/TimedTaskManagerEntry.h"
 #include "velloro/Arguments.h"
 #include "velloro/CaseArgument.h"
 
@@ -62,7 +65,7 @@ const char* whatFollows(SettingPayload payload) {
   return "a point and a name follow this name";
 }
 
-UsageError unusable(const std::string& value, const char* reason) {
+UsageError unusable(const std::string& value, const std::string& reason) {
   return UsageError("VALUE " + inQuotes(value) + ": " + reason);
 }
 
@@ -84,7 +87,60 @@ PropertyList json(const std::string& text) {
   try {
     return PropertyList::fromJSON(text);
   } catch (const DecodingError& error) {
-    throw unusable(text, ("not JSON: " + error.localizedDescription()).c_str());
+    throw unusable(text, "not JSON: " + error.localizedDescription());
+  }
+}
+
+/// What no reader of the setting would make out is refused.
+void expectReadable(const std::string& text, const Setting& setting) {
+  using enum SettingCase;
+  if (!isUTF8(text)) throw UsageError("VALUE: not a text in UTF-8");
+  switch (setting.name) {
+    case selectedTheme:
+    case selectedFilterTheme:
+    case selectedWatchTheme:
+    case selectedThemeForUser:
+      if (Theme::fromStringValue(text)) return;
+      throw unusable(text,
+                     "not a theme; write a scheme of \"velloro themes\", such as blue, or one "
+                     "with its mode, such as blue.white");
+    case themeAutoSwitchDarkMode:
+    case themeAutoSwitchLightMode:
+      (void)caseArgument<ThemeMode>("VALUE", text, "mode of themes");
+      return;
+    default:
+      return;
+  }
+}
+
+void expectReadable(std::int64_t number, const std::string& text, const Setting& setting) {
+  using enum SettingCase;
+  const bool isWeekday = fromRawValue<CalendarDayOfWeek>(number).has_value();
+  if (setting.name == startOfWeekDateComponent && !isWeekday) {
+    throw unusable(text, "not a weekday; write 1 for Sunday to 7 for Saturday");
+  }
+  if (setting.name == selectedTaskPage && (number < 0 || number >= pages)) {
+    throw unusable(text, "not a page; write 0 to 3");
+  }
+}
+
+void expectReadable(double number, const std::string& text, const Setting& setting) {
+  if (setting.name == SettingCase::nmSnoozeDuration && number < 0) {
+    throw unusable(text, "below 0; write seconds");
+  }
+}
+
+/// Of some settings it is known which record they hold.
+void expectRecord(const std::string& text, const Setting& setting) {
+  using enum SettingCase;
+  try {
+    if (setting.name == cloudKitErrors) {
+      (void)JSONDecoder{}.decode<std::vector<Settings::CloudKitErrorDescriptor>>(text);
+    } else if (setting.name == timedTaskEntries) {
+      (void)JSONDecoder{}.decode<std::vector<TimedTaskManagerEntry>>(text);
+    }
+  } catch (const DecodingError& error) {
+    throw unusable(text, "nothing reads it: " + error.localizedDescription());
   }
 }
 
@@ -102,17 +158,23 @@ struct Write {
   }
   void operator()(const Setting::IntSetting& setting) const {
     const bool isTime = setting.setting.name == Setting::startOfDay;
-    storage.setInteger(!text ? 0 : isTime ? startOfDay(*text) : integer(*text), setting);
+    const std::int64_t value = !text ? 0 : isTime ? startOfDay(*text) : integer(*text);
+    if (text) expectReadable(value, *text, setting.setting);
+    storage.setInteger(value, setting);
   }
   void operator()(const Setting::DoubleSetting& setting) const {
-    storage.setReal(text ? amountArgument("VALUE", *text) : 0, setting);
+    const double value = text ? amountArgument("VALUE", *text) : 0;
+    if (text) expectReadable(value, *text, setting.setting);
+    storage.setReal(value, setting);
   }
   void operator()(const Setting::StringSetting& setting) const {
-    if (text && !isUTF8(*text)) throw UsageError("VALUE: not a text in UTF-8");
+    if (text) expectReadable(*text, setting.setting);
     storage.setString(text, setting);
   }
   void operator()(const Setting::CodableSetting& setting) const {
-    storage.setCodable(text ? std::optional(json(*text)) : std::nullopt, setting);
+    const auto value = text ? std::optional(json(*text)) : std::nullopt;
+    if (text) expectRecord(*text, setting.setting);
+    storage.setCodable(value, setting);
   }
   void operator()(const Setting::NoOpSetting& setting) const {
     throw UsageError("KEY " + inQuotes(settingName(setting.setting)) + ": nothing is stored of it");

@@ -1,5 +1,7 @@
 #include "velloro/SettingsReport.h"
 
+#include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "OxDateTime/HHMMSS.h"
 #include "velloro/Output.h"
 #include "velloro/SettingsArgument.h"
@@ -24,7 +26,7 @@ struct Read {
   }
   PropertyList operator()(const Setting::StringSetting& setting) const {
     const auto text = storage.string(setting);
-    return text ? PropertyList(*text) : PropertyList();
+    return text ? PropertyList(repairedUTF8(*text)) : PropertyList();
   }
   PropertyList operator()(const Setting::CodableSetting& setting) const {
     return storage.codable<PropertyList>(setting).value_or(PropertyList());
@@ -34,7 +36,7 @@ struct Read {
 
 std::string valueText(const SettingsReport& report) {
   if (report.value.isNull()) return "none";
-  if (const auto* text = report.value.text()) return *text;
+  if (const auto* text = report.value.text()) return terminalText(*text);
   const bool isTime = report.name == rawValue(Setting::startOfDay);
   const auto time =
       isTime ? HHMMSS::fromIntValue(report.value.integer().value_or(-1)) : std::nullopt;
@@ -60,11 +62,11 @@ std::string table(const std::vector<SettingsReport>& reports) {
   const std::string nothing = "-";
   std::size_t nameWidth = 0;
   for (const SettingsReport& report : reports)
-    nameWidth = std::max(nameWidth, columns(report.name));
+    nameWidth = std::max(nameWidth, columns(terminalText(report.name)));
   std::string text;
   for (const SettingsReport& report : reports) {
     const std::string tier = report.tier ? std::string(rawValue(*report.tier)) : nothing;
-    text += padded(report.name, nameWidth + gap) +
+    text += padded(terminalText(report.name), nameWidth + gap) +
             padded(tier, rawValue(SettingSource::shared).size() + gap) + valueText(report) + "\n";
   }
   return text;

@@ -1,7 +1,10 @@
 #include "velloro/StatusReport.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
+#include "velloro/AmountText.h"
 #include "velloro/Output.h"
+#include "velloro/TaskReport.h"
 
 #include <algorithm>
 
@@ -10,8 +13,20 @@ namespace {
 
 using Status = CompletionStatus::Status;
 
-std::string number(double value) {
-  return stringWithFormat("%.10g", value);
+/// Empty where the status says it all.
+std::string amountText(const StatusReport::Progress& progress,
+                       const std::optional<AutomaticTaskType>& type) {
+  switch (progress.type) {
+    case TaskProgressType::continuous:
+    case TaskProgressType::timer:
+      return AmountText(type).share(progress.currentValue, progress.targetValue);
+    case TaskProgressType::activity:
+      return AmountText(type).amount(progress.currentValue);
+    default:
+      break;
+  }
+  if (progress.targetValue == 1) return "";
+  return AmountText(std::nullopt).share(progress.currentValue, progress.targetValue);
 }
 
 std::string openText(SkipMode willSkip) {
@@ -57,10 +72,8 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
   const auto [standing, streak] = task.streakedCompletionStatus(period);
   const TaskProgress& progress = standing.progress();
   const TaskTemporalData kept = task.temporalData();
-  const std::string* id = task.text(TaskAttributes::uniqueId);
-  const std::string* title = task.text(TaskAttributes::title);
-  return {.uniqueId = id != nullptr ? *id : "",
-          .title = title != nullptr ? *title : "",
+  return {.uniqueId = textOf(task, TaskAttributes::uniqueId),
+          .title = textOf(task, TaskAttributes::title),
           .status = standing.status,
           .willSkip = task.willSkip(period),
           .progress = {.type = progress.type(),
@@ -74,7 +87,8 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
           .lastCompleted = kept.lastCompleted,
           .lastMissed = kept.lastMissed,
           .lastSkipped = kept.lastSkipped,
-          .color = task.taskColor()};
+          .color = task.taskColor(),
+          .automaticTaskType = task.automaticTaskType()};
 }
 
 std::string StatusReport::glyph() const {
@@ -99,8 +113,8 @@ std::string StatusReport::glyph() const {
 
 std::string StatusReport::line() const {
   std::string text = statusText(status, willSkip);
-  if (progress.targetValue != 1) {
-    text += ", " + number(progress.currentValue) + " of " + number(progress.targetValue);
+  if (const std::string amount = amountText(progress, automaticTaskType); !amount.empty()) {
+    text += ", " + amount;
   }
   text += stringWithFormat(", streak %lld", static_cast<long long>(streak.current));
   if (streak.best > streak.current) {
@@ -112,11 +126,14 @@ std::string StatusReport::line() const {
 std::string table(const std::vector<StatusReport>& reports) {
   if (reports.empty()) return "No tasks yet; \"velloro task add TITLE\" adds one.\n";
   std::size_t width = 0;
-  for (const StatusReport& report : reports) width = std::max(width, columns(report.title));
+  for (const StatusReport& report : reports) {
+    width = std::max(width, columns(terminalText(report.title)));
+  }
   std::string text;
   for (const StatusReport& report : reports) {
     text += colored(report.glyph(), report.color) + " " +
-            padded(report.title, std::min<std::size_t>(width, 40)) + "  " + report.line() + "\n";
+            padded(terminalText(report.title), std::min<std::size_t>(width, 40)) + "  " +
+            report.line() + "\n";
   }
   return text;
 }

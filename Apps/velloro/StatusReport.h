@@ -37,7 +37,9 @@ struct StatusReport {
   StreakRecord streak;
   PeriodStretch period;
   std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
-  std::optional<OxCodableColor> color;  ///< For the text alone.
+  // For the text alone.
+  std::optional<OxCodableColor> color;
+  std::optional<AutomaticTaskType> automaticTaskType;
 
   static constexpr auto codingKeys = keys(
       key("uniqueId", &StatusReport::uniqueId), key("title", &StatusReport::title),
@@ -51,7 +53,7 @@ struct StatusReport {
 
   /// A ring as one character: ○ ◔ ◑ ◕ ●, and signs for what was missed, skipped or allowed.
   [[nodiscard]] std::string glyph() const;
-  /// "due, 3 of 8, streak 4 (best 9)".
+  /// "due, 3 of 8 cups, streak 4 (best 9)".
   [[nodiscard]] std::string line() const;
 };
 

@@ -4,6 +4,7 @@
 #include "Foundation/JSON.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "velloro/UnreadableRows.h"
 
 #include <algorithm>
@@ -74,9 +75,9 @@ std::string StoreCheckReport::json() const {
 }
 
 std::string StoreCheckReport::text() const {
-  if (findings.empty()) return inQuotes(file) + " is sound\n";
+  if (findings.empty()) return terminalText(inQuotes(file)) + " is sound\n";
   std::string text;
-  for (const std::string& finding : findings) text += finding + "\n";
+  for (const std::string& finding : findings) text += terminalText(finding) + "\n";
   return text;
 }
 
@@ -104,7 +105,7 @@ std::string StoreStats::text() const {
     return stringWithFormat("%-26s %10llu\n", name.c_str(),
                             static_cast<unsigned long long>(number));
   };
-  std::string text = file + "\n\n";
+  std::string text = terminalText(file) + "\n\n";
   for (const Entity& entity : entities) text += line(entity.name, entity.rows);
   text += "\n" + line("bytes", bytes) + line("saves", saves);
   if (newest) text += stringWithFormat("%-26s %s\n", "newest", newest->iso8601().c_str());
@@ -132,7 +133,8 @@ std::string StoreSave::json(const std::vector<StoreSave>& saves) {
 std::string StoreSave::text() const {
   std::string text =
       stringWithFormat("%6lld  %s", static_cast<long long>(number), timestamp.iso8601().c_str());
-  text += "  " + author.value_or("-") + " (" + contextName.value_or("-") + ")";
+  text += "  " + terminalText(author.value_or("-")) + " (" +
+          terminalText(contextName.value_or("-")) + ")";
   return text + rowsText('+', inserted) + rowsText('~', updated) + rowsText('-', deleted) + "\n";
 }
 

@@ -30,7 +30,7 @@ struct TaskOptions {
 void printTask(const TaskEntity& task, const TaskOptions& options, const char* what) {
   const auto report = TaskReport::of(task);
   if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
-  print(std::string(what) + " \"" + report.title + "\" (" + report.uniqueId.substr(0, 8) +
+  print(std::string(what) + " \"" + terminalText(report.title) + "\" (" + report.shortId() +
         "): " + (report.isNegative ? "avoid, " : "") + frequencyText(report.frequency) + "\n");
 }
 
@@ -70,7 +70,8 @@ void edit(const TaskOptions& options) {
   const auto task = store.write([&] {
     auto edited = taskArgument(store, options.task);
     PeriodCloser(store.context()).close(*edited);
-    changeTask(store, *edited, options.fields.fields(edited->frequency()));
+    const bool isShared = edited->taskShareStatus() == TaskShareStatus::isSharedWithMe;
+    changeTask(store, *edited, options.fields.fields(edited->frequency(), isShared));
     updateDerivedData(*edited);
     return edited;
   });

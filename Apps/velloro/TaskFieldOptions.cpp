@@ -1,6 +1,8 @@
 #include "velloro/TaskFieldOptions.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
+#include "VelloroCore/DayModeRules.h"
 #include "velloro/Arguments.h"
 #include "velloro/CaseArgument.h"
 
@@ -12,6 +14,13 @@ namespace {
 OxCodableColor colorArgument(const std::string& name, const std::string& text) {
   if (const auto color = OxCodableColor::fromHex(text)) return *color;
   throw UsageError(name + " " + inQuotes(text) + ": not a colour; write one as 3F91CC");
+}
+
+std::string titleArgument(const std::string& name, const std::string& text) {
+  if (text.empty()) throw UsageError(name + " \"\": empty; write what the task is called");
+  if (!hasControlCharacters(text)) return text;
+  throw UsageError(name + " " + inQuotes(text) +
+                   ": has line breaks or other control characters; write a line of plain text");
 }
 
 template <typename T, typename Read>
@@ -28,7 +37,10 @@ void TaskFieldOptions::addTo(CLI::App& command) {
   frequency.addTo(command);
   command.add_flag("--negative", isNegative, "A habit to avoid")->disable_flag_override();
   type.addTo(command);
-  add("--timer", timer, "SECONDS", "How long a timer runs, of each step")->excludes("--type");
+  add("--timer", timer, "SECONDS", "How long a timer runs, of each step")
+      ->excludes("--type")
+      ->excludes("--target")
+      ->excludes("--unit");
   add("--start-of-day", startOfDay, "HH:MM:SS", "When its days begin (default: the setting)");
   add("--first-day-of-week", firstDayOfWeek, "DAY", "When its weeks begin (default: the setting)");
   add("--zone", zone, "ID", "The time zone to pin it to (default: the device's, wherever it is)");
@@ -37,27 +49,30 @@ void TaskFieldOptions::addTo(CLI::App& command) {
   add("--page", page, "N", "Its page, from 0 on");
 }
 
-std::optional<AutomaticTaskType> TaskFieldOptions::automaticTaskType(std::int64_t parts) const {
-  if (!timer) return type.value();
+std::optional<AutomaticTaskType> TaskFieldOptions::automaticTaskType(
+    const TaskFrequency& of) const {
+  if (!timer) return type.value(measurementDuration(of.dayMode));
   const double seconds = amountArgument("--timer", *timer);
   if (seconds < 1 || seconds > 86400) {
     throw UsageError("--timer " + inQuotes(*timer) + ": out of range; write 1 to 86400 seconds");
   }
-  return AutomaticTaskType::timer(seconds, parts, TypeUnit::durationSeconds);
+  auto made =
+      AutomaticTaskType::timer(seconds, of.numPartialCompletions, TypeUnit::durationSeconds);
+  expectToFit("--timer", *timer, made, measurementDuration(of.dayMode));
+  return made;
 }
 
-TaskFields TaskFieldOptions::fields(const TaskFrequency& base) const {
-  if (title && title->empty()) {
-    throw UsageError("TITLE \"\": empty; write what the task is called");
-  }
-  TaskFields fields{.title = title};
+TaskFields TaskFieldOptions::fields(const TaskFrequency& base, bool isShared) const {
+  TaskFields fields{.title = given<std::string>("TITLE", title, titleArgument)};
   if (frequency.areGiven()) fields.frequency = frequency.over(base);
-  fields.automaticTaskType =
-      automaticTaskType(fields.frequency.value_or(base).numPartialCompletions);
+  const TaskFrequency& recurs = fields.frequency ? *fields.frequency : base;
+  fields.automaticTaskType = automaticTaskType(recurs);
   if (isNegative) fields.isNegative = true;
   if (isPositive) fields.isNegative = false;
   fields.startOfDay = given<HHMMSS>("--start-of-day", startOfDay, timeArgument);
   fields.firstDayOfWeek = given<DayOfWeek>("--first-day-of-week", firstDayOfWeek, weekdayArgument);
+  expectUse("--first-day-of-week", firstDayOfWeek, recurs.dayMode,
+            isShared || usesFirstDayOfWeek(recurs.dayMode));
   fields.timeZone = given<TimeZone>("--zone", zone, zoneArgument);
   fields.color = given<OxCodableColor>("--color", color, colorArgument);
   if (icon) {

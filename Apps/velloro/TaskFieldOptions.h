@@ -18,11 +18,14 @@ struct TaskFieldOptions {
   bool isPositive = false;
 
   void addTo(CLI::App& command);
-  /// Only what was given. `base` is the frequency that it has so far. \throws UsageError
-  [[nodiscard]] TaskFields fields(const TaskFrequency& base) const;
+  /// Only what was given. \throws UsageError
+  /// \param base The frequency that the task has so far.
+  /// \param isShared With the user by someone else: it tells when its weeks begin in any mode.
+  [[nodiscard]] TaskFields fields(const TaskFrequency& base, bool isShared = false) const;
 
  private:
-  [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType(std::int64_t parts) const;
+  [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType(
+      const TaskFrequency& frequency) const;
 };
 
 }  // namespace velloro

@@ -1,17 +1,14 @@
 #include "velloro/TaskReport.h"
 
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "OxCheckableTasks/IconVisualRepresentation.h"
+#include "velloro/AmountText.h"
 #include "velloro/Arguments.h"
+#include "velloro/Output.h"
 
 namespace velloro {
 namespace {
-
-std::string textOf(const TaskEntity& task,
-                   const TaskAttributes::Attribute<TaskAttributes::Text>& of) {
-  const std::string* text = task.text(of);
-  return text != nullptr ? *text : "";
-}
 
 std::string countText(std::int64_t count, const char* one, const char* many) {
   return count == 1 ? one : stringWithFormat(many, static_cast<long long>(count));
@@ -50,13 +47,17 @@ std::string recurrenceText(const TaskFrequency& frequency) {
 
 std::string typeText(const AutomaticTaskType& type) {
   std::string text(type.type.rawValue());
-  if (type.unit) {
-    text += stringWithFormat(", %.10g ", type.quantity) + std::string(rawValue(*type.unit));
-  }
+  if (type.unit) text += ", " + AmountText(type).amount(type.quantity);
   return text;
 }
 
 }  // namespace
+
+std::string textOf(const TaskEntity& task,
+                   const TaskAttributes::Attribute<TaskAttributes::Text>& of) {
+  const std::string* text = task.text(of);
+  return text != nullptr ? repairedUTF8(*text) : "";
+}
 
 std::string frequencyText(const TaskFrequency& frequency) {
   std::string text = recurrenceText(frequency);
@@ -77,7 +78,7 @@ TaskReport TaskReport::of(const TaskEntity& task) {
           .frequency = task.frequency(),
           .isNegative = task.value(TaskAttributes::isNegative),
           .automaticTaskType = task.automaticTaskType(),
-          .icon = icon ? std::optional(icon->text()) : std::nullopt,
+          .icon = icon ? std::optional(repairedUTF8(icon->text())) : std::nullopt,
           .color = color ? std::optional(color->toHex()) : std::nullopt,
           .startOfDay = task.startOfDay(),
           .firstDayOfWeek = task.firstDayOfWeek(),
@@ -85,10 +86,14 @@ TaskReport TaskReport::of(const TaskEntity& task) {
           .created = task.value(TaskAttributes::created)};
 }
 
+std::string TaskReport::shortId() const {
+  return terminalText(uniqueId.substr(0, 8));
+}
+
 std::string TaskReport::text() const {
-  std::string text = title + "\n\n";
+  std::string text = terminalText(title) + "\n\n";
   const auto line = [&](const char* name, const std::string& value) {
-    text += stringWithFormat("%-14s %s\n", name, value.c_str());
+    text += padded(name, 14) + " " + terminalText(value) + "\n";
   };
   line("id", uniqueId);
   line("status", status);
@@ -109,10 +114,9 @@ std::string table(const std::vector<TaskReport>& reports) {
   if (reports.empty()) return "No tasks yet; \"velloro task add TITLE\" adds one.\n";
   std::string text;
   for (const TaskReport& report : reports) {
-    text +=
-        stringWithFormat("%.8s  %-32s %-9s %s%s\n", report.uniqueId.c_str(), report.title.c_str(),
-                         report.status.c_str(), report.isNegative ? "avoid, " : "",
-                         frequencyText(report.frequency).c_str());
+    text += padded(report.shortId(), 8) + "  " + padded(terminalText(report.title), 32) + " " +
+            padded(report.status, 9) + " " + (report.isNegative ? "avoid, " : "") +
+            frequencyText(report.frequency) + "\n";
   }
   return text;
 }

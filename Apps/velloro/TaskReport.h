@@ -36,12 +36,18 @@ struct TaskReport {
            key("timeZone", &TaskReport::timeZone), key("created", &TaskReport::created));
 
   [[nodiscard]] static TaskReport of(const TaskEntity& task);
+  /// By which a person may call it.
+  [[nodiscard]] std::string shortId() const;
   /// A line for each thing that a person may want to know.
   [[nodiscard]] std::string text() const;
 };
 
 /// One line a task.
 [[nodiscard]] std::string table(const std::vector<TaskReport>& reports);
+
+/// What a text of the task says; empty for none. It is UTF-8, whatever is stored.
+[[nodiscard]] std::string textOf(const TaskEntity& task,
+                                 const TaskAttributes::Attribute<TaskAttributes::Text>& of);
 
 /// "mon wed fri", "3 days a week", "every 3 days".
 [[nodiscard]] std::string frequencyText(const TaskFrequency& frequency);

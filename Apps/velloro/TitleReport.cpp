@@ -1,7 +1,8 @@
 #include "velloro/TitleReport.h"
 
 #include "Foundation/JSON.h"
-#include "Foundation/String.h"
+#include "Foundation/Terminal.h"
+#include "velloro/Output.h"
 
 namespace velloro {
 
@@ -19,12 +20,12 @@ std::string TitleReport::json() const {
 }
 
 std::string TitleReport::text() const {
-  if (texts.size() == 1) return texts.front().text.value_or("") + "\n";
+  if (texts.size() == 1) return terminalText(texts.front().text.value_or("")) + "\n";
   std::string lines;
   for (const Text& each : texts) {
     const bool isShown = each.text && !each.text->empty();
-    lines += stringWithFormat("%-37s  %s\n", velloro::debugDescription(each.context).c_str(),
-                              isShown ? each.text->c_str() : "-");
+    lines += padded(velloro::debugDescription(each.context), 37) + "  " +
+             (isShown ? terminalText(*each.text) : "-") + "\n";
   }
   return lines;
 }

@@ -16,7 +16,8 @@ void TypeOptions::addTo(CLI::App& command) {
   add("--unit", unit, "UNIT", "The target's unit (default: the type's)");
 }
 
-std::optional<AutomaticTaskType> TypeOptions::value() const {
+std::optional<AutomaticTaskType> TypeOptions::value(
+    std::optional<TaskFrequencyPeriodType> per) const {
   if (!type) {
     if (target) throw UsageError("--target " + inQuotes(*target) + ": only with a --type");
     if (unit) throw UsageError("--unit " + inQuotes(*unit) + ": only with a --type");
@@ -26,9 +27,11 @@ std::optional<AutomaticTaskType> TypeOptions::value() const {
   auto in = chosen.defaultUnit();
   if (unit) in = unitArgument("--unit", *unit, chosen);
   if (in) {
-    return AutomaticTaskType(chosen, TaskTarget{.quantity = quantity(chosen, *in),
-                                                .unit = *in,
-                                                .speeds = chosen.defaultSpeeds()});
+    const double amount = quantity(chosen, *in, per.value_or(TaskFrequencyPeriodType::day));
+    const AutomaticTaskType made(
+        chosen, TaskTarget{.quantity = amount, .unit = *in, .speeds = chosen.defaultSpeeds()});
+    if (target && per) expectToFit("--target", *target, made, *per);
+    return made;
   }
   if (target) {
     throw UsageError("--target " + inQuotes(*target) + ": " + std::string(chosen.rawValue()) +
@@ -37,17 +40,28 @@ std::optional<AutomaticTaskType> TypeOptions::value() const {
   return AutomaticTaskType(chosen);
 }
 
-double TypeOptions::quantity(TaskType of, TypeUnit in) const {
+double TypeOptions::quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType per) const {
   if (!target) {
-    const auto range = of.quantityOptions(in);
+    const auto range = of.quantityOptions(in, per);
     return range ? range->defaultValue().value_or(1) : 1;
   }
   if (in == TypeUnit::timeOfDay) {
     return static_cast<double>(timeArgument("--target", *target).intValue());
   }
   const double amount = amountArgument("--target", *target);
-  if (amount >= 0 || of == HealthType::energyDeficit) return amount;
-  throw UsageError("--target " + inQuotes(*target) + ": below 0");
+  if (amount > 0 || of == HealthType::energyDeficit) return amount;
+  throw UsageError("--target " + inQuotes(*target) + ": not above 0");
+}
+
+void expectToFit(const char* name, const std::string& text, const AutomaticTaskType& type,
+                 TaskFrequencyPeriodType period) {
+  if (!type.unit || !isDuration(*type.unit)) return;
+  constexpr double day = 86400;
+  constexpr double mostDays[] = {1, 7, 14, 31, 366};
+  const double most = mostDays[static_cast<std::size_t>(period)] * day;
+  if (convertToTimeInterval(type.quantity, *type.unit) <= most) return;
+  throw UsageError(std::string(name) + " " + inQuotes(text) + ": more than a " + periodName(period) +
+                   " has room for");
 }
 
 }  // namespace velloro

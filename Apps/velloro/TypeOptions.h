@@ -17,11 +17,19 @@ struct TypeOptions {
 
   void addTo(CLI::App& command);
   /// Absent without a `--type`; its own target and unit where none is given.
+  /// \param per The period in which the target is to be reached, where it is known.
   /// \throws UsageError
-  [[nodiscard]] std::optional<AutomaticTaskType> value() const;
+  [[nodiscard]] std::optional<AutomaticTaskType> value(
+      std::optional<TaskFrequencyPeriodType> per = {}) const;
 
  private:
-  [[nodiscard]] double quantity(TaskType of, TypeUnit in) const;
+  [[nodiscard]] double quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType per) const;
 };
+
+/// A duration must have room in its period.
+/// \param name The option that was given as `text` and asks for it.
+/// \throws UsageError
+void expectToFit(const char* name, const std::string& text, const AutomaticTaskType& type,
+                 TaskFrequencyPeriodType period);
 
 }  // namespace velloro

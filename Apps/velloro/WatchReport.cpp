@@ -1,6 +1,8 @@
 #include "velloro/WatchReport.h"
 
 #include "Foundation/JSON.h"
+#include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 #include "Settings/SettingEntity.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -63,7 +65,8 @@ std::vector<WatchedChange> WatchedChange::of(const Notification& merged,
     for (const NSManagedObjectID id : *ids) {
       result.push_back(
           {.merged = Date::now(), .change = name, .entity = id.entity->name(), .row = id.key});
-      if (sign != '-') result.back().what = describe(*context.objectWithID(id));
+      const auto what = sign != '-' ? describe(*context.objectWithID(id)) : std::nullopt;
+      if (what) result.back().what = repairedUTF8(*what);
     }
   }
   return result;
@@ -76,7 +79,7 @@ std::string WatchedChange::json() const {
 std::string WatchedChange::text() const {
   const char sign = std::ranges::find(changes, change, &ChangeRow::name)->sign;
   return merged.iso8601() + "  " + sign + entity + " " + std::to_string(row) +
-         (what ? "  " + *what : "") + "\n";
+         (what ? "  " + terminalText(*what) : "") + "\n";
 }
 
 }  // namespace velloro

@@ -2,6 +2,8 @@
 #include "Foundation/Error.h"
 #include "Foundation/ProcessEnd.h"
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
+#include "Host/TaskWriter.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
 #include "velloro/Arguments.h"
@@ -40,8 +42,9 @@ constexpr int success = 0;
 constexpr int failed = 1;
 constexpr int badUsage = 2;
 
-int complain(const char* reason, int exitCode) {
-  std::fprintf(stderr, "velloro: %s\n", reason);
+int complain(std::string_view reason, int exitCode) {
+  const std::string line = "velloro: " + terminalText(reason) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
   return exitCode;
 }
 
@@ -54,6 +57,14 @@ const CLI::App& commandOf(const CLI::App& app) {
 std::string fullName(const CLI::App& command) {
   const CLI::App* outer = command.get_parent();
   return (outer != nullptr ? fullName(*outer) + " " : "") + command.get_name();
+}
+
+/// A reminder is shown by the extension that the notification centre starts for it.
+std::string usualProcess(const CLI::App& app) {
+  const std::string command = fullName(commandOf(app));
+  const bool shows =
+      command == "velloro notification show" || command == "velloro notification act";
+  return shows ? "notification" : "app";
 }
 
 /// What is wrong with the command line, and what would be right.
@@ -92,7 +103,7 @@ struct Ending {
 int closeOutput() {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return success;
-  return complain(PosixError("cannot write the output", errno).what(), failed);
+  return complain(PosixError("cannot write the output", errno).localizedDescription(), failed);
 }
 
 int run(int argumentCount, char** arguments) {
@@ -124,7 +135,7 @@ int run(int argumentCount, char** arguments) {
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
   app.parse_complete_callback(
-      [&] { Environment::install(new ProcessEnvironment(global.environment())); });
+      [&] { Environment::install(new ProcessEnvironment(global.environment(usualProcess(app)))); });
   try {
     const Ending ending;
     app.parse(argumentCount, arguments);
@@ -133,9 +144,13 @@ int run(int argumentCount, char** arguments) {
     app.exit(asked);
     return closeOutput();
   } catch (const CLI::ParseError& error) {
-    return complain(complaint(app, error).c_str(), badUsage);
+    return complain(complaint(app, error), badUsage);
   } catch (const UsageError& error) {
     return complain(error.what(), badUsage);
+  } catch (const ImpossibleTask& error) {
+    return complain(error.what(), badUsage);
+  } catch (const Error& error) {
+    return complain(error.localizedDescription(), failed);
   } catch (const std::exception& error) {
     return complain(error.what(), failed);
   }

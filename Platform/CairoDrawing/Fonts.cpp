@@ -19,6 +19,8 @@ constexpr const char* rules = R"(<?xml version="1.0"?>
   <dir>/usr/share/fonts</dir>
   <dir>/usr/local/share/fonts</dir>
   <dir>/usr/share/python-qtawesome/fonts</dir>
+  <dir prefix="xdg">fonts</dir>
+  <dir>~/.fonts</dir>
   <cachedir>/var/cache/fontconfig</cachedir>
   <cachedir prefix="xdg">fontconfig</cachedir>
   <include>/usr/share/fontconfig/conf.avail/10-scale-bitmap-fonts.conf</include>

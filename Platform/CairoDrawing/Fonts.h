@@ -9,8 +9,8 @@
 
 namespace platform {
 
-/// The fonts of the machine's font folders, with rules of our own: the user's settings and fonts
-/// change nothing. One for each thread.
+/// The fonts of the machine's font folders and of the user's (`fonts` in the XDG data folders, and
+/// ~/.fonts), with rules of our own: the user's font settings change nothing. One for each thread.
 PangoFontMap* threadFontMap();
 
 /// As CoreGraphics/FontGlyph.h has it.

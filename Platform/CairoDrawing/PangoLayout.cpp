@@ -145,7 +145,8 @@ class PangoTextLayout final : public TextLayout {
       }
       position = end;
     }
-    const std::string all = text.string();
+    std::string all = text.string();
+    std::ranges::replace(all, '\0', ' ');  // Pango takes one for the end of the text
     pango_layout_set_text(layout_.get(), all.data(), static_cast<int>(all.size()));
     pango_layout_set_attributes(layout_.get(), attributes.get());
   }

@@ -2,6 +2,7 @@
 
 #include "Foundation/ProcessLoop.h"
 #include "Foundation/String.h"
+#include "Foundation/Terminal.h"
 
 #include <chrono>
 #include <cstdio>
@@ -24,7 +25,8 @@ std::string environmentVariable(const char* name) {
 }
 
 void writeToStandardError(std::string_view line) {
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+  const std::string shown = terminalText(line) + "\n";
+  std::fwrite(shown.data(), 1, shown.size(), stderr);
 }
 
 /// The zone that a name, or the path of a zone file, stands for.

@@ -63,6 +63,10 @@ std::string inQuotes(std::string_view input) {
   return '"' + excerpt(input) + '"';
 }
 
+std::string repairedUTF8(std::string_view text) {
+  return isUTF8(text) ? std::string(text) : utf8(icuText(text));
+}
+
 std::string unicodeNames(std::string_view text) {
   std::string names;
   const icu::UnicodeString scalars = icuText(text);

@@ -23,6 +23,9 @@ namespace platform {
 /// The same in quotes: "\"Mars/Base\"".
 [[nodiscard]] std::string inQuotes(std::string_view input);
 
+/// The text with U+FFFD in the place of what is not UTF-8.
+[[nodiscard]] std::string repairedUTF8(std::string_view text);
+
 /// The names that Unicode gives a text's scalars, the corrected ones where a name was at fault,
 /// with ", " between them. A scalar without a name, such as a line break, is left out.
 ///

@@ -3,6 +3,8 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/JSON.h"
 #include "Foundation/PropertyList.h"
+#include "Foundation/TestEnvironment.h"
+#include "Tasks/TaskEntity.h"
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/VelloroModel.h"
 
@@ -18,7 +20,7 @@
 namespace velloro {
 namespace {
 
-using platform::PropertyList;
+using testing::AllOf;
 using testing::HasSubstr;
 
 /// A store of its own, seen at instants of March 2024 in Berlin.
@@ -65,10 +67,23 @@ class HostCommands : public testing::Test {
     EXPECT_THAT(result.errors, HasSubstr(complaint)) << arguments;
   }
 
- private:
   [[nodiscard]] std::string here(const std::string& now) const {
     return " --zone Europe/Berlin --locale en_US --store '" + folder_.string() +
            "' --now 2024-03-" + now + "+01:00";
+  }
+
+  /// Of all tasks, behind the program's back.
+  void setTitle(const std::string& title) const {
+    const TestEnvironment environment;
+    NSPersistentContainer container(velloroModelName, velloroModel());
+    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(
+        folder_ / "groups/group.velloro.app.today/Velloro-CloudKit.sqlite")});
+    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    NSManagedObjectContext& context = *container.viewContext();
+    const auto tasks =
+        context.fetch<TaskEntity>(NSFetchRequest(std::string(TaskEntity::entityName())));
+    for (const auto& task : tasks.value()) task->setValue(TaskAttributes::title, title);
+    EXPECT_TRUE(context.save());
   }
 
  protected:
@@ -230,12 +245,15 @@ TEST_F(HostCommands, TellTheHistory) {
 
 TEST_F(HostCommands, MakeAReminderThatCanBeShown) {
   answer("04T08:00:00", "task add 'Drink tea' --icon tea --partial 3");
+  answer("04T08:00:00", "settings set selectedTheme.0 royalPurple.black");
   answer("04T09:00:00", "log add 'Drink tea'");
   const auto file = std::filesystem::path(testing::TempDir()) / "velloro-made.json";
   EXPECT_EQ(at("04T10:00:00", "notification make 'Drink tea' > '" + file.string() + "'").exitCode,
             0);
   const auto shown = answer("04T10:00:00", "notification show '" + file.string() + "'");
   EXPECT_FALSE(*shown["fallback"].boolean());
+  EXPECT_THAT(at("04T10:00:00", "notification make 'Drink tea'").output,
+              AllOf(HasSubstr("royalPurple"), HasSubstr("black")));
   EXPECT_EQ(*shown["title"].text(), "Drink tea");
   EXPECT_NEAR(*shown["ring"]["progress"].real(), 1.0 / 3, 1e-9);
   std::filesystem::remove(file);
@@ -249,13 +267,69 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   refuses(now, "log add Read done", "TYPE \"done\": not a type of entry");
   refuses(now, "log add Read --date 20240305", "--date \"20240305\": in the future");
   refuses(now, "log undo Read", "nothing to undo");
-  refuses(now, "task add Plants --interval 31", "31 days between completions; the nearest is 30");
-  refuses(now, "task add Weird --color red", "--color \"red\": not a colour");
-  refuses(now, "task add Walk --days ''", "never be due");
-  refuses(now, "task edit Read --title ''", "TITLE \"\": empty");
   refuses(now, "history Read --from 20240405", "after --to");
   refuses(now, "demo", "has tasks already");
   EXPECT_EQ(answer(now, "task list").array()->size(), 2U) << "what was refused left nothing";
+}
+
+TEST_F(HostCommands, RefuseTasksThatCannotBe) {
+  answer("04T08:00:00", "task add Read --interval 2");
+  const std::pair<const char*, const char*> cases[] = {
+      {"add Plants --interval 31", "31 days between completions; the nearest is 30"},
+      {"add Often --times 8", "8 days per period; the nearest is 7"},
+      {"add Steps --partial 0", "0 steps to a completion; the nearest is 1"},
+      {"add Weird --color red", "--color \"red\": not a colour"},
+      {"add Walk --days ''", "never be due"},
+      {"add Walk --first-day-of-week mon", "\"mon\": specificDaysOfWeek makes no use of it"},
+      {"add Walk --mode aggregateOverMonth --first-day-of-week mon", "makes no use of it"},
+      {"edit Read --first-day-of-week mon", "\"mon\": dayInterval makes no use of it"},
+      {"add Walk --times 2 --interval 3", "--times \"2\": dayInterval makes no use of it"},
+      {"add Swim --type hk_swim_distance --unit cups_us", "--unit \"cups_us\": not a unit of"},
+      {"add Play --type timer --target 5 --unit km", "--unit \"km\": not a unit of timer; write"},
+      {"add Water --type hk_water --target 0", "--target \"0\": not above 0"},
+      {"add Sleep --type hk_sleep --target 25", "--target \"25\": more than a day has room for"},
+      {"add Play --timer 3600 --unit minutes", "--timer excludes --unit"},
+      {"add Play --timer 86400 --partial 2", "--timer \"86400\": more than a day has room for"},
+      {"edit Read --type hk_energy_deficit", "such a task can't recur by dayInterval"},
+      {"edit Read --title ''", "TITLE \"\": empty"},
+      {"edit Read --title \"$(printf 'a\\nb')\"",
+       R"(TITLE "a\nb": has line breaks or other control)"},
+      {"add \"$(printf 'a\\302\\233')\"", R"(TITLE "a\u009b": has line breaks or other control)"},
+      {"add \"$(printf '\\377')\"", R"(TITLE "\xff": has line breaks or other control)"}};
+  for (const auto& [arguments, complaint] : cases) {
+    expectRefusal("task " + (arguments + here("04T09:00:00")), complaint);
+  }
+  EXPECT_EQ(answer("04T09:00:00", "task list").array()->size(), 1U) << "nothing was left";
+}
+
+TEST_F(HostCommands, ShowAmountsInTheirUnit) {
+  const std::string now = "04T08:00:00";
+  answer(now, "task add Water --type hk_water --target 8 --unit cups_us --partial 4");
+  answer(now, "task add Bed --type hk_bedtime");
+  answer(now, "task add Play --timer 300 --partial 2");
+  answer(now, "task add Tea --partial 3");
+  for (const char* task : {"Water", "Play", "Tea"}) answer(now, std::string("log add ") + task);
+  const std::pair<const char*, const char*> cases[] = {
+      {"status Water", "due, 2 of 8 cups, streak"}, {"status Bed", "due, 10:00\u202fPM, streak"},
+      {"status Play", "5 minutes of 10 minutes"},   {"status Tea", "due, 1 of 3, streak"},
+      {"log list Water", "2 cups  2 cups"},         {"log list Play", "5 minutes  5 minutes"},
+      {"task show Water", "hk_water, 8 cups\n"},    {"task show Bed", ", 10:00\u202fPM\n"}};
+  for (const auto& [command, told] : cases) EXPECT_THAT(at(now, command).output, HasSubstr(told));
+}
+
+/// What another program or a backup may have written.
+TEST_F(HostCommands, KeepHostileTextsFromTheTerminal) {
+  using namespace std::string_literals;
+  const std::string now = "04T08:00:00";
+  const std::string id = *answer(now, "task add Read")["uniqueId"].text();
+  setTitle("a\0b\n\x1b[2J\u009b\u202Ec\xE9"s);
+  for (const std::string command :
+       {"status", "task list", "task show ", "task edit ", "history "}) {
+    const auto result = at(now, command.ends_with(' ') ? command + id : command);
+    EXPECT_THAT(result.output, HasSubstr(R"(a\u0000b\n\u001b[2J\u009b\u202ec)")) << command;
+  }
+  EXPECT_EQ(*answer(now, "task show " + id)["title"].text(), "a\0b\n\x1b[2J\u009b\u202Ec\uFFFD"s);
+  EXPECT_THAT(at(now, "task show \"$(printf 'a\\nb\\033')\"").errors, HasSubstr(R"("a\nb\u001b")"));
 }
 
 TEST_F(HostCommands, TakeTasksAlongToAnotherStore) {

@@ -40,12 +40,16 @@ struct NotificationCommand : ::testing::Test {
 TEST_F(NotificationCommand, ShowsEverySample) {
   std::istringstream names(runProgram("notification sample").output);
   int count = 0;
+  bool hasFailed = false;
   for (std::string name; std::getline(names, name); ++count) {
     const PropertyList report = shown(name);
     const bool isFallback = name == "no-payload" || name == "undecodable-payload";
+    hasFailed = hasFailed || isFallback;
     EXPECT_EQ(report["fallback"].boolean(), isFallback) << name;
     EXPECT_EQ(report["ring"].isNull(), isFallback) << name;
     EXPECT_FALSE(report["body"].text()->empty()) << name;
+    EXPECT_EQ(NSFileManager::exists(environment.directories().temporary / "store"), hasFailed)
+        << name << ": nothing is made but the note of a failure";
   }
   EXPECT_EQ(count, 12);
   const PropertyList partial = shown("partial");
@@ -95,6 +99,10 @@ TEST_F(NotificationCommand, DrawsWhateverItCanRead) {
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(NSFileManager::contents(picture).value(), testing::StartsWith("\x89PNG"));
   }
+  EXPECT_EQ(runProgram("notification show " + store() + " " +
+                       file("n.json", R"({"title": "a\u0000b\u001bc", "body": "d\n\u009b"})"))
+                .output,
+            "a\\u0000b\\u001bc\nd\n\\u009b\n(shown by its text alone)\n");
   for (const std::string& content :
        {std::string("[]"), std::string("{\"title\": \"\xFF\"}"), std::string(200000, '[')}) {
     const auto result = runProgram("notification show " + file("n.json", content));

@@ -43,8 +43,8 @@ TEST_F(SettingsCommand, SetsReadsAndTakesAway) {
       {"selectedTheme.2 blue.white", "UITheme_2",
        R"("kind":"StringSetting",)"
        R"("tier":"local","value":"blue.white"})"},
-      {"UITheme_Filter_Empty x.y", "selectedFilterTheme", R"("value":"x.y"})"},
-      {"selectedFilterTheme.f_1 x.y", "UITheme_Filter_f_1", R"("value":"x.y"})"},
+      {"UITheme_Filter_Empty red", "selectedFilterTheme", R"("value":"red"})"},
+      {"selectedFilterTheme.f_1 red.black", "UITheme_Filter_f_1", R"("value":"red.black"})"},
       {"Settings.ComplicationSettings.Multi.c '[1,{\"a\":null}]'", "complicationSettings.c",
        R"("value":[1,{"a":null}]})"},
       {"startOfDay 04:00:00", "Settings_StartOfDay", R"("value":14400})"},
@@ -135,6 +135,16 @@ TEST_F(SettingsCommand, NamesWhatItCannotUse) {
       {"set startOfDay 86400", "not a time of day; write one as 03:00:00, or its seconds"},
       {"set startOfDay 24:00:00", "not a time of day; write one as 03:00:00"},
       {"set nmSnoozeDuration nan", "not a number"},
+      {"set nmSnoozeDuration -0.1", "VALUE \"-0.1\": below 0"},
+      {"set selectedTheme.0 blue.pink", "VALUE \"blue.pink\": not a theme; write a scheme"},
+      {"set selectedThemeForUser.u ''", "not a theme"},
+      {"set UIWatchTheme_1 blu", "not a theme"},
+      {"set selectedFilterTheme blue.white.x", "not a theme"},
+      {"set themeAutoSwitchDarkMode blak", "not a mode of themes; did you mean \"black\"?"},
+      {"set startOfWeekDateComponent 0", "not a weekday; write 1 for Sunday to 7 for Saturday"},
+      {"set selectedTaskPage 4", "not a page; write 0 to 3"},
+      {"set cloudKitErrors '[{}]'", "nothing reads it: "},
+      {"set timedTaskEntries 1", "nothing reads it: "},
       {"set taskFilterAuto '{'", "VALUE \"{\": not JSON: "},
       {"set appIcon \"$(printf '\\377')\"", "not a text in UTF-8"}};
   for (const auto& [arguments, complaint] : cases) expectRefusal(here(arguments), complaint);

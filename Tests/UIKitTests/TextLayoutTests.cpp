@@ -97,6 +97,11 @@ TEST(TextLayout, WrapsAtAWidth) {
   EXPECT_NEAR(bottom.x, (left.x + right.x) / 2, 2);
 }
 
+TEST(TextLayout, IsNotCutByANul) {
+  using namespace std::string_literals;
+  EXPECT_EQ(TextLayout::make({"x\0y"s, {.font = font}})->size(), layout("x y")->size());
+}
+
 TEST(TextLayout, EmojiKeepTheirColours) {
   const auto trophy = layout("\U0001F3C6");
   EXPECT_NEAR(trophy->size().width, 1.25 * font.pointSize, 2);

@@ -8,6 +8,7 @@
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/UserProfileEntity.h"
 #include "VelloroBackup/VelloroJSONBackupTaskExtra.h"
+#include "VelloroCore/DayModeRules.h"
 
 #include <algorithm>
 #include <limits>
@@ -154,12 +155,10 @@ bool TaskEntity::setStartOfDay(const std::optional<HHMMSS>& startOfDay) {
 }
 
 DayOfWeek TaskEntity::firstDayOfWeek() const {
-  using enum TaskFrequencyPeriodType;
   const auto own = fromRawValue<CalendarDayOfWeek>(value(Columns::firstDayOfWeekValue));
-  if (own) {
-    const auto duration = measurementDuration(frequency().dayMode);
-    const bool isInWeeks = duration != day && duration != month;
-    if (isInWeeks || taskShareStatus() == TaskShareStatus::isSharedWithMe) return dayOfWeek(*own);
+  if (own && (usesFirstDayOfWeek(frequency().dayMode) ||
+              taskShareStatus() == TaskShareStatus::isSharedWithMe)) {
+    return dayOfWeek(*own);
   }
   return Settings::shared().firstDayOfWeek();
 }
