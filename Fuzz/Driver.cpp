@@ -1,17 +1,20 @@
 // Stands in for libFuzzer: a bounded number of inputs, the same ones in every run.
-//   <target>            runs the seeds and what mutation makes of them
+//   <target> [COUNT]    runs the seeds and so many inputs that mutation makes of them
 //   <target> FILE…      runs the files' contents, to look into a failure
 
 #include "Fuzz.h"
 
 #include <algorithm>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,7 +22,7 @@
 
 namespace {
 
-constexpr int inputCount = 200000;
+constexpr long usualCount = 200000;
 constexpr std::size_t longestInput = 4096;
 
 std::string current;
@@ -89,7 +92,14 @@ class Mutator {
   }
 
   std::string number() {
-    constexpr const char* numbers[] = {"-0.0", "9223372036854775808", "1e308", "-1e-320", "0.5"};
+    constexpr const char* numbers[] = {"-0.0",
+                                       "9223372036854775808",
+                                       "9223372036854775807",
+                                       "1e308",
+                                       "-9223372036854775808",
+                                       "1e999",
+                                       "-1e-320",
+                                       "0.5"};
     return below(2) == 0 ? numbers[below(std::size(numbers))] : std::to_string(generator_());
   }
 
@@ -122,18 +132,27 @@ class Mutator {
   std::vector<std::string> mutants_;
 };
 
+/// The COUNT; absent for a file's name.
+std::optional<long> countIn(std::string_view argument) {
+  long count = 0;
+  const auto [end, failure] = std::from_chars(argument.begin(), argument.end(), count);
+  return failure == std::errc() && end == argument.end() ? std::optional(count) : std::nullopt;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  const auto count = argc == 2 ? countIn(argv[1]) : std::nullopt;
+  const long inputCount = count.value_or(usualCount);
   for (const int signal : {SIGABRT, SIGSEGV, SIGFPE, SIGILL}) std::signal(signal, showInput);
-  for (int i = 1; i < argc; ++i) {
+  for (int i = 1; i < argc && !count; ++i) {
     std::ifstream file(argv[i], std::ios::binary);
     run({std::istreambuf_iterator<char>(file), {}});
   }
-  if (argc > 1) return EXIT_SUCCESS;
+  if (argc > 1 && !count) return EXIT_SUCCESS;
   const auto seeds = fuzzSeeds();
   for (const std::string_view seed : seeds) run(std::string(seed));
   Mutator mutator(seeds);
-  for (int i = 0; i < inputCount; ++i) run(mutator.next());
-  std::printf("%zu seeds and %d inputs\n", seeds.size(), inputCount);
+  for (long i = 0; i < inputCount; ++i) run(mutator.next());
+  std::printf("%zu seeds and %ld inputs\n", seeds.size(), inputCount);
 }

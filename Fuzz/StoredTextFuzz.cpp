@@ -1,7 +1,9 @@
+#include "Foundation/JSON.h"
 #include "Foundation/TestEnvironment.h"
 #include "Fuzz.h"
 #include "OxCheckableTasks/IconDisplayRepresentation.h"
 #include "VelloroCore/CompletionStatus.h"
+#include "VelloroCore/TaskNotificationSettings.h"
 #include "VelloroCore/Theme.h"
 
 #include <array>
@@ -36,7 +38,47 @@ void checkIcon(std::string_view text) {
   (void)icon->accessibilityLabel();
 }
 
-constexpr std::array<std::string_view, 12> seeds = {
+/// A reminder's record, and what a user's clock makes of it, are whatever numbers they hold.
+void checkReminder(std::string_view json) {
+  static const TimeZone apia = TimeZone::fromIdentifier("Pacific/Apia").value();
+  const auto read = [](std::string_view text) -> std::optional<TaskReminder> {
+    try {
+      return JSONDecoder{}.decode<TaskReminder>(text);
+    } catch (const DecodingError&) {
+      return std::nullopt;
+    }
+  };
+  const auto reminder = read(json);
+  if (!reminder) return;
+  checkRoundTrip(reminder, read, [](const auto& value) { return JSONEncoder{}.encode(value); });
+  TaskNotificationSettings settings;
+  using enum NotificationTimeZone;
+  for (const NotificationTimeZone zone : {taskOwner, taskViewer}) {
+    settings.reminders.push_back(reminder->convert(zone, TimeZone::gmt(), apia));
+  }
+  const HHMMSS time = reminder->snoozeTime.value_or(HHMMSS::midday);
+  const Date now = Date::now(), later = now + 200000;
+  (void)settings.snoozeNow(reminder->uniqueId, time, apia, taskViewer);
+  (void)settings.sortedEstimatedRelevantTimes({.from = now, .to = later, .startOfDay = time});
+  (void)settings.remainingTimeOfDayReminders({{now}}, 1, time, apia);
+  (void)settings.sortedTimerReminders();
+  const HHMMSS of = reminder->trigger.timeOfDay.value_or(time);
+  (void)of.occurrences(now, later, apia);
+  (void)of.add(time, true);
+  (void)of.add(time, false);
+  (void)of.isWithin(1, time, true);
+  (void)of.roundToNearestInterval(reminder->trigger.duration.value_or(900));
+}
+
+constexpr std::array<std::string_view, 15> seeds = {
+    R"({"uniqueId":"00000000-0000-4000-8000-000000000001","timeZone":"owner","daysOfWeek":[1,3],)"
+    R"("trigger":{"type":"tod","timeOfDay":84600},"dayIndexesFromStart":[0,9223372036854775807],)"
+    R"("dayIndexesFromFinish":[-9223372036854775808],"sound":"ping","timeSensitive":true})",
+    R"({"uniqueId":"00000000-0000-4000-8000-000000000002","daysOfWeek":[],"snoozeDate":20240307,)"
+    R"("trigger":{"type":"todm","timeOfDay":{"h":23,"m":9223372036854775807,"s":1}},)"
+    R"("snoozeTime":{"h":-9223372036854775808,"m":0,"s":9},"snoozeTimeZone":"viewer"})",
+    R"({"uniqueId":"00000000-0000-4000-8000-000000000003","daysOfWeek":[6],)"
+    R"("trigger":{"type":"dbf","duration":1e18}})",
     "ic_water_glass",
     "em_\U0001F6B2\U0001F3FD\u200D\u2640\uFE0F",
     "mg_ABCD",
@@ -61,6 +103,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   static const TestEnvironment environment;
   const std::string_view text(reinterpret_cast<const char*>(bytes), size);
   checkIcon(text);
+  checkReminder(text);
   checkRoundTrip(IconDisplayRepresentation::fromCoreDataStringRepresentation(text),
                  IconDisplayRepresentation::fromCoreDataStringRepresentation,
                  std::mem_fn(&IconDisplayRepresentation::coreDataStringRepresentation));

@@ -113,7 +113,10 @@ std::vector<std::string> damagedPayloads() {
                                    TaskProgressContinuous{.period = day},
                                    TaskProgressSimple{.period = day},
                                    TaskProgressDateRange{.period = day}};
-  const PropertyList damages[] = {nullptr,
+  const PropertyList latest(PropertyList::Dictionary{{"h", 0}, {"m", 0}, {"s", INT64_MAX}});
+  const PropertyList damages[] = {latest,
+                                  INT64_MIN,
+                                  nullptr,
                                   true,
                                   0,
                                   -1,

@@ -77,7 +77,9 @@ std::shared_ptr<DataManager::Container> existingCloudContainer() {
 
 /// A part of another kind than it should be reads as missing: what is left can still be shown.
 UNNotification notificationIn(const std::string& file) {
-  const auto bytes = NSFileManager::contents(file == "-" ? "/dev/stdin" : file);
+  constexpr std::size_t largestNotification = std::size_t{16} << 20;
+  const auto bytes =
+      NSFileManager::contents(file == "-" ? "/dev/stdin" : file, largestNotification);
   if (!bytes) throw HostError(bytes.error()->localizedDescription());
   const auto unusable = [&](const std::string& reason) {
     return HostError(inQuotes(file) + " is no notification: " + reason);

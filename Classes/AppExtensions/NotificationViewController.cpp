@@ -4,10 +4,12 @@
 #include "Foundation/DispatchQueue.h"
 #include "Foundation/Locale.h"
 #include "Notifications/NotificationCategory.h"
+#include "OxKit/RuntimeError.h"
 #include "Settings/PendingReportableError.h"
 #include "VelloroCore/TaskTitleAttributedString.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace velloro {
@@ -84,7 +86,7 @@ NotificationViewController::NotificationViewController(const Screen& screen,
       view_(std::make_shared<NotificationView>(screen.width, screen.scale)) {}
 
 void NotificationViewController::didReceive(const UNNotification& notification) {
-  responseHandled_ = false;
+  abandonResponse();
   const auto& [height, margin, trailing] = view_->constraints();
   preferredContentSize_ = {.width = view_->bounds().size.width, .height = height + 2 * margin};
   const UNNotificationContent& content = notification.request.content;
@@ -93,7 +95,18 @@ void NotificationViewController::didReceive(const UNNotification& notification) 
   } catch (const Error& error) {
     PendingReportableError::of(error).save();
     setUpFallback(content);
+  } catch (const std::exception& error) {
+    // The text can always be shown, whatever the rest has come to.
+    PendingReportableError::of(RuntimeError(error.what())).save();
+    setUpFallback(content);
   }
+}
+
+void NotificationViewController::abandonResponse() {
+  // What still plays belongs to the notification before this one, and so does its handler.
+  view_->checkableTaskView()->abandonCheck();
+  forward();
+  responseHandled_ = false;
 }
 
 void NotificationViewController::setUp(const UNNotificationContent& content) {
@@ -246,7 +259,6 @@ void NotificationViewController::setUpFallback(const UNNotificationContent& cont
 void NotificationViewController::didReceive(const UNNotificationResponse& response,
                                             CompletionHandler completionHandler) {
   if (std::exchange(responseHandled_, true)) return;
-  forward();  // an answer to the notification before this one may still be playing
   completionHandler_ = std::move(completionHandler);
   const auto action = fromRawValue<NotificationAction>(response.actionIdentifier);
   const bool completes =

@@ -32,8 +32,9 @@ enum class UIUserInterfaceStyle : std::uint8_t { unspecified, light, dark };
 ///         // after 1.46 s the response is forwarded. A step that doesn't complete the task moves
 ///         // the ring in 0.5 s and is forwarded after 1 s; any other action at once.
 ///
-/// A notification whose record can't be read is shown by its text alone. What was wrong is kept as
-/// a `PendingReportableError`. For the main queue alone.
+/// A notification whose record can't be read or shown is shown by its text alone. What was wrong is
+/// kept as a `PendingReportableError`. When another notification takes the place of one whose
+/// answer is still played, the play ends, and that answer is forwarded. For the main queue alone.
 class NotificationViewController : public UNNotificationContentExtension,
                                    public CheckableTaskView::Delegate,
                                    public std::enable_shared_from_this<NotificationViewController> {
@@ -70,6 +71,8 @@ class NotificationViewController : public UNNotificationContentExtension,
 
   NotificationViewController(const Screen& screen, const Settings& settings);
 
+  /// Ends the response to the notification that was shown until now.
+  void abandonResponse();
   /// \throws Error where there is no task to be read; nothing has changed then.
   void setUp(const UNNotificationContent& content);
   void setUpFallback(const UNNotificationContent& content);

@@ -76,6 +76,9 @@ void CheckableTaskView::didMoveToWindow() {
     setUp();
   } else {
     tearDownDisplayLinks();
+    // Nobody sees the rest of an animation, and nothing will move the ring on when it comes back.
+    progress_.jump(progress_.target());
+    subProgress_.jump(subProgress_.target());
   }
 }
 
@@ -176,6 +179,12 @@ void CheckableTaskView::after(double seconds, std::function<void(CheckableTaskVi
   });
 }
 
+void CheckableTaskView::afterInCheck(double seconds, std::function<void(CheckableTaskView&)> step) {
+  after(seconds, [then = abandonedChecks_, step = std::move(step)](CheckableTaskView& view) {
+    if (view.abandonedChecks_ == then) step(view);
+  });
+}
+
 void CheckableTaskView::afterInPress(double seconds, std::function<void(CheckableTaskView&)> step) {
   after(seconds, [id = press_.id, step = std::move(step)](CheckableTaskView& view) {
     if (view.press_.id == id) step(view);
@@ -194,15 +203,21 @@ void CheckableTaskView::checkAutomatically(double duration) {
   if (isAnimated) prepareHapticFeedback();
   setProgress(1, 0, duration);
   currentlyCheckingAuto_ = true;
-  after(duration + durationBeforeChecked, [isAnimated](CheckableTaskView& view) {
+  afterInCheck(duration + durationBeforeChecked, [isAnimated](CheckableTaskView& view) {
     if (view.currentlyCheckingAuto_) {
       if (isAnimated) view.hapticFeedbackGenerator_.reset();
       view.setState(State::checked);
     }
-    view.after(checkedToCompletedDelayDuration,
-               [](CheckableTaskView& later) { later.setState(State::completed); });
+    view.afterInCheck(checkedToCompletedDelayDuration,
+                      [](CheckableTaskView& later) { later.setState(State::completed); });
     view.currentlyCheckingAuto_ = false;
   });
+}
+
+void CheckableTaskView::abandonCheck() {
+  ++abandonedChecks_;
+  currentlyCheckingAuto_ = false;
+  hapticFeedbackGenerator_.reset();
 }
 
 bool CheckableTaskView::hasPartialCompletions() const {

@@ -122,6 +122,8 @@ class CheckableTaskView : public UIView, public UIGestureRecognizerDelegate {
   bool setState(State newState);
   /// Fills the ring, then goes through `checked` to `completed`.
   void checkAutomatically(double duration);
+  /// Forgets what `checkAutomatically` still has to do: the ring is to show something else.
+  void abandonCheck();
 
   /// \name The long press; the recognisers call these.
   /// @{
@@ -165,6 +167,8 @@ class CheckableTaskView : public UIView, public UIGestureRecognizerDelegate {
   [[nodiscard]] bool hasPartialCompletions() const;
   /// Runs the step on the main queue after so many seconds, if the view is still there.
   void after(double seconds, std::function<void(CheckableTaskView&)> step);
+  /// The same for a step of `checkAutomatically`: not when that was abandoned.
+  void afterInCheck(double seconds, std::function<void(CheckableTaskView&)> step);
   /// The same for a step of this press: not when it was let go or another has begun.
   void afterInPress(double seconds, std::function<void(CheckableTaskView&)> step);
   void prepareHapticFeedback();
@@ -184,6 +188,7 @@ class CheckableTaskView : public UIView, public UIGestureRecognizerDelegate {
   std::unique_ptr<CADisplayLink> subProgressDisplayLink_;
   Press press_;
   bool currentlyCheckingAuto_ = false;
+  int abandonedChecks_ = 0;  ///< A step of a check that was scheduled before one of them is void.
   std::unique_ptr<UIImpactFeedbackGenerator> hapticFeedbackGenerator_;
   std::unique_ptr<Painter> painter_;
   std::weak_ptr<Delegate> delegate_;

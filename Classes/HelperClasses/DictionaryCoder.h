@@ -44,11 +44,13 @@ struct DictionaryDecoder {
   using Dictionary = PropertyList::Dictionary;
 
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
+  /// See `JSONDecoder`.
+  const std::function<void(const DecodingError&)>* didLeaveOut = nullptr;
 
   /// \throws DecodingError
   template <typename T>
   [[nodiscard]] T decode(const Dictionary& dictionary) const {
-    return fromPropertyList<T>(dictionary, {.dateForm = dateForm});
+    return fromPropertyList<T>(dictionary, {.dateForm = dateForm, .didLeaveOut = didLeaveOut});
   }
 };
 

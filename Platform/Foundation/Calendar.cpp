@@ -61,8 +61,11 @@ std::optional<Date> Calendar::date(const DateComponents& components) const {
 }
 
 Date Calendar::date(ClockTime clockTime) const {
+  constexpr std::int64_t largest = largestDay * secondsPerDay;
   const std::int64_t dayNumber = std::clamp(clockTime.dayNumber, -largestDay, largestDay);
-  return dateAt(timeZone_.utcSecondsAt(dayNumber * secondsPerDay + clockTime.secondOfDay));
+  const std::int64_t second = std::clamp(clockTime.secondOfDay, -largest, largest);
+  const std::int64_t local = std::clamp(dayNumber * secondsPerDay + second, -largest, largest);
+  return dateAt(timeZone_.utcSecondsAt(local));
 }
 
 std::optional<Date> Calendar::dateByAddingDays(std::int64_t days, Date to) const {

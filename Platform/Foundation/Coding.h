@@ -72,6 +72,17 @@ class UUID;
 ///         // throws DecodingError "day: Unable to create Day from -5"
 ///     std::unordered_set<Note> notes;             // the hash comes of the list, too
 ///
+/// What can't be made out spoils as little as it can, so that a record of a newer program, or a
+/// damaged one, can still be read: where one value has the right type and says nothing that is
+/// known (an enumeration's text, a time zone, a number out of its range), an optional member reads
+/// as absent, an element of a list, set or map is left out, and a member with a fallback takes
+/// that. Where nothing can stand in, the smallest record around it fails, and the same holds for
+/// that one:
+///
+///     JSONDecoder{}.decode<Note>(R"({"day":1,"place":{"pinned":{}},"mood":"?"})").mood;  // absent
+///     JSONDecoder{.isStrict = true}.decode<Note>(…);
+///         // throws DecodingError "mood: No case of Mood is the text "?"."
+///
 /// A type may have a member `void encode(Encoder&) const` or a static `T decode(const Decoder&)` of
 /// its own (Encoder.h, Decoder.h), alone or beside a list, and these come first; `encodeKeyed` and
 /// `decodeKeyed` then do what the list says.
@@ -210,9 +221,14 @@ struct Coding<E> {
       if (const auto value = fromRawValue<E>(name)) return *value;
       throw from.unknownCase(name, typeName<E>());
     } else if constexpr (std::same_as<Raw, std::string_view>) {
-      if (const auto value = fromRawValue<E>(from.text())) return *value;
+      if (from.isNull()) throw from.mismatch("a text");
+      const auto value =
+          from.kind() == Decoder::Kind::text ? fromRawValue<E>(from.text()) : std::nullopt;
+      if (value) return *value;
       throw from.unknownCase(typeName<E>());
     } else {
+      // A newer program may have other cases, and also texts for them.
+      if (from.kind() == Decoder::Kind::text) throw from.unknownCase(typeName<E>());
       if (const auto value = fromRawValue<E>(from.integer())) return *value;
       throw from.unknownCase(typeName<E>());
     }

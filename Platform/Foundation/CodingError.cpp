@@ -24,8 +24,15 @@ std::string CodingPath::text() const {
 DecodingError::DecodingError(Kind kind, std::string codingPath, std::string debugDescription)
     : Error("DecodingError", static_cast<int>(kind), describe(codingPath, debugDescription)),
       kind_(kind),
+      isOfOneValue_(kind == Kind::dataCorrupted || kind == Kind::valueNotFound),
       codingPath_(std::move(codingPath)),
       debugDescription_(std::move(debugDescription)) {}
+
+DecodingError DecodingError::ofMoreThanOneValue() const {
+  DecodingError failure = *this;
+  failure.isOfOneValue_ = false;
+  return failure;
+}
 
 EncodingError::EncodingError(std::string codingPath, std::string debugDescription)
     : Error("EncodingError", 1, describe(codingPath, debugDescription)),

@@ -48,8 +48,17 @@ class DecodingError : public Error {
   [[nodiscard]] const std::string& codingPath() const { return codingPath_; }
   [[nodiscard]] const std::string& debugDescription() const { return debugDescription_; }
 
+  /// Whether one value alone is wrong: what stands there has the right type and says nothing that
+  /// is known, or it is null. A reader that is not strict does without it (`JSONDecoder`). False
+  /// where a key is missing or another type stands, for the tag of a variant, and for a text that
+  /// is no JSON.
+  [[nodiscard]] bool isOfOneValue() const { return isOfOneValue_; }
+  /// The same failure, of what nothing can do without.
+  [[nodiscard]] DecodingError ofMoreThanOneValue() const;
+
  private:
   Kind kind_;
+  bool isOfOneValue_;
   std::string codingPath_;
   std::string debugDescription_;
 };

@@ -25,44 +25,54 @@ inline constexpr bool isOptional<std::optional<T>> = true;
 struct InitialValue {};
 inline constexpr InitialValue initialValue;
 
-/// The fallback of an optional enumeration, or of a set or list of one, whose text may be one that
-/// no case has, such as a newer program's: that reads as absent and does not keep the rest of the
-/// record from being read. A set or list is empty without its key.
-struct AbsentWhenUnknown {};
-inline constexpr AbsentWhenUnknown absentWhenUnknown;
-
 /// The fallback of a key that must be there.
 struct NoFallback {};
+
+/// The fallback of a key that must be there, but whose value may be one of which nothing is known,
+/// such as the text of a newer program's case. See `whenUnknown`.
+template <typename Value>
+struct WhenUnknown {
+  [[no_unique_address]] Value value;
+};
+
+/// What a member takes for a value that can't be made out (`DecodingError::isOfOneValue`), while
+/// its key must be there: `initialValue` (`initialWhenUnknown`), a value, or a function that gives
+/// one.
+///
+///     key("mode", &Task::mode, initialWhenUnknown)
+///     key("zone", &Task::zone, whenUnknown(&TimeZone::current))
+template <typename Value>
+consteval auto whenUnknown(Value value) {
+  return WhenUnknown<Value>{value};
+}
+inline constexpr auto initialWhenUnknown = whenUnknown(initialValue);
 
 /// One member of a record and the key under which it is written.
 template <typename Record, typename Member, typename Fallback>
 struct CodingKey {
   using MemberType = Member;
   using FallbackType = Fallback;
-  static constexpr bool hasFallback = !std::same_as<Fallback, NoFallback>;
-
   std::string_view name;
   Member Record::*member;
   [[no_unique_address]] Fallback fallback;
 };
 
 /// A member under its key: needed on reading, unless it is a `std::optional`, which is written only
-/// when it has a value and reads as absent when the key is missing or null.
+/// when it has a value and reads as absent when the key is missing, null, or can't be made out.
 template <typename Record, typename Member>
 consteval auto key(std::string_view name, Member Record::*member) {
   return CodingKey<Record, Member, NoFallback>{name, member, {}};
 }
 
-/// A member that takes `fallback` when its key is missing or null. `initialValue` stands for the
-/// value that the member's declaration gives it; see also `absentWhenUnknown`.
+/// A member that takes `fallback` when its key is missing or null, or can't be made out.
+/// `initialValue` stands for the value that the member's declaration gives it; see also
+/// `whenUnknown`.
 ///
 ///     key("count", &Task::count, 1)
 ///     key("days", &Task::days, initialValue)
-///     key("sound", &Task::sound, absentWhenUnknown)
 template <typename Record, typename Member, typename Fallback>
 consteval auto key(std::string_view name, Member Record::*member, Fallback fallback) {
-  static_assert(!coding_detail::isOptional<Member> || std::same_as<Fallback, AbsentWhenUnknown>,
-                "an optional reads as absent without its key");
+  static_assert(!coding_detail::isOptional<Member>, "an optional reads as absent without its key");
   return CodingKey<Record, Member, Fallback>{name, member, fallback};
 }
 

@@ -16,7 +16,8 @@
 #include <utility>
 #include <vector>
 
-/// How lists, sets and maps are written and read. Part of Coding.h, which is the header to include.
+/// How lists, sets and maps are written and read: an element that can't be made out is left out.
+/// Part of Coding.h, which is the header to include.
 namespace platform {
 namespace coding_detail {
 
@@ -101,9 +102,12 @@ struct Coding<T> {
         if (list.empty()) list.reserve(from.count());
       }
       if constexpr (requires { Coding<Element>::decodeInto(list.emplace_back(), element); }) {
-        Coding<Element>::decodeInto(list.emplace_back(), element);
+        Element& fresh = list.emplace_back();
+        if (!element.succeeds([&] { Coding<Element>::decodeInto(fresh, element); })) {
+          list.pop_back();
+        }
       } else {
-        list.push_back(element.decode<Element>());
+        (void)element.succeeds([&] { list.push_back(element.decode<Element>()); });
       }
     });
     return list;
@@ -121,7 +125,8 @@ struct Coding<T> {
   static T decode(const Decoder& from) {
     T set;
     from.forEachElement([&](const Decoder& element) {
-      set.insert(set.end(), element.decode<typename T::value_type>());
+      (void)element.succeeds(
+          [&] { set.insert(set.end(), element.decode<typename T::value_type>()); });
     });
     return set;
   }
@@ -155,12 +160,15 @@ struct Coding<T> {
     T map;
     if constexpr (isObject) {
       from.forEachField([&](std::string_view key, const Decoder& value) {
-        map.insert_or_assign(map.end(), coding_detail::keyFrom<Key>(key, value),
-                             value.decode<Value>());
+        (void)value.succeeds([&] {
+          map.insert_or_assign(map.end(), coding_detail::keyFrom<Key>(key, value),
+                               value.decode<Value>());
+        });
       });
     } else {
       from.forEachPair([&](const Decoder& key, const Decoder& value) {
-        map.insert_or_assign(map.end(), key.decode<Key>(), value.decode<Value>());
+        (void)value.succeeds(
+            [&] { map.insert_or_assign(map.end(), key.decode<Key>(), value.decode<Value>()); });
       });
     }
     return map;

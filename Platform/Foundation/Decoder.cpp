@@ -3,6 +3,7 @@
 #include "Foundation/ExactInteger.h"
 #include "Foundation/String.h"
 
+#include <cmath>
 #include <utility>
 
 namespace platform {
@@ -20,7 +21,9 @@ std::optional<Decoder> Decoder::find(std::string_view key) const {
 
 std::pair<std::string_view, Decoder> Decoder::onlyField() const {
   expect(Kind::object, "an object");
-  if (count() != 1) throw dataCorrupted("Invalid number of keys found, expected one.");
+  if (count() != 1) {
+    throw dataCorrupted("Invalid number of keys found, expected one.").ofMoreThanOneValue();
+  }
   JSONFields fields(node_);
   std::string_view key;
   JSONNode value = node_;
@@ -62,7 +65,9 @@ double Decoder::real() const {
   const bool isNumber =
       kind() == Kind::real || kind() == Kind::integer || kind() == Kind::unsignedInteger;
   if (!isNumber) throw mismatch("a number");
-  return node_.real();
+  const double value = node_.real();
+  if (!std::isfinite(value)) throw invalidValue("a number");
+  return value;
 }
 
 std::string_view Decoder::text() const {
@@ -71,7 +76,8 @@ std::string_view Decoder::text() const {
 }
 
 Date Decoder::date() const {
-  if (dateForm_ == DateForm::secondsSinceReferenceDate) return Date::sinceReferenceDate(real());
+  if (rules_->dateForm == DateForm::secondsSinceReferenceDate)
+    return Date::sinceReferenceDate(real());
   const auto date = Date::fromISO8601(text());
   if (!date) throw invalidValue("a date in ISO 8601");
   return *date;
@@ -104,7 +110,8 @@ DecodingError Decoder::unknownCase(std::string_view typeName) const {
 }
 
 DecodingError Decoder::unknownCase(std::string_view name, std::string_view typeName) const {
-  return dataCorrupted("No case of " + std::string(typeName) + " is named " + inQuotes(name) + ".");
+  return dataCorrupted("No case of " + std::string(typeName) + " is named " + inQuotes(name) + ".")
+      .ofMoreThanOneValue();
 }
 
 }  // namespace platform

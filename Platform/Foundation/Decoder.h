@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
@@ -18,6 +19,16 @@ namespace platform {
 /// How values of one type are written and read (Coding.h).
 template <typename T>
 struct Coding;
+
+/// How a document is read.
+struct DecodingRules {
+  DateForm dateForm = DateForm::secondsSinceReferenceDate;
+  /// Whether a value that can't be made out fails all that it is in.
+  bool isStrict = false;
+  /// Hears of each value that the reader does without; may be null.
+  const std::function<void(const DecodingError&)>* didLeaveOut = nullptr;
+};
+inline constexpr DecodingRules plainDecodingRules;
 
 /// A value of a document that is being read, and the way to it. A type with a form of its own has a
 /// static member `T decode(const Decoder&)`:
@@ -59,6 +70,10 @@ class Decoder {
   ///     return from.firstOf([&] { return fromNumber(from); }, [&] { return fromFields(from); });
   template <typename First, typename... Rest>
   [[nodiscard]] std::invoke_result_t<First> firstOf(const First& first, const Rest&... rest) const;
+  /// Whether a reading succeeds. False for a failure of one value (`DecodingError`), which the
+  /// reader then does without; any other is thrown, and so is every failure of a strict reader.
+  template <typename F>
+  [[nodiscard]] bool succeeds(F&& reading) const;
 
   [[nodiscard]] Kind kind() const { return node_.kind(); }
   [[nodiscard]] bool isNull() const { return kind() == Kind::null; }
@@ -96,16 +111,18 @@ class Decoder {
   /// To be thrown when another type is needed here, or null stands here; the text as before.
   [[nodiscard]] DecodingError mismatch(std::string_view wanted) const;
   [[nodiscard]] DecodingError keyNotFound(std::string_view key) const;
-  /// To be thrown when this value names no case of an enumeration or a variant.
+  /// To be thrown when this value names no case of an enumeration.
   [[nodiscard]] DecodingError unknownCase(std::string_view typeName) const;
+  /// To be thrown when no case of a variant has the name. Nothing can do without a variant's tag.
   [[nodiscard]] DecodingError unknownCase(std::string_view name, std::string_view typeName) const;
 
-  Decoder(JSONNode node, DateForm dateForm) : node_(node), dateForm_(dateForm) {}
+  /// The rules must outlive the decoder.
+  Decoder(JSONNode node, const DecodingRules& rules) : node_(node), rules_(&rules) {}
 
  private:
   template <typename Step>
   Decoder(const Decoder& parent, Step step, JSONNode node)
-      : node_(node), dateForm_(parent.dateForm_), path_(parent.path_, step) {}
+      : node_(node), rules_(parent.rules_), path_(parent.path_, step) {}
 
   void expect(Kind kind, std::string_view wanted) const {
     if (node_.kind() != kind) throw mismatch(wanted);
@@ -113,7 +130,7 @@ class Decoder {
   [[nodiscard]] std::string expectation(std::string_view wanted) const;
 
   JSONNode node_;
-  DateForm dateForm_;
+  const DecodingRules* rules_;
   CodingPath path_;
 };
 
@@ -132,6 +149,18 @@ std::invoke_result_t<First> Decoder::firstOf(const First& first, const Rest&... 
     };
     if ((succeeds(rest) || ...)) return std::move(*result);
     throw;
+  }
+}
+
+template <typename F>
+bool Decoder::succeeds(F&& reading) const {
+  try {
+    reading();
+    return true;
+  } catch (const DecodingError& error) {
+    if (rules_->isStrict || !error.isOfOneValue()) throw;
+    if (rules_->didLeaveOut != nullptr) (*rules_->didLeaveOut)(error);
+    return false;
   }
 }
 

@@ -61,7 +61,8 @@ void JSONEncoder::runSorted(const Write& write, const JSONWriter::Sink& sink) co
   std::string unsorted;
   JSONEncoder{.dateForm = dateForm}.run(write, [&](std::string_view piece) { unsorted += piece; });
   const JSONDocument document(unsorted);
-  const Decoder root(document.root(), dateForm);
+  const DecodingRules rules{.dateForm = dateForm};
+  const Decoder root(document.root(), rules);
   JSONEncoder{.layout = layout}.encode(Sorted{root}, sink);
 }
 

@@ -45,7 +45,9 @@ struct JSONEncoder {
   void runSorted(const Write& write, const JSONWriter::Sink& sink) const;
 };
 
-/// Reads values from JSON.
+/// Reads values from JSON. What can't be made out is left out where that is possible (Coding.h). A
+/// strict decoder fails on it: for a document that is taken over whole or not at all, and for who
+/// looks for damage.
 ///
 ///     try {
 ///       const auto note = JSONDecoder{}.decode<Note>(json);
@@ -54,6 +56,9 @@ struct JSONEncoder {
 ///     }
 struct JSONDecoder {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
+  bool isStrict = false;
+  /// Hears of each value that was left out, such as to log it; may be null.
+  const std::function<void(const DecodingError&)>* didLeaveOut = nullptr;
 
   /// \throws DecodingError
   template <typename T>
@@ -70,7 +75,8 @@ struct JSONDecoder {
  private:
   template <typename T>
   [[nodiscard]] T read(const JSONDocument& document) const {
-    return Decoder(document.root(), dateForm).decode<T>();
+    const DecodingRules rules{dateForm, isStrict, didLeaveOut};
+    return Decoder(document.root(), rules).decode<T>();
   }
 };
 

@@ -6,7 +6,12 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <cmath>
+#include <limits>
+#include <locale>
 #include <new>
+#include <optional>
+#include <sstream>
 #include <utility>
 
 #include <rapidjson/memorystream.h>
@@ -41,28 +46,104 @@ std::string shortened(std::string_view text) {
   return std::string(text.substr(0, end)) + "…";
 }
 
-/// Stops at a number that can't be read.
-struct NumberCheck : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, NumberCheck> {
-  static bool RawNumber(const char* start, rapidjson::SizeType size, bool /*copy*/) {
-    const std::string_view digits(start, size);
-    if (digits.find_first_of(".eE") != digits.npos) return fits<double>(digits);
-    return fits<std::int64_t>(digits) || fits<std::uint64_t>(digits);
-  }
-  template <typename Number>
-  static bool fits(std::string_view digits) {
-    Number number{};
-    return std::from_chars(digits.begin(), digits.end(), number).ec == std::errc();
-  }
-};
+/// What stands in for a number beyond the range of a double.
+constexpr std::string_view infiniteNumber = "1.7976931348623157e308";
+template <typename Integer>
+bool fits(std::string_view digits) {
+  Integer number{};
+  return std::from_chars(digits.begin(), digits.end(), number).ec == std::errc();
+}
 
-/// The parser doesn't tell where it stopped, so another one looks.
+bool isInfinite(std::string_view number) {
+  std::istringstream stream{std::string(number)};
+  stream.imbue(std::locale::classic());
+  double value = 0;
+  return !(stream >> value);
+}
+
+/// Takes digits from the front of a text; whether there were any.
+bool takeDigits(std::string_view& text) {
+  const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+  text.remove_prefix(count);
+  return count > 0;
+}
+
+bool takeOneOf(std::string_view& text, std::string_view characters) {
+  const bool isThere = !text.empty() && characters.contains(text.front());
+  if (isThere) text.remove_prefix(1);
+  return isThere;
+}
+
+/// Whether it is a number by the grammar of JSON.
+bool isNumber(std::string_view text) {
+  (void)takeOneOf(text, "-");
+  if (!takeOneOf(text, "0") && !takeDigits(text)) return false;
+  if (takeOneOf(text, ".") && !takeDigits(text)) return false;
+  if (takeOneOf(text, "eE")) {
+    (void)takeOneOf(text, "+-");
+    if (!takeDigits(text)) return false;
+  }
+  return text.empty();
+}
+
+/// A number in a form that the parser can read; absent where it has that already, and for what is
+/// no number.
+std::optional<std::string> mendedNumber(std::string_view number) {
+  const bool isInteger = number.find_first_of(".eE") == number.npos;
+  if (isInteger && (fits<std::int64_t>(number) || fits<std::uint64_t>(number))) return std::nullopt;
+  if (!isNumber(number)) return std::nullopt;
+  if (isInfinite(number)) {
+    return std::string(number.starts_with('-') ? "-" : "").append(infiniteNumber);
+  }
+  return isInteger ? std::optional(std::string(number) + "e0") : std::nullopt;
+}
+
+/// Behind the text that begins with the quotation mark at `start`.
+std::size_t endOfText(std::string_view json, std::size_t start) {
+  for (std::size_t i = start + 1; i < json.size(); ++i) {
+    if (json[i] == '"') return i + 1;
+    if (json[i] == '\\') ++i;
+  }
+  return json.size();
+}
+
+/// The text with each number that the parser can't hold replaced: the parser gives up a whole text
+/// for one of them. Absent where there are none.
+/// \param replace From a number's original and its mended form to what takes its place.
+template <typename Replace>
+std::optional<std::string> withNumbers(std::string_view json, Replace replace) {
+  std::string mended;
+  std::size_t copied = 0;
+  for (std::size_t i = json.find_first_of("\"-0123456789"); i < json.size();
+       i = json.find_first_of("\"-0123456789", i)) {
+    const std::size_t start = i;
+    if (json[start] == '"') {
+      i = endOfText(json, start);
+      continue;
+    }
+    i = std::min(json.find_first_not_of("+-.eE0123456789", start), json.size());
+    const std::string_view number = json.substr(start, i - start);
+    if (auto form = mendedNumber(number)) {
+      mended.append(json.substr(copied, start - copied)).append(replace(number, *std::move(form)));
+      copied = i;
+    }
+  }
+  if (copied == 0) return std::nullopt;
+  return mended.append(json.substr(copied));
+}
+
+/// The parser doesn't tell where it stopped, so another one looks; it stops at large numbers, too.
 std::size_t placeOfFailure(std::string_view text) {
-  rapidjson::MemoryStream stream(text.data(), text.size());
-  rapidjson::Reader reader;
-  NumberCheck check;
+  const auto sameLength = [](std::string_view number, const std::string&) {
+    return std::string(number.size(), '1');
+  };
+  const std::string readable = withNumbers(text, sameLength).value_or(std::string(text));
+  rapidjson::MemoryStream stream(readable.data(), readable.size());
+  rapidjson::BaseReaderHandler<> nobody;
   using namespace rapidjson;
-  reader.Parse<kParseIterativeFlag | kParseNumbersAsStringsFlag>(stream, check);
-  return std::min(reader.GetErrorOffset(), text.size());
+  const ParseResult result =
+      Reader().Parse<kParseIterativeFlag | kParseNumbersAsStringsFlag>(stream, nobody);
+  return std::min(result.Offset(), text.size());
 }
 
 std::string reasonText(simdjson::error_code failure, std::string_view text) {
@@ -71,6 +152,8 @@ std::string reasonText(simdjson::error_code failure, std::string_view text) {
       return "The text is empty.";
     case simdjson::UTF8_ERROR:
       return "The text is not UTF-8.";
+    case simdjson::CAPACITY:
+      return "The text is longer than " + std::to_string(maximumJSONSize >> 20) + " MiB.";
     case simdjson::DEPTH_ERROR:
       return "The text nests deeper than " + std::to_string(maximumJSONDepth) + " levels.";
     default:
@@ -120,7 +203,10 @@ std::uint64_t JSONNode::unsignedInteger() const {
 }
 
 double JSONNode::real() const {
-  return valueOf<double>(*this);
+  const double value = valueOf<double>(*this);
+  constexpr double largest = std::numeric_limits<double>::max();
+  const bool isBeyond = value == largest || value == -largest;
+  return isBeyond ? std::copysign(std::numeric_limits<double>::infinity(), value) : value;
 }
 
 std::string_view JSONNode::text() const {
@@ -143,6 +229,7 @@ std::string JSONNode::description() const {
     case Kind::unsignedInteger:
       return "the number " + std::to_string(unsignedInteger());
     case Kind::real: {
+      if (!std::isfinite(real())) return "a number beyond the range of a double";
       char digits[32];
       const auto end = std::to_chars(digits, std::end(digits), real()).ptr;
       return "the number " + std::string(digits, end);
@@ -187,7 +274,7 @@ struct JSONDocument::Parser {
   static constexpr std::size_t largestKeptCapacity = 256 * 1024;
   static thread_local std::unique_ptr<Parser> kept;
 
-  dom::parser parser;
+  dom::parser parser{maximumJSONSize};
 
   static Parser* take() {
     if (kept != nullptr) return kept.release();
@@ -211,10 +298,17 @@ JSONDocument::JSONDocument(std::string_view text, std::size_t readableBehind)
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   dom::element root;
-  const auto failure =
-      parser_->parser.parse(text.data(), text.size(), readableBehind < readAhead).get(root);
+  const auto parse = [&](std::string_view json, bool needsCopy) {
+    return parser_->parser.parse(json.data(), json.size(), needsCopy).get(root);
+  };
+  auto failure = parse(text, readableBehind < readAhead);
+  if (failure != simdjson::SUCCESS && failure != simdjson::CAPACITY) {
+    const auto mended = withNumbers(text, [](auto, std::string form) { return form; });
+    if (mended) failure = parse(*mended, /*needsCopy=*/true);
+  }
   if (failure != simdjson::SUCCESS) {
-    throw DecodingError(DecodingError::Kind::dataCorrupted, "", reasonText(failure, text));
+    throw DecodingError(DecodingError::Kind::dataCorrupted, "", reasonText(failure, text))
+        .ofMoreThanOneValue();
   }
   root_ = nodeOf(root);
 }

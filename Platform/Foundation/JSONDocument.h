@@ -12,6 +12,9 @@ namespace platform {
 /// that is empty may lie a level deeper.
 inline constexpr std::size_t maximumJSONDepth = 512;
 
+/// A text of more bytes is not read.
+inline constexpr std::size_t maximumJSONSize = std::size_t{256} << 20;
+
 /// A value in a parsed JSON text: two words, good as long as its `JSONDocument` lives. Ask for its
 /// kind before its value.
 class JSONNode {
@@ -31,7 +34,7 @@ class JSONNode {
   [[nodiscard]] bool boolean() const;
   [[nodiscard]] std::int64_t integer() const;
   [[nodiscard]] std::uint64_t unsignedInteger() const;
-  /// Of a number of any kind.
+  /// Of a number of any kind. The largest double, and what lies beyond it, is infinite.
   [[nodiscard]] double real() const;
   [[nodiscard]] std::string_view text() const;
   /// The elements of an array or the fields of an object; counts beyond 2^24 - 1 stay at that.
@@ -73,10 +76,11 @@ class JSONDocument {
  public:
   static constexpr std::size_t readAhead = 64;
 
-  /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that lies deeper than
-  ///     `maximumJSONDepth`, or that holds an integer beyond 64 bits ("1e20" is none), a number
-  ///     beyond the range of a double or half of a surrogate pair ("\ud800"). Its description names
-  ///     the place.
+  /// An integer beyond 64 bits is kept as a real, and a number beyond the range of a double as an
+  /// infinite one: it is for the reader of that value to refuse it.
+  /// \throws DecodingError for a text that is no JSON, that is not UTF-8, that is longer than
+  ///     `maximumJSONSize` or lies deeper than `maximumJSONDepth`, or that holds half of a
+  ///     surrogate pair ("\ud800"). Its description names the place.
   /// \param readableBehind How many bytes behind the text belong to its memory. From
   ///     `readAhead` on, the text needs no copy.
   explicit JSONDocument(std::string_view text, std::size_t readableBehind = 0);

@@ -54,10 +54,15 @@ Result<NSFileHandle> NSFileHandle::open(const std::filesystem::path& path, int f
   return NSFileHandle(path, descriptor);
 }
 
-Result<std::string> NSFileHandle::readToEnd() {
+Result<std::string> NSFileHandle::readToEnd(std::size_t limit) {
+  const auto tooLarge = [&] {
+    errno = EFBIG;
+    return fileFailure("cannot read more than " + std::to_string(limit >> 20) + " MiB of", path_);
+  };
   std::string bytes;
   struct stat status {};
   if (auto known = getStatus(status); !known) return std::unexpected(known.error());
+  if (status.st_size > 0 && static_cast<std::size_t>(status.st_size) > limit) return tooLarge();
   // More than expected, so that the end shows without a further turn of growing. What stays free
   // saves readers of JSON a copy.
   constexpr std::size_t spare = 4096;
@@ -68,6 +73,7 @@ Result<std::string> NSFileHandle::readToEnd() {
         uninterrupted([&] { return ::read(descriptor_, bytes.data() + filled, room); });
     if (count < 0) return fileFailure("cannot read", path_);
     filled += static_cast<std::size_t>(count);
+    if (filled > limit) return tooLarge();
     room = std::max(room - static_cast<std::size_t>(count), spare);
     if (count == 0) {
       bytes.resize(filled);

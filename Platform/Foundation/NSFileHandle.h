@@ -39,8 +39,12 @@ class NSFileHandle {
   [[nodiscard]] int fileDescriptor() const { return descriptor_; }
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-  /// What follows the handle's place, all of it.
-  [[nodiscard]] Result<std::string> readToEnd();
+  /// What `readToEnd` reads at most: 256 MiB.
+  static constexpr std::size_t largestRead = std::size_t{256} << 20;
+
+  /// What follows the handle's place, all of it. More than `limit` bytes, of a file or of a pipe
+  /// that never ends, is an error that names the limit.
+  [[nodiscard]] Result<std::string> readToEnd(std::size_t limit = largestRead);
   /// Writes all of `bytes` at the handle's place, in one system call unless the system takes less.
   [[nodiscard]] Result<void> write(std::string_view bytes);
   /// Returns when the content has reached the disk.

@@ -168,10 +168,10 @@ std::string NSFileManager::identity(const Path& path) {
          std::to_string(known.stx_btime.tv_nsec);
 }
 
-Result<std::string> NSFileManager::contents(const Path& path) {
+Result<std::string> NSFileManager::contents(const Path& path, std::size_t limit) {
   auto file = NSFileHandle::open(path, O_RDONLY);
   if (!file) return std::unexpected(file.error());
-  return file->readToEnd();
+  return file->readToEnd(limit);
 }
 
 Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& path) {

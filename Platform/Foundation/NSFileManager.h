@@ -3,6 +3,7 @@
 #include "Foundation/Error.h"
 #include "Foundation/NSFileHandle.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -49,8 +50,9 @@ class NSFileManager {
   /// What tells a file from every other that ever had its name, also from its copies; it stays when
   /// the content changes. Empty where there is no file.
   [[nodiscard]] static std::string identity(const Path& path);
-  /// A file, read whole.
-  [[nodiscard]] static Result<std::string> contents(const Path& path);
+  /// A file, read whole; an error beyond so many bytes.
+  [[nodiscard]] static Result<std::string> contents(const Path& path,
+                                                    std::size_t limit = NSFileHandle::largestRead);
   /// The names of the items in a folder, sorted.
   [[nodiscard]] static Result<std::vector<std::string>> contentsOfDirectory(const Path& path);
 

@@ -20,30 +20,9 @@ namespace platform {
 /// any thread.
 ///
 /// A subclass whose work ends when `main` returns overrides `main` alone. One whose work goes on
-/// elsewhere keeps both flags itself, overrides what reads them, and changes them by `changeValue`:
-///
-///     class Download : public NSOperation {
-///      public:
-///       bool isAsynchronous() const override { return true; }
-///       bool isExecuting() const override { return executing_; }
-///       bool isFinished() const override { return finished_; }
-///       void start() override {
-///         if (isCancelled()) return complete();     // a cancelled operation does no work
-///         changeValue(executing_, true, "isExecuting");
-///         if (completed_) return changeValue(executing_, false, "isExecuting");  // meanwhile
-///         request([self = shared_from_this()] { … complete(); });
-///       }
-///       void complete() {                           // also without start()
-///         if (completed_.exchange(true)) return;    // a second thread must not get in between
-///         changeValue(executing_, false, "isExecuting");
-///         changeValue(finished_, true, "isFinished");
-///       }
-///
-///      private:
-///       std::atomic<bool> completed_ = false;
-///       std::atomic<bool> executing_ = false;
-///       std::atomic<bool> finished_ = false;
-///     };
+/// elsewhere keeps both flags itself, overrides what reads them, and changes them by `changeValue`;
+/// it must see to it that "isFinished" is announced last, although its start and its end may meet
+/// on two threads. OxKit/AsyncOperation.h does all of that.
 class NSOperation : public std::enable_shared_from_this<NSOperation> {
  public:
   NSOperation() = default;

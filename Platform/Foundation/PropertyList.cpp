@@ -111,8 +111,11 @@ PropertyList decodeForm(const Decoder& from, Form form, std::size_t levels) {
     case Decoder::Kind::integer:
       return from.integer();
     case Decoder::Kind::unsignedInteger:
-    case Decoder::Kind::real:
-      return from.real();
+    case Decoder::Kind::real: {
+      PropertyList number;
+      (void)from.succeeds([&] { number = from.real(); });
+      return number;
+    }
     case Decoder::Kind::text:
       return from.text();
     case Decoder::Kind::object:
@@ -163,7 +166,7 @@ std::string PropertyList::fileText() const {
 
 PropertyList PropertyList::fromFileText(std::string_view text) {
   const JSONDocument document(text);
-  return decodeForm(Decoder(document.root(), DateForm::secondsSinceReferenceDate), Form::file);
+  return decodeForm(Decoder(document.root(), plainDecodingRules), Form::file);
 }
 
 void PropertyList::hash(Hasher& hasher) const {

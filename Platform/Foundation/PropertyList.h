@@ -31,7 +31,8 @@ class Hasher;
 ///
 /// A number is an integer wherever it is one that fits 64 bits with a sign (5.0 is the same value
 /// as 5, but -0.0 is a real), and dictionaries are kept in the order of their keys, so that equal
-/// values give equal texts.
+/// values give equal texts. In JSON, an integer beyond 64 bits reads as a real, and a number beyond
+/// those as null.
 class PropertyList {
  public:
   using Array = std::vector<PropertyList>;

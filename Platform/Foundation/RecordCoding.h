@@ -72,25 +72,10 @@ void decodeOptional(std::optional<T>& value, const Decoder& from) {
   }
 }
 
-template <RawRepresentable E>
-void decodeIfKnown(std::optional<E>& value, const Decoder& from) {
-  if (from.isNull()) {
-    value.reset();
-  } else {
-    value = fromRawValue<E>(from.text());
-  }
-}
-
-template <typename Values>
-requires RawRepresentable<typename Values::value_type>
-void decodeIfKnown(Values& values, const Decoder& from) {
-  values = Values{};
-  if (from.isNull()) return;
-  from.forEachElement([&](const Decoder& element) {
-    const auto value = fromRawValue<typename Values::value_type>(element.text());
-    if (value) values.insert(values.end(), *value);
-  });
-}
+template <typename T>
+inline constexpr bool isWhenUnknown = false;
+template <typename Value>
+inline constexpr bool isWhenUnknown<WhenUnknown<Value>> = true;
 
 template <typename T>
 struct RecordCoding {
@@ -112,37 +97,64 @@ struct RecordCoding {
       if (index == count) return;
       expected = index + 1;
       seen |= std::uint64_t{1} << index;
-      readers[index](fresh, value);
+      if (replacers[index] == nullptr) return readers[index](fresh, value);
+      if (!value.succeeds([&] { readers[index](fresh, value); })) replacers[index](fresh);
     });
     supplyMissing(fresh, from, seen, Indexes{});
   }
 
  private:
   using Reader = void (*)(T&, const Decoder&);
+  using Replacer = void (*)(T&);
 
   template <std::size_t I>
   static constexpr const auto& keyAt = get<I>(keys.entries);
   template <std::size_t I>
   using Key = std::remove_cvref_t<decltype(keyAt<I>)>;
+  template <std::size_t I>
+  static constexpr bool isNeeded = !isOptional<typename Key<I>::MemberType> &&
+                                   std::same_as<typename Key<I>::FallbackType, NoFallback>;
+  template <std::size_t I>
+  static constexpr bool mayBeMissing =
+      !isNeeded<I> && !isWhenUnknown<typename Key<I>::FallbackType>;
 
   template <std::size_t I>
   static void read(T& record, const Decoder& from) {
     auto& member = record.*keyAt<I>.member;
     using Member = typename Key<I>::MemberType;
-    if constexpr (std::same_as<typename Key<I>::FallbackType, AbsentWhenUnknown>) {
-      decodeIfKnown(member, from);
-    } else if constexpr (isOptional<Member>) {
+    if constexpr (isOptional<Member>) {
       decodeOptional(member, from);
     } else {
-      if constexpr (Key<I>::hasFallback) {
-        if (from.isNull()) {
-          T blank{};
-          supply<I>(blank, from);
-          member = std::move(blank.*keyAt<I>.member);
-          return;
-        }
+      if constexpr (mayBeMissing<I>) {
+        if (from.isNull()) return replace<I>(record);
       }
       member = from.decode<Member>();
+    }
+  }
+
+  /// Gives a member that something was read into what it has when its value can't be made out.
+  template <std::size_t I>
+  static void replace(T& record) {
+    auto& member = record.*keyAt<I>.member;
+    using Member = typename Key<I>::MemberType;
+    if constexpr (isOptional<Member>) {
+      member.reset();
+    } else if constexpr (isWhenUnknown<typename Key<I>::FallbackType>) {
+      set<I>(member, keyAt<I>.fallback.value);
+    } else {
+      set<I>(member, keyAt<I>.fallback);
+    }
+  }
+
+  template <std::size_t I, typename Member, typename Value>
+  static void set(Member& member, const Value& value) {
+    if constexpr (std::same_as<Value, InitialValue>) {
+      T blank{};
+      member = std::move(blank.*keyAt<I>.member);
+    } else if constexpr (std::invocable<Value>) {
+      member = value();
+    } else {
+      member = Member(value);
     }
   }
 
@@ -155,16 +167,10 @@ struct RecordCoding {
   /// What a member of a new record is when its key is missing.
   template <std::size_t I>
   static void supply(T& fresh, const Decoder& from) {
-    using Fallback = typename Key<I>::FallbackType;
-    auto& member = fresh.*keyAt<I>.member;
-    if constexpr (isOptional<typename Key<I>::MemberType>) {
-      member.reset();
-    } else if constexpr (!Key<I>::hasFallback) {
+    if constexpr (!mayBeMissing<I>) {
       throw from.keyNotFound(keys.names[I]);
-    } else if constexpr (std::same_as<Fallback, AbsentWhenUnknown>) {
-      member = {};
-    } else if constexpr (!std::same_as<Fallback, InitialValue>) {
-      member = typename Key<I>::MemberType(keyAt<I>.fallback);
+    } else if constexpr (!std::same_as<typename Key<I>::FallbackType, InitialValue>) {
+      replace<I>(fresh);
     }
   }
 
@@ -173,6 +179,21 @@ struct RecordCoding {
     return {&read<I>...};
   }
   static constexpr std::array<Reader, count> readers = makeReaders(Indexes{});
+
+  /// Null where nothing can stand in for a value.
+  template <std::size_t I>
+  static constexpr Replacer replacerAt() {
+    if constexpr (isNeeded<I>) {
+      return nullptr;
+    } else {
+      return &replace<I>;
+    }
+  }
+  template <std::size_t... I>
+  static constexpr std::array<Replacer, count> makeReplacers(std::index_sequence<I...>) {
+    return {replacerAt<I>()...};
+  }
+  static constexpr std::array<Replacer, count> replacers = makeReplacers(Indexes{});
 };
 
 template <typename T>
@@ -259,7 +280,10 @@ struct VariantCoding {
   template <typename Element>
   static Element readElement(const Decoder& from, std::string_view label) {
     if constexpr (isOptional<Element>) {
-      return from.decodeIfPresent<typename Element::value_type>(label);
+      Element element;
+      const bool isKnown = from.succeeds(
+          [&] { element = from.decodeIfPresent<typename Element::value_type>(label); });
+      return isKnown ? element : std::nullopt;
     } else {
       return from.decode<Element>(label);
     }

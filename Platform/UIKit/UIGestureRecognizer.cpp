@@ -32,6 +32,11 @@ void UIGestureRecognizer::receive(const UITouch& touch) {
   state_ = State::possible;
 }
 
+void UIGestureRecognizer::cancel() {
+  waiting_.reset();
+  receive({.phase = UITouch::Phase::cancelled, .location = location_});
+}
+
 void UIGestureRecognizer::recognize(State state) {
   if (state_ != State::possible) return;
   const auto other = mustFail_.lock();

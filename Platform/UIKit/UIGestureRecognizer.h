@@ -68,6 +68,9 @@ class UIGestureRecognizer : public std::enable_shared_from_this<UIGestureRecogni
 
   /// One step of the finger; the view calls it.
   void receive(const UITouch& touch);
+  /// Ends a gesture under way as if the touch had been cancelled; what the finger still does counts
+  /// for nothing. The view calls it.
+  void cancel();
 
  protected:
   /// How far, in points, a finger may stray and still count as resting.

@@ -29,7 +29,18 @@ void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognize
 }
 
 void UIView::removeGestureRecognizer(const std::shared_ptr<UIGestureRecognizer>& recognizer) {
-  std::erase(gestureRecognizers_, recognizer);
+  const auto removed = recognizer;  // the list may hold the last handle, and be what is passed
+  if (std::erase(gestureRecognizers_, removed) > 0) removed->cancel();
+}
+
+void UIView::setUserInteractionEnabled(bool enabled) {
+  isUserInteractionEnabled_ = enabled;
+  if (!enabled) cancelTouch();
+}
+
+void UIView::cancelTouch() {
+  const auto receivers = gestureRecognizers_;  // an action may change the list
+  for (const auto& recognizer : receivers) recognizer->cancel();
 }
 
 void UIView::receive(const UITouch& touch) {
@@ -56,6 +67,7 @@ void UIView::drawScaled(CGContext& context) {
 }
 
 void UIView::moveTo(UIWindow* window) {
+  cancelTouch();
   window_ = window;
   setNeedsDisplay();
   didMoveToWindow();

@@ -30,7 +30,8 @@ class UIView : public std::enable_shared_from_this<UIView> {
   [[nodiscard]] double contentsScale() const { return contentsScale_; }
   void setContentsScale(double scale);
   [[nodiscard]] bool isUserInteractionEnabled() const { return isUserInteractionEnabled_; }
-  void setUserInteractionEnabled(bool enabled) { isUserInteractionEnabled_ = enabled; }
+  /// A touch under way is cancelled when interaction is switched off.
+  void setUserInteractionEnabled(bool enabled);
 
   /// Asks for a repaint; any number of times before it comes.
   void setNeedsDisplay() { needsDisplay_ = true; }
@@ -48,6 +49,7 @@ class UIView : public std::enable_shared_from_this<UIView> {
     return gestureRecognizers_;
   }
   void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
+  /// A gesture under way is cancelled.
   void removeGestureRecognizer(const std::shared_ptr<UIGestureRecognizer>& recognizer);
   /// Hands the touch to every recogniser. Without interaction, nothing happens.
   void receive(const UITouch& touch);
@@ -63,6 +65,7 @@ class UIView : public std::enable_shared_from_this<UIView> {
  private:
   friend class UIWindow;
   void moveTo(UIWindow* window);
+  void cancelTouch();
   void drawScaled(CGContext& context);
 
   CGRect bounds_;
@@ -88,7 +91,8 @@ class UIWindow {
 
   [[nodiscard]] double screenScale() const { return screenScale_; }
   [[nodiscard]] const std::shared_ptr<UIView>& contentView() const { return contentView_; }
-  /// A view that is in another window leaves that first. Null empties the window.
+  /// A view that is in another window leaves that first; a touch that is under way in a view that
+  /// leaves is cancelled. Null empties the window.
   void setContentView(std::shared_ptr<UIView> view);
 
   /// Lets the view draw, at its contents scale, if it has asked for it; says whether it has drawn.

@@ -3,6 +3,7 @@
 #include "Foundation/JSON.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 namespace platform {
@@ -130,7 +131,12 @@ NotificationRecords NotificationRecords::fromText(std::string_view json,
   NotificationRecords records;
   try {
     const JSONDocument document(json);
-    const Decoder from(document.root(), DateForm::secondsSinceReferenceDate);
+    // What is left out is gone when the records are written next: it is a problem, too.
+    const std::function<void(const DecodingError&)> note = [&](const DecodingError& error) {
+      problems.emplace_back(error.what());
+    };
+    const DecodingRules rules{.didLeaveOut = &note};
+    const Decoder from(document.root(), rules);
     readField(from, "settings", problems, [&](const Decoder& value) {
       records.settings = value.decode<UNNotificationSettings>();
     });

@@ -22,6 +22,7 @@ struct UNNotificationContentExtensionHost::State : std::enable_shared_from_this<
   void present(UNNotification notification) {
     if (!controller) controller = handlers.makeController();
     shown = std::move(notification);
+    ++presentation;
     Controller(controller)->didReceive(shown);
   }
 
@@ -34,26 +35,27 @@ struct UNNotificationContentExtensionHost::State : std::enable_shared_from_this<
 
   UNNotificationContentExtension::CompletionHandler answerTo(UNNotificationResponse response) {
     // The extension keeps the handler, so the handler must not keep the extension.
-    return [weak = weak_from_this(), by = std::weak_ptr(controller),
+    return [weak = weak_from_this(), to = presentation,
             pending = std::optional(std::move(response))](Option option) mutable {
       const auto self = weak.lock();
       if (!self || !pending) return;
-      self->onMain([by, response = *std::exchange(pending, std::nullopt), option](State& state) {
-        state.take(response, option, by);
+      self->onMain([to, response = *std::exchange(pending, std::nullopt), option](State& state) {
+        state.take(response, option, to);
       });
     };
   }
 
-  void take(const UNNotificationResponse& response, Option option,
-            const std::weak_ptr<UNNotificationContentExtension>& by) {
+  void take(const UNNotificationResponse& response, Option option, int to) {
     if (handlers.didAnswer) handlers.didAnswer(option);
     if (option == Option::dismissAndForwardAction && handlers.forward) handlers.forward(response);
-    if (option != Option::doNotDismiss && by.lock() == controller) controller.reset();
+    // Another notification may be shown by now, also by the same extension.
+    if (option != Option::doNotDismiss && to == presentation) controller.reset();
   }
 
   const Handlers handlers;
   Controller controller;
   UNNotification shown;
+  int presentation = 0;  ///< Counts them: an answer dismisses only what it is an answer to.
 };
 
 UNNotificationContentExtensionHost::UNNotificationContentExtensionHost(Handlers handlers)

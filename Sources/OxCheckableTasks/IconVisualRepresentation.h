@@ -48,8 +48,9 @@ struct IconVisualRepresentation {
     std::optional<Overlay> overlay;
 
     bool operator==(const DisplayProperties&) const = default;
-    static constexpr auto codingKeys = keys(key("orientation", &DisplayProperties::orientation),
-                                            key("overlay", &DisplayProperties::overlay));
+    static constexpr auto codingKeys =
+        keys(key("orientation", &DisplayProperties::orientation, initialWhenUnknown),
+             key("overlay", &DisplayProperties::overlay));
   };
 
   /// Its measures in a line of text, as parts of the font's point size.

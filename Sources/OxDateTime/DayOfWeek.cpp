@@ -28,4 +28,8 @@ std::optional<DayOfWeek> defaultFirstDayOfWeek() {
   return fromRawValue<DayOfWeek>(Locale::current().firstWeekday() - 1);
 }
 
+DayOfWeek localesFirstDayOfWeek() {
+  return defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+}
+
 }  // namespace velloro

@@ -91,6 +91,8 @@ constexpr auto rawValues(std::type_identity<CalendarDayOfWeek>) {
 
 /// The day on which weeks begin in the device's locale.
 [[nodiscard]] std::optional<DayOfWeek> defaultFirstDayOfWeek();
+/// The same, and Sunday where there is none.
+[[nodiscard]] DayOfWeek localesFirstDayOfWeek();
 
 /// A set of weekdays in the 16 bits that are stored: Sunday is 1, Monday 2, … Saturday 64.
 ///

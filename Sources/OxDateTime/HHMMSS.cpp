@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace velloro {
 namespace {
@@ -24,11 +25,13 @@ std::int64_t wholeSeconds(TimeInterval seconds) {
 }
 
 /// A time's instant on each calendar day. It is made anew for each, since stepping the instant
-/// would carry a time that one day's clock change moved into all the days behind it.
+/// would carry a time that one day's clock change moved into all the days behind it. A time that no
+/// dial shows counts as the one to which it wraps.
 class DailyInstants {
  public:
   DailyInstants(const HHMMSS& time, std::optional<TimeZone> zone)
-      : time_(time), calendar_(zone ? *zone : TimeZone::current()) {}
+      : time_(fromSeconds(floorModulo(time.intValue(), secondsPerDay))),
+        calendar_(zone ? *zone : TimeZone::current()) {}
 
   [[nodiscard]] Date on(YYYYMMDD day) const {
     return day.dateAt(HHMMSS::midnight, time_, calendar_.timeZone());
@@ -78,8 +81,15 @@ DateComponents HHMMSS::dateComponents() const {
 }
 
 std::optional<HHMMSS> HHMMSS::add(const HHMMSS& span, bool canWrap) const {
-  const std::int64_t sum = intValue() + span.intValue();
-  return fromRawValue(canWrap ? floorModulo(sum, secondsPerDay) : sum);
+  // A time that was read from its fields, or a span, can be any number.
+  if (canWrap) {
+    return fromRawValue(
+        (floorModulo(intValue(), secondsPerDay) + floorModulo(span.intValue(), secondsPerDay)) %
+        secondsPerDay);
+  }
+  std::int64_t sum = 0;
+  if (__builtin_add_overflow(intValue(), span.intValue(), &sum)) return std::nullopt;
+  return fromRawValue(sum);
 }
 
 std::optional<HHMMSS> HHMMSS::add(TimeInterval seconds, bool canWrap) const {
@@ -87,7 +97,8 @@ std::optional<HHMMSS> HHMMSS::add(TimeInterval seconds, bool canWrap) const {
 }
 
 bool HHMMSS::isWithin(double hours, const HHMMSS& of, bool inclusive) const {
-  const auto difference = static_cast<double>(std::abs(intValue() - of.intValue()));
+  const double difference =
+      std::abs(static_cast<double>(intValue()) - static_cast<double>(of.intValue()));
   return inclusive ? difference <= hours * 3600 : difference < hours * 3600;
 }
 
@@ -96,9 +107,9 @@ HHMMSS HHMMSS::roundToNearestInterval(TimeInterval duration) const {
   if (interval < 1) return *this;
   const std::int64_t remainder = intValue() % interval;
   const std::int64_t lower = intValue() - remainder;
-  const std::int64_t upper = lower + interval;
-  const bool isDown = remainder == 0 || remainder < interval / 2 || upper >= secondsPerDay;
-  return fromSeconds(isDown ? lower : upper);
+  const bool isDown =
+      remainder == 0 || remainder < interval / 2 || lower >= secondsPerDay - interval;
+  return fromSeconds(isDown ? lower : lower + interval);
 }
 
 Date HHMMSS::nextOccurrence(Date from, std::optional<TimeZone> timeZone) const {
@@ -130,7 +141,7 @@ std::optional<HHMMSS> median(std::span<const HHMMSS> times) {
   const std::vector<HHMMSS> sorted = sortedAscending({times.begin(), times.end()});
   const std::size_t middle = sorted.size() / 2;
   if (sorted.size() % 2 == 1) return sorted[middle];
-  return fromSeconds((sorted[middle - 1].intValue() + sorted[middle].intValue()) / 2);
+  return fromSeconds(std::midpoint(sorted[middle - 1].intValue(), sorted[middle].intValue()));
 }
 
 }  // namespace velloro

@@ -44,7 +44,7 @@ struct OxHKWorkout {
 
   bool operator==(const OxHKWorkout&) const = default;
   static constexpr auto codingKeys =
-      keys(key("activityType", &OxHKWorkout::activityType),
+      keys(key("activityType", &OxHKWorkout::activityType, initialWhenUnknown),
            key("totalEnergyBurned", &OxHKWorkout::totalEnergyBurned),
            key("totalDistance", &OxHKWorkout::totalDistance), key("events", &OxHKWorkout::events));
 };

@@ -5,15 +5,20 @@
 namespace velloro {
 
 void AsyncOperation::start() {
-  if (completeCalled_) return;
+  if (!advance(Phase::waiting, Phase::starting)) return;
   changeValue(executing_, true, "isExecuting");
-  // A `complete` that came in between found nothing to take back.
-  if (completeCalled_) return changeValue(executing_, false, "isExecuting");
-  main();
+  if (advance(Phase::starting, Phase::executing)) return main();
+  finish();
 }
 
 void AsyncOperation::complete() {
-  if (completeCalled_.exchange(true)) return;
+  // In the order of an operation's life: when a phase is over before it is looked at, the next is.
+  if (advance(Phase::waiting, Phase::over)) return finish();
+  if (advance(Phase::starting, Phase::startOver)) return;
+  if (advance(Phase::executing, Phase::over)) finish();
+}
+
+void AsyncOperation::finish() {
   changeValue(executing_, false, "isExecuting");
   changeValue(finished_, true, "isFinished");
 }

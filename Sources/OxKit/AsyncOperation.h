@@ -4,6 +4,7 @@
 #include "OxKit/Platform.h"
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -31,11 +32,24 @@ class AsyncOperation : public NSOperation {
   /// Executes and calls `main`. No effect once completed.
   void start() override;
   /// Ends the operation, started or not: `isExecuting` falls, then `isFinished` rises. From any
-  /// thread; only the first call counts.
+  /// thread; only the first call counts. While `start` announces that the operation executes, this
+  /// returns at once, and `start` ends the operation in the place of calling `main`.
   void complete();
 
  private:
-  std::atomic<bool> completeCalled_ = false;
+  enum class Phase : std::uint8_t {
+    waiting,
+    starting,   ///< Between the two announcements nothing else may be announced.
+    startOver,  ///< Completed amid the start, which will say so.
+    executing,
+    over,
+  };
+
+  /// Whether the operation went from one phase to another; another thread may have been faster.
+  bool advance(Phase from, Phase to) { return phase_.compare_exchange_strong(from, to); }
+  void finish();
+
+  std::atomic<Phase> phase_ = Phase::waiting;
   std::atomic<bool> executing_ = false;
   std::atomic<bool> finished_ = false;
 };

@@ -19,7 +19,7 @@ struct VelloroJSONBackupTaskExtraActionButton {
 
   bool operator==(const VelloroJSONBackupTaskExtraActionButton&) const = default;
   static constexpr auto codingKeys =
-      keys(key("type", &VelloroJSONBackupTaskExtraActionButton::type),
+      keys(key("type", &VelloroJSONBackupTaskExtraActionButton::type, initialWhenUnknown),
            key("url", &VelloroJSONBackupTaskExtraActionButton::url),
            key("incrementAmount", &VelloroJSONBackupTaskExtraActionButton::incrementAmount));
 };

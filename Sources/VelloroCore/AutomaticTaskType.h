@@ -70,12 +70,11 @@ struct AutomaticTaskType {
                                                std::optional<DataSource> dataSource = {});
 
   bool operator==(const AutomaticTaskType&) const = default;
-  static constexpr auto codingKeys =
-      keys(key("type", &AutomaticTaskType::type), key("quantity", &AutomaticTaskType::quantity),
-           key("unit", &AutomaticTaskType::unit, absentWhenUnknown),
-           key("speeds", &AutomaticTaskType::speeds, absentWhenUnknown),
-           key("extra", &AutomaticTaskType::extra),
-           key("dataSource", &AutomaticTaskType::dataSource, absentWhenUnknown));
+  static constexpr auto codingKeys = keys(
+      key("type", &AutomaticTaskType::type), key("quantity", &AutomaticTaskType::quantity),
+      key("unit", &AutomaticTaskType::unit),
+      key("speeds", &AutomaticTaskType::speeds, initialValue),
+      key("extra", &AutomaticTaskType::extra), key("dataSource", &AutomaticTaskType::dataSource));
   /// For logs: "type=hk_distance quantity=5 unit=km speeds=[run] extra=none".
   [[nodiscard]] std::string debugDescription() const;
 

@@ -34,7 +34,8 @@ struct StreakRecord {
 
   bool operator==(const StreakRecord&) const = default;
   static constexpr auto codingKeys =
-      keys(key("current", &StreakRecord::current), key("best", &StreakRecord::best));
+      keys(key("current", &StreakRecord::current, initialWhenUnknown),
+           key("best", &StreakRecord::best, initialWhenUnknown));
   /// Raises a best run that is too short.
   [[nodiscard]] static StreakRecord decode(const Decoder& from);
   /// "current=9 best=10".

@@ -36,8 +36,9 @@ struct TaskDisplayOrder {
   static const TaskDisplayOrder first;
 
   auto operator<=>(const TaskDisplayOrder&) const = default;
-  static constexpr auto codingKeys = keys(key("pageNumber", &TaskDisplayOrder::pageNumber),
-                                          key("position", &TaskDisplayOrder::position));
+  static constexpr auto codingKeys =
+      keys(key("pageNumber", &TaskDisplayOrder::pageNumber, initialWhenUnknown),
+           key("position", &TaskDisplayOrder::position, initialWhenUnknown));
 
   /// From `lower` to before `upper`.
   struct Values {

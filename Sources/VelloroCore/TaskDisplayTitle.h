@@ -88,7 +88,7 @@ struct TaskDisplayTitle {
 
     bool operator==(const Quantity&) const = default;
     static constexpr auto codingKeys =
-        keys(key("type", &Quantity::type, absentWhenUnknown), key("quantity", &Quantity::quantity));
+        keys(key("type", &Quantity::type), key("quantity", &Quantity::quantity));
   };
 
   /// What a surface shows of a title: one part, both or none.

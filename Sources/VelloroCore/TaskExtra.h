@@ -34,7 +34,7 @@ struct TaskExtra {
 
     bool operator==(const ActionButton&) const = default;
     static constexpr auto codingKeys =
-        keys(key("type", &ActionButton::type), key("url", &ActionButton::url),
+        keys(key("type", &ActionButton::type, initialWhenUnknown), key("url", &ActionButton::url),
              key("incrementAmount", &ActionButton::incrementAmount));
   };
 

@@ -37,11 +37,12 @@ struct TaskFrequency {
 
   bool operator==(const TaskFrequency&) const = default;
   static constexpr auto codingKeys =
-      keys(key("dayMode", &TaskFrequency::dayMode), key("days", &TaskFrequency::days),
-           key("daysOfMonth", &TaskFrequency::daysOfMonth),
-           key("numPartialCompletions", &TaskFrequency::numPartialCompletions),
-           key("numCompletions", &TaskFrequency::numCompletions),
-           key("dayInterval", &TaskFrequency::dayInterval));
+      keys(key("dayMode", &TaskFrequency::dayMode, initialWhenUnknown),
+           key("days", &TaskFrequency::days),
+           key("daysOfMonth", &TaskFrequency::daysOfMonth, initialWhenUnknown),
+           key("numPartialCompletions", &TaskFrequency::numPartialCompletions, initialWhenUnknown),
+           key("numCompletions", &TaskFrequency::numCompletions, initialWhenUnknown),
+           key("dayInterval", &TaskFrequency::dayInterval, initialWhenUnknown));
   /// Names every member, for logs.
   [[nodiscard]] std::string debugDescription() const;
 

@@ -48,10 +48,11 @@ struct TaskFrequencyPeriod {
   void hash(Hasher& hasher) const { hasher.combine(startDate, finishDate, firstDayOfWeek); }
 
   static constexpr auto codingKeys =
-      keys(key("periodType", &TaskFrequencyPeriod::periodType),
+      keys(key("periodType", &TaskFrequencyPeriod::periodType, initialWhenUnknown),
            key("startDate", &TaskFrequencyPeriod::startDate),
            key("finishDate", &TaskFrequencyPeriod::finishDate),
-           key("firstDayOfWeek", &TaskFrequencyPeriod::firstDayOfWeek));
+           key("firstDayOfWeek", &TaskFrequencyPeriod::firstDayOfWeek,
+               whenUnknown(&localesFirstDayOfWeek)));
 
   [[nodiscard]] bool contains(YYYYMMDD date) const {
     return startDate <= date && date <= finishDate;

@@ -33,8 +33,9 @@ struct TaskLogEntryPeriod {
 
   bool operator==(const TaskLogEntryPeriod&) const = default;
   static constexpr auto codingKeys =
-      keys(key("type", &TaskLogEntryPeriod::type), key("from", &TaskLogEntryPeriod::from),
-           key("to", &TaskLogEntryPeriod::to), key("date", &TaskLogEntryPeriod::date));
+      keys(key("type", &TaskLogEntryPeriod::type, initialWhenUnknown),
+           key("from", &TaskLogEntryPeriod::from), key("to", &TaskLogEntryPeriod::to),
+           key("date", &TaskLogEntryPeriod::date));
   /// Brings a date that lies outside into the period.
   [[nodiscard]] static TaskLogEntryPeriod decode(const Decoder& from);
 

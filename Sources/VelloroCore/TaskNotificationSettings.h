@@ -104,22 +104,22 @@ struct TaskNotificationSettings {
   static constexpr auto codingKeys = [] {
     using S = TaskNotificationSettings;
     return keys(
-        key("badgeMode", &S::badgeMode), key("badgeFrom", &S::badgeFrom),
-        key("badgeTo", &S::badgeTo), key("badgeTimeZone", &S::badgeTimeZone, absentWhenUnknown),
-        key("reminderType", &S::reminderType), key("maxReminders", &S::maxReminders),
+        key("badgeMode", &S::badgeMode, initialWhenUnknown), key("badgeFrom", &S::badgeFrom),
+        key("badgeTo", &S::badgeTo), key("badgeTimeZone", &S::badgeTimeZone),
+        key("reminderType", &S::reminderType, initialWhenUnknown),
+        key("maxReminders", &S::maxReminders, initialWhenUnknown),
         key("completedNotification", &S::completedNotification),
         key("partiallyCompletedNotification", &S::partiallyCompletedNotification),
-        key("completedOrMissedSound", &S::completedOrMissedSound, absentWhenUnknown),
-        key("partiallyCompletedOrMissedSound", &S::partiallyCompletedOrMissedSound,
-            absentWhenUnknown),
-        key("reminderSound", &S::reminderSound, absentWhenUnknown),
-        key("timerNotificationSound", &S::timerNotificationSound, absentWhenUnknown),
+        key("completedOrMissedSound", &S::completedOrMissedSound),
+        key("partiallyCompletedOrMissedSound", &S::partiallyCompletedOrMissedSound),
+        key("reminderSound", &S::reminderSound),
+        key("timerNotificationSound", &S::timerNotificationSound),
         key("automaticRemindersAreTimeSensitive", &S::automaticRemindersAreTimeSensitive),
         key("completedNotificationIsTimeSensitive", &S::completedNotificationIsTimeSensitive),
         key("partiallyCompletedNotificationIsTimeSensitive",
             &S::partiallyCompletedNotificationIsTimeSensitive),
         key("timerNotificationsAreTimeSensitive", &S::timerNotificationsAreTimeSensitive),
-        key("liveActivityDisplayMode", &S::liveActivityDisplayMode, absentWhenUnknown),
+        key("liveActivityDisplayMode", &S::liveActivityDisplayMode),
         key("reminders", &S::reminders));
   }();
 };

@@ -23,10 +23,11 @@ struct TaskProgressActivityRings {
   double stand = 0;
 
   bool operator==(const TaskProgressActivityRings&) const = default;
-  static constexpr auto codingKeys = keys(key("period", &TaskProgressActivityRings::period),
-                                          key("energy", &TaskProgressActivityRings::energy),
-                                          key("exercise", &TaskProgressActivityRings::exercise),
-                                          key("stand", &TaskProgressActivityRings::stand));
+  static constexpr auto codingKeys =
+      keys(key("period", &TaskProgressActivityRings::period),
+           key("energy", &TaskProgressActivityRings::energy, initialWhenUnknown),
+           key("exercise", &TaskProgressActivityRings::exercise, initialWhenUnknown),
+           key("stand", &TaskProgressActivityRings::stand, initialWhenUnknown));
 
   /// The rings of `encoded`; none is begun in what that never gives, as a negative number.
   [[nodiscard]] static TaskProgressActivityRings fromEncoded(const DatedPeriod& period,

@@ -25,11 +25,11 @@ struct TaskProgressContinuous {
   double currentValue = 0;
 
   bool operator==(const TaskProgressContinuous&) const = default;
-  static constexpr auto codingKeys =
-      keys(key("period", &TaskProgressContinuous::period),
-           key("expectedCompletions", &TaskProgressContinuous::expectedCompletions),
-           key("targetValue", &TaskProgressContinuous::targetValue),
-           key("currentValue", &TaskProgressContinuous::currentValue));
+  static constexpr auto codingKeys = keys(
+      key("period", &TaskProgressContinuous::period),
+      key("expectedCompletions", &TaskProgressContinuous::expectedCompletions, initialWhenUnknown),
+      key("targetValue", &TaskProgressContinuous::targetValue, initialWhenUnknown),
+      key("currentValue", &TaskProgressContinuous::currentValue, initialWhenUnknown));
 
   /// The whole completions in the current value, rounded down: more than expected when it is beyond
   /// the target, below 0 when it is negative.

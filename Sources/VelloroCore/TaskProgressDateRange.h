@@ -37,11 +37,12 @@ struct TaskProgressDateRange {
   [[nodiscard]] static TaskProgressDateRange from(const Range& range);
 
   bool operator==(const TaskProgressDateRange&) const = default;
-  static constexpr auto codingKeys = keys(key("startOfDay", &TaskProgressDateRange::startOfDay),
-                                          key("timeZone", &TaskProgressDateRange::timeZone),
-                                          key("scale", &TaskProgressDateRange::scale),
-                                          key("currentDate", &TaskProgressDateRange::currentDate),
-                                          key("period", &TaskProgressDateRange::period));
+  static constexpr auto codingKeys =
+      keys(key("startOfDay", &TaskProgressDateRange::startOfDay, initialWhenUnknown),
+           key("timeZone", &TaskProgressDateRange::timeZone, whenUnknown(&TimeZone::current)),
+           key("scale", &TaskProgressDateRange::scale, initialWhenUnknown),
+           key("currentDate", &TaskProgressDateRange::currentDate),
+           key("period", &TaskProgressDateRange::period));
 
   /// The instant at which the first day begins.
   [[nodiscard]] Date start() const;

@@ -18,8 +18,9 @@ struct TaskProgressSimple {
   bool operator==(const TaskProgressSimple&) const = default;
   static constexpr auto codingKeys =
       keys(key("period", &TaskProgressSimple::period),
-           key("progressPct", &TaskProgressSimple::progressPct),
-           key("currentCompletionProgressPct", &TaskProgressSimple::currentCompletionProgressPct));
+           key("progressPct", &TaskProgressSimple::progressPct, initialWhenUnknown),
+           key("currentCompletionProgressPct", &TaskProgressSimple::currentCompletionProgressPct,
+               initialWhenUnknown));
 
   [[nodiscard]] double remainingValue() const { return std::max(1 - progressPct, 0.0); }
 

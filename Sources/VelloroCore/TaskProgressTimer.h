@@ -37,11 +37,13 @@ struct TaskProgressTimer {
 
   bool operator==(const TaskProgressTimer&) const = default;
   static constexpr auto codingKeys =
-      keys(key("period", &TaskProgressTimer::period), key("unit", &TaskProgressTimer::unit),
-           key("expectedCompletions", &TaskProgressTimer::expectedCompletions),
-           key("numCompletions", &TaskProgressTimer::numCompletions),
-           key("totalTargetDuration", &TaskProgressTimer::totalTargetDuration),
-           key("currentCompletionDuration", &TaskProgressTimer::currentCompletionDuration));
+      keys(key("period", &TaskProgressTimer::period),
+           key("unit", &TaskProgressTimer::unit, whenUnknown(Unit::seconds)),
+           key("expectedCompletions", &TaskProgressTimer::expectedCompletions, initialWhenUnknown),
+           key("numCompletions", &TaskProgressTimer::numCompletions, initialWhenUnknown),
+           key("totalTargetDuration", &TaskProgressTimer::totalTargetDuration, initialWhenUnknown),
+           key("currentCompletionDuration", &TaskProgressTimer::currentCompletionDuration,
+               initialWhenUnknown));
 
   // An amount in the unit to and from seconds. What comes out whole on paper is whole.
   [[nodiscard]] static double convertToTimeInterval(double value, Unit unit);

@@ -31,10 +31,11 @@ struct TaskRecentHistory {
 
   bool operator==(const TaskRecentHistory&) const = default;
   static constexpr auto codingKeys =
-      keys(key("firstDayOfWeek", &TaskRecentHistory::firstDayOfWeek),
+      keys(key("firstDayOfWeek", &TaskRecentHistory::firstDayOfWeek,
+               whenUnknown(&localesFirstDayOfWeek)),
            key("single", &TaskRecentHistory::single), key("multi", &TaskRecentHistory::multi),
-           key("shortTerm", &TaskRecentHistory::shortTerm),
-           key("longTerm", &TaskRecentHistory::longTerm));
+           key("shortTerm", &TaskRecentHistory::shortTerm, initialWhenUnknown),
+           key("longTerm", &TaskRecentHistory::longTerm, initialWhenUnknown));
 
   /// All periods, in no order.
   [[nodiscard]] std::vector<TaskCalendarPeriodInfo> unsortedPeriods() const;

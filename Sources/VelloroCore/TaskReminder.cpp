@@ -1,5 +1,7 @@
 #include "VelloroCore/TaskReminder.h"
 
+#include "Foundation/Coding.h"
+
 #include <utility>
 
 namespace velloro {
@@ -8,7 +10,11 @@ namespace {
 void shift(std::optional<TaskReminder::DayIndexes>& indexes, std::int64_t days) {
   if (!indexes) return;
   TaskReminder::DayIndexes shifted;
-  for (const std::int64_t index : *indexes) shifted.insert(index + days);
+  for (const std::int64_t index : *indexes) {
+    std::int64_t moved = 0;
+    // What would leave 64 bits is no day of any period.
+    if (!__builtin_add_overflow(index, days, &moved)) shifted.insert(moved);
+  }
   indexes = std::move(shifted);
 }
 
@@ -21,6 +27,13 @@ void shiftDays(TaskReminder& reminder, std::int64_t days) {
 }
 
 }  // namespace
+
+TaskReminder::Trigger TaskReminder::Trigger::decode(const Decoder& from) {
+  auto trigger = decodeKeyed<Trigger>(from);
+  const bool isKnown = from.succeeds([&] { (void)from.decode<TriggerType>("type"); });
+  if (isKnown || trigger.timeOfDay) return trigger;
+  throw from.dataCorrupted("The type is not known, and there is no time of day.");
+}
 
 TaskReminder TaskReminder::with(EnumSet<DayOfWeek> days, Trigger newTrigger) const {
   TaskReminder copy = *this;

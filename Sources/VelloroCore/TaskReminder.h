@@ -61,8 +61,10 @@ struct TaskReminder {
 
     bool operator==(const Trigger&) const = default;
     static constexpr auto codingKeys =
-        keys(key("type", &Trigger::type), key("timeOfDay", &Trigger::timeOfDay),
+        keys(key("type", &Trigger::type, initialWhenUnknown), key("timeOfDay", &Trigger::timeOfDay),
              key("region", &Trigger::region), key("duration", &Trigger::duration));
+    /// A type that is not known is a time of day; where there is none, it fails.
+    [[nodiscard]] static Trigger decode(const Decoder& from);
   };
 
   using DayIndexes = std::set<std::int64_t>;
@@ -82,14 +84,12 @@ struct TaskReminder {
 
   bool operator==(const TaskReminder&) const = default;
   static constexpr auto codingKeys = keys(
-      key("uniqueId", &TaskReminder::uniqueId),
-      key("timeZone", &TaskReminder::timeZone, absentWhenUnknown),
+      key("uniqueId", &TaskReminder::uniqueId), key("timeZone", &TaskReminder::timeZone),
       key("trigger", &TaskReminder::trigger), key("daysOfWeek", &TaskReminder::daysOfWeek),
       key("dayIndexesFromStart", &TaskReminder::dayIndexesFromStart),
       key("dayIndexesFromFinish", &TaskReminder::dayIndexesFromFinish),
       key("snoozeTime", &TaskReminder::snoozeTime), key("snoozeDate", &TaskReminder::snoozeDate),
-      key("snoozeTimeZone", &TaskReminder::snoozeTimeZone, absentWhenUnknown),
-      key("sound", &TaskReminder::sound, absentWhenUnknown),
+      key("snoozeTimeZone", &TaskReminder::snoozeTimeZone), key("sound", &TaskReminder::sound),
       key("timeSensitive", &TaskReminder::timeSensitive));
 
   /// A copy with these days and this trigger, and without day indexes.

@@ -15,7 +15,7 @@ struct TaskTarget {
   bool operator==(const TaskTarget&) const = default;
   static constexpr auto codingKeys =
       keys(key("quantity", &TaskTarget::quantity), key("unit", &TaskTarget::unit),
-           key("speeds", &TaskTarget::speeds, absentWhenUnknown));
+           key("speeds", &TaskTarget::speeds, initialValue));
 };
 
 }  // namespace velloro

@@ -45,8 +45,8 @@ struct Theme {
 
   bool operator==(const Theme&) const = default;
   static constexpr auto codingKeys =
-      keys(key("colorScheme", &Theme::colorScheme), key("mode", &Theme::mode),
-           key("grandSlam", &Theme::grandSlam));
+      keys(key("colorScheme", &Theme::colorScheme, initialWhenUnknown),
+           key("mode", &Theme::mode, initialWhenUnknown), key("grandSlam", &Theme::grandSlam));
 
   /// The text that is kept in the settings: "redBlue", "redBlue.white", "redBlue.white.grandSlam".
   [[nodiscard]] std::string stringValue() const;

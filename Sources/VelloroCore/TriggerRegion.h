@@ -33,11 +33,10 @@ struct TriggerRegion {
 
   bool operator==(const TriggerRegion&) const = default;
   static constexpr auto codingKeys = keys(
-      key("type", &TriggerRegion::type, absentWhenUnknown), key("title", &TriggerRegion::title),
+      key("type", &TriggerRegion::type), key("title", &TriggerRegion::title),
       key("latitude", &TriggerRegion::latitude), key("longitude", &TriggerRegion::longitude),
       key("radius", &TriggerRegion::radius), key("notifyOnEntry", &TriggerRegion::notifyOnEntry),
-      key("notifyOnExit", &TriggerRegion::notifyOnExit),
-      key("icon", &TriggerRegion::icon, absentWhenUnknown));
+      key("notifyOnExit", &TriggerRegion::notifyOnExit), key("icon", &TriggerRegion::icon));
 };
 
 }  // namespace velloro

@@ -26,7 +26,9 @@ WorkoutType WorkoutType::decode(const Decoder& from) {
   try {
     return velloroWorkout(from.decode<VelloroWorkoutWorkoutType>());
   } catch (const DecodingError& error) {
-    throw DecodingError(error.kind(), error.codingPath(),
+    // Whatever was wrong: a newer companion may say what a workout is in another way, and its list
+    // must still be read.
+    throw DecodingError(DecodingError::Kind::dataCorrupted, error.codingPath(),
                         "Unable to decode WorkoutType: " + error.debugDescription());
   }
 }

@@ -96,10 +96,13 @@ struct ComplicationTaskSnapshot {
   using Self = ComplicationTaskSnapshot;
   static constexpr auto codingKeys = keys(
       key("date", &Self::date), key("statusDate", &Self::statusDate),
-      key("taskUniqueId", &Self::taskUniqueId), key("taskStatus", &Self::taskStatus),
-      key("createdDate", &Self::createdDate), key("startOfDay", &Self::startOfDay),
-      key("firstDayOfWeek", &Self::firstDayOfWeek),
-      key("taskCurrentTimeZone", &Self::taskCurrentTimeZone), key("title", &Self::title),
+      key("taskUniqueId", &Self::taskUniqueId),
+      key("taskStatus", &Self::taskStatus, initialWhenUnknown),
+      key("createdDate", &Self::createdDate),
+      key("startOfDay", &Self::startOfDay, initialWhenUnknown),
+      key("firstDayOfWeek", &Self::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      key("taskCurrentTimeZone", &Self::taskCurrentTimeZone, whenUnknown(&TimeZone::current)),
+      key("title", &Self::title),
       key("snapshotDisplayRepresentation", &Self::snapshotDisplayRepresentation),
       key("automaticTaskType", &Self::automaticTaskType),
       key("taskDisplayOrder", &Self::taskDisplayOrder), key("frequency", &Self::frequency),

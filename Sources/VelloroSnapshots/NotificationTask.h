@@ -43,21 +43,21 @@ struct NotificationTask {
   bool operator==(const NotificationTask&) const = default;
   static constexpr auto codingKeys = keys(
       key("taskId", &NotificationTask::taskId),
-      key("firstDayOfWeek", &NotificationTask::firstDayOfWeek),
-      key("startOfDay", &NotificationTask::startOfDay),
-      key("timeZone", &NotificationTask::timeZone),
+      key("firstDayOfWeek", &NotificationTask::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      key("startOfDay", &NotificationTask::startOfDay, initialWhenUnknown),
+      key("timeZone", &NotificationTask::timeZone, whenUnknown(&TimeZone::current)),
       key("displayTitle", &NotificationTask::displayTitle),
-      key("titleIcon", &NotificationTask::titleIcon, absentWhenUnknown),
+      key("titleIcon", &NotificationTask::titleIcon),
       key("displayOrder", &NotificationTask::displayOrder),
       key("displayRepresentation", &NotificationTask::displayRepresentation),
       key("color", &NotificationTask::color), key("frequency", &NotificationTask::frequency),
       key("streak", &NotificationTask::streak),
       key("completionStatus", &NotificationTask::completionStatus),
       key("externalUrl", &NotificationTask::externalUrl),
-      key("shareStatus", &NotificationTask::shareStatus),
+      key("shareStatus", &NotificationTask::shareStatus, initialWhenUnknown),
       key("shareOwnerDisplayRepresentation", &NotificationTask::shareOwnerDisplayRepresentation),
       key("shareOwnerDisplayName", &NotificationTask::shareOwnerDisplayName),
-      key("shareParticipantsCount", &NotificationTask::shareParticipantsCount),
+      key("shareParticipantsCount", &NotificationTask::shareParticipantsCount, initialWhenUnknown),
       key("userProfileID", &NotificationTask::userProfileID));
 
   /// Its JSON, for logs.

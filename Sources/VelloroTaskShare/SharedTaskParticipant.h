@@ -42,7 +42,7 @@ struct SharedTaskParticipant {
   bool operator==(const SharedTaskParticipant&) const = default;
   static constexpr auto codingKeys =
       keys(key("displayTitle", &SharedTaskParticipant::displayTitle),
-           key("acceptanceStatus", &SharedTaskParticipant::acceptanceStatus),
+           key("acceptanceStatus", &SharedTaskParticipant::acceptanceStatus, initialWhenUnknown),
            key("userRecordID", &SharedTaskParticipant::userRecordID));
 };
 

@@ -39,10 +39,11 @@ struct TaskDescriptor {
   bool operator==(const TaskDescriptor&) const = default;
   static constexpr auto codingKeys = keys(
       key("created", &TaskDescriptor::created),
-      key("createdTimeZone", &TaskDescriptor::createdTimeZone),
-      key("currentTimeZone", &TaskDescriptor::currentTimeZone),
-      key("startOfDay", &TaskDescriptor::startOfDay),
-      key("firstDayOfWeek", &TaskDescriptor::firstDayOfWeek), key("title", &TaskDescriptor::title),
+      key("createdTimeZone", &TaskDescriptor::createdTimeZone, whenUnknown(&TimeZone::current)),
+      key("currentTimeZone", &TaskDescriptor::currentTimeZone, whenUnknown(&TimeZone::current)),
+      key("startOfDay", &TaskDescriptor::startOfDay, initialWhenUnknown),
+      key("firstDayOfWeek", &TaskDescriptor::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      key("title", &TaskDescriptor::title),
       key("automaticTaskType", &TaskDescriptor::automaticTaskType),
       key("frequency", &TaskDescriptor::frequency), key("isNegative", &TaskDescriptor::isNegative),
       key("isPaused", &TaskDescriptor::isPaused));
@@ -58,9 +59,9 @@ struct Entry {
 
   bool operator==(const Entry&) const = default;
   static constexpr auto codingKeys =
-      keys(key("period", &Entry::period), key("type", &Entry::type),
+      keys(key("period", &Entry::period), key("type", &Entry::type, initialWhenUnknown),
            key("progressValue", &Entry::progressValue), key("progressPct", &Entry::progressPct),
-           key("time", &Entry::time), key("timeZone", &Entry::timeZone));
+           key("time", &Entry::time, initialWhenUnknown), key("timeZone", &Entry::timeZone));
 };
 
 struct History {
@@ -75,8 +76,8 @@ struct History {
 
   bool operator==(const History&) const = default;
   static constexpr auto codingKeys =
-      keys(key("firstDayOfWeek", &History::firstDayOfWeek), key("single", &History::single),
-           key("multi", &History::multi));
+      keys(key("firstDayOfWeek", &History::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+           key("single", &History::single), key("multi", &History::multi));
 };
 
 /// How far the current period has come.

@@ -179,8 +179,24 @@ TEST_F(NotificationViewControllerTest, AnswersEachResponseOnce) {
   respond(done, "new ");
   controller.reset();
   environment.advance(5);
-  EXPECT_THAT(lines, ElementsAre("560 state 2 caption 4", "900 state 0 caption 4",
-                                 "900 option 2 caption 4", "1900 new option 2"));
+  EXPECT_THAT(lines, ElementsAre("560 state 2 caption 4", "900 option 2 caption 4",
+                                 "900 state 0 caption 4", "1900 new option 2"));
+}
+
+TEST_F(NotificationViewControllerTest, ShowsNothingOfTheNotificationBefore) {
+  for (const double seconds : {0.2, 0.7, 1.2}) {  // the ring fills, is checked, is completed
+    show(taskOf(open, steps(0, 1)));
+    watch();
+    respond(done);
+    environment.advance(seconds);
+    show(taskOf(open, steps(1, 3)));
+    environment.advance(3);
+    EXPECT_EQ(ring().state(), State::checkable) << seconds;
+    EXPECT_NEAR(ring().progressCurrent(), 1 / 3.0, 1e-9) << seconds;
+    EXPECT_EQ(look().bottomCaption.text, "4") << seconds;
+    EXPECT_EQ(std::ranges::count_if(lines, [](auto& line) { return line.contains("option 2"); }),
+              1);
+  }
 }
 
 TEST_F(NotificationViewControllerTest, AnswersWithoutATask) {
@@ -322,7 +338,6 @@ TEST_F(NotificationViewControllerTest, ShowsTheTextOfWhatCannotBeRead) {
       {{"velloro"}, nullptr},
       {{"velloro"}, "text"},
       {{"velloro", "task"}, PropertyList::Array{}},
-      {{"velloro", "theme", "theme", "colorScheme"}, "noSuchScheme"},
       {{"velloro", "task", "frequency"}, nullptr},
       {{"velloro", "task", "streak", "current"}, "4"},
       {{"velloro", "task", "completionStatus", "status"}, "i_x"},
@@ -351,6 +366,8 @@ TEST_F(NotificationViewControllerTest, TakesWhatCanStillBeRead) {
        [](const auto& task) { return !task.titleIcon; }},
       {{{"velloro", "task", "displayRepresentation", "visualRepresentation", "rawValue"}, "ic_x"},
        [](const auto& task) { return !task.displayRepresentation->displayRepresentation(); }},
+      {{{"velloro", "theme", "theme", "colorScheme"}, "noSuchScheme"},
+       [](const auto&) { return true; }},
       {{{"velloro", "task", "frequency", "numPartialCompletions"}, 4000000000000},
        [this](const auto&) { return look().numSegments == 36; }},
       {{{"velloro", "later"}, PropertyList::Array{1}}, [](const auto&) { return true; }},

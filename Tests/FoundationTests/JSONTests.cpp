@@ -75,12 +75,12 @@ TEST(JSON, EveryMemberSurvives) {
   EXPECT_NE(hashValue(records[0]), hashValue(records[1]));
 }
 
-/// What `json` reads as, written again; or the description of the error.
+/// What a strict decoder reads `json` as, written again; or the description of the error.
 template <typename T>
 std::string readAndWritten(std::string_view json) {
   try {
     return JSONEncoder{.dateForm = DateForm::iso8601}.encode(
-        JSONDecoder{.dateForm = DateForm::iso8601}.decode<T>(json));
+        JSONDecoder{.dateForm = DateForm::iso8601, .isStrict = true}.decode<T>(json));
   } catch (const DecodingError& error) {
     return error.localizedDescription();
   }
@@ -116,6 +116,11 @@ TEST(JSON, ReadsNumbersOnlyWhereTheyFit) {
       {real, "-0.0", "-0.0"},
       {real, "1e20", "1e+20"},
       {real, "18446744073709551615", "1.8446744073709552e+19"},
+      {integer, "-123456789012345678901",
+       "Expected an integer of 64 bits, found the number -123456789012345683968."},
+      {real, "123456789012345678901", "1.2345678901234568e+20"},
+      {real, "-1e999", "Expected a number, found a number beyond the range of a double."},
+      {real, "1e-999", "0"},
       {real, "true", "Expected a number, found true."},
       {readAndWritten<bool>, "1", "Expected true or false, found the number 1."},
   });
@@ -226,11 +231,52 @@ TEST(JSON, ErrorsTellTheirKindAndPath) {
     PropertyList record = toPropertyList(fullRecord());
     (*record.dictionary())[key] = PropertyList::fromJSON(value);
     try {
-      (void)fromPropertyList<Everything>(record);
+      (void)fromPropertyList<Everything>(record, {.isStrict = true});
       ADD_FAILURE() << key << ": " << value;
     } catch (const DecodingError& error) {
       EXPECT_EQ(error.kind(), kind) << error.what();
       EXPECT_EQ(error.codingPath(), path) << error.what();
+    }
+  }
+}
+
+/// Each value in turn takes the place of what a whole record has under the key.
+TEST(JSON, WhatCannotBeMadeOutSpoilsAsLittleAsItCan) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"tag", R"(["a"])", "null"},
+      {"rows", "[[1,99999999999,null],[2]]", "[[1,null],[2]]"},
+      {"moods", R"(["b","?",5,null,"g"])", R"(["g","b"])"},
+      {"days", "[3,-5,1e999,1]", "[1,3]"},
+      {"names", R"([7,"x",0,"S"])", R"([0,"S"])"},
+      {"numbers", R"({"1":-1e999,"x":1,"2":12345678901234567890123})",
+       R"({"2":1.2345678901234568e22})"},
+      {"streaks", R"([9,{"current":null},0,{"current":1},5,{"current":1,"best":1e999}])",
+       R"([5,{"current":1,"best":1}])"},
+      {"notes", R"({"x":{"day":1,"place":{"date":{"_0":-5}}},
+                    "y":{"day":1,"place":{"pinned":{}},"mood":"?","lines":["a"],"z":1e999}})",
+       R"({"y":{"day":1,"place":{"pinned":{}},"lines":["a"]}})"},
+      {"info", "[1e999,12345678901234567890123]", "[null,1.2345678901234568e22]"},
+      // What nothing can stand in for, another type, a missing key and the tag of a variant.
+      {"zone", R"({"identifier":"Mars"})", "zone"},
+      {"integer", "1e999", "integer"},
+      {"moods", "5", "moods"},
+      {"flags", "[true,5]", "flags[1]"},
+      {"notes", R"({"x":{"place":{"pinned":{}}}})", "notes.x"},
+      {"changes", R"([{"?":{}}])", "changes[0]"},
+      {"changes", R"([{"none":{},"quantity":1}])", "changes[0]"}};
+  for (const auto& [key, value, result] : cases) {
+    PropertyList record = toPropertyList(fullRecord());
+    (*record.dictionary())[key] = "here";
+    std::string json = record.json();
+    json.replace(json.find(R"("here")"), 6, value);
+    (*record.dictionary()).erase(key);
+    try {
+      PropertyList read = toPropertyList(JSONDecoder{}.decode<Everything>(json));
+      EXPECT_EQ(read[key], PropertyList::fromJSON(result)) << key << ": " << read[key].json();
+      read.dictionary()->erase(key);
+      EXPECT_EQ(read, record) << key;
+    } catch (const DecodingError& error) {
+      EXPECT_EQ(error.codingPath(), result) << error.what();
     }
   }
 }
@@ -245,8 +291,7 @@ TEST(JSON, RefusesWhatIsNoJSON) {
       {"\"\xC3\"", "UTF-8"},
       {"\"a\nb\"", "at byte 2"},
       {R"(["a", "\ud800"])", R"(at byte 7, "\ud800"]")"},
-      {"[1, 123456789012345678901]", "at byte 4, \"123456789012345678901]\""},
-      {"[1, 1e999]", "at byte 4, \"1e999]\""},
+      {R"(["\"1e999", 1e999, 1.e999])", "at byte 21"},
       {std::string(600, '[') + std::string(600, ']'), "512 levels"},
       {std::string(5000, '['), "at byte 5000"},
       {std::string("[\0]", 3), "at byte 1"},

@@ -1,5 +1,6 @@
 #include "OxDateTime/HHMMSS.h"
 
+#include <array>
 #include <cmath>
 #include <tuple>
 
@@ -33,6 +34,13 @@ TEST(HHMMSS, Adds) {
   EXPECT_EQ(time(0, 30).add(-1801.0, false), absent);
   EXPECT_EQ(time(0, 30).add(-1800.9, false), time(0)) << "the fraction is cut off";
   EXPECT_EQ(time(1).add(std::nan(""), true), time(1));
+  // Fields that were read from elsewhere can be any numbers.
+  const HHMMSS latest{.s = INT64_MAX}, earliest{.s = INT64_MIN};
+  EXPECT_EQ(latest.add(latest, false), absent);
+  EXPECT_EQ(latest.add(latest, true), time(7, 0, 14));
+  EXPECT_FALSE(latest.isWithin(1e9, earliest, true));
+  EXPECT_EQ(median(std::array{latest, latest}), latest);
+  EXPECT_EQ(earliest.occurrences(Date(), Date() + 86400, TimeZone::gmt()).size(), 1U);
 }
 
 TEST(HHMMSS, IsWithinHoursOnTheSameDial) {

@@ -1,5 +1,6 @@
 #include "OxKit/AsyncOperation.h"
 
+#include <latch>
 #include <string>
 #include <thread>
 #include <vector>
@@ -48,8 +49,26 @@ TEST(AsyncOperation, CompletesWithoutAStartOrABlock) {
 
   AsyncBlockOperation early([](const auto&) { ADD_FAILURE() << "it had ended"; });
   const auto meanwhile = early.addObserver("isExecuting", [&] { early.complete(); });
+  const Changes earlyChanges(early);
   early.start();
-  EXPECT_FALSE(early.isExecuting());
+  EXPECT_EQ(earlyChanges.heard, (Steps{"runs", "rests", "ended"}));
+}
+
+TEST(AsyncOperation, IsOverForGoodWhenItsEndMeetsItsStart) {
+  for (int i = 0; i < 2000; ++i) {
+    const auto operation = std::make_shared<AsyncBlockOperation>([](const auto&) {});
+    const Changes changes(*operation);
+    std::latch together(2);
+    std::thread ending([&] {
+      together.arrive_and_wait();
+      operation->complete();
+    });
+    together.arrive_and_wait();
+    operation->start();
+    ending.join();
+    const bool neverRan = changes.heard == Steps{"ended"};
+    ASSERT_TRUE(neverRan || changes.heard == (Steps{"runs", "rests", "ended"}));
+  }
 }
 
 TEST(AsyncOperation, IsStartedEvenWhenCancelled) {

@@ -23,7 +23,7 @@ TEST(EnumSet, IsWalkedThroughAndCodedInTheOrderOfItsCases) {
   EXPECT_FALSE(letters.contains(Letter::b));
   EXPECT_EQ(JSONEncoder{}.encode(letters), "[1,99]");
   EXPECT_EQ(JSONDecoder{}.decode<EnumSet<Letter>>("[99,1,1]"), letters);
-  EXPECT_THROW((void)JSONDecoder{}.decode<EnumSet<Letter>>("[1,3]"), DecodingError);
+  EXPECT_THROW((void)JSONDecoder{.isStrict = true}.decode<EnumSet<Letter>>("[1,3]"), DecodingError);
   letters.remove(Letter::c);
   EXPECT_THAT(letters, ElementsAre(Letter::a));
   EXPECT_EQ(EnumSet<Letter>().size(), 0u);

@@ -133,7 +133,8 @@ class GestureTest : public testing::Test, public UIGestureRecognizerDelegate {
   }
 
   /// Plays a script: "d" down, "m" moved a little, "f" moved far, "u" up, "c" cancelled, "." for
-  /// 0.1 s. Returns the log.
+  /// 0.1 s; "l" the view enters a window and leaves it, "s" it is switched off and on, "r" it gets
+  /// its recognisers anew. Returns the log.
   std::string play(std::string_view script) {
     log.clear();
     for (const char step : script) {
@@ -144,10 +145,21 @@ class GestureTest : public testing::Test, public UIGestureRecognizerDelegate {
       if (step == 'f') view->receive({UITouch::Phase::moved, {80, 5}});
       if (step == 'u') view->receive({UITouch::Phase::ended, {8, 5}});
       if (step == 'c') view->receive({UITouch::Phase::cancelled, {8, 5}});
+      if (step == 'l') UIWindow(1).setContentView(view);
+      if (step == 's') view->setUserInteractionEnabled(false);
+      if (step == 's') view->setUserInteractionEnabled(true);
+      if (step == 'r') setRecognizers(view->gestureRecognizers().front() == tap);
     }
     EXPECT_EQ(press->state(), UIGestureRecognizer::State::possible);
     EXPECT_EQ(tap->state(), UIGestureRecognizer::State::possible);
     return log;
+  }
+
+  void setRecognizers(bool tapFirst) {
+    for (const auto& recognizer : std::vector(view->gestureRecognizers()))
+      view->removeGestureRecognizer(recognizer);
+    view->addGestureRecognizer(tapFirst ? std::shared_ptr<UIGestureRecognizer>(tap) : press);
+    view->addGestureRecognizer(tapFirst ? std::shared_ptr<UIGestureRecognizer>(press) : tap);
   }
 
   TestEnvironment environment;
@@ -179,12 +191,14 @@ TEST_F(GestureTest, PressesAndTaps) {
       {"u.f.c", ""},
       {"d.u.d.u...", "tap tap "},
       {"d...dd.u", "began ended "},  // a second finger counts for nothing
+      {"d...lmu", "began cancelled "},
+      {"d...smu", "began cancelled "},
+      {"d...rmu", "began cancelled "},
+      {"d.l..ud.su", ""},
+      {"d.r..ud.u", "tap "},
   };
   for (const bool tapFirst : {false, true}) {
-    for (const auto& recognizer : std::vector(view->gestureRecognizers()))
-      view->removeGestureRecognizer(recognizer);
-    view->addGestureRecognizer(tapFirst ? std::shared_ptr<UIGestureRecognizer>(tap) : press);
-    view->addGestureRecognizer(tapFirst ? std::shared_ptr<UIGestureRecognizer>(press) : tap);
+    setRecognizers(tapFirst);
     for (const auto& [script, expected] : cases) {
       EXPECT_EQ(play(script), expected) << script << (tapFirst ? " tap first" : "");
     }

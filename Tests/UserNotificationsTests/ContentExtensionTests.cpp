@@ -89,6 +89,10 @@ TEST_F(ContentExtensionTest, ALateAnswerClosesNoOtherNotification) {
   present("b");
   EXPECT_THAT(eventsAfter(0.5), ElementsAre("made", "shows b", "answers 2", "forwards a 2@9"));
   host_->respond("2@1");
+  present("c");  // in its place
+  EXPECT_THAT(eventsAfter(0.5), ElementsAre("shows c", "answers 2", "forwards b 2@1"));
+  EXPECT_NE(host_->controller(), nullptr);
+  host_->respond("2@1");
   environment_.settle();
   host_.reset();
   EXPECT_THAT(eventsAfter(1), ElementsAre("gone"));

@@ -211,7 +211,7 @@ TEST_F(UserNotificationCenterTest, DamageCostsNoMoreThanWhatItHit) {
   const Damage damages[] = {
       {R"("pending":[)", R"("pending":[5,{"identifier":"x"},)", "whole added |"},
       {R"("delivered":[])", R"("delivered":{})", "whole added |"},
-      {R"("interruptionLevel":1)", R"("interruptionLevel":9)", "added |"},
+      {R"("interruptionLevel":1)", R"("interruptionLevel":9)", "whole added |"},
       {R"("badge":0})", R"("badge":0)", "added |"}};
   const auto file = (folder_ / "notifications.json").string();
   center_.addNotificationRequest(request("whole", 3600));

@@ -4,12 +4,16 @@
 #include "HelperClasses/DictionaryCoder.h"
 #include "OxLog/Log.h"
 
+#include <functional>
+
 namespace velloro {
 namespace {
 
 constexpr std::string_view userInfoKey = "velloro";
 constexpr DictionaryEncoder encoder{.dateForm = DateForm::iso8601};
-constexpr DictionaryDecoder decoder{.dateForm = DateForm::iso8601};
+const std::function<void(const DecodingError&)> logWhatIsLeftOut = [](const DecodingError& error) {
+  Log::notifications.error(error);
+};
 
 /// For the log, which takes a damaged one as well.
 std::string described(const PropertyList& userInfo) {
@@ -33,6 +37,7 @@ NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
         [&] { return "Unable to cast to [String: Any]: " + excerpt(described(userInfo)); });
     throw Error(Error::Reason::invalidUserInfoData);
   }
+  const DictionaryDecoder decoder{.dateForm = DateForm::iso8601, .didLeaveOut = &logWhatIsLeftOut};
   return decoder.decode<NotificationData>(*record.dictionary());
 }
 

@@ -108,7 +108,7 @@ void Settings::reloadFirstDayOfWeek() {
   if (const auto chosen = fromRawValue<CalendarDayOfWeek>(weekday)) {
     cachedFirstDayOfWeek_ = dayOfWeek(*chosen);
   } else {
-    cachedFirstDayOfWeek_ = defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+    cachedFirstDayOfWeek_ = localesFirstDayOfWeek();
   }
 }
 

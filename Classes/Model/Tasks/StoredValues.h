@@ -38,19 +38,21 @@ namespace velloro {
 [[nodiscard]] std::vector<std::string_view> nonEmptyParts(std::string_view text, char separator);
 
 /// Absent for a text that is no JSON of that type.
+/// \param isStrict Whether it is absent for one that is readable in parts, too (`JSONDecoder`).
 template <typename T>
-[[nodiscard]] std::optional<T> storedJSON(const std::string* text, DateForm dateForm = {}) {
+[[nodiscard]] std::optional<T> storedJSON(const std::string* text, DateForm dateForm = {},
+                                          bool isStrict = false) {
   if (text == nullptr) return std::nullopt;
   try {
-    return JSONDecoder{dateForm}.decode<T>(*text);
+    return JSONDecoder{.dateForm = dateForm, .isStrict = isStrict}.decode<T>(*text);
   } catch (const DecodingError&) {
     return std::nullopt;
   }
 }
 
 template <typename T>
-[[nodiscard]] std::optional<T> storedJSON(const std::optional<Data>& data) {
-  return storedJSON<T>(data ? &data->text() : nullptr);
+[[nodiscard]] std::optional<T> storedJSON(const std::optional<Data>& data, bool isStrict = false) {
+  return storedJSON<T>(data ? &data->text() : nullptr, {}, isStrict);
 }
 
 }  // namespace velloro
