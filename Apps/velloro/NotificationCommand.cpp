@@ -129,17 +129,19 @@ std::string actionIdentifier(const std::string& action) {
 
 void act(const NotificationOptions& options) {
   SettingsStorage::setCloudContainer(existingCloudContainer);
-  const auto play =
-      NotificationPlay::of(notificationIn(options.file), actionIdentifier(options.action),
-                           screenOf(options), options.frames.has_value());
+  const auto notification = notificationIn(options.file);
+  const auto screen = screenOf(options);
+  NotificationPlay::TakeFrame take;
   if (options.frames) {
     const auto folder = folderArgument("--frames", *options.frames);
     const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
     if (!made) throw std::runtime_error(made.error()->localizedDescription());
-    for (std::size_t i = 0; i < play.frames.size(); ++i) {
-      write(*play.frames[i], folder / stringWithFormat("frame-%04zu.png", i));
-    }
+    take = [folder, number = std::size_t{0}](const CGImage& image) mutable {
+      write(image, folder / stringWithFormat("frame-%04zu.png", number++));
+    };
   }
+  const auto play =
+      NotificationPlay::of(notification, actionIdentifier(options.action), screen, take);
   print(options.json ? play.report().json() + "\n" : play.text());
 }
 

@@ -49,7 +49,7 @@ class Player {
       : scene_(scene), controller_(NotificationViewController::make(screen)) {}
 
   NotificationPlay play(const UNNotification& notification, const std::string& action,
-                        bool wantsFrames) {
+                        const NotificationPlay::TakeFrame& take) {
     UNNotificationContentExtensionHost host(
         {.makeController = [this] { return controller_; },
          .forward = [this](const UNNotificationResponse& response) { play_.forwarded = response; },
@@ -69,7 +69,7 @@ class Player {
       const double at = static_cast<double>(i) / NotificationPlay::framesPerSecond;
       if (play_.option && at > play_.optionTime) break;
       scene_.advance(start_ + at - scene_.mediaTime());
-      if (wantsFrames) play_.frames.push_back(notificationPicture(*controller_->view()));
+      if (take) take(*notificationPicture(*controller_->view()));
     }
     controller_->setObserver(nullptr);
     return std::move(play_);
@@ -106,9 +106,9 @@ class Player {
 NotificationPlay NotificationPlay::of(const UNNotification& notification,
                                       const std::string& actionIdentifier,
                                       const NotificationViewController::Screen& screen,
-                                      bool wantsFrames) {
+                                      const TakeFrame& take) {
   Stage stage;
-  return Player(*stage.scene, screen).play(notification, actionIdentifier, wantsFrames);
+  return Player(*stage.scene, screen).play(notification, actionIdentifier, take);
 }
 
 PropertyList NotificationPlay::report() const {

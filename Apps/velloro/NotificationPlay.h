@@ -3,6 +3,7 @@
 #include "AppExtensions/NotificationViewController.h"
 #include "Foundation/PropertyList.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,15 +23,17 @@ struct NotificationPlay {
   std::optional<UNNotificationContentExtensionResponseOption> option;
   double optionTime = 0;
   std::optional<UNNotificationResponse> forwarded;
-  std::vector<std::shared_ptr<const CGImage>> frames;
-
   static constexpr int framesPerSecond = 30;
 
+  /// Takes a frame; frames come one by one, in their order.
+  using TakeFrame = std::function<void(const CGImage&)>;
+
   /// \param actionIdentifier Any text, as it would come with the answer.
+  /// \param take Null where no frames are wanted.
   [[nodiscard]] static NotificationPlay of(const UNNotification& notification,
                                            const std::string& actionIdentifier,
                                            const NotificationViewController::Screen& screen,
-                                           bool wantsFrames);
+                                           const TakeFrame& take);
 
   [[nodiscard]] PropertyList report() const;
   [[nodiscard]] std::string text() const;

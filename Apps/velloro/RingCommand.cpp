@@ -4,6 +4,7 @@
 #include "Foundation/NSFileManager.h"
 #include "Foundation/String.h"
 #include "velloro/Arguments.h"
+#include "velloro/GrowingFile.h"
 #include "velloro/RingArguments.h"
 
 #include <cstdio>
@@ -44,19 +45,25 @@ void animate(const RingOptions& options) {
   if (framesPerSecond < 1 || framesPerSecond > 240) {
     throw UsageError("--fps " + inQuotes(rate) + ": out of range; write 1 to 240");
   }
-  const auto frames = options.ring.picture().framesOfChecking(static_cast<int>(framesPerSecond));
+  const RingPicture picture = options.ring.picture();
+  std::optional<std::filesystem::path> folder;
   if (options.frames) {
-    const auto folder = folderArgument("--frames", *options.frames);
-    const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
+    folder = folderArgument("--frames", *options.frames);
+    const auto made = NSFileManager::createDirectory(*folder, NewItemAccess::byUmask);
     if (!made) throw std::runtime_error(made.error()->localizedDescription());
-    for (std::size_t i = 0; i < frames.size(); ++i) {
-      const std::string name = stringWithFormat("frame-%04zu.png", i);
-      write(frames[i]->pngData(), folder / name, "--frames");
-    }
   }
-  if (options.png) {
-    write(animatedPNG(frames, static_cast<std::uint16_t>(framesPerSecond)), *options.png, "--png");
-  }
+  std::optional<GrowingFile> file;
+  if (options.png) file.emplace(*options.png, "--png");
+  picture.playChecking(static_cast<std::uint16_t>(framesPerSecond),
+                       [&](const CGImage& image, const AnimationFrame& frame) {
+                         if (folder) {
+                           write(image.pngData(),
+                                 *folder / stringWithFormat("frame-%04u.png", frame.index),
+                                 "--frames");
+                         }
+                         if (file) file->add(animatedPNGPiece(image, frame).value().text());
+                       });
+  if (file) file->finish();
 }
 
 void run(const RingOptions& options) {

@@ -15,7 +15,8 @@ using View = CheckableTaskView;
 
 std::unique_ptr<CGContext> bitmap(CGSize size, double scale) {
   const auto pixels = [&](double points) {
-    return static_cast<std::size_t>(std::ceil(points * scale));
+    constexpr double slack = 1e-6;  // of whole pixels that a division has turned into points
+    return static_cast<std::size_t>(std::ceil(points * scale - slack));
   };
   auto context = CGContext::bitmap(pixels(size.width), pixels(size.height));
   if (!context) throw std::runtime_error("nothing can be drawn here");
@@ -66,8 +67,7 @@ std::shared_ptr<const CGImage> RingPicture::image() const {
   return pictureOf(window);
 }
 
-std::vector<std::shared_ptr<const CGImage>> RingPicture::framesOfChecking(
-    int framesPerSecond) const {
+void RingPicture::playChecking(std::uint16_t framesPerSecond, const TakeFrame& take) const {
   constexpr double rest = 0.5;
   constexpr double duration =
       View::progressAnimationDuration + View::checkedToCompletedDelayDuration + rest;
@@ -81,12 +81,12 @@ std::vector<std::shared_ptr<const CGImage>> RingPicture::framesOfChecking(
   window.setContentView(view);
   view->checkAutomatically(View::progressAnimationDuration);
   const double start = scene.mediaTime();
-  std::vector<std::shared_ptr<const CGImage>> frames;
-  for (int i = 0; i <= duration * framesPerSecond; ++i) {
-    scene.advance(start + static_cast<double>(i) / framesPerSecond - scene.mediaTime());
-    frames.push_back(pictureOf(window));
+  AnimationFrame frame{.count = static_cast<std::uint32_t>(duration * framesPerSecond) + 1,
+                       .framesPerSecond = framesPerSecond};
+  for (; frame.index < frame.count; ++frame.index) {
+    scene.advance(start + static_cast<double>(frame.index) / framesPerSecond - scene.mediaTime());
+    take(*pictureOf(window), frame);
   }
-  return frames;
 }
 
 }  // namespace velloro

@@ -5,9 +5,9 @@
 #include "velloro/RingLook.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace velloro {
 
@@ -41,10 +41,11 @@ struct RingPicture {
 
   [[nodiscard]] std::shared_ptr<const CGImage> image() const;
 
-  /// The frames of a ring that checks itself, from the first moment to half a second after the
-  /// last change, in no time.
-  [[nodiscard]] std::vector<std::shared_ptr<const CGImage>> framesOfChecking(
-      int framesPerSecond) const;
+  /// Takes a frame and its place in the animation.
+  using TakeFrame = std::function<void(const CGImage& image, const AnimationFrame& frame)>;
+  /// Hands out the frames of a ring that checks itself, one by one, from the first moment to half a
+  /// second after the last change, in no time.
+  void playChecking(std::uint16_t framesPerSecond, const TakeFrame& take) const;
   /// Every colour scheme that has the look's mode, in each status: a row for each scheme.
   [[nodiscard]] std::shared_ptr<const CGImage> sheet() const;
 

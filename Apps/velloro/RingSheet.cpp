@@ -1,6 +1,7 @@
 #include "velloro/RingPicture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <vector>
 
@@ -31,9 +32,9 @@ class Sheet {
   explicit Sheet(const RingPicture& ring)
       : ring_(ring),
         schemes_(schemesWith(ring.look.theme.mode)),
-        cell_(ring.look.diameter * cellPerDiameter),
-        names_(ring.look.diameter * namesPerDiameter),
-        head_(ring.look.diameter * headPerDiameter),
+        cell_(length(cellPerDiameter)),
+        names_(length(namesPerDiameter)),
+        head_(length(headPerDiameter)),
         size_{.width = names_ + cell_ * static_cast<double>(Status::allCases().size()),
               .height = head_ + cell_ * static_cast<double>(schemes_.size())},
         canvas_(size_, ring.scale) {}
@@ -54,13 +55,18 @@ class Sheet {
   }
 
  private:
+  /// In whole pixels: rows that met within one would let the paper through.
+  [[nodiscard]] double length(double perDiameter) const {
+    return std::round(ring_.look.diameter * perDiameter * ring_.scale) / ring_.scale;
+  }
+
   void drawRow(ColorScheme scheme, double y) {
     RingLook look = ring_.look;
     look.theme.colorScheme = scheme;
     canvas_.paint({.origin = {0, y}, .size = {size_.width, cell_}}, look.theme.backgroundType());
     canvas_.write(localizedTitle(scheme), {names_ / 2, y + cell_ / 2}, font(UIFont::Weight::medium),
                   look.theme.taskTextColor({look.order, {}}));
-    const double margin = (cell_ - look.diameter) / 2;
+    const double margin = length((cellPerDiameter - 1) / 2);
     double x = names_ + margin;
     for (const Status& status : Status::allCases()) {
       look.status = status;

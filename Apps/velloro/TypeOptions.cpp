@@ -60,8 +60,8 @@ void expectToFit(const char* name, const std::string& text, const AutomaticTaskT
   constexpr double mostDays[] = {1, 7, 14, 31, 366};
   const double most = mostDays[static_cast<std::size_t>(period)] * day;
   if (convertToTimeInterval(type.quantity, *type.unit) <= most) return;
-  throw UsageError(std::string(name) + " " + inQuotes(text) + ": more than a " + periodName(period) +
-                   " has room for");
+  throw UsageError(std::string(name) + " " + inQuotes(text) + ": more than a " +
+                   periodName(period) + " has room for");
 }
 
 }  // namespace velloro

@@ -15,14 +15,14 @@ inline constexpr IconManagerIcon defaultParticipantImage = IconManagerIcon::pers
 [[nodiscard]] inline Badge taskSharingBadge(const std::optional<IconDisplayRepresentation>& owner,
                                             const PositionedTheme& theme,
                                             const Theme::TaskColor& taskColor) {
-  const RingPalette tones =
-      theme.theme.palette({theme.order, taskColor, Theme::Context::notification});
+  const ColorProfile ring =
+      theme.positiveUncheckedColorProfile(taskColor, Theme::Context::notification, false);
   const IconDisplayRepresentation nobody{
       .visualRepresentation = IconVisualRepresentation::icon(defaultParticipantImage),
       .displayProperties = {}};
   return {.content = BadgeContent{.displayRepresentation = owner.value_or(nobody)},
-          .contentColor = tones.center,
-          .badgeColor = tones.ink};
+          .contentColor = ring.badgeContent,
+          .badgeColor = ring.badge};
 }
 
 }  // namespace velloro

@@ -30,15 +30,19 @@ double iconSide(double length) {
   return std::ceil(length * CheckableTaskConstants::defaultIconPaddingScale);
 }
 
-/// A colour as it is seen over another one, without transparency.
+/// A colour as it is seen over another one: as transparent as the two are together, and without a
+/// background the colour itself.
 OxCodableColor blended(const OxCodableColor& color, const OxCodableColor& background) {
+  const double rest = background.a * (1 - color.a);
+  const double alpha = color.a + rest;
+  if (alpha == 0) return color;
   const auto mix = [&](double over, double under) {
-    return over * color.a + under * (1 - color.a);
+    return (over * color.a + under * rest) / alpha;
   };
   return {.r = mix(color.r, background.r),
           .g = mix(color.g, background.g),
           .b = mix(color.b, background.b),
-          .a = std::max(color.a, background.a)};
+          .a = alpha};
 }
 
 struct SubProgress {
@@ -114,7 +118,8 @@ const View::Painter::Still& View::Painter::still() {
 
 bool View::Painter::cutsThrough() const {
   const Configuration& ring = view_.configuration();
-  return ring.uncheckedColorProfile.badgeContent.a == 0 && !ring.badges.empty();
+  if (ring.badges.empty()) return false;
+  return ring.uncheckedColorProfile.badgeContent.a == 0 || badgeCircle().a < 1;
 }
 
 template <typename Draw>
@@ -132,10 +137,11 @@ std::shared_ptr<const CGImage> View::Painter::picture(const Draw& draw) const {
 }
 
 void View::Painter::drawDisc(CGContext& context) const {
-  const Configuration& ring = view_.configuration();
-  const ColorProfile& colors =
-      hasTrack(view_.state()) ? ring.uncheckedColorProfile : ring.completedColorProfile;
-  sharedCircler().drawBackground(context, view_.bounds(), trackWidth(), colors.centerFill);
+  const CGRect frame = view_.bounds();
+  const double pixel = 1 / view_.contentsScale();
+  sharedCircler().drawBackground(context,
+                                 hasTrack(view_.state()) ? frameBelowTrack(frame, pixel) : frame,
+                                 trackWidth(), profileWhenChecked().centerFill);
 }
 
 void View::Painter::drawRing(CGContext& context) const {
@@ -188,11 +194,13 @@ void View::Painter::drawCaption(CGContext& context, const Caption& caption,
                                 const OxCodableColor& color, double y) const {
   if (!caption.font) return;
   const auto [width, height] = view_.bounds().size;
-  const auto layout = layOutCaption([&](double factor) { return line(caption, color, factor); },
-                                    {.radius = std::min(width, height) / 2,
-                                     .trackWidth = trackWidth(),
-                                     .distance = std::abs(y - height / 2)},
-                                    view_.contentsScale());
+  const auto layout = layOutCaption(
+      [&](double factor) { return line(caption, color, factor); },
+      {.radius = std::min(width, height) / 2,
+       .trackWidth = trackWidth(),
+       .distance = std::abs(y - height / 2),
+       .isBesideDot = view_.configuration().subProgressBehaviour == SubProgressBehaviour::timer},
+      view_.contentsScale());
   if (layout) layout->drawCentered(context, {width / 2, y});
 }
 
@@ -206,11 +214,9 @@ NSAttributedString View::Painter::line(const Caption& caption, const OxCodableCo
   const auto addIcons = [&](const std::vector<CaptionIcon>& icons) {
     for (const CaptionIcon& icon : icons) {
       const auto shown = icon.visualRepresentation();
-      const double alpha = profile().alpha() * icon.alpha();
-      if (shown) {
-        items.push_back(
-            shown->inlineAttributedString(font, CGColor(color).withAlpha(alpha), direction, {}));
-      }
+      // The surface adds the profile's own alpha, as it does to the text.
+      const CGColor ink = CGColor(color).withAlpha(icon.alpha());
+      if (shown) items.push_back(shown->inlineAttributedString(font, ink, direction, {}));
     }
   };
   addIcons(caption.leadingIcons);
@@ -219,23 +225,30 @@ NSAttributedString View::Painter::line(const Caption& caption, const OxCodableCo
   return joinedCaption(items, attributes);
 }
 
+OxCodableColor View::Painter::badgeCircle() const {
+  OxCodableColor circle = view_.configuration().uncheckedColorProfile.badge;
+  circle.a = profile().alpha();
+  return blended(circle, view_.configuration().containingBackgroundColor);
+}
+
 void View::Painter::drawBadges(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const CGRect bounds = view_.bounds();
   for (const Badge& badge : ring.badges) {
     CGRect frame = badge.frame(bounds, trackWidth());
     frame.origin.y = bounds.size.height - frame.origin.y - frame.size.height;
-    OxCodableColor circle = ring.uncheckedColorProfile.badge;
-    circle.a = profile().alpha();
     const BadgeDrawing drawing{
         .badge = badge,
         .frame = frame,
-        .circleColor = blended(circle, ring.containingBackgroundColor),
+        .circleColor = badgeCircle(),
         .contentColor = ring.uncheckedColorProfile.badgeContent,
         .contentDiameter = frame.size.width * std::min(badge.normalizedContentDiameter, 1.0),
         .scale = view_.contentsScale()};
     context.setAlpha(1);
+    // Where the page is not known the badge lets it through, but not the track.
+    if (drawing.circleColor.a < 1) context.setBlendMode(CGBlendMode::copy);
     drawBadgeCircle(context, drawing);
+    context.setBlendMode(CGBlendMode::normal);
     context.setAlpha(profile().alpha());
     drawBadgeContent(context, drawing);
   }

@@ -32,7 +32,8 @@ class CheckableTaskView::Painter {
   [[nodiscard]] std::shared_ptr<const CGImage> picture(const Draw& draw) const;
   void drawDisc(CGContext& context) const;
   void drawRing(CGContext& context) const;
-  /// What is cut out of a badge is cut out of the track below, too.
+  /// What is cut out of a badge is cut out of the track below, too; so is a badge that lets the
+  /// page through.
   [[nodiscard]] bool cutsThrough() const;
   void drawAbove(CGContext& context) const;
   void drawCaptions(CGContext& context) const;
@@ -40,6 +41,7 @@ class CheckableTaskView::Painter {
                    double y) const;
   [[nodiscard]] NSAttributedString line(const Caption& caption, const OxCodableColor& color,
                                         double factor) const;
+  [[nodiscard]] OxCodableColor badgeCircle() const;
   void drawBadges(CGContext& context) const;
   void drawIcon(CGContext& context) const;
   [[nodiscard]] const std::optional<IconDisplayRepresentation>& shownIcon() const;

@@ -23,10 +23,10 @@ class CairoDrawing final : public DrawingBackend {
     return platform::readPNG(bytes);
   }
   std::string writePNG(const CGImage& image) override { return platform::writePNG(image); }
-  std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
-                               std::uint16_t framesPerSecond) override {
-    return platform::writeAnimatedPNG(frames, framesPerSecond);
+  std::string writeAnimatedPNGPiece(const CGImage& image, const AnimationFrame& frame) override {
+    return platform::writeAnimatedPNGPiece(image, frame);
   }
+  std::uint64_t fingerprint() override { return platform::fontsFingerprint(); }
   std::optional<CGPath> fontGlyph(const std::string& family, const std::string& glyph) override {
     return platform::fontGlyph(family, glyph);
   }

@@ -1,9 +1,15 @@
 #include "CairoDrawing/Fonts.h"
 
 #include "CairoDrawing/Free.h"
+#include "Foundation/Hasher.h"
 
 #include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <string_view>
+#include <system_error>
 
 #include <fontconfig/fontconfig.h>
 #include <ft2build.h>
@@ -36,10 +42,15 @@ constexpr const char* rules = R"(<?xml version="1.0"?>
   </match>
 </fontconfig>)";
 
+FcConfig* makeConfig() {
+  FcConfig* const made = FcConfigCreate();
+  FcConfigParseAndLoadFromMemory(made, reinterpret_cast<const FcChar8*>(rules), FcFalse);
+  return made;
+}
+
 FcConfig* config() {
   static FcConfig* const loaded = [] {
-    FcConfig* const made = FcConfigCreate();
-    FcConfigParseAndLoadFromMemory(made, reinterpret_cast<const FcChar8*>(rules), FcFalse);
+    FcConfig* const made = makeConfig();
     FcConfigBuildFonts(made);
     // Else Pango would load the machine's and the user's rules first.
     FcConfigSetCurrent(made);
@@ -111,6 +122,33 @@ PangoFontMap* threadFontMap() {
     return made;
   }();
   return map.get();
+}
+
+std::uint64_t fontsFingerprint() {
+  namespace fs = std::filesystem;
+  using Config = std::unique_ptr<FcConfig, Free<FcConfigDestroy>>;
+  using Folders = std::unique_ptr<FcStrList, Free<FcStrListDone>>;
+  Hasher hasher;
+  hasher.combine(cairo_version(), pango_version());
+  // A font that comes, goes or is replaced changes its folder; to open the fonts would take long.
+  const auto add = [&](const fs::path& folder) {
+    std::error_code lost;
+    const auto changed = fs::last_write_time(folder, lost).time_since_epoch().count();
+    if (!lost) hasher.combine(std::hash<std::string_view>{}(folder.native()), changed);
+  };
+  const Config unread(makeConfig());
+  const Folders folders(FcConfigGetConfigDirs(unread.get()));
+  while (const FcChar8* name = FcStrListNext(folders.get())) {
+    const fs::path root(reinterpret_cast<const char*>(name));
+    add(root);
+    std::error_code gone;
+    for (fs::recursive_directory_iterator item(root, gone), end; !gone && item != end;
+         item.increment(gone)) {
+      std::error_code lost;
+      if (item->is_directory(lost)) add(item->path());
+    }
+  }
+  return hasher.finalize();
 }
 
 std::optional<CGPath> fontGlyph(const std::string& family, const std::string& glyph) {

@@ -157,24 +157,24 @@ std::string writePNG(const CGImage& image) {
   return file;
 }
 
-std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
-                             std::uint16_t framesPerSecond) {
-  std::string file = header(*frames[0]);
-  const std::uint32_t forEver = 0;
-  appendChunk(file,
-              "acTL" + bigEndian(static_cast<std::uint32_t>(frames.size())) + bigEndian(forEver));
-  std::uint32_t sequence = 0;
-  for (const auto& frame : frames) {
-    const std::string offset(8, '\0');
-    const std::string replaceAll(2, '\0');  // dispose: none, blend: source
-    appendChunk(file, "fcTL" + bigEndian(sequence++) + sizeOf(*frame) + offset + bigEndian16(1) +
-                          bigEndian16(framesPerSecond) + replaceAll);
-    const bool first = frame == frames[0] && sequence == 1;
-    appendChunk(file, compressed(*frame, first ? "IDAT" : "fdAT" + bigEndian(sequence)));
-    if (!first) ++sequence;
+std::string writeAnimatedPNGPiece(const CGImage& image, const AnimationFrame& frame) {
+  const auto [index, count, framesPerSecond] = frame;
+  const bool isFirst = index == 0;
+  std::string piece;
+  if (isFirst) {
+    const std::uint32_t forEver = 0;
+    piece = header(image);
+    appendChunk(piece, "acTL" + bigEndian(count) + bigEndian(forEver));
   }
-  appendChunk(file, "IEND");
-  return file;
+  // The chunks of the animation are numbered: one for the first frame, two for each other.
+  const std::uint32_t sequence = isFirst ? 0 : 2 * index - 1;
+  const std::string offset(8, '\0');
+  const std::string replaceAll(2, '\0');  // dispose: none, blend: source
+  appendChunk(piece, "fcTL" + bigEndian(sequence) + sizeOf(image) + offset + bigEndian16(1) +
+                         bigEndian16(framesPerSecond) + replaceAll);
+  appendChunk(piece, compressed(image, isFirst ? "IDAT" : "fdAT" + bigEndian(sequence + 1)));
+  if (index + 1 == count) appendChunk(piece, "IEND");
+  return piece;
 }
 
 }  // namespace platform

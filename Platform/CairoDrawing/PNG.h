@@ -14,7 +14,6 @@ namespace platform {
 std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
     std::span<const std::byte> bytes);
 std::string writePNG(const CGImage& image);
-std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
-                             std::uint16_t framesPerSecond);
+std::string writeAnimatedPNGPiece(const CGImage& image, const AnimationFrame& frame);
 
 }  // namespace platform

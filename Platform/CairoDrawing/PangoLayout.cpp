@@ -135,7 +135,8 @@ class PangoTextLayout final : public TextLayout {
       add(pango_attr_font_desc_new(fontOf(font).get()));
       if (run.attachment) {
         images_.push_back(run.attachment->image(scale));
-        add(boxOf(run.attachment->size(), baselineOffset, images_.back().get()));
+        const double raised = baselineOffset - run.attachment->descent();
+        add(boxOf(run.attachment->size(), raised, images_.back().get()));
       } else {
         add(pango_attr_foreground_new(channel(color.red), channel(color.green),
                                       channel(color.blue)));

@@ -18,6 +18,11 @@ std::optional<CGPath> fontGlyph(std::string_view family, std::string_view glyph)
   return backend->fontGlyph(std::string(family), std::string(glyph));
 }
 
+std::uint64_t drawingFingerprint() {
+  DrawingBackend* const backend = DrawingBackend::shared();
+  return backend != nullptr ? backend->fingerprint() : 0;
+}
+
 std::shared_ptr<const CGImage> maskOfUnitPath(const CGPath& path, std::size_t pixels) {
   const auto context = CGContext::bitmap(pixels, pixels);
   if (!context) return nullptr;

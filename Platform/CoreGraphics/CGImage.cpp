@@ -2,8 +2,6 @@
 
 #include "CoreGraphics/DrawingBackend.h"
 
-#include <algorithm>
-
 namespace platform {
 
 Result<std::shared_ptr<const CGImage>> CGImage::fromPNG(std::span<const std::byte> bytes) {
@@ -23,15 +21,12 @@ std::optional<Data> CGImage::pngData() const {
   return Data(backend->writePNG(*this));
 }
 
-std::optional<Data> animatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
-                                std::uint16_t framesPerSecond) {
+std::optional<Data> animatedPNGPiece(const CGImage& image, const AnimationFrame& frame) {
   DrawingBackend* const backend = DrawingBackend::shared();
-  if (backend == nullptr || frames.empty() || frames[0]->pixels().empty()) return std::nullopt;
-  const bool sameSize = std::ranges::all_of(frames, [&](const auto& frame) {
-    return frame->width() == frames[0]->width() && frame->height() == frames[0]->height();
-  });
-  if (!sameSize) return std::nullopt;
-  return Data(backend->writeAnimatedPNG(frames, framesPerSecond));
+  if (backend == nullptr || image.pixels().empty() || frame.index >= frame.count) {
+    return std::nullopt;
+  }
+  return Data(backend->writeAnimatedPNGPiece(image, frame));
 }
 
 }  // namespace platform

@@ -46,10 +46,19 @@ class CGImage {
   std::vector<std::uint32_t> pixels_;
 };
 
-/// An animated PNG (https://www.w3.org/TR/png-3/#apng-frame-based-animation) that runs for ever;
-/// what knows no animation shows its first frame. Absent without frames, when one of them has
-/// another size than the first, and where the drawing module is missing.
-[[nodiscard]] std::optional<Data> animatedPNG(
-    std::span<const std::shared_ptr<const CGImage>> frames, std::uint16_t framesPerSecond);
+/// Which frame of an animation an image is.
+struct AnimationFrame {
+  std::uint32_t index = 0;
+  std::uint32_t count = 1;  ///< Of all frames.
+  std::uint16_t framesPerSecond = 60;
+};
+
+/// What one frame adds to an animated PNG
+/// (https://www.w3.org/TR/png-3/#apng-frame-based-animation): the pieces of all frames in their
+/// order, all of one size, are the file. It runs for ever; what knows no animation shows its first
+/// frame. Absent without pixels, for an index that is not below the count, and where the drawing
+/// module is missing.
+[[nodiscard]] std::optional<Data> animatedPNGPiece(const CGImage& image,
+                                                   const AnimationFrame& frame);
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include "CoreGraphics/CGPath.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -37,9 +38,9 @@ class DrawingBackend {
   virtual std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
       std::span<const std::byte> bytes) = 0;
   virtual std::string writePNG(const CGImage& image) = 0;
-  /// Of frames that all have the same size.
-  virtual std::string writeAnimatedPNG(std::span<const std::shared_ptr<const CGImage>> frames,
-                                       std::uint16_t framesPerSecond) = 0;
+  virtual std::string writeAnimatedPNGPiece(const CGImage& image, const AnimationFrame& frame) = 0;
+  /// As `drawingFingerprint` has it.
+  virtual std::uint64_t fingerprint() = 0;
   virtual std::optional<CGPath> fontGlyph(const std::string& family, const std::string& glyph) = 0;
   virtual std::unique_ptr<TextLayout> layOut(const NSAttributedString& text,
                                              const TextLayoutOptions& options) = 0;

@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGImage.h"
 #include "CoreGraphics/CGPath.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -19,6 +20,10 @@ namespace platform {
 ///
 /// \param glyph The glyph's name in the font, or its code point as "U+" and hexadecimal digits.
 [[nodiscard]] std::optional<CGPath> fontGlyph(std::string_view family, std::string_view glyph);
+
+/// A number that changes when a font is installed, replaced or removed, and with the libraries that
+/// draw; 0 where the drawing module is missing.
+[[nodiscard]] std::uint64_t drawingFingerprint();
 
 /// A path that lies in a box of 1 by 1 as a square mask with so many pixels a side: opaque black
 /// within the path. None where `CGContext::bitmap` gives none.

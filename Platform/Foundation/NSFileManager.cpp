@@ -60,7 +60,7 @@ Result<void> synchronizeFolder(const fs::path& path) {
 }
 
 Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& target,
-                  NewItemAccess access) {
+                  NewItemAccess access, NSFileManager::Durability durability) {
   // What a killed writer left may be in it.
   if (::ftruncate(file.fileDescriptor(), 0) != 0) return fileFailure("cannot empty", file.path());
   struct stat replaced {};
@@ -69,7 +69,8 @@ Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& ta
   if ((replaces || access == NewItemAccess::owner) && ::fchmod(file.fileDescriptor(), mode) != 0) {
     return fileFailure("cannot set the permissions of", file.path());
   }
-  if (auto written = file.write(bytes); !written) return written;
+  auto written = file.write(bytes);
+  if (!written || durability == NSFileManager::Durability::process) return written;
   return file.synchronize();
 }
 
@@ -186,15 +187,17 @@ Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& 
   return names;
 }
 
-Result<void> NSFileManager::write(std::string_view bytes, const Path& path, NewItemAccess access) {
+Result<void> NSFileManager::write(std::string_view bytes, const Path& path, NewItemAccess access,
+                                  Durability durability) {
   auto temporary = FileLock::exclusive(hiddenSibling(path, ".tmp"), access);
   if (!temporary) return std::unexpected(temporary.error());
-  auto done = fill(temporary->file(), bytes, path, access);
+  auto done = fill(temporary->file(), bytes, path, access, durability);
   if (done) done = renameOver(temporary->file().path(), path);
   if (!done) {
     ::unlink(temporary->file().path().c_str());
     return done;
   }
+  if (durability == Durability::process) return done;
   return synchronizeFolder(path);
 }
 
@@ -212,8 +215,8 @@ Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
   return written;
 }
 
-Result<void> NSFileManager::createFile(const Path& path) {
-  const auto file = NSFileHandle::open(path, O_WRONLY | O_CREAT);
+Result<void> NSFileManager::createFile(const Path& path, NewItemAccess access) {
+  const auto file = NSFileHandle::open(path, O_WRONLY | O_CREAT, access);
   if (!file) return std::unexpected(file.error());
   return {};
 }

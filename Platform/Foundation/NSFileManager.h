@@ -56,18 +56,24 @@ class NSFileManager {
   /// The names of the items in a folder, sorted.
   [[nodiscard]] static Result<std::vector<std::string>> contentsOfDirectory(const Path& path);
 
+  /// Whether `write` waits until the disk has taken the content. Without waiting, a power cut soon
+  /// afterwards may leave the file empty or damaged: enough for what can be made again.
+  enum class Durability : std::uint8_t { powerCut, process };
+
   /// Gives the file this content, at once and for good: at any moment, and after a power cut, it
   /// holds all of the old or all of the new. The file keeps its permissions. Several may write the
   /// same file; the last one's content stays. A process killed amid writing leaves one hidden file
   /// behind, which the next write takes over. A link is replaced by a file.
   [[nodiscard]] static Result<void> write(std::string_view bytes, const Path& path,
-                                          NewItemAccess access = NewItemAccess::owner);
+                                          NewItemAccess access = NewItemAccess::owner,
+                                          Durability durability = Durability::powerCut);
   /// Adds to the end of a file that is there: all of `bytes`, or nothing when it fails. Pieces that
   /// several processes add never mix.
   [[nodiscard]] static Result<void> append(std::string_view bytes, const Path& path);
 
   /// Makes an empty file. One that is there already stays as it is.
-  [[nodiscard]] static Result<void> createFile(const Path& path);
+  [[nodiscard]] static Result<void> createFile(const Path& path,
+                                               NewItemAccess access = NewItemAccess::owner);
   /// Makes a folder and the ones above it. One that is there already is no failure.
   [[nodiscard]] static Result<void> createDirectory(const Path& path,
                                                     NewItemAccess access = NewItemAccess::owner);

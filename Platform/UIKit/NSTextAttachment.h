@@ -13,7 +13,8 @@ class CGImage;
 /// compared without drawing them.
 class NSTextAttachment {
  public:
-  NSTextAttachment(std::string name, CGSize size) : name_(std::move(name)), size_(size) {}
+  NSTextAttachment(std::string name, CGSize size, double descent = 0)
+      : name_(std::move(name)), size_(size), descent_(descent) {}
   virtual ~NSTextAttachment() = default;
   NSTextAttachment(const NSTextAttachment&) = delete;
   NSTextAttachment& operator=(const NSTextAttachment&) = delete;
@@ -22,12 +23,15 @@ class NSTextAttachment {
   [[nodiscard]] const std::string& name() const { return name_; }
   /// In points.
   [[nodiscard]] CGSize size() const { return size_; }
+  /// How far the image reaches below the line on which it stands, in points.
+  [[nodiscard]] double descent() const { return descent_; }
   /// The image at so many pixels per point; none where there is no artwork.
   [[nodiscard]] virtual std::shared_ptr<const CGImage> image(double scale) const = 0;
 
  private:
   std::string name_;
   CGSize size_;
+  double descent_;
 };
 
 }  // namespace platform

@@ -4,7 +4,10 @@
 #include "Foundation/NSUserDefaults.h"
 #include "OxLog/Log.h"
 
+#include <algorithm>
 #include <string>
+#include <system_error>
+#include <vector>
 
 namespace velloro {
 
@@ -30,10 +33,35 @@ void CacheFolder::removeAllFiles() const {
   }
 }
 
+void CacheFolder::trim(const std::filesystem::path& folder, std::uint64_t mostBytes) {
+  namespace fs = std::filesystem;
+  struct File {
+    fs::file_time_type time;
+    fs::path path;
+    std::uint64_t bytes;
+  };
+  std::vector<File> files;
+  std::uint64_t sum = 0;
+  std::error_code gone;
+  for (fs::directory_iterator item(folder, gone), end; !gone && item != end; item.increment(gone)) {
+    std::error_code lost;
+    const File file{item->last_write_time(lost), item->path(), item->file_size(lost)};
+    if (lost) continue;
+    files.push_back(file);
+    sum += file.bytes;
+  }
+  std::ranges::sort(files, {}, &File::time);
+  for (const File& file : files) {
+    if (sum <= mostBytes) return;
+    fs::remove(file.path, gone);
+    sum -= file.bytes;
+  }
+}
+
 void CacheFolder::setVersion(int version, bool shouldClearOldFiles) const {
   auto defaults = NSUserDefaults::standardUserDefaults();
   if (defaults.integerForKey(versionKey) < version && shouldClearOldFiles) removeAllFiles();
-  defaults.setObject(version, versionKey);
+  if (defaults.integerForKey(versionKey) != version) defaults.setObject(version, versionKey);
 }
 
 }  // namespace velloro

@@ -19,6 +19,9 @@ struct CacheFolder {
   [[nodiscard]] std::filesystem::path url() const;
   [[nodiscard]] std::filesystem::path file(int version, const DataCacheKey& key) const;
   void removeAllFiles() const;
+  /// Removes the oldest files of a folder until the others are no more than so many bytes. Files
+  /// that go meanwhile are no failure: several processes may trim one folder.
+  static void trim(const std::filesystem::path& folder, std::uint64_t mostBytes);
   /// Notes that `version` is in use from now on. Files of a lower one are removed when so asked.
   void setVersion(int version, bool shouldClearOldFiles) const;
 };

@@ -42,7 +42,9 @@ void DataCache::saveEncoded(const std::function<Data()>& encode, const Place& pl
 }
 
 void DataCache::write(const CacheItem& item, const DataCacheKey& key) const {
-  const auto written = NSFileManager::write(JSONEncoder{}.encode(item), folder.file(version_, key));
+  const auto written =
+      NSFileManager::write(JSONEncoder{}.encode(item), folder.file(version_, key),
+                           NewItemAccess::owner, NSFileManager::Durability::process);
   if (!written) {
     throw Error(Error::Reason::storageError, key, written.error()->localizedDescription());
   }

@@ -2,11 +2,26 @@
 
 #include "Foundation/String.h"
 
+#include <cmath>
+
 namespace velloro {
 namespace {
 
 std::string sizeText(CGSize size) {
   return stringWithFormat("%01.0fx%01.0f", size.width, size.height);
+}
+
+bool isWhole(double value) {
+  return value == std::round(value);
+}
+
+bool isWhole(CGSize size) {
+  return isWhole(size.width) && isWhole(size.height);
+}
+
+/// Two sizes that differ have two such texts.
+std::string exactText(CGSize size) {
+  return stringWithFormat("%.17gx%.17g", size.width, size.height);
 }
 
 std::string partsText(const std::vector<DataCacheKey::Part>& parts) {
@@ -23,6 +38,7 @@ void DataCacheKey::add(std::string_view value, std::string_view key) {
 
 void DataCacheKey::add(CGSize value, std::string_view key) {
   add(sizeText(value), key);
+  if (!isWhole(value)) add(exactText(value), std::string(key) + "_exact");
 }
 
 void DataCacheKey::add(const DataCacheKey& value, std::string_view key) {
@@ -48,7 +64,10 @@ std::string DataCacheKey::debugDescription() const {
 
 std::string ImageCacheKey::text() const {
   const std::string scale = stringWithFormat("%01.0fx,", scale_);
-  return (size_ ? sizeText(*size_) + "@" : "") + scale + DataCacheKey::text();
+  const CGSize size = size_.value_or(CGSize{});
+  const std::string text = (size_ ? sizeText(size) + "@" : "") + scale + DataCacheKey::text();
+  if (isWhole(size) && isWhole(scale_)) return text;
+  return text + ",exact=" + exactText(size) + stringWithFormat("@%.17g", scale_);
 }
 
 std::string ImageCacheKey::debugDescription() const {

@@ -32,7 +32,7 @@ class DataCacheKey {
   /// A text, or a URL's.
   void add(std::string_view value, std::string_view key);
   void add(std::integral auto value, std::string_view key) { add(std::to_string(value), key); }
-  /// As whole points: "100x50".
+  /// As whole points, "100x50"; one that is not whole adds a second part, the exact size.
   void add(CGSize value, std::string_view key);
   /// As the other key's text.
   void add(const DataCacheKey& value, std::string_view key);
@@ -53,6 +53,7 @@ class DataCacheKey {
 /// The key of an image: at another size or scale it is another image.
 ///
 ///     ImageCacheKey("ring", {100, 50}, 2).text();    // "100x50@2x,ring"
+///     ImageCacheKey("ring", {40.5, 50}, 2).text();   // "40x50@2x,ring,exact=40.5x50@2"
 class ImageCacheKey : public DataCacheKey {
  public:
   ImageCacheKey(std::string_view identifier, CGSize size, double scale)

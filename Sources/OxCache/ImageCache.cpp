@@ -1,6 +1,7 @@
 #include "OxCache/ImageCache.h"
 
 #include "CoreGraphics/CGImage.h"
+#include "Foundation/DispatchQueue.h"
 #include "Foundation/NSFileManager.h"
 #include "OxCache/CacheFolder.h"
 #include "OxLog/Log.h"
@@ -12,6 +13,12 @@ namespace {
 
 constexpr CacheFolder folder{
     .name = "image-cache", .extension = ".png", .versionKey = "_OxCache_Image_version"};
+
+/// Never destroyed: it may be at work until the very end.
+const DispatchQueue& trimming() {
+  static const auto* queue = new DispatchQueue("velloro.cache.trim", QualityOfService::utility);
+  return *queue;
+}
 
 std::size_t cost(const UIImage& image) {
   return image.cgImage->pixels().size_bytes();
@@ -57,8 +64,31 @@ void ImageCache::save(const UIImage& image, const ImageCacheKey& key, bool useMe
   if (!usesDisk(mode)) return;
   const auto png = image.cgImage ? image.cgImage->pngData() : std::nullopt;
   if (!png) return Log::cache.error([] { return "Unable to get PNG data"; });
-  const auto written = NSFileManager::write(png->text(), imageUrl(key));
+  const auto written = write(png->text(), key);
   if (!written && logWriteErrors) Log::cache.error(written.error());
+}
+
+Result<void> ImageCache::write(std::string_view png, const ImageCacheKey& key) {
+  // Saving must not wait for the disk: a file that a power cut damages is drawn again.
+  auto written = NSFileManager::write(png, imageUrl(key), NewItemAccess::owner,
+                                      NSFileManager::Durability::process);
+  if (written) trimAfter(png.size());
+  return written;
+}
+
+void ImageCache::trimAfter(std::uint64_t bytes) {
+  const std::uint64_t left = bytesUntilTrimming_;
+  if (bytes < left) {
+    bytesUntilTrimming_ = left - bytes;
+    return;
+  }
+  bytesUntilTrimming_ = mostDiskBytes / 16;
+  trimming().async(
+      [path = folder.url(), most = mostDiskBytes.load()] { CacheFolder::trim(path, most); });
+}
+
+void ImageCache::waitUntilTrimmed() {
+  trimming().sync([] {});
 }
 
 std::filesystem::path ImageCache::imageUrl(const ImageCacheKey& key) const {
@@ -67,8 +97,7 @@ std::filesystem::path ImageCache::imageUrl(const ImageCacheKey& key) const {
 
 void ImageCache::copyToCache(const std::filesystem::path& imageUrl, const ImageCacheKey& key) {
   const auto bytes = NSFileManager::contents(imageUrl);
-  const auto written = bytes ? NSFileManager::write(*bytes, this->imageUrl(key))
-                             : Result<void>(std::unexpected(bytes.error()));
+  const auto written = bytes ? write(*bytes, key) : Result<void>(std::unexpected(bytes.error()));
   if (!written && logWriteErrors) Log::cache.error(written.error());
   forget(key);
 }

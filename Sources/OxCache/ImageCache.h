@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Error.h"
 #include "Foundation/NSCache.h"
 #include "OxCache/CacheMode.h"
 #include "OxCache/DataCacheKey.h"
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 namespace velloro {
 
@@ -24,6 +26,10 @@ class ImageCache {
 
   [[nodiscard]] static ImageCache& shared();
 
+  /// Bytes that the files may take up. Whoever saves has the oldest ones removed beyond that, in
+  /// the background; between two looks the folder may grow by a sixteenth.
+  std::atomic<std::uint64_t> mostDiskBytes = 64'000'000;
+
   /// \param useMemoryCache Whether it may come from memory, and stay there.
   [[nodiscard]] std::optional<UIImage> image(const ImageCacheKey& key, bool useMemoryCache);
   void save(const UIImage& image, const ImageCacheKey& key, bool useMemoryCache);
@@ -35,8 +41,11 @@ class ImageCache {
   void moveToCache(const std::filesystem::path& url, const ImageCacheKey& key);
 
   void clearDiskCache();
-  /// To be raised whenever images come out differently: files of another version are not found.
+  /// Another one whenever images come out differently: files of another version are not found.
   void setVersion(int version, bool shouldClearOldFiles);
+  [[nodiscard]] int version() const { return version_; }
+  /// Returns when the folder has been looked at for all that was saved up to now.
+  static void waitUntilTrimmed();
 
   std::atomic<CacheMode> cacheMode = CacheMode::diskAndMemory;
   std::atomic<bool> logCacheHits = false;
@@ -50,10 +59,13 @@ class ImageCache {
 
  private:
   [[nodiscard]] std::optional<UIImage> read(const ImageCacheKey& key) const;
+  [[nodiscard]] Result<void> write(std::string_view png, const ImageCacheKey& key);
+  void trimAfter(std::uint64_t bytes);
   void forget(const ImageCacheKey& key);
   void note(const std::atomic<bool>& isWanted, const char* what, const ImageCacheKey& key) const;
 
   std::atomic<int> version_ = 0;
+  std::atomic<std::uint64_t> bytesUntilTrimming_ = 0;
 };
 
 }  // namespace velloro

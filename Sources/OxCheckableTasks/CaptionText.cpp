@@ -19,8 +19,9 @@ NSAttributedString joinedCaption(const std::vector<NSAttributedString>& items,
 }
 
 double captionFactor(CGSize line, const CaptionPlace& place) {
-  constexpr double tracks = 1.5;         // the ring's own, and the one inside it with its gap
   constexpr double lettersInLine = 0.3;  // from its middle to the edge of capitals, per height
+  // The ring's own track, and the narrower one or the dot inside it, with their gaps.
+  const double tracks = place.isBesideDot ? 2.05 : 1.5;
   const double free = place.radius - tracks * place.trackWidth;
   const double d = place.distance;
   if (free <= d || !(line.width > 0)) return 1;

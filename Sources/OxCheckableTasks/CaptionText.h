@@ -17,9 +17,10 @@ namespace velloro {
 
 /// Where a caption stands in a ring.
 struct CaptionPlace {
-  double radius = 0;      ///< Of the ring, to the outer edge of its track.
-  double trackWidth = 0;  ///< Captions also leave room for a second, narrower track inside it.
-  double distance = 0;    ///< From the ring's middle to the middle of the line.
+  double radius = 0;         ///< Of the ring, to the outer edge of its track.
+  double trackWidth = 0;     ///< Captions also leave room for a second, narrower track inside it.
+  double distance = 0;       ///< From the ring's middle to the middle of the line.
+  bool isBesideDot = false;  ///< The dot of a timer runs inside the track, and needs more room.
 };
 
 /// By how much a line of that size must shrink for its letters to stay inside the track: 1 for one

@@ -65,6 +65,11 @@ const OxCodableColor& colorOf(const Track& track, TrackArc::Part part) {
 
 }  // namespace
 
+CGRect frameBelowTrack(CGRect frame, double pixel) {
+  constexpr double pixels = 0.75;
+  return inset(frame, pixels * pixel);
+}
+
 void CheckableTaskGenericCircler::drawSegments(CGContext& context, const TrackedRing& ring) {
   if (ring.numSegments < 2) return;
   const SavedGState saved(context);

@@ -8,6 +8,11 @@
 
 namespace velloro {
 
+/// The frame of a disc whose edge the track covers: a little smaller, because both edges are smooth
+/// and the disc would shine through the track's as a hairline.
+/// \param pixel The size of a pixel, in the units of the surface.
+[[nodiscard]] CGRect frameBelowTrack(CGRect frame, double pixel);
+
 /// A circler that draws nothing; what the shapes of rings have in common.
 class CheckableTaskGenericCircler : public CheckableTaskCircler {
  public:

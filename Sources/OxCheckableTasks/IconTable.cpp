@@ -1,6 +1,7 @@
 #include "OxCheckableTasks/IconTable.h"
 
 #include "Foundation/Environment.h"
+#include "Foundation/Hasher.h"
 #include "Foundation/JSON.h"
 #include "Foundation/NSFileManager.h"
 
@@ -62,6 +63,9 @@ IconTable::IconTable(const std::filesystem::path& file) {
     Environment::current().report(json.error()->localizedDescription());
     return;
   }
+  Hasher hasher;
+  hasher.combine(*json);
+  fingerprint_ = hasher.finalize();
   try {
     const auto content = JSONDecoder{}.decode<IconFile>(*json);
     icons_ = byName(content.icons, content.outlineWidths);

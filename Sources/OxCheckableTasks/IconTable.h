@@ -3,6 +3,7 @@
 #include "OxCheckableTasks/IconManagerIcon.h"
 #include "OxKit/Platform.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -43,6 +44,8 @@ class IconTable {
   /// The path data (`CGPath::fromSVG`) of lines that are 2 wide, with round ends, in a box of 24 by
   /// 24. Absent for an icon that has a glyph, and where there is no artwork.
   [[nodiscard]] std::optional<std::string> drawing(IconManagerIcon icon) const;
+  /// The same for two tables read from the same bytes, in every process.
+  [[nodiscard]] std::uint64_t fingerprint() const { return fingerprint_; }
   // The whole table, by the names.
 
   [[nodiscard]] const Glyphs& icons() const { return icons_; }
@@ -53,6 +56,7 @@ class IconTable {
   Glyphs icons_;
   Glyphs symbols_;
   Drawings drawings_;
+  std::uint64_t fingerprint_ = 0;
 };
 
 }  // namespace velloro

@@ -44,6 +44,12 @@ std::string nameOf(const IconVisualRepresentation& what, const Properties& how,
          std::string(how.overlay ? rawValue(*how.overlay) : "") + "|" + codable(color).toHexAlpha();
 }
 
+/// A symbol that a text raises has a descent of its own, per side, so that its middle lies on the
+/// middle of the capital letters.
+double ownDescent(const IconVisualRepresentation& what) {
+  return what.inlineTextProperties().baselineOffsetDelta > 0 ? 0.18 : 0;
+}
+
 }  // namespace
 
 IconVisualRepresentation IconVisualRepresentation::decode(const Decoder& from) {
@@ -125,7 +131,8 @@ NSAttributedString IconVisualRepresentation::inlineAttributedString(
 
 InlineIcon::InlineIcon(IconVisualRepresentation what, Properties how, CGColor inColor,
                        double pointSize)
-    : NSTextAttachment(nameOf(what, how, inColor), {.width = pointSize, .height = pointSize}),
+    : NSTextAttachment(nameOf(what, how, inColor), {.width = pointSize, .height = pointSize},
+                       ownDescent(what) * pointSize),
       visualRepresentation(std::move(what)),
       displayProperties(how),
       color(inColor) {}

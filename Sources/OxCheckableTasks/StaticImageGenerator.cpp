@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGContext.h"
 #include "Foundation/DispatchQueue.h"
 #include "OxCache/ImageCache.h"
+#include "OxCheckableTasks/ArtworkVersion.h"
 #include "OxCheckableTasks/BadgeRenderer.h"
 #include "OxCheckableTasks/CaptionText.h"
 #include "OxCheckableTasks/CheckableTaskRoundCircler.h"
@@ -69,8 +70,8 @@ class Drawing {
       context_.fill(layout_.frame);
     }
     CheckableTaskRoundCircler circler;
-    circler.drawBackground(context_, layout_.ring, layout_.trackWidth,
-                           properties_.colors.centerFill);
+    const CGRect disc = layout_.trackWidth ? frameBelowTrack(layout_.ring, 1) : layout_.ring;
+    circler.drawBackground(context_, disc, layout_.trackWidth, properties_.colors.centerFill);
   }
 
   void drawTrack(double width) {
@@ -251,6 +252,8 @@ UIImage create(const Request& request) {
   const auto key = request.cacheKey("sig");
   if (!key) return createNoCache(request);
   ImageCache& cache = ImageCache::shared();
+  const int version = artworkVersion();
+  if (cache.version() != version) cache.setVersion(version, false);
   if (auto image = cache.image(*key, true)) return *image;
   UIImage image = createNoCache(request);
   if (image.cgImage) cache.save(image, *key, true);

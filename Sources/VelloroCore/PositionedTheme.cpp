@@ -1,5 +1,10 @@
 #include "VelloroCore/PositionedTheme.h"
 
+#include "VelloroCore/ColorContrast.h"
+#include "VelloroCore/TrackTones.h"
+
+#include <utility>
+
 namespace velloro {
 namespace {
 
@@ -15,8 +20,8 @@ ColorProfile open(const RingPalette& tones) {
           .imageMask = tones.ink,
           .timer = tones.fill,
           .notch = tones.center,
-          .badge = tones.ink,
-          .badgeContent = tones.center};
+          .badge = clear,
+          .badgeContent = clear};
 }
 
 /// What lies behind a filled track.
@@ -30,8 +35,8 @@ ColorProfile done(const RingPalette& tones) {
           .imageMask = tones.doneInk,
           .timer = tones.doneInk,
           .notch = tones.doneCenter.front(),
-          .badge = tones.ink,
-          .badgeContent = tones.center};
+          .badge = clear,
+          .badgeContent = clear};
 }
 
 ColorProfile missed(const RingPalette& tones) {
@@ -44,8 +49,47 @@ ColorProfile missed(const RingPalette& tones) {
           .imageMask = tones.missedInk,
           .timer = tones.missedInk,
           .notch = tones.missedCenter,
-          .badge = tones.ink,
-          .badgeContent = tones.center};
+          .badge = clear,
+          .badgeContent = clear};
+}
+
+void setTrack(ColorProfile& profile, const TrackTones& tones) {
+  profile.trackBackground = tones.track;
+  profile.trackFadedBackground = tones.remaining;
+  profile.trackFill = tones.fill;
+}
+
+RingGround groundOf(const ColorProfile& profile, const OxCodableColor& page) {
+  return {.disc = profile.centerFill, .page = page, .isFaded = profile.isFaded};
+}
+
+/// Half transparent, the tones of a ring come near to each other and to the page.
+ColorProfile faded(ColorProfile profile, const OxCodableColor& page) {
+  profile.isFaded = true;
+  const TrackTones tones{.track = profile.trackBackground,
+                         .remaining = profile.trackFadedBackground,
+                         .fill = profile.trackFill};
+  const RingGround ground = groundOf(profile, page);
+  if (!tones.areApartOn(ground)) setTrack(profile, TrackTones::on(ground, tones.fill));
+  return profile;
+}
+
+/// A badge lies on the track, on the disc and on the page, and stays when the task is settled.
+ColorProfile withBadge(ColorProfile profile, const OxCodableColor& color,
+                       const OxCodableColor& page, const OxCodableColor& settledDisc) {
+  const OxCodableColor& disc = profile.centerFill.front();
+  std::vector<OxCodableColor> below{profile.trackFill, profile.trackBackground, disc, settledDisc,
+                                    page};
+  if (profile.isFaded) {
+    const OxCodableColor seen = mixed(page, disc, profile.alpha());
+    below = {mixed(seen, profile.trackFill, profile.alpha()),
+             mixed(seen, profile.trackBackground, profile.alpha()), seen};
+  }
+  constexpr OxCodableColor white{.r = 1, .g = 1, .b = 1};
+  profile.badge = badgeTone(color, below, groundOf(profile, page));
+  profile.badgeContent =
+      contrastRatio(white, profile.badge) >= textContrast ? white : OxCodableColor{};
+  return profile;
 }
 
 /// Of a task that is done, where nothing moves any more: no notches, no timer, no badges.
@@ -62,34 +106,43 @@ ColorProfile atRest(const RingPalette& tones) {
 
 ColorProfile PositionedTheme::positiveUncheckedColorProfile(const TaskColor& taskColor,
                                                             Context context, bool isFaded) const {
-  ColorProfile profile = open(theme.palette({order, taskColor, context}));
-  profile.isFaded = isFaded;
-  return profile;
+  const RingPalette tones = theme.palette({order, taskColor, context});
+  const OxCodableColor page = theme.backgroundType(context).plainColor();
+  ColorProfile profile = open(tones);
+  if (isFaded) profile = faded(std::move(profile), page);
+  return withBadge(std::move(profile), tones.color, page, tones.doneCenter.front());
 }
 
 ColorProfile PositionedTheme::positiveCompletedColorProfile(const TaskColor& taskColor,
                                                             Context context) const {
-  return done(theme.palette({order, taskColor, context}));
+  const RingPalette tones = theme.palette({order, taskColor, context});
+  return withBadge(done(tones), tones.color, theme.backgroundType(context).plainColor(),
+                   tones.center);
 }
 
 ColorProfile PositionedTheme::negativeCompletedColorProfile(const TaskColor& taskColor,
                                                             Context context, bool isFaded,
                                                             bool willShowPeriodProgress) const {
-  ColorProfile profile = done(theme.palette({order, taskColor, context}));
-  if (!willShowPeriodProgress) profile.trackFadedBackground = profile.trackBackground;
+  const RingPalette tones = theme.palette({order, taskColor, context});
+  const OxCodableColor page = theme.backgroundType(context).plainColor();
+  ColorProfile profile = done(tones);
   profile.isFaded = isFaded;
-  return profile;
+  setTrack(profile, TrackTones::on(groundOf(profile, page), tones.doneInk));
+  if (!willShowPeriodProgress) profile.trackFadedBackground = profile.trackBackground;
+  return withBadge(std::move(profile), tones.color, page, tones.missedCenter);
 }
 
 ColorProfile PositionedTheme::negativeMissedColorProfile(const TaskColor& taskColor,
                                                          Context context) const {
-  return missed(theme.palette({order, taskColor, context}));
+  const RingPalette tones = theme.palette({order, taskColor, context});
+  return withBadge(missed(tones), tones.color, theme.backgroundType(context).plainColor(),
+                   tones.doneCenter.front());
 }
 
 ColorProfile PositionedTheme::negativeAllowedMissColorProfile(const TaskColor& taskColor,
                                                               Context context) const {
   const RingPalette tones = theme.palette({order, taskColor, context});
-  ColorProfile profile = open(tones);
+  ColorProfile profile = positiveUncheckedColorProfile(taskColor, context, false);
   profile.trackFill = tones.doneFill;
   return profile;
 }

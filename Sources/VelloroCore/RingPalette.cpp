@@ -43,7 +43,7 @@ std::optional<OxCodableColor> mixedUntil(const OxCodableColor& color, const OxCo
 /// A shade or tint of the disc: away from the ink, or a little towards it where the disc is as dark
 /// or as light as colours get.
 OxCodableColor trackOn(const OxCodableColor& center, const OxCodableColor& ink) {
-  return mixedUntil(center, away(ink), 1.5)
+  return mixedUntil(center, away(ink), 1.4)
       .value_or(mixedUntil(center, ink, trackContrast).value_or(center));
 }
 
@@ -160,6 +160,7 @@ void makeGrandSlam(RingPalette& palette, const OxCodableColor& color) {
 RingPalette RingPalette::of(ThemeMode mode, const OxCodableColor& color, bool grandSlam) {
   const bool hasScreen = mode == ThemeMode::white || mode == ThemeMode::black;
   RingPalette palette = hasScreen ? onScreen(mode, color) : onColor(color);
+  palette.color = color;
   palette.remainingTrack = mixed(palette.track, palette.center, 0.5);
   palette.missedInk = withContrast(inkOn(palette.missedCenter), palette.missedCenter, textContrast);
   if (grandSlam) makeGrandSlam(palette, color);

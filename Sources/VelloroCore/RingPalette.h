@@ -19,6 +19,7 @@ namespace velloro {
 /// Fills keep `shapeContrast` to both parts of the track, and captions `textContrast` to the disc
 /// that they stand on.
 struct RingPalette {
+  OxCodableColor color;  ///< The task's own.
   // while the task is open
   OxCodableColor center;          ///< The disc, also under the track.
   OxCodableColor ink;             ///< Captions and icon.

@@ -45,6 +45,10 @@ TEST(RingCommand, PutsAllSchemesByAllStatusesOnASheet) {
   ASSERT_TRUE(sheet);
   EXPECT_EQ(sheet->width(), 19U + 13 * 13);
   EXPECT_EQ(sheet->height(), 4U + 25 * 13);
+
+  const auto black = ring("--sheet --size 11 --scale 1.5 --mode black");
+  const auto page = black->pixel(1, black->height() - 1);
+  for (std::size_t y = 8; y < black->height(); ++y) EXPECT_EQ(black->pixel(1, y), page) << y;
 }
 
 TEST(RingCommand, PlaysAnAnimationInNoTime) {

@@ -134,6 +134,47 @@ TEST_F(RingPictureTest, AClearIconIsCutOutOfBadgeAndTrack) {
   EXPECT_EQ(drawn->pixel(39, 4) >> 24U, 255U);
 }
 
+TEST_F(RingPictureTest, AFadedBadgeKeepsItsColorWithoutABackground) {
+  const Picture drawn = draw([&](auto& ring) {
+    ring.uncheckedColorProfile.isFaded = true;
+    ring.uncheckedColorProfile.badge = {.r = 1, .g = 1, .b = 1};
+    ring.badges = {{.position = BadgePosition::topTrailing}};
+  });
+  for (unsigned shift = 0; shift < 32; shift += 8) {
+    EXPECT_NEAR(drawn->pixel(39, 9) >> shift & 0xFFU, 128, 1) << "no track shines through";
+  }
+}
+
+TEST_F(RingPictureTest, SignsAreAsFadedAsTheCaption) {
+  const auto mostOpaque = [&](bool isSign) {
+    const Picture drawn = draw([&](auto& ring) {
+      ring.uncheckedColorProfile.isFaded = true;
+      ring.bottomCaption = {.text = isSign ? "" : "▇▇", .font = UIFont::system(12)};
+      if (isSign) ring.bottomCaption.leadingIcons = {{CaptionIcon::Kind::bestStreak}};
+    });
+    unsigned most = 0;
+    for (std::size_t x = 16; x < 32; ++x) {
+      for (std::size_t y = 34; y < 43; ++y) most = std::max(most, drawn->pixel(x, y) >> 24U);
+    }
+    return most;
+  };
+  EXPECT_NEAR(mostOpaque(true), mostOpaque(false), 20);
+}
+
+TEST_F(RingPictureTest, TheDiscDoesNotShineThroughTheEdgeOfTheTrack) {
+  const Picture drawn = draw(
+      [](auto& ring) {
+        ring.uncheckedColorProfile.trackFill = {};  // black on white
+        ring.uncheckedColorProfile.centerFill = {{.r = 1, .g = 1, .b = 1}};
+      },
+      1);
+  for (std::size_t y = 0; y < 24; ++y) {
+    std::size_t x = 0;
+    while (x < 24 && drawn->pixel(x, y) == 0) ++x;
+    if (x < 24) EXPECT_LE(drawn->pixel(x, y) & 0xFFU, 8U) << x << ", " << y;
+  }
+}
+
 TEST_F(RingPictureTest, AViewAndAStaticImageAreAlike) {
   StaticImageGenerator::Request request{.size = {48, 48}};
   auto& layout = request.layoutProperties;

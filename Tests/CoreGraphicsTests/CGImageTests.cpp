@@ -94,7 +94,11 @@ TEST(CGImage, AnimatedPNG) {
   for (const std::uint32_t color : {0xFFFF0000, 0xFF00FF00, 0xFF0000FF}) {
     frames.push_back(std::make_shared<CGImage>(3, 2, std::vector<std::uint32_t>(6, color)));
   }
-  const std::string file = animatedPNG(frames, 60).value().text();
+  std::string file;
+  AnimationFrame place{.count = 3};
+  for (; place.index < place.count; ++place.index) {
+    file += animatedPNGPiece(*frames[place.index], place).value().text();
+  }
   const auto first = CGImage::fromPNG(Data(file).bytes());
   EXPECT_EQ((*first)->pixel(2, 1), 0xFFFF0000);
 
@@ -108,10 +112,7 @@ TEST(CGImage, AnimatedPNG) {
     EXPECT_TRUE(type != "fcTL" || bigEndianAt(data, 20) == (1 << 16 | 60));  // 1/60 s
   }
   EXPECT_EQ(order, "IHDR acTL fcTL IDAT fcTL fdAT fcTL fdAT IEND ");
-
-  EXPECT_FALSE(animatedPNG({}, 60));
-  frames.push_back(std::make_shared<CGImage>(2, 3, std::vector<std::uint32_t>(6)));
-  EXPECT_FALSE(animatedPNG(frames, 60));
+  EXPECT_FALSE(animatedPNGPiece(*frames[0], place)) << "behind the last";
 }
 
 }  // namespace

@@ -3,9 +3,12 @@
 #include "OxCache/ImageCache.h"
 #include "Support/Processes.h"
 
+#include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -73,6 +76,48 @@ TEST_F(ImageCacheTest, FindsNoFileOfAnotherVersion) {
   EXPECT_TRUE(NSFileManager::exists(old));
   cache.setVersion(3, true);
   EXPECT_FALSE(NSFileManager::exists(old));
+}
+
+TEST_F(ImageCacheTest, TwoSizesOrScalesNeverShareAFile) {
+  std::set<std::filesystem::path> files;
+  const ImageCacheKey keys[] = {{"ring", {40, 50}, 2},
+                                {"ring", {40.4, 50}, 2},
+                                {"ring", {40, 50.4}, 2},
+                                {"ring", {40, 50}, 1.5},
+                                {"ring", {40, 50}, 2.4},
+                                {"ring", {40.25, 50}, 2},
+                                {"ring", 2},
+                                {"ring", 1.75}};
+  for (const ImageCacheKey& sized : keys) {
+    EXPECT_TRUE(files.insert(cache.imageUrl(sized)).second) << sized.text();
+  }
+  for (const CGSize size : {CGSize{40, 50}, CGSize{40.4, 50}}) {
+    ImageCacheKey holder("ring", 1);
+    holder.add(size, "box");
+    EXPECT_TRUE(files.insert(cache.imageUrl(holder)).second) << holder.text();
+  }
+  EXPECT_EQ(keys[0].text(), "40x50@2x,ring") << "whole ones keep their names";
+}
+
+TEST_F(ImageCacheTest, RemovesTheOldestFilesBeyondItsLimit) {
+  const auto keyOf = [](int number) { return ImageCacheKey(std::to_string(number), 1); };
+  std::uintmax_t bytes = 0;
+  for (int number = 0; number < 8; ++number) {
+    cache.save(plain(red), keyOf(number), false);
+    const auto file = cache.imageUrl(keyOf(number));
+    bytes = std::filesystem::file_size(file);
+    const auto age = std::chrono::hours(number % 2 == 0 ? number : 20 + number);
+    std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - age);
+  }
+  ImageCache other;
+  other.mostDiskBytes = bytes * 4;
+  other.save(plain(red), keyOf(8), false);
+  ImageCache::waitUntilTrimmed();
+  std::string kept;
+  for (int number = 0; number < 9; ++number) {
+    if (found(other, keyOf(number), false)) kept += std::to_string(number);
+  }
+  EXPECT_EQ(kept, "0248");
 }
 
 TEST_F(ImageCacheTest, TakesFilesInThePlaceOfWhatItHas) {

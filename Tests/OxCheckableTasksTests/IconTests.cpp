@@ -132,6 +132,7 @@ TEST(IconVisualRepresentation, StandsInALineOfText) {
     const auto run = inLine(visual).runs().front();
     EXPECT_DOUBLE_EQ(run.attachment->size().height, size) << visual.text();
     EXPECT_DOUBLE_EQ(run.attributes.baselineOffset, raised) << visual.text();
+    EXPECT_NEAR(raised - run.attachment->descent() + size / 2, 7.3, 0.3) << "half of a capital";
     const auto image = run.attachment->image(2);
     ASSERT_TRUE(image) << visual.text();
     EXPECT_EQ(image->width(), static_cast<std::size_t>(std::round(size * 2))) << visual.text();

@@ -1,10 +1,13 @@
 #include "CoreGraphics/CGContext.h"
 #include "Foundation/TestEnvironment.h"
+#include "OxCache/ImageCache.h"
 #include "OxCheckableTasks/CaptionText.h"
 #include "OxCheckableTasks/StaticImageGenerator.h"
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <set>
 #include <string>
@@ -92,6 +95,25 @@ TEST(StaticImage, IsDrawnOnce) {
   EXPECT_FALSE(request.createSync().cgImage);
 }
 
+TEST(StaticImage, IsKeptUnderTheVersionOfTheArtwork) {
+  TestEnvironment environment;
+  const auto table = [&](const char* name, const char* json) {
+    const auto folder = environment.directories().temporary / name;
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "Icons.json") << json;
+    environment.setResources(folder);
+    const Request request = ring();
+    (void)request.createSync();
+    return ImageCache::shared().imageUrl(*request.cacheKey("sig"));
+  };
+  const char* const empty = R"({"icons":{},"symbols":{},"drawings":{},"outlineWidths":{}})";
+  const auto before = table("a", empty);
+  EXPECT_EQ(table("b", empty), before) << "the same artwork";
+  EXPECT_NE(
+      table("c", R"({"icons":{},"symbols":{},"drawings":{"book":"M1 1h9"},"outlineWidths":{}})"),
+      before);
+}
+
 /// The alpha of the pixel on the middle of the track, so many degrees clockwise from the top.
 unsigned trackAlpha(const CGImage& image, double degrees) {
   const double half = static_cast<double>(image.width()) / 2;
@@ -173,12 +195,15 @@ TEST(Badge, SitsOnTheTrackOrInsideIt) {
 }
 
 TEST(Caption, ShrinksUntilItStaysInsideTheTrack) {
-  const CaptionPlace place{.radius = 42, .trackWidth = 6, .distance = 27};
+  CaptionPlace place{.radius = 42, .trackWidth = 6, .distance = 27};
   EXPECT_EQ(captionFactor({10, 12}, place), 1);
-  for (const double width : {40.0, 60.0, 400.0}) {
-    const double factor = captionFactor({width, 12}, place);
-    EXPECT_LT(factor, 1);
-    EXPECT_NEAR(std::hypot(width / 2 * factor, 27 + 0.3 * 12 * factor), 33, 1e-9);
+  for (const auto& [isBesideDot, room] : {std::pair(false, 33.0), std::pair(true, 29.7)}) {
+    place.isBesideDot = isBesideDot;
+    for (const double width : {40.0, 60.0, 400.0}) {
+      const double factor = captionFactor({width, 12}, place);
+      EXPECT_LT(factor, 1);
+      EXPECT_NEAR(std::hypot(width / 2 * factor, 27 + 0.3 * 12 * factor), room, 1e-9);
+    }
   }
   EXPECT_EQ(captionFactor({40, 12}, {.radius = 42, .trackWidth = 20, .distance = 27}), 1);
 }

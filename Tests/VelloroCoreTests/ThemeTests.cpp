@@ -68,8 +68,8 @@ void expectLegible(const ColorProfile& profile, const std::string& name) {
     EXPECT_GE(contrastRatio(profile.bottomCaption, center), textContrast);
     EXPECT_GE(contrastRatio(profile.topCaption, center), textContrast);
     EXPECT_GE(contrastRatio(profile.imageMask, center), textContrast);
-    EXPECT_GE(contrastRatio(profile.trackBackground, center), 1.1);
-    EXPECT_GE(contrastRatio(profile.trackFill, center), 1.1);
+    EXPECT_GE(contrastRatio(profile.trackBackground, center), 1.2);
+    EXPECT_GE(contrastRatio(profile.trackFill, center), 1.2);
     if (profile.timer.a > 0) {
       EXPECT_GE(contrastRatio(profile.timer, center), shapeContrast);
     }
@@ -79,16 +79,26 @@ void expectLegible(const ColorProfile& profile, const std::string& name) {
   }
 }
 
-/// A faded ring is one on which nothing is asked for today. The guidelines ask no contrast of what
-/// is inactive; it must still be there for a second look.
-void expectSeenThoughFaded(const ColorProfile& profile, const OxCodableColor& page) {
-  const auto over = [&](const OxCodableColor& color, const OxCodableColor& under) {
+/// What a badge lies on, and each other part of the ring, is told from its neighbours as it is
+/// seen: a view lays the parts of a faded ring over each other, an image is laid over the page as a
+/// whole.
+void expectDistinct(const ColorProfile& profile, const OxCodableColor& page) {
+  const auto over = [&](const OxCodableColor& under, const OxCodableColor& color) {
     return mixed(under, color, profile.alpha());
   };
-  const OxCodableColor disc = over(profile.centerFill.front(), page);
-  EXPECT_GE(contrastRatio(over(profile.imageMask, disc), disc), 1.25);
-  EXPECT_GE(contrastRatio(over(profile.trackFill, disc), over(profile.trackBackground, disc)),
-            1.25);
+  const OxCodableColor disc = over(page, profile.centerFill.front());
+  for (const OxCodableColor& below : {disc, page}) {
+    const OxCodableColor fill = over(below, profile.trackFill);
+    const OxCodableColor track = over(below, profile.trackBackground);
+    EXPECT_GE(contrastRatio(fill, disc), 1.2);
+    EXPECT_GE(contrastRatio(track, disc), 1.2);
+    EXPECT_GE(contrastRatio(fill, track), 1.2);
+  }
+  EXPECT_GE(contrastRatio(over(disc, profile.imageMask), disc), 1.25);
+  if (profile.badge.a == 0) return;
+  for (const OxCodableColor& part : {profile.trackFill, profile.trackBackground}) {
+    EXPECT_GE(contrastRatio(over(page, profile.badge), over(disc, part)), 1.2);
+  }
 }
 
 TEST(Theme, EveryRingIsLegible) {
@@ -98,7 +108,7 @@ TEST(Theme, EveryRingIsLegible) {
     for (const Status& status : Status::allCases()) {
       const ColorProfile profile = theme.colorProfile(status, color, 7, context);
       expectLegible(profile, status.stringValue());
-      if (profile.isFaded) expectSeenThoughFaded(profile, page);
+      expectDistinct(profile, page);
     }
     expectLegible(theme.positiveCompletedColorProfile(color, context), "completed");
     expectLegible(theme.negativeAllowedMissColorProfile(color, context), "allowed miss");

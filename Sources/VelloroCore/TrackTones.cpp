@@ -1,0 +1,109 @@
+#include "VelloroCore/TrackTones.h"
+
+#include "VelloroCore/ColorContrast.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using Color = OxCodableColor;
+
+constexpr Color black{};
+constexpr Color white{.r = 1, .g = 1, .b = 1};
+
+/// Between the surfaces of a ring as it is, and of a faded one as it is seen.
+constexpr double surfaceContrast = 1.28;
+constexpr double fadedContrast = 1.25;
+
+Color half(const Color& under, const Color& over) {
+  return mixed(under, over, 0.5);
+}
+
+bool differFaded(const Color& a, const Color& b) {
+  return contrastRatio(a, b) >= fadedContrast;
+}
+
+/// A view lays the parts of a faded ring half transparently over each other, an image is laid over
+/// the page with all its parts at once: both are looked at.
+bool isSeenOnDisc(const Color& tone, const RingGround& ground) {
+  return std::ranges::all_of(ground.disc, [&](const Color& disc) {
+    if (contrastRatio(tone, disc) < surfaceContrast) return false;
+    if (!ground.isFaded) return true;
+    const Color seen = half(ground.page, disc);
+    return differFaded(half(seen, tone), seen) && differFaded(half(ground.page, tone), seen);
+  });
+}
+
+bool isSeenOnTrack(const Color& fill, const Color& track, const RingGround& ground) {
+  if (contrastRatio(fill, track) < shapeContrast) return false;
+  if (!ground.isFaded) return true;
+  return differFaded(half(ground.page, fill), half(ground.page, track)) &&
+         std::ranges::all_of(ground.disc, [&](const Color& disc) {
+           const Color seen = half(ground.page, disc);
+           return differFaded(half(seen, fill), half(seen, track));
+         });
+}
+
+/// The end of the greys that lies beyond the ink, seen from the disc.
+Color beyond(const Color& ink, const Color& disc) {
+  return relativeLuminance(ink) > relativeLuminance(disc) ? white : black;
+}
+
+/// Makes the fill as deep as it has to be; false where no depth is enough.
+bool deepen(TrackTones& tones, const RingGround& ground) {
+  const Color ink = tones.fill;
+  const Color end = beyond(ink, ground.disc.front());
+  for (double part = 0; part < 1.05; part += 0.1) {
+    tones.fill = mixed(ink, end, std::min(part, 1.0));
+    if (tones.areApartOn(ground)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+TrackTones TrackTones::on(const RingGround& ground, const OxCodableColor& ink) {
+  const Color& disc = ground.disc.front();
+  const Color away = beyond(ink, disc) == white ? black : white;
+  for (const Color& tone : {away, ink}) {
+    for (double part = 0.04; part < 1; part += 0.04) {
+      const Color track = mixed(disc, tone, part);
+      if (!isSeenOnDisc(track, ground)) continue;
+      TrackTones tones{.track = track, .remaining = half(track, disc), .fill = ink};
+      if (deepen(tones, ground)) return tones;
+    }
+  }
+  const Color track = mixed(disc, ink, 0.2);
+  return {.track = track, .remaining = half(track, disc), .fill = ink};
+}
+
+bool TrackTones::areApartOn(const RingGround& ground) const {
+  return isSeenOnDisc(track, ground) && isSeenOnDisc(fill, ground) &&
+         isSeenOnTrack(fill, track, ground) && contrastRatio(fill, remaining) >= shapeContrast;
+}
+
+OxCodableColor badgeTone(const OxCodableColor& color, const std::vector<OxCodableColor>& below,
+                         const RingGround& ground) {
+  const auto seen = [&](const Color& tone) {
+    return ground.isFaded ? half(ground.page, tone) : tone;
+  };
+  const double enough = ground.isFaded ? fadedContrast * fadedContrast : 2;
+  Color best = color;
+  double greatest = 0;
+  for (double part = 0; part < 1.025; part += 0.05) {
+    for (const Color& end : {black, white}) {
+      const Color tone = mixed(color, end, std::min(part, 1.0));
+      double least = contrastRatio(black, white);
+      for (const Color& other : below) least = std::min(least, contrastRatio(seen(tone), other));
+      if (least >= enough) return tone;
+      if (least > greatest) {
+        greatest = least;
+        best = tone;
+      }
+    }
+  }
+  return best;
+}
+
+}  // namespace velloro

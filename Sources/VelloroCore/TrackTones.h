@@ -1,0 +1,45 @@
+#pragma once
+
+#include "OxKit/OxCodableColor.h"
+#include "OxKit/Platform.h"
+
+#include <vector>
+
+namespace velloro {
+
+/// What a ring's track lies on.
+struct RingGround {
+  std::vector<OxCodableColor> disc;  ///< One colour, or those of a gradient.
+  OxCodableColor page;               ///< Behind the disc.
+  bool isFaded = false;              ///< The ring is drawn at half strength.
+};
+
+/// The tones of a track that can be told from each other and from the disc below, also when the
+/// ring is faded and the page shows through.
+///
+///     const auto tones = TrackTones::on({.disc = {white}, .page = orange, .isFaded = true},
+///     brown); tones.areApartOn({.disc = {white}, .page = orange, .isFaded = true});    // true
+struct TrackTones {
+  OxCodableColor track;      ///< What is not filled.
+  OxCodableColor remaining;  ///< The part of the period that has not come yet.
+  OxCodableColor fill;
+
+  /// The softest track that is seen on the disc, and a fill of the ink's colour, deeper than the
+  /// ink where that is not enough.
+  /// \param ink What reads on the disc.
+  [[nodiscard]] static TrackTones on(const RingGround& ground, const OxCodableColor& ink);
+
+  /// Whether disc, track and fill differ from each other as they are seen, and the fill by
+  /// `shapeContrast` from both parts of the track.
+  [[nodiscard]] bool areApartOn(const RingGround& ground) const;
+};
+
+/// The colour of a badge on a ring: the tone nearest to `color` that stands out from all that it
+/// lies on, or the one that does so the most.
+/// \param below What the badge touches, as it is drawn; a faded badge lets half of the page
+/// through.
+[[nodiscard]] OxCodableColor badgeTone(const OxCodableColor& color,
+                                       const std::vector<OxCodableColor>& below,
+                                       const RingGround& ground);
+
+}  // namespace velloro
