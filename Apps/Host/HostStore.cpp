@@ -2,6 +2,7 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/String.h"
+#include "Host/StoreSwitch.h"
 #include "OxLog/Log.h"
 #include "Settings/SettingsStorage.h"
 #include "Tasks/TaskFetchRequest.h"
@@ -9,6 +10,7 @@
 namespace velloro {
 
 HostStore::HostStore() {
+  finishChoosingStore(DataManager::shared());
   openActiveStore();
 }
 
@@ -19,13 +21,12 @@ void HostStore::openActiveStore() const {
   }
 }
 
-HostStore HostStore::existing() {
-  const auto urls = DataManager::StoreUrls::make();
-  const auto& [legacy, cloud, local] = urls;
-  if (!NSFileManager::exists(cloud) && !NSFileManager::exists(local)) {
-    throw HostError("there is no store " + inQuotes(cloud.string()));
+std::filesystem::path HostStore::existingFile() {
+  auto file = DataManager::activeStoreUrl();
+  if (!NSFileManager::exists(file)) {
+    throw HostError("there is no store " + inQuotes(file.string()));
   }
-  return {};
+  return file;
 }
 
 std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
@@ -37,11 +38,11 @@ std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
   return *std::move(tasks);
 }
 
-StoreAccess HostStore::beginWriting() const {
+StoreUse HostStore::beginWriting() const {
   // When they are first read, the settings may remove twins of their rows, and that is a
   // transaction of its own.
   static_cast<void>(SettingsStorage::shared());
-  auto access = StoreAccess::toWrite();
+  auto access = StoreUse::toWrite();
   if (!access) throwUnsaved(access.error());
   openActiveStore();
   return *std::move(access);

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "DataManager/DataManager.h"
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
 #include "Foundation/Terminal.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"
 
 #include <concepts>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <type_traits>
@@ -34,8 +35,9 @@ class HostStore {
   /// \throws HostError, which names the file, where it can't be opened.
   HostStore();
 
-  /// The same where it is there already: looking at a store makes none. \throws HostError
-  [[nodiscard]] static HostStore existing();
+  /// The file of the active store, for whoever only looks at it: opening a store may make one.
+  /// \throws HostError where there is none.
+  [[nodiscard]] static std::filesystem::path existingFile();
 
   [[nodiscard]] NSManagedObjectContext& context() const { return *container_->viewContext(); }
 
@@ -49,7 +51,7 @@ class HostStore {
   /// nothing is, then.
   template <std::invocable Work>
   auto write(Work&& work) const {
-    const StoreAccess access = beginWriting();
+    const StoreUse access = beginWriting();
     using Value = std::invoke_result_t<Work&>;
     auto written = context().performTransaction([&]() -> Result<Value> {
       if constexpr (std::is_void_v<Value>) {
@@ -65,7 +67,7 @@ class HostStore {
 
  private:
   /// What is read and written from now on is of the store that is active then.
-  [[nodiscard]] StoreAccess beginWriting() const;
+  [[nodiscard]] StoreUse beginWriting() const;
   void openActiveStore() const;
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 

@@ -1,12 +1,16 @@
 #include "Host/StoreSwitch.h"
 
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
+#include "Foundation/NSUserDefaults.h"
 #include "Host/HostStore.h"
+#include "Settings/RunTarget.h"
 #include "Settings/SettingEntity.h"
 #include "Settings/SettingsStorage.h"
 #include "Tasks/TaskEntity.h"
 
 #include <map>
+#include <memory>
+#include <optional>
 
 namespace velloro {
 namespace {
@@ -62,6 +66,10 @@ void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
     copyRelations(*object, *copies.at(object->objectID()), copies);
 }
 
+std::shared_ptr<DataManager::Container> containerFor(const DataManager& manager, bool isCloud) {
+  return isCloud ? manager.cloudPersistentContainer() : manager.localPersistentContainer();
+}
+
 StoreSwitch fillIfEmpty(DataManager::Container& chosen, DataManager::Container& former) {
   NSManagedObjectContext& to = *chosen.viewContext();
   const auto from = former.newBackgroundContext();  // it has read nothing yet
@@ -90,18 +98,63 @@ class Maintenance {
   DataManager& manager_;
 };
 
+/// Which store is being chosen, known to all processes until that is done, also when the process
+/// that does it is killed between the copy and the switch.
+class Choice {
+ public:
+  explicit Choice(bool isCloud) { keep(isCloud); }
+  ~Choice() { keep(nullptr); }
+  Choice(const Choice&) = delete;
+  Choice& operator=(const Choice&) = delete;
+
+  static std::optional<bool> unfinished() {
+    const auto suite = NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
+    const auto kept = suite ? suite->objectForKey(key) : std::nullopt;
+    return kept ? kept->boolean() : std::nullopt;
+  }
+
+ private:
+  static constexpr const char* key = "storeSwitch.choosesCloud";
+
+  static void keep(const PropertyList& value) {
+    auto suite = NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
+    if (suite) suite->setObject(value, key);
+  }
+};
+
+void choose(bool isCloud) {
+  SettingsStorage::shared().changeTiers(isCloud, Setting::cloudSyncTasksEnabled);
+}
+
+/// By who has access to maintain the stores, so that nobody is amid a choice.
+void finishChoice(DataManager& manager) {
+  const auto isCloud = Choice::unfinished();
+  if (!isCloud) return;
+  const Choice choice(*isCloud);
+  const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
+  const auto chosen = containerFor(manager, *isCloud);
+  if (orThrow(chosen->viewContext()->count(tasks)) > 0) choose(*isCloud);
+}
+
 }  // namespace
 
 StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
-  const auto access = orThrow(StoreAccess::toMaintain());
+  const auto access = orThrow(StoreUse::toMaintain());
   const Maintenance maintenance(manager);
+  finishChoice(manager);
   const auto former = manager.activePersistentContainer();
-  const auto chosen =
-      isCloud ? manager.cloudPersistentContainer() : manager.localPersistentContainer();
+  const auto chosen = containerFor(manager, isCloud);
   if (chosen == former) return {};  // perhaps another process was first
+  const Choice choice(isCloud);
   const auto result = fillIfEmpty(*chosen, *former);
-  SettingsStorage::shared().changeTiers(isCloud, Setting::cloudSyncTasksEnabled);
+  choose(isCloud);
   return result;
+}
+
+void finishChoosingStore(DataManager& manager) {
+  if (isExtension() || !Choice::unfinished()) return;
+  const auto access = orThrow(StoreUse::toMaintain());
+  finishChoice(manager);
 }
 
 }  // namespace velloro

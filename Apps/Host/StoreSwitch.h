@@ -22,4 +22,9 @@ struct StoreSwitch {
 /// then as it was.
 StoreSwitch chooseStore(DataManager& manager, bool isCloud);
 
+/// Ends what a killed process has left of a choice: the store is chosen if the copy is complete,
+/// and the choice is as it was if not. The application does so before it looks at tasks; an
+/// extension leaves it to the application.
+void finishChoosingStore(DataManager& manager);
+
 }  // namespace velloro

@@ -25,52 +25,71 @@ struct StoreOptions {
   bool json = false;
 };
 
-/// A store other than the process's own. Looking at one must not make one.
-std::unique_ptr<NSPersistentContainer> open(const std::filesystem::path& file) {
-  if (!NSFileManager::exists(file)) {
-    throw HostError("there is no store " + inQuotes(file.string()));
-  }
+/// Looking at a store must neither make nor change one.
+std::unique_ptr<NSPersistentContainer> open(const std::filesystem::path& file, StoreAccess access) {
+  auto description = NSPersistentStoreDescription::initWithURL(file);
+  description.access = access;
   auto container = std::make_unique<NSPersistentContainer>(velloroModelName, velloroModel());
-  container->setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
+  container->setPersistentStoreDescriptions({std::move(description)});
   container->loadPersistentStores([](const auto&, const ErrorPtr& error) {
     if (error) throw Error(*error);
   });
   return container;
 }
 
+/// Null where programs that have it open may have spoilt the look at it.
+std::unique_ptr<NSPersistentContainer> openAtRest(const std::filesystem::path& file) {
+  try {
+    return open(file, StoreAccess::atRest);
+  } catch (const Error&) {
+    if (!NSFileManager::exists(file.string() + "-shm")) throw;
+    return nullptr;
+  }
+}
+
+/// What `look` makes of the store's context. First as the file lies there, which changes nothing
+/// and asks for no more than that it can be read. If somebody writes it meanwhile, what was read
+/// may not fit together: then once more with locks, as one of the programs that have it open.
 template <typename Look>
-void lookInto(const StoreOptions& options, Look&& look) {
-  if (!options.file) return look(HostStore::existing().context());
-  const auto container = open(*options.file);
-  look(*container->viewContext());
+auto lookInto(const StoreOptions& options, Look&& look) {
+  const auto file = options.file ? std::filesystem::path(*options.file) : HostStore::existingFile();
+  if (!NSFileManager::exists(file)) {
+    throw HostError("there is no store \"" + file.string() + "\"");
+  }
+  if (const auto atRest = openAtRest(file)) {
+    const auto& store = *atRest->persistentStoreCoordinator();
+    try {
+      auto seen = look(*atRest->viewContext());
+      if (!store.hasBeenWritten()) return seen;
+    } catch (const Error&) {
+      if (!store.hasBeenWritten()) throw;
+    }
+  }
+  return look(*open(file, StoreAccess::readOnly)->viewContext());
 }
 
 void check(const StoreOptions& options) {
-  lookInto(options, [&](NSManagedObjectContext& context) {
-    const auto report = StoreCheckReport::of(context);
-    print(options.json ? report.json() : report.text());
-    if (report.findings.empty()) return;
-    throw std::runtime_error(inQuotes(report.file) + " is not sound: findings " +
-                             std::to_string(report.findings.size()));
-  });
+  const auto report = lookInto(options, StoreCheckReport::of);
+  print(options.json ? report.json() : report.text());
+  if (report.findings.empty()) return;
+  throw std::runtime_error(inQuotes(report.file) + " is not sound: findings " +
+                           std::to_string(report.findings.size()));
 }
 
 void stats(const StoreOptions& options) {
-  lookInto(options, [&](NSManagedObjectContext& context) {
-    const auto report = StoreStats::of(context);
-    print(options.json ? report.json() : report.text());
-  });
+  const auto report = lookInto(options, StoreStats::of);
+  print(options.json ? report.json() : report.text());
 }
 
 void history(const StoreOptions& options) {
   const Date since =
       options.since ? instantArgument("--since", *options.since) : Date::distantPast();
-  lookInto(options, [&](NSManagedObjectContext& context) {
-    const auto saves = StoreSave::after(since, context);
-    std::string text;
-    for (const StoreSave& save : saves) text += save.text();
-    print(options.json ? StoreSave::json(saves) : text);
-  });
+  const auto [saves, damage] = lookInto(
+      options, [&](NSManagedObjectContext& context) { return StoreSave::after(since, context); });
+  std::string text;
+  for (const StoreSave& save : saves) text += save.text();
+  print(options.json ? StoreSave::json(saves) : text);
+  if (damage != nullptr) throw Error(*damage);
 }
 
 }  // namespace

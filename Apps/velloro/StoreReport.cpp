@@ -27,10 +27,8 @@ std::string jsonOf(const Report& report) {
   return JSONEncoder{.dateForm = DateForm::iso8601}.encode(report) + "\n";
 }
 
-std::vector<NSPersistentHistoryTransaction> historyAfter(Date instant,
-                                                         NSManagedObjectContext& context) {
-  return orThrow(context.execute(NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(instant)))
-      .transactions;
+NSPersistentHistoryResult historyAfter(Date instant, NSManagedObjectContext& context) {
+  return orThrow(context.execute(NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(instant)));
 }
 
 /// IDs come sorted by entity.
@@ -82,7 +80,7 @@ std::string StoreCheckReport::text() const {
 }
 
 StoreStats StoreStats::of(NSManagedObjectContext& context) {
-  const auto history = historyAfter(Date::distantPast(), context);
+  const auto history = historyAfter(Date::distantPast(), context).transactions;
   StoreStats stats{.file = storeOf(context).persistentStores().front().string(),
                    .saves = history.size()};
   for (const char* part : {"", "-wal"}) {
@@ -112,18 +110,19 @@ std::string StoreStats::text() const {
   return text;
 }
 
-std::vector<StoreSave> StoreSave::after(Date instant, NSManagedObjectContext& context) {
-  std::vector<StoreSave> saves;
-  for (const auto& transaction : historyAfter(instant, context)) {
-    saves.push_back({.number = transaction.transactionNumber,
-                     .timestamp = transaction.timestamp,
-                     .author = transaction.author,
-                     .contextName = transaction.contextName,
-                     .inserted = rowsOf(transaction.inserted),
-                     .updated = rowsOf(transaction.updated),
-                     .deleted = rowsOf(transaction.deleted)});
+StoreSave::List StoreSave::after(Date instant, NSManagedObjectContext& context) {
+  const auto history = historyAfter(instant, context);
+  List list{.saves = {}, .damage = history.damage};
+  for (const auto& transaction : history.transactions) {
+    list.saves.push_back({.number = transaction.transactionNumber,
+                          .timestamp = transaction.timestamp,
+                          .author = transaction.author,
+                          .contextName = transaction.contextName,
+                          .inserted = rowsOf(transaction.inserted),
+                          .updated = rowsOf(transaction.updated),
+                          .deleted = rowsOf(transaction.deleted)});
   }
-  return saves;
+  return list;
 }
 
 std::string StoreSave::json(const std::vector<StoreSave>& saves) {

@@ -76,8 +76,12 @@ struct StoreSave {
            key("inserted", &StoreSave::inserted), key("updated", &StoreSave::updated),
            key("deleted", &StoreSave::deleted));
 
+  struct List {
+    std::vector<StoreSave> saves;
+    ErrorPtr damage;  ///< Where a part of one can't be read, and is left out.
+  };
   /// Those later than an instant, oldest first. \throws Error
-  [[nodiscard]] static std::vector<StoreSave> after(Date instant, NSManagedObjectContext& context);
+  [[nodiscard]] static List after(Date instant, NSManagedObjectContext& context);
   [[nodiscard]] static std::string json(const std::vector<StoreSave>& saves);
   /// One line.
   [[nodiscard]] std::string text() const;

@@ -1,5 +1,6 @@
 #include "velloro/UnreadableRows.h"
 
+#include "Tasks/StoredAutomaticTaskType.h"
 #include "Tasks/StoredValues.h"
 #include "Tasks/TaskCategoryEntity.h"
 #include "Tasks/TaskEntity.h"
@@ -8,6 +9,8 @@
 #include "Tasks/TaskNotificationRemindersEntity.h"
 #include "Tasks/TaskNotificationSettingsEntity.h"
 #include "Tasks/TaskShareEntity.h"
+#include "Tasks/TaskShareOwnerEntity.h"
+#include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/TaskTimerEntity.h"
 #include "Tasks/UserProfileEntity.h"
 #include "VelloroBackup/VelloroJSONBackupTaskExtra.h"
@@ -15,7 +18,6 @@
 namespace velloro {
 namespace {
 
-using Text = Attribute<std::optional<std::string>>;
 using Columns = TaskAttributes;
 using Reminders = TaskNotificationRemindersEntity;
 using Notifications = TaskNotificationSettingsEntity;
@@ -35,17 +37,29 @@ template <typename T, auto Accessor>
 bool has(const NSManagedObject& object) {
   return (as<T>(object).*Accessor)().has_value();
 }
-template <const Text& Attribute, typename E>
+template <const auto& Attribute, typename E>
 bool isCase(const NSManagedObject& object) {
   return fromRawValue<E>(*object.text(Attribute)).has_value();
 }
-template <const Text& Attribute>
+template <const auto& Attribute>
 bool isZone(const NSManagedObject& object) {
   return storedTimeZone(object.text(Attribute)).has_value();
 }
-template <const Text& Attribute>
+template <const auto& Attribute>
 bool isID(const NSManagedObject& object) {
   return storedUniqueID(object.text(Attribute)).has_value();
+}
+
+template <const auto& Attribute>
+bool areDays(const NSManagedObject& object) {
+  return Reminders::canReadDayIndexes(*object.text(Attribute));
+}
+
+StoredAutomaticTaskType storedType(const NSManagedObject& row) {
+  return {.typeName = row.value(Columns::typeName),
+          .typeTarget = row.value(Columns::typeTarget),
+          .typeUnit = row.value(Columns::typeUnit),
+          .typeSpeed = row.value(Columns::typeSpeed)};
 }
 
 const std::vector<Form>& forms() {
@@ -61,6 +75,8 @@ const std::vector<Form>& forms() {
   const auto& share = TaskShareEntity::description;
   const auto& category = TaskCategoryEntity::description;
   const auto& profile = UserProfileEntity::description;
+  const auto& temporal = TaskTemporalDataEntity::description;
+  const auto& timer = TaskTimerEntity::description;
   static const std::vector<Form> all{
       form(task, Columns::uniqueId, has<TaskEntity, &TaskEntity::taskUniqueId>),
       form(task, Columns::status, isCase<Columns::status, TaskStatus>),
@@ -68,7 +84,14 @@ const std::vector<Form>& forms() {
       form(task, Columns::currentTimeZoneOverride, isZone<Columns::currentTimeZoneOverride>),
       form(task, Columns::imageName, has<TaskEntity, &TaskEntity::displayRepresentation>),
       form(task, Columns::colorInfo, has<TaskEntity, &TaskEntity::taskColor>),
-      form(task, Columns::typeName, has<TaskEntity, &TaskEntity::automaticTaskType>),
+      form(task, Columns::typeName,
+           [](const NSManagedObject& row) {
+             return storedType(row).canReadName() && as<TaskEntity>(row).automaticTaskType();
+           }),
+      form(task, Columns::typeUnit,
+           [](const NSManagedObject& row) { return storedType(row).canReadUnit(); }),
+      form(task, Columns::typeSpeed,
+           [](const NSManagedObject& row) { return storedType(row).canReadSpeed(); }),
       form(task, Columns::daysMode,
            [](const NSManagedObject& row) {
              return fromRawValue<DayMode>(row.value(Columns::daysMode)).has_value();
@@ -79,6 +102,10 @@ const std::vector<Form>& forms() {
                                                            DateForm::iso8601)
                  .has_value();
            }),
+      form(task, Columns::lastChangedDifficultyTimeZone,
+           isZone<Columns::lastChangedDifficultyTimeZone>),
+      form(temporal, TaskTemporalDataEntity::lastChangedDifficultyTimeZone,
+           isZone<TaskTemporalDataEntity::lastChangedDifficultyTimeZone>),
       form(entry, TaskLogEntryEntity::uniqueId,
            has<TaskLogEntryEntity, &TaskLogEntryEntity::entryUniqueId>),
       form(entry, TaskLogEntryEntity::entryType,
@@ -89,17 +116,47 @@ const std::vector<Form>& forms() {
            }),
       form(entry, TaskLogEntryEntity::entryPeriodType,
            has<TaskLogEntryEntity, &TaskLogEntryEntity::period>),
+      form(entry, TaskLogEntryEntity::cloudStatus,
+           [](const NSManagedObject& row) {
+             return *row.text(TaskLogEntryEntity::cloudStatus) ==
+                    TaskLogEntryEntity::temporaryRecordIdentifier;
+           }),
       form(entry, TaskLogEntryEntity::createdTimeZone, isZone<TaskLogEntryEntity::createdTimeZone>),
       form(note, TaskNoteEntity::uniqueId, has<TaskNoteEntity, &TaskNoteEntity::noteUniqueId>),
       form(note, TaskNoteEntity::status, has<TaskNoteEntity, &TaskNoteEntity::noteStatus>),
       form(note, TaskNoteEntity::createdTimeZone, isZone<TaskNoteEntity::createdTimeZone>),
       form(reminder, Reminders::uniqueId, isID<Reminders::uniqueId>),
-      form(reminder, Reminders::reminderType, has<Reminders, &Reminders::reminder>),
+      // A known trigger that lacks what it needs takes the reminder along.
+      form(reminder, Reminders::reminderType,
+           [](const NSManagedObject& row) {
+             return isCase<Reminders::reminderType, TaskReminder::TriggerType>(row) &&
+                    as<Reminders>(row).reminder();
+           }),
+      form(reminder, Reminders::region,
+           [](const NSManagedObject& row) {
+             return storedJSON<TriggerRegion>(row.value(Reminders::region)).has_value();
+           }),
+      form(reminder, Reminders::daysFromStart, areDays<Reminders::daysFromStart>),
+      form(reminder, Reminders::daysFromFinish, areDays<Reminders::daysFromFinish>),
       form(reminder, Reminders::sound, isCase<Reminders::sound, SoundEffect>),
       form(reminder, Reminders::timeZone, isCase<Reminders::timeZone, NotificationTimeZone>),
+      form(reminder, Reminders::snoozeTimeZone,
+           isCase<Reminders::snoozeTimeZone, NotificationTimeZone>),
       form(settings, Notifications::reminderType,
            isCase<Notifications::reminderType, ReminderType>),
       form(settings, Notifications::badgeMode, isCase<Notifications::badgeMode, BadgeMode>),
+      form(settings, Notifications::badgeTimeZone,
+           isCase<Notifications::badgeTimeZone, NotificationTimeZone>),
+      form(settings, Notifications::soundCompletion,
+           isCase<Notifications::soundCompletion, SoundEffect>),
+      form(settings, Notifications::soundPartialCompletion,
+           isCase<Notifications::soundPartialCompletion, SoundEffect>),
+      form(settings, Notifications::soundReminder,
+           isCase<Notifications::soundReminder, SoundEffect>),
+      form(settings, Notifications::soundTimerNotification,
+           isCase<Notifications::soundTimerNotification, SoundEffect>),
+      form(settings, Notifications::liveActivityDisplayMode,
+           isCase<Notifications::liveActivityDisplayMode, LiveActivityDisplayMode>),
       form(share, TaskShareEntity::status, has<TaskShareEntity, &TaskShareEntity::shareStatus>),
       form(share, TaskShareEntity::participantsJson,
            [](const NSManagedObject& row) {
@@ -116,7 +173,11 @@ const std::vector<Form>& forms() {
       form(profile, UserProfileEntity::uniqueId, isID<UserProfileEntity::uniqueId>),
       form(profile, UserProfileEntity::iconName,
            has<UserProfileEntity, &UserProfileEntity::displayRepresentation>),
-      form(TaskTimerEntity::description, TaskTimerEntity::entryId, isID<TaskTimerEntity::entryId>),
+      form(timer, TaskTimerEntity::entryId, isID<TaskTimerEntity::entryId>),
+      form(timer, TaskTimerEntity::entryPeriodType,
+           isCase<TaskTimerEntity::entryPeriodType, TaskFrequencyPeriodType>),
+      form(TaskShareOwnerEntity::description, TaskShareOwnerEntity::imageName,
+           has<TaskShareOwnerEntity, &TaskShareOwnerEntity::displayRepresentation>),
   };
   return all;
 }

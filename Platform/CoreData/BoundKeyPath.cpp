@@ -37,6 +37,10 @@ Result<BoundKeyPath> BoundKeyPath::bind(const NSEntityDescription& entity, std::
   return bound;
 }
 
+bool BoundKeyPath::ignoresCase() const {
+  return attribute && end->slots()[*attribute].comparison == TextComparison::withoutCase;
+}
+
 PropertyValues BoundKeyPath::values(const NSManagedObject& object, std::size_t from) const {
   if (from == relationships.size()) {
     return {attribute ? object.slotValue(*attribute) : PropertyValue(object.objectID())};

@@ -27,6 +27,8 @@ class BoundKeyPath {
   bool isCount = false;
   bool isToMany = false;  ///< Whether a relation of the path is to many (and not just counted).
 
+  /// Whether what stands at the end is compared without case.
+  [[nodiscard]] bool ignoresCase() const;
   /// What an object, unsaved changes included, has at the end of the path: one value, or one for
   /// each object of a to-many relation.
   [[nodiscard]] PropertyValues values(const NSManagedObject& object, std::size_t from = 0) const;

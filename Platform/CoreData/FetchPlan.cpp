@@ -54,7 +54,21 @@ bool compare(Operator comparison, const PropertyValue& left, const PropertyValue
   }
 }
 
+/// As SQLite's NOCASE has it: of "a" to "z" alone.
+PropertyValue lowerCase(PropertyValue value) {
+  if (auto* text = std::get_if<std::string>(&value)) {
+    for (char& c : *text) {
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+  }
+  return value;
+}
+
 }  // namespace
+
+bool BoundPredicate::ignoresCase() const {
+  return std::ranges::any_of(paths, &BoundKeyPath::ignoresCase);
+}
 
 bool BoundPredicate::matches(const NSManagedObject& object) const {
   if (const auto* compound = std::get_if<NSPredicate::Compound>(node)) {
@@ -71,9 +85,11 @@ bool BoundPredicate::matches(const NSManagedObject& object) const {
   const auto& comparison = std::get<NSPredicate::Comparison>(*node);
   const PropertyValues right =
       paths.size() > 1 ? paths[1].values(object) : std::get<PropertyValues>(comparison.right);
+  const bool foldsCase = ignoresCase();
   return std::ranges::any_of(paths[0].values(object), [&](const PropertyValue& one) {
     return std::ranges::any_of(right, [&](const PropertyValue& other) {
-      return compare(comparison.comparison, one, other);
+      return foldsCase ? compare(comparison.comparison, lowerCase(one), lowerCase(other))
+                       : compare(comparison.comparison, one, other);
     });
   });
 }
@@ -166,8 +182,10 @@ void FetchPlan::sort(std::vector<std::shared_ptr<NSManagedObject>>& objects) con
   std::vector<PropertyValues> keys;  // read once per object, not once per comparison
   for (const auto& object : objects) {
     PropertyValues& own = keys.emplace_back();
-    for (const SortPath& sortPath : sortPaths_)
-      own.push_back(sortPath.path.values(*object).front());
+    for (const SortPath& sortPath : sortPaths_) {
+      PropertyValue& key = own.emplace_back(sortPath.path.values(*object).front());
+      if (sortPath.path.ignoresCase()) key = lowerCase(std::move(key));
+    }
   }
   std::vector<std::size_t> places(objects.size());
   std::iota(places.begin(), places.end(), 0U);

@@ -15,6 +15,7 @@ struct BoundPredicate {
   std::vector<BoundPredicate> parts = {};  ///< Of a compound.
 
   [[nodiscard]] bool matches(const NSManagedObject& object) const;
+  [[nodiscard]] bool ignoresCase() const;
 };
 
 /// SQL and what stands for its question marks.

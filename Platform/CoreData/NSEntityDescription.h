@@ -13,12 +13,19 @@ namespace platform {
 
 class NSManagedObject;
 
+/// How the texts of an attribute are compared and sorted, in the file and in memory alike.
+enum class TextComparison {
+  exact,
+  withoutCase,  ///< Of "a" to "z": for identifiers, which programs write in either case.
+};
+
 struct NSAttributeDescription {
   std::string name;
   NSAttributeType type;
   bool isOptional = false;  ///< Otherwise nothing reads as `defaultValue`.
   PropertyValue defaultValue = {};
   std::string valueTransformerName = {};  ///< Of a transformable attribute.
+  TextComparison comparison = TextComparison::exact;
 };
 
 /// What becomes of the objects at the other end when an object is deleted: they lose the relation,
@@ -77,6 +84,7 @@ class NSEntityDescription {
     std::string name;
     NSAttributeType type = NSAttributeType::integer64;
     PropertyValue defaultValue = {};
+    TextComparison comparison = TextComparison::exact;
     const NSRelationshipDescription* relationship = nullptr;  ///< Null for an attribute.
   };
 
@@ -152,17 +160,26 @@ inline constexpr bool isOptionalType<std::optional<T>> = true;
 template <typename T>
 class Attribute {
  public:
-  Attribute(NSEntityDescription& entity, std::string name, T defaultValue = {})
-      : slot_(entity.add(NSAttributeDescription{
-            .name = std::move(name),
-            .type = AttributeForm<T>::type,
-            .isOptional = isOptionalType<T>,
-            .defaultValue = AttributeForm<T>::to(std::move(defaultValue))})) {}
+  Attribute(NSEntityDescription& entity, std::string name, T defaultValue = {},
+            TextComparison comparison = TextComparison::exact)
+      : slot_(entity.add(
+            NSAttributeDescription{.name = std::move(name),
+                                   .type = AttributeForm<T>::type,
+                                   .isOptional = isOptionalType<T>,
+                                   .defaultValue = AttributeForm<T>::to(std::move(defaultValue)),
+                                   .comparison = comparison})) {}
 
   [[nodiscard]] std::size_t slot() const { return slot_; }
 
  private:
   std::size_t slot_;
+};
+
+/// Declares an attribute that holds an identifier's text.
+class IdentifierAttribute : public Attribute<std::optional<std::string>> {
+ public:
+  IdentifierAttribute(NSEntityDescription& entity, std::string name)
+      : Attribute(entity, std::move(name), std::nullopt, TextComparison::withoutCase) {}
 };
 
 /// An attribute that a registered `NSValueTransformer` turns into bytes and back.

@@ -217,6 +217,17 @@ void NSManagedObjectContext::merge(const UserInfo& changes) {
       {.name = didMergeChangesObjectIDsNotification, .object = this, .userInfo = std::move(told)});
 }
 
+void NSManagedObjectContext::refreshAllObjects() {
+  assert(isOnQueue() && "a context is used off its queue");
+  refreshAll();
+  std::vector<NSManagedObjectID> inUse;
+  objects_.forEach([&](const NSManagedObject& object) { inUse.push_back(object.id_); });
+  NSNotificationCenter::defaultCenter().post(
+      {.name = didMergeChangesObjectIDsNotification,
+       .object = this,
+       .userInfo = {{NSInvalidatedAllObjectsKey, std::move(inUse)}}});
+}
+
 void NSManagedObjectContext::mergeUpdated(NSManagedObject& object) {
   if (object.state_ == State::saved) object.becomeFault();
   if (object.state_ != State::updated) return;

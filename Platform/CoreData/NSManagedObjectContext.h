@@ -173,6 +173,11 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
     });
   }
 
+  /// Everything may have changed: what was read is read anew when it is next used, and unsaved
+  /// changes stay. Posts the notification of a merge, with the objects in use under
+  /// `NSInvalidatedAllObjectsKey`.
+  void refreshAllObjects();
+
   /// Tells contexts what others have saved: the user info of
   /// `NSPersistentHistoryTransaction::objectIDNotification`. Returns when all have merged it, each
   /// on its queue.
@@ -263,6 +268,8 @@ inline constexpr const char* NSInsertedObjectIDsKey = "inserted_objectIDs";
 inline constexpr const char* NSUpdatedObjectIDsKey = "updated_objectIDs";
 inline constexpr const char* NSDeletedObjectIDsKey = "deleted_objectIDs";
 inline constexpr const char* NSRefreshedObjectIDsKey = "refreshed_objectIDs";
+/// Of `NSManagedObjectContext::refreshAllObjects`: any object may have changed, not only these.
+inline constexpr const char* NSInvalidatedAllObjectsKey = "invalidatedAll_objectIDs";
 /// @}
 
 }  // namespace platform

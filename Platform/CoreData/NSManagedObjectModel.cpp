@@ -100,8 +100,10 @@ void NSManagedObjectModel::addSlots(NSEntityDescription& entity) {
   entity.slots_.clear();
   entity.oneToOneSlots_.clear();
   for (const auto& attribute : entity.attributes()) {
-    entity.slots_.push_back(
-        {.name = attribute.name, .type = attribute.type, .defaultValue = attribute.defaultValue});
+    entity.slots_.push_back({.name = attribute.name,
+                             .type = attribute.type,
+                             .defaultValue = attribute.defaultValue,
+                             .comparison = attribute.comparison});
   }
   for (auto& relationship : entity.relationships_) {
     if (relationship.storage != Storage::own) continue;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "CoreData/NSFetchRequest.h"
+#include "Foundation/Error.h"
 #include "Foundation/NSNotificationCenter.h"
 
 namespace platform {
 
-/// One save, by whichever process. Transactions are numbered from 1 without gaps, and each has a
+/// One save, by whichever process. Transactions are numbered without gaps (from 1; the store drops
+/// the oldest ones in time), and each has a
 /// later timestamp than the one before, even where a clock was set back: so a reader that
 /// remembers the last timestamp it has seen misses none.
 struct NSPersistentHistoryTransaction {
@@ -44,6 +46,10 @@ struct NSPersistentHistoryChangeRequest {
 
 struct NSPersistentHistoryResult {
   std::vector<NSPersistentHistoryTransaction> transactions;  ///< Oldest first.
+  /// False where the store has dropped transactions that are later than the date asked for, or
+  /// where a part of one is left out since it is damaged: then anything may have changed.
+  bool isComplete = true;
+  ErrorPtr damage = nullptr;  ///< What is wrong with the first part that is left out.
 };
 
 }  // namespace platform

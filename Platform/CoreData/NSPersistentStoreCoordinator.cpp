@@ -29,16 +29,53 @@ Result<void> NSPersistentStoreCoordinator::addPersistentStore(
   std::shared_ptr<StoreWatch> watch;
   if (description.type != NSInMemoryStoreType &&
       description.option(NSPersistentStoreRemoteChangeNotificationPostOptionKey)) {
-    auto begun = StoreWatch::begin(description.url, [weak = weak_from_this()] {
-      if (const auto self = weak.lock()) self->scheduleCheck();
-    });
-    if (!begun) return std::unexpected(begun.error());
-    watch = std::move(*begun);
+    watch = beginWatch(**opened);
   }
+  (*opened)->setOnReplaced([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (self == nullptr) return;
+    self->queue_.async([weak] {
+      if (const auto later = weak.lock()) later->storeWasReplaced();
+    });
+  });
   const std::scoped_lock lock(mutex_);
   store_ = std::move(*opened);
   watch_ = std::move(watch);
   return {};
+}
+
+std::shared_ptr<StoreWatch> NSPersistentStoreCoordinator::beginWatch(const SqliteStore& store) {
+  return StoreWatch::begin(store.path(), [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->scheduleCheck();
+  });
+}
+
+/// What the contexts hold is of a file that has gone, and so are its numbers.
+void NSPersistentStoreCoordinator::storeWasReplaced() {
+  const auto open = store();
+  if (open == nullptr) return;
+  {
+    const std::scoped_lock writing(open->writing);
+    open->knownTransaction = 0;
+  }
+  {
+    const std::scoped_lock lock(mutex_);
+    if (watch_ != nullptr) watch_ = beginWatch(*open);
+  }
+  for (const auto& context : contexts()) {
+    context->perform([context = context.get()] { context->refreshAllObjects(); });
+  }
+  checkForRemoteChanges();
+}
+
+std::vector<std::shared_ptr<NSManagedObjectContext>> NSPersistentStoreCoordinator::contexts()
+    const {
+  const std::scoped_lock lock(mutex_);
+  std::vector<std::shared_ptr<NSManagedObjectContext>> living;
+  for (const auto& known : contexts_) {
+    if (auto context = known.lock()) living.push_back(std::move(context));
+  }
+  return living;
 }
 
 std::shared_ptr<SqliteStore> NSPersistentStoreCoordinator::store() const {
@@ -52,6 +89,11 @@ Result<std::vector<std::string>> NSPersistentStoreCoordinator::check() const {
   const auto connection = open->lease();
   if (!connection) return std::unexpected(connection.error());
   return checkStore(**connection, model_);
+}
+
+bool NSPersistentStoreCoordinator::hasBeenWritten() const {
+  const auto open = store();
+  return open != nullptr && open->hasBeenWritten();
 }
 
 void NSPersistentStoreCoordinator::add(const std::shared_ptr<NSManagedObjectContext>& context) {
@@ -93,15 +135,9 @@ void NSPersistentStoreCoordinator::didSave(const NSManagedObjectContext& context
                                            const StoreChanges& changes, std::int64_t transaction,
                                            bool othersHaveSaved) {
   std::shared_ptr<StoreWatch> watch;
-  std::vector<std::shared_ptr<NSManagedObjectContext>> others;
   {
     const std::scoped_lock lock(mutex_);
     watch = watch_;
-    for (const auto& known : contexts_) {
-      if (auto other = known.lock(); other != nullptr && other.get() != &context) {
-        others.push_back(std::move(other));
-      }
-    }
   }
   if (watch != nullptr) {
     watch->touch(transaction);
@@ -111,8 +147,8 @@ void NSPersistentStoreCoordinator::didSave(const NSManagedObjectContext& context
       });
     }
   }
-  for (const auto& other : others) {
-    if (!other->automaticallyMergesChangesFromParent()) continue;
+  for (const auto& other : contexts()) {
+    if (other.get() == &context || !other->automaticallyMergesChangesFromParent()) continue;
     other->perform([other = other.get(), notification = changes.notification()] {
       other->merge(notification.userInfo);
     });

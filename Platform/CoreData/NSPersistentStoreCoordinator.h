@@ -42,6 +42,10 @@ class NSPersistentStoreCoordinator
   /// it.
   [[nodiscard]] Result<std::vector<std::string>> check() const;
 
+  /// Whether the open store's file has changed since it was opened, so that what was read of it at
+  /// rest may not fit together.
+  [[nodiscard]] bool hasBeenWritten() const;
+
   /// Looks into the history now, and posts the notification before it returns if there is
   /// something new from others; within a transaction soon after it. The coordinator does so by
   /// itself whenever another writer wakes it; this is for who wants to be sure.
@@ -55,6 +59,9 @@ class NSPersistentStoreCoordinator
   void add(const std::shared_ptr<NSManagedObjectContext>& context);
   void scheduleCheck();
   void postRemoteChange();
+  void storeWasReplaced();
+  [[nodiscard]] std::vector<std::shared_ptr<NSManagedObjectContext>> contexts() const;
+  [[nodiscard]] std::shared_ptr<StoreWatch> beginWatch(const SqliteStore& store);
   void didSave(const NSManagedObjectContext& context, const StoreChanges& changes,
                std::int64_t transaction, bool othersHaveSaved);
 
@@ -62,7 +69,7 @@ class NSPersistentStoreCoordinator
   const DispatchQueue queue_{"coredata.remote-changes", QualityOfService::userInitiated};
   mutable std::mutex mutex_;
   std::shared_ptr<SqliteStore> store_;
-  std::shared_ptr<StoreWatch> watch_;
+  std::shared_ptr<StoreWatch> watch_;  // null where nobody asked for it
   std::vector<std::weak_ptr<NSManagedObjectContext>> contexts_;
 };
 

@@ -25,6 +25,16 @@ inline constexpr const char* NSPersistentHistoryTrackingKey = "NSPersistentHisto
 inline constexpr const char* NSPersistentStoreRemoteChangeNotificationPostOptionKey =
     "NSPersistentStoreRemoteChangeNotificationOptionKey";
 
+/// How a store's file is opened.
+enum class StoreAccess {
+  readWrite,  ///< The file is made when it is missing, and completed when it is older.
+  readOnly,   ///< With locks, as one of several programs. What an older file lacks reads as empty.
+  /// The same without locks, and without a byte changed in the file's folder, which may be
+  /// read-only. What is read fits together only as long as nobody writes the file: see
+  /// `NSPersistentStoreCoordinator::hasBeenWritten`.
+  atRest,
+};
+
 /// Which store to open, and how. A value.
 struct NSPersistentStoreDescription {
   std::string type = NSSQLiteStoreType;
@@ -38,6 +48,7 @@ struct NSPersistentStoreDescription {
   std::map<std::string, PropertyList> options = {};
   std::optional<NSPersistentCloudKitContainerOptions> cloudKitContainerOptions = std::nullopt;
   double timeout = 5;  ///< How long a save waits for other writers, in seconds.
+  StoreAccess access = StoreAccess::readWrite;
 
   [[nodiscard]] static NSPersistentStoreDescription initWithURL(std::filesystem::path url) {
     return {.url = std::move(url)};

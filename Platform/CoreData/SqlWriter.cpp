@@ -19,7 +19,7 @@ struct Form {
   const char* after;
 };
 
-Form formOf(Operator comparison, bool rightIsNull, bool rightIsPath) {
+Form formOf(Operator comparison, bool rightIsNull, bool rightIsPath, bool ignoresCase) {
   switch (comparison) {
     case Operator::equal:
       // "IS" between a column and NULL or another column counts two nothings as equal; "=" goes by
@@ -36,8 +36,10 @@ Form formOf(Operator comparison, bool rightIsNull, bool rightIsPath) {
     case Operator::greaterOrEqual:
       return {"", " >= ", ""};
     case Operator::beginsWith:
+      if (ignoresCase) return {"instr(lower(", "), lower(", ")) = 1"};
       return {"instr(", ", ", ") = 1"};
     default:
+      if (ignoresCase) return {"instr(lower(", "), lower(", ")) > 0"};
       return {"instr(", ", ", ") > 0"};
   }
 }
@@ -98,21 +100,22 @@ void SqlWriter::writeComparison(const BoundPredicate& predicate, std::size_t fro
     return writeIn(predicate, from, row);
   }
   if (comparison.comparison == Operator::endsWith) {
-    write("substr(");
+    write(predicate.ignoresCase() ? "lower(substr(" : "(substr(");
     writeValue(path, from, row);
     write(", length(");
     writeValue(path, from, row);
     write(") - length(");
     writeRight(predicate);
-    write(") + 1) = ");
-    return writeRight(predicate);
+    write(predicate.ignoresCase() ? ") + 1)) = lower(" : ") + 1)) = (");
+    writeRight(predicate);
+    return write(")");
   }
   const auto* values = std::get_if<PropertyValues>(&comparison.right);
-  const Form form =
-      formOf(comparison.comparison == Operator::in ? Operator::equal : comparison.comparison,
-             values != nullptr && isNull(values->front()), values == nullptr);
+  const Form form = formOf(
+      comparison.comparison == Operator::in ? Operator::equal : comparison.comparison,
+      values != nullptr && isNull(values->front()), values == nullptr, predicate.ignoresCase());
   write(form.before);
-  writeValue(path, from, row);
+  writeCompared(path, from, row);
   write(form.between);
   writeRight(predicate);
   write(form.after);
@@ -124,7 +127,7 @@ void SqlWriter::writeIn(const BoundPredicate& predicate, std::size_t from, int r
   const BoundKeyPath& path = predicate.paths[0];
   const bool hasNull = std::ranges::any_of(values, isNull);
   write("(");
-  writeValue(path, from, row);
+  writeCompared(path, from, row);
   write(" IN (");
   const char* separator = "";
   for (const PropertyValue& value : values) {
@@ -142,9 +145,14 @@ void SqlWriter::writeIn(const BoundPredicate& predicate, std::size_t from, int r
 }
 
 void SqlWriter::writeRight(const BoundPredicate& predicate) {
-  if (predicate.paths.size() > 1) return writeValue(predicate.paths[1], 0, 0);
+  if (predicate.paths.size() > 1) return writeCompared(predicate.paths[1], 0, 0);
   const auto& comparison = std::get<NSPredicate::Comparison>(*predicate.node);
   writeParameter(std::get<PropertyValues>(comparison.right).front());
+}
+
+void SqlWriter::writeCompared(const BoundKeyPath& path, std::size_t from, int row) {
+  writeValue(path, from, row);
+  if (path.ignoresCase()) write(" COLLATE NOCASE");
 }
 
 void SqlWriter::writeValue(const BoundKeyPath& path, std::size_t from, int row) {

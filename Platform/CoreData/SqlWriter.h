@@ -12,7 +12,7 @@ class SqlWriter {
 
   void write(std::string_view sql) { sql_.text += sql; }
   void write(const BoundPredicate& predicate);
-  void write(const BoundKeyPath& path) { writeValue(path, 0, 0); }
+  void write(const BoundKeyPath& path) { writeCompared(path, 0, 0); }
 
   [[nodiscard]] SqlText take() && { return std::move(sql_); }
 
@@ -22,6 +22,7 @@ class SqlWriter {
   void writeComparison(const BoundPredicate& predicate, std::size_t from, int row);
   void writeIn(const BoundPredicate& predicate, std::size_t from, int row);
   void writeRight(const BoundPredicate& predicate);
+  void writeCompared(const BoundKeyPath& path, std::size_t from, int row);
   void writeValue(const BoundKeyPath& path, std::size_t from, int row);
   int writeSource(const NSRelationshipDescription& relationship, int row);
   void writeColumn(int row, std::string_view name);

@@ -1,7 +1,9 @@
 #include "CoreData/Sqlite.h"
 
+#include "CoreData/SqliteAtRest.h"
 #include "Foundation/NSFileHandle.h"
 
+#include <cerrno>
 #include <cmath>
 
 #include <fcntl.h>
@@ -32,12 +34,32 @@ StoreError::Kind kindOf(int code) {
   }
 }
 
+bool isForWantOfSpace(int reason) {
+  return reason == ENOSPC || reason == EDQUOT;
+}
+
+/// SQLite tells of a full disk as such only where a write to the file fails. Its other files and a
+/// person's quota show in the system's reason alone; that of a failed commit SQLite doesn't keep,
+/// but it is still the thread's last one then.
+bool lacksSpace(sqlite3* handle, int code) {
+  const int last = errno;
+  const int kind = code & 0xFF;
+  if (kind == SQLITE_FULL) return true;
+  if (kind != SQLITE_IOERR && kind != SQLITE_CANTOPEN) return false;
+  return isForWantOfSpace(last) ||
+         (handle != nullptr && isForWantOfSpace(sqlite3_system_errno(handle)));
+}
+
 std::unexpected<ErrorPtr> sqliteFailure(sqlite3* handle, int code,
                                         const std::filesystem::path& path) {
+  const bool isFull = lacksSpace(handle, code);
   const char* reason = handle != nullptr && sqlite3_errcode(handle) != SQLITE_OK
                            ? sqlite3_errmsg(handle)
                            : sqlite3_errstr(code);
   const std::string name = path.empty() ? "the store in memory" : "\"" + path.string() + "\"";
+  if (isFull) {
+    return failure<StoreError>(StoreError::Kind::diskFull, name + ": the disk is full");
+  }
   return failure<StoreError>(kindOf(code), name + ": " + reason);
 }
 
@@ -114,6 +136,7 @@ void SqliteStatement::bind(int parameter, const PropertyValue& value) {
 Result<bool> SqliteStatement::step() {
   sqlite3* connection = sqlite3_db_handle(kept_->handle);
   if (bindError_ != SQLITE_OK) return sqliteFailure(connection, bindError_, *kept_->path);
+  errno = 0;
   const int code = sqlite3_step(kept_->handle);
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
@@ -163,24 +186,94 @@ void SqliteStatement::readValues(const NSEntityDescription& entity, int column,
   }
 }
 
-Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const SqliteLocation& from) {
-  const std::string name = from.path.empty() ? ":memory:" : from.path.string();
-  constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-  // SQLite gives the files beside it the permissions that this one has. Only a file that was not
-  // there is opened here: closing a handle would give up the locks of a database in use.
-  if (!from.path.empty()) (void)NSFileHandle::open(from.path, O_RDWR | O_CREAT | O_EXCL);
+SqliteConnection::Opened SqliteConnection::open(const SqliteLocation& from) {
+  if (from.access == StoreAccess::atRest) return openAtRest(from);
+  auto connection = openToWrite(from);
+  const bool lacksRoom =
+      !connection && StoreError::is(*connection.error(), StoreError::Kind::diskFull);
+  if (!lacksRoom || from.path.empty()) return connection;
+  auto standIn = openAtRest(from);
+  if (!standIn) return connection;
+  (*standIn)->writeError_ = connection.error();
+  return standIn;
+}
+
+SqliteConnection::Opened SqliteConnection::openFile(const SqliteLocation& from,
+                                                    const std::string& name, int flags,
+                                                    const char* system) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
+  errno = 0;
+  const int code = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, system);
   std::unique_ptr<SqliteConnection> connection(new SqliteConnection(from.path, handle));
-  if (code != SQLITE_OK) return sqliteFailure(handle, code, from.path);
+  if (code != SQLITE_OK) return sqliteFailure(handle, sqlite3_extended_errcode(handle), from.path);
   sqlite3_extended_result_codes(handle, 1);
   sqlite3_busy_timeout(handle, static_cast<int>(std::lround(from.busyTimeout * 1000)));
-  // A commit has reached the disk when it returns; readers and the one writer never wait for each
-  // other.
-  for (const char* setting : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}) {
-    if (auto set = connection->run(setting); !set) return std::unexpected(set.error());
+  // Sorting needs no room on a disk.
+  if (auto set = connection->run("PRAGMA temp_store=MEMORY"); !set) {
+    return std::unexpected(set.error());
   }
   return connection;
+}
+
+SqliteConnection::Opened SqliteConnection::openToWrite(const SqliteLocation& from) {
+  const bool writes = from.access == StoreAccess::readWrite;
+  // SQLite gives the files beside it the permissions that this one has. Only a file that was not
+  // there is opened here: closing a handle would give up the locks of a database in use.
+  if (writes && !from.path.empty()) (void)NSFileHandle::open(from.path, O_RDWR | O_CREAT | O_EXCL);
+  auto connection =
+      openFile(from, from.path.empty() ? ":memory:" : from.path.string(),
+               writes ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READONLY);
+  if (!connection || !writes) return connection;
+  if (!from.path.empty()) {
+    if (auto done = (*connection)->useWriteAheadLog(); !done) return std::unexpected(done.error());
+  }
+  // A commit has reached the disk when it returns.
+  if (auto set = (*connection)->run("PRAGMA synchronous=FULL"); !set) {
+    return std::unexpected(set.error());
+  }
+  return connection;
+}
+
+/// Readers and the one writer never wait for each other then. A file that is new gets its
+/// application's number first: from the beginning it stands in the file itself.
+Result<void> SqliteConnection::useWriteAheadLog() {
+  const auto mode = text("PRAGMA journal_mode");
+  if (!mode) return std::unexpected(mode.error());
+  if (*mode == "wal") return {};
+  const std::string mark = "PRAGMA application_id=" + std::to_string(storeApplicationID);
+  if (auto marked = run(mark); !marked) return marked;
+  const auto set = text("PRAGMA journal_mode=WAL");
+  if (!set) return std::unexpected(set.error());
+  if (*set == "wal") return {};
+  return failure<StoreError>(
+      StoreError::Kind::cannotOpen,
+      "\"" + path_.string() + "\": there can be no write-ahead log, only \"" + *set + "\"");
+}
+
+SqliteConnection::Opened SqliteConnection::openAtRest(const SqliteLocation& from) {
+  const AtRest file = atRest(from.path, from.ignoresLog);
+  auto connection = openFile(from, file.name, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, file.system);
+  if (!connection) return connection;
+  (*connection)->abandon();
+  // The index of the log lies in memory then, and not in a file "-shm".
+  if (auto set = (*connection)->run("PRAGMA locking_mode=EXCLUSIVE"); !set) {
+    return std::unexpected(set.error());
+  }
+  (*connection)->writeError_ = std::make_shared<StoreError>(
+      StoreError::Kind::readOnly, "\"" + from.path.string() + "\" is open for reading only");
+  return connection;
+}
+
+void SqliteConnection::abandon() {
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+Result<std::string> SqliteConnection::text(std::string_view sql) {
+  auto statement = prepare(sql);
+  if (!statement) return std::unexpected(statement.error());
+  const auto row = statement->step();
+  if (!row) return std::unexpected(row.error());
+  return std::string(statement->text(0));
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -190,6 +283,7 @@ SqliteConnection::~SqliteConnection() {
 
 Result<sqlite3_stmt*> SqliteConnection::compile(std::string_view sql) const {
   sqlite3_stmt* statement = nullptr;
+  errno = 0;
   const int code = sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()),
                                       SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   if (code != SQLITE_OK) return sqliteFailure(handle_, code, path_);
@@ -223,6 +317,7 @@ std::int64_t SqliteConnection::changes() const {
 }
 
 Result<SqliteTransaction> SqliteTransaction::begin(SqliteConnection& connection) {
+  if (connection.writeError() != nullptr) return std::unexpected(connection.writeError());
   if (auto begun = connection.run("BEGIN IMMEDIATE"); !begun) {
     return std::unexpected(begun.error());
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/NSEntityDescription.h"
+#include "CoreData/NSPersistentStoreDescription.h"
 #include "CoreData/StoreError.h"
 
 #include <filesystem>
@@ -63,13 +64,18 @@ class SqliteStatement {
   int bindError_ = 0;
 };
 
-/// Where a store's rows lie.
+/// Where a store's rows lie, and how they are reached.
 struct SqliteLocation {
   std::filesystem::path path;  ///< Empty for a store in memory.
   double busyTimeout = 5;      ///< How long to wait for other writers, in seconds.
+  StoreAccess access = StoreAccess::readWrite;
+  bool ignoresLog = false;  ///< At rest: as the file was at the last checkpoint.
 };
 
 /// An open file, for one thread at a time. Every failure is a `StoreError`.
+///
+/// Reading goes on when the disk is full: where the file can't be opened for want of space, the
+/// connection is a stand-in that reads the file at rest, and every write fails.
 class SqliteConnection {
  public:
   [[nodiscard]] static Result<std::unique_ptr<SqliteConnection>> open(const SqliteLocation& from);
@@ -101,10 +107,25 @@ class SqliteConnection {
   }
   /// How many rows the last statement changed.
   [[nodiscard]] std::int64_t changes() const;
+  /// Why nothing can be written; null where it can.
+  [[nodiscard]] const ErrorPtr& writeError() const { return writeError_; }
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  /// Which of the files that a store has had is open: for the store.
+  int file = 0;
+  /// For a file that is no longer the one of its name: closing it leaves alone what lies there now.
+  void abandon();
 
  private:
+  using Opened = Result<std::unique_ptr<SqliteConnection>>;
+
   SqliteConnection(std::filesystem::path path, sqlite3* handle)
       : path_(std::move(path)), handle_(handle) {}
+  static Opened openFile(const SqliteLocation& from, const std::string& name, int flags,
+                         const char* system = nullptr);
+  static Opened openToWrite(const SqliteLocation& from);
+  static Opened openAtRest(const SqliteLocation& from);
+  Result<void> useWriteAheadLog();
+  [[nodiscard]] Result<std::string> text(std::string_view sql);
   Result<sqlite3_stmt*> compile(std::string_view sql) const;
   void dropIdleStatements();
 
@@ -117,6 +138,7 @@ class SqliteConnection {
 
   std::filesystem::path path_;
   sqlite3* handle_;
+  ErrorPtr writeError_;
   std::unordered_map<std::string, std::unique_ptr<SqliteStatement::Kept>, TextHash, std::equal_to<>>
       statements_;
 };
@@ -137,6 +159,9 @@ class SqliteTransaction {
 
   SqliteConnection* connection_;
 };
+
+/// What SQLite's `application_id` is in a store's file: "vlro".
+inline constexpr std::int64_t storeApplicationID = 0x766C726F;
 
 /// An identifier in SQL: "Task" with its quotes.
 [[nodiscard]] std::string sqlName(std::string_view name);

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "CoreData/NSPersistentStoreDescription.h"
+#include "CoreData/StoreFileState.h"
 #include "CoreData/StoreSchema.h"
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -14,6 +17,10 @@ class StoreTransaction;
 
 /// An open store: its connections, each used by one thread at a time, and the SQL of its entities.
 /// From any thread.
+///
+/// When another file takes the name of the one that is open, as when a backup is put in its place,
+/// the next lease opens that one: no save that begins later goes to a file that nobody finds any
+/// more. While there is no file of the name, leases fail.
 class SqliteStore {
  public:
   [[nodiscard]] static Result<std::shared_ptr<SqliteStore>> open(
@@ -33,6 +40,11 @@ class SqliteStore {
   /// \param within Whose connection it is to be; null for any.
   [[nodiscard]] Result<Lease> lease(const StoreTransaction* within = nullptr);
 
+  /// Whom to tell that another file has taken the name; on any thread, under locks.
+  void setOnReplaced(std::function<void()> told) { onReplaced_ = std::move(told); }
+  /// Whether the file, or its log, is no longer as it was when the store was opened.
+  [[nodiscard]] bool hasBeenWritten() const;
+
   [[nodiscard]] const NSManagedObjectModel& model() const { return model_; }
   [[nodiscard]] const EntityTable& table(const NSEntityDescription& entity) const {
     return tables_[entity.index()];
@@ -51,14 +63,26 @@ class SqliteStore {
   [[nodiscard]] bool isWrittenByThisThread() const { return writer_ == std::this_thread::get_id(); }
 
  private:
-  SqliteStore(const NSManagedObjectModel& model, SqliteLocation location);
+  SqliteStore(const NSManagedObjectModel& model, SqliteLocation location, bool mayComplete);
+  /// The file itself, its log, and the log's index.
+  using Files = std::array<std::optional<StoreFileState>, 3>;
+
+  [[nodiscard]] Files look() const;
+  Result<std::unique_ptr<SqliteConnection>> openFile();
+  [[nodiscard]] Result<std::unique_ptr<SqliteConnection>> connect(int file) const;
+  Result<void> followReplacement();
+  void dropOldFile();
   void giveBack(std::unique_ptr<SqliteConnection> connection);
 
   const NSManagedObjectModel& model_;
   const SqliteLocation location_;
+  const bool mayComplete_;
   std::vector<EntityTable> tables_;  // by the entities' indexes
   std::atomic<std::thread::id> writer_;
-  std::mutex mutex_;
+  std::function<void()> onReplaced_;
+  mutable std::mutex mutex_;  // guards what follows
+  Files opened_;
+  int file_ = 0;  // counts the files that have had the name
   std::condition_variable returned_;
   std::vector<std::unique_ptr<SqliteConnection>> idle_;
 };

@@ -1,5 +1,7 @@
 #include "CoreData/StoreCheck.h"
 
+#include "CoreData/StoreHistory.h"
+
 namespace platform {
 namespace {
 
@@ -13,6 +15,24 @@ Result<void> addRows(SqliteConnection& connection, const std::string& sql, const
     if (!row) return std::unexpected(row.error());
     if (!*row) return {};
     findings.push_back(what + std::string(query->text(0)));
+  }
+}
+
+Result<void> addUnreadableChanges(SqliteConnection& connection,
+                                  std::vector<std::string>& findings) {
+  constexpr std::size_t mostTold = 100;
+  auto query = connection.prepare(
+      "SELECT history, entity, keys, lastKey FROM _change LEFT JOIN _entity ON name = entity "
+      "ORDER BY history, entity, kind");
+  if (!query) return std::unexpected(query.error());
+  for (;;) {
+    const auto row = query->step();
+    if (!row) return std::unexpected(row.error());
+    if (!*row) return {};
+    const std::string_view keys = query->text(2);
+    if (keysOf(keys, query->integer(3))) continue;
+    findings.push_back("history can't be read: " + std::string(query->text(0)) + " " +
+                       std::string(query->text(1)) + " " + std::string(keys.substr(0, mostTold)));
   }
 }
 
@@ -32,8 +52,11 @@ Result<std::vector<std::string>> checkStore(SqliteConnection& connection,
             "a relation leads nowhere: ");
   }
   if (done) {
-    done = add("SELECT pk FROM _history WHERE pk > 1 AND pk - 1 NOT IN (SELECT pk FROM _history)",
-               "history has a gap before ");
+    // Its beginning may have been dropped, for it is kept only so long.
+    done =
+        add("SELECT pk FROM _history WHERE pk > (SELECT min(pk) FROM _history) "
+            "AND pk - 1 NOT IN (SELECT pk FROM _history)",
+            "history has a gap before ");
   }
   if (done) {
     done =
@@ -41,6 +64,7 @@ Result<std::vector<std::string>> checkStore(SqliteConnection& connection,
             "WHERE one.timestamp <= other.timestamp",
             "history goes back in time at ");
   }
+  if (done) done = addUnreadableChanges(connection, findings);
   for (const NSEntityDescription* entity : model.entities()) {
     if (!done) break;
     done = add("SELECT max(pk) FROM " + sqlName(entity->name()) +

@@ -30,6 +30,8 @@ class StoreError : public Error {
   StoreError(Kind kind, std::string description);
 
   [[nodiscard]] Kind kind() const { return kind_; }
+  /// Whether an error is one of the store, of that kind.
+  [[nodiscard]] static bool is(const Error& error, Kind kind);
 
  private:
   Kind kind_;

@@ -2,6 +2,7 @@
 
 #include "CoreData/FetchPlan.h"
 #include "CoreData/NSManagedObjectContext.h"
+#include "CoreData/StoreSchema.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,6 +12,8 @@
 
 namespace platform {
 namespace {
+
+constexpr std::size_t mostToldOfKeys = 100;
 
 enum class ChangeKind { inserted, updated, deleted };
 
@@ -67,10 +70,35 @@ Result<double> nextTimestamp(SqliteConnection& connection) {
   return std::max(now, std::nextafter(query->real(0), std::numeric_limits<double>::infinity()));
 }
 
+/// Where somebody has put rows out of order, those in front of a newer one go, and no others.
+Result<void> dropOldTransactions(SqliteConnection& connection) {
+  const double limit = Date::now().timeIntervalSinceReferenceDate() - historyAge;
+  const auto last = connection.integer(
+      "SELECT max(pk) FROM (SELECT pk, timestamp FROM _history ORDER BY pk LIMIT 32) "
+      "WHERE timestamp < ?",
+      limit);
+  if (!last) return std::unexpected(last.error());
+  if (!*last) return {};
+  auto done = connection.run("DELETE FROM _change WHERE history <= ?", **last);
+  if (done) done = connection.run("DELETE FROM _history WHERE pk <= ?", **last);
+  return done;
+}
+
+ErrorPtr damageOf(const SqliteConnection& connection,
+                  const NSPersistentHistoryTransaction& transaction,
+                  const NSEntityDescription& entity, std::string_view keys) {
+  return std::make_shared<StoreError>(
+      StoreError::Kind::notADatabase,
+      "\"" + connection.path().string() + "\": the history is damaged: in save " +
+          std::to_string(transaction.transactionNumber) + " \"" +
+          std::string(keys.substr(0, mostToldOfKeys)) + "\" are no keys of " + entity.name());
+}
+
 Result<void> readChanges(SqliteConnection& connection, const NSManagedObjectModel& model,
-                         NSPersistentHistoryTransaction& transaction) {
+                         NSPersistentHistoryTransaction& transaction, ErrorPtr& damage) {
   auto query = connection.prepare(
-      "SELECT entity, kind, keys FROM _change WHERE history = ? ORDER BY entity, kind");
+      "SELECT entity, kind, keys, lastKey FROM _change LEFT JOIN _entity ON name = entity "
+      "WHERE history = ? ORDER BY entity, kind");
   if (!query) return std::unexpected(query.error());
   query->bind(1, transaction.transactionNumber);
   for (;;) {
@@ -83,8 +111,29 @@ Result<void> readChanges(SqliteConnection& connection, const NSManagedObjectMode
     auto& list = *kind == ChangeKind::inserted  ? transaction.inserted
                  : *kind == ChangeKind::updated ? transaction.updated
                                                 : transaction.deleted;
-    for (const std::int64_t key : keysOf(query->text(2))) list.push_back({entity, key});
+    const auto keys = keysOf(query->text(2), query->integer(3));
+    if (!keys) {
+      if (damage == nullptr) damage = damageOf(connection, transaction, *entity, query->text(2));
+      continue;
+    }
+    for (const std::int64_t key : *keys) list.push_back({entity, key});
   }
+}
+
+/// Asked after the transactions were read, so that none is dropped unnoticed in between.
+Result<bool> isKeptSince(SqliteConnection& connection, Date date) {
+  auto query = connection.prepare("SELECT pk, timestamp FROM _history ORDER BY pk LIMIT 1");
+  if (!query) return std::unexpected(query.error());
+  const auto row = query->step();
+  if (!row) return row;
+  return !*row || query->integer(0) <= 1 || date.timeIntervalSinceReferenceDate() >= query->real(1);
+}
+
+std::optional<std::int64_t> wholeNumber(std::string_view text) {
+  std::int64_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto [after, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && after == end ? std::optional(number) : std::nullopt;
 }
 
 std::optional<std::string> textOrNone(const SqliteStatement& query, int column) {
@@ -122,6 +171,7 @@ Result<std::int64_t> newestTransaction(SqliteConnection& connection) {
 
 Result<std::int64_t> appendTransaction(SqliteConnection& connection, const StoreChanges& changes,
                                        const std::string& author, const std::string& contextName) {
+  if (auto marked = markStore(connection); !marked) return std::unexpected(marked.error());
   const auto newest = newestTransaction(connection);
   if (!newest) return newest;
   const std::int64_t number = *newest + 1;
@@ -135,6 +185,7 @@ Result<std::int64_t> appendTransaction(SqliteConnection& connection, const Store
   if (done) done = appendChanges(connection, number, ChangeKind::inserted, changes.inserted);
   if (done) done = appendChanges(connection, number, ChangeKind::updated, changes.updated);
   if (done) done = appendChanges(connection, number, ChangeKind::deleted, changes.deleted);
+  if (done) done = dropOldTransactions(connection);
   if (!done) return std::unexpected(done.error());
   return number;
 }
@@ -162,16 +213,20 @@ Result<NSPersistentHistoryResult> readHistory(SqliteConnection& connection,
   for (;;) {
     const auto row = query->step();
     if (!row) return std::unexpected(row.error());
-    if (!*row) return result;
+    if (!*row) break;
     auto& transaction = result.transactions.emplace_back(
         NSPersistentHistoryTransaction{.transactionNumber = query->integer(0),
                                        .timestamp = Date::sinceReferenceDate(query->real(1)),
                                        .author = textOrNone(*query, 2),
                                        .contextName = textOrNone(*query, 3)});
-    if (auto read = readChanges(connection, model, transaction); !read) {
+    if (auto read = readChanges(connection, model, transaction, result.damage); !read) {
       return std::unexpected(read.error());
     }
   }
+  const auto isKept = isKeptSince(connection, request.after);
+  if (!isKept) return std::unexpected(isKept.error());
+  result.isComplete = *isKept && result.damage == nullptr;
+  return result;
 }
 
 std::string keyRanges(const std::vector<std::int64_t>& keys) {
@@ -186,18 +241,22 @@ std::string keyRanges(const std::vector<std::int64_t>& keys) {
   return text;
 }
 
-std::vector<std::int64_t> keysOf(std::string_view ranges) {
+std::optional<std::vector<std::int64_t>> keysOf(std::string_view ranges, std::int64_t lastKey) {
+  // However many were given out, no save fits into memory that touches more.
+  constexpr std::size_t most = 1 << 24;
   std::vector<std::int64_t> keys;
+  std::int64_t last = 0;
   for (const auto part : ranges | std::views::split(',')) {
     const std::string_view range(part.begin(), part.end());
-    std::int64_t first = 0;
-    const char* end = range.data() + range.size();
-    const char* after = std::from_chars(range.data(), end, first).ptr;
-    std::int64_t last = first;
-    if (after != end && *after == '-') std::from_chars(after + 1, end, last);
-    for (std::int64_t key = first; key <= last; ++key) keys.push_back(key);
+    const std::size_t dash = range.find('-');
+    const auto from = wholeNumber(range.substr(0, dash));
+    const auto to = dash == range.npos ? from : wholeNumber(range.substr(dash + 1));
+    if (!from || !to || *from <= last || *to < *from || *to > lastKey) return std::nullopt;
+    last = *to;
+    if (static_cast<std::uint64_t>(last - *from) >= most - keys.size()) return std::nullopt;
+    for (std::int64_t key = *from; key <= last; ++key) keys.push_back(key);
   }
-  return keys;
+  return keys.empty() ? std::nullopt : std::optional(std::move(keys));
 }
 
 }  // namespace platform

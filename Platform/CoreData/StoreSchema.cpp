@@ -13,6 +13,8 @@ using Storage = NSRelationshipDescription::Storage;
 
 constexpr std::int64_t layoutVersion = 1;
 
+constexpr const char* foreign = "belongs to another program";
+
 constexpr const char* layout[] = {
     "CREATE TABLE _metadata (key PRIMARY KEY, value) WITHOUT ROWID",
     "CREATE TABLE _entity (name TEXT PRIMARY KEY, lastKey INTEGER NOT NULL) WITHOUT ROWID",
@@ -147,6 +149,30 @@ Result<std::set<std::string>> columnsOf(SqliteConnection& connection, const std:
   }
 }
 
+/// What is in the temporary schema goes before what the file has under that name.
+Result<void> showWhole(SqliteConnection& connection, const NSEntityDescription& entity,
+                       const std::set<std::string>& present) {
+  const std::string name = sqlName(entity.name());
+  std::string lacking;
+  for (const Slot& slot : entity.slots()) {
+    if (!present.contains(slot.name)) lacking += ", NULL AS " + sqlName(slot.name);
+  }
+  if (lacking.empty()) return {};
+  const std::string source = present.empty() ? "NULL AS pk, NULL AS version" + lacking + " WHERE 0"
+                                             : "*" + lacking + " FROM main." + name;
+  return connection.run("CREATE TEMP VIEW " + name + " AS SELECT " + source);
+}
+
+Result<void> showLinks(SqliteConnection& connection,
+                       const NSRelationshipDescription& relationship) {
+  if (relationship.storage != Storage::links || !relationship.isFirstInLinks) return {};
+  const auto present = columnsOf(connection, relationship.linkTable);
+  if (!present) return std::unexpected(present.error());
+  if (!present->empty()) return {};
+  return connection.run("CREATE TEMP VIEW " + sqlName(relationship.linkTable) +
+                        " AS SELECT NULL AS first, NULL AS second WHERE 0");
+}
+
 Result<void> completeTable(SqliteConnection& connection, const NSEntityDescription& entity) {
   const auto present = columnsOf(connection, entity.name());
   if (!present) return std::unexpected(present.error());
@@ -170,18 +196,31 @@ Result<void> complete(SqliteConnection& connection, const NSManagedObjectModel& 
       if (auto done = connection.run(sql); !done) return done;
     }
   }
+  if (auto marked = markStore(connection); !marked) return marked;
   return connection.run("INSERT INTO _metadata VALUES (?, 1)", fingerprint(model));
+}
+
+std::unexpected<ErrorPtr> refusal(StoreError::Kind kind, const SqliteConnection& connection,
+                                  const char* reason) {
+  return failure<StoreError>(kind, "\"" + connection.path().string() + "\" " + reason);
+}
+
+/// Fails for a newer one.
+Result<std::int64_t> layoutOf(SqliteConnection& connection) {
+  const auto version = connection.integer("PRAGMA user_version");
+  if (!version) return std::unexpected(version.error());
+  if (version->value_or(0) > layoutVersion) {
+    return refusal(StoreError::Kind::incompatible, connection,
+                   "was made by a newer version of this program");
+  }
+  return version->value_or(0);
 }
 
 /// Whether the file was completed for this model before. Nothing is ever taken away again.
 Result<bool> isComplete(SqliteConnection& connection, const NSManagedObjectModel& model) {
-  const auto version = connection.integer("PRAGMA user_version");
+  const auto version = layoutOf(connection);
   if (!version) return std::unexpected(version.error());
   if (*version == 0) return false;
-  if (*version > layoutVersion) {
-    return failure<StoreError>(StoreError::Kind::incompatible,
-                               "the store was made by a newer version of this program");
-  }
   const auto known =
       connection.integer("SELECT value FROM _metadata WHERE key = ?", fingerprint(model));
   if (!known) return std::unexpected(known.error());
@@ -191,10 +230,7 @@ Result<bool> isComplete(SqliteConnection& connection, const NSManagedObjectModel
 Result<void> createLayout(SqliteConnection& connection) {
   const auto tables = connection.integer("SELECT count(*) FROM sqlite_master");
   if (!tables) return std::unexpected(tables.error());
-  if (*tables != 0) {
-    return failure<StoreError>(StoreError::Kind::notADatabase,
-                               "the database belongs to another program");
-  }
+  if (*tables != 0) return refusal(StoreError::Kind::notADatabase, connection, foreign);
   for (const char* sql : layout) {
     if (auto done = connection.run(sql); !done) return done;
   }
@@ -217,6 +253,49 @@ EntityTable::EntityTable(const NSEntityDescription& entity) : name(sqlName(entit
   rowVersion = "SELECT version FROM " + name + " WHERE pk = ?";
   reserveKeys = "UPDATE _entity SET lastKey = max(lastKey, (SELECT ifnull(max(pk), 0) FROM " +
                 name + ")) + ? WHERE name = " + literal(entity.name()) + " RETURNING lastKey";
+}
+
+Result<void> recognizeStore(SqliteConnection& connection) {
+  const auto application = connection.integer("PRAGMA application_id");
+  if (!application) return std::unexpected(application.error());
+  const auto version = layoutOf(connection);
+  // These stand on the file's first page. More is not read of a file that may be in use.
+  if (*application == storeApplicationID) {
+    return version ? Result<void>() : std::unexpected(version.error());
+  }
+  const auto tables = connection.integer("SELECT count(*) FROM sqlite_master");
+  if (!tables) return std::unexpected(tables.error());
+  const auto metadata = connection.integer(
+      "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = '_metadata'");
+  if (!metadata) return std::unexpected(metadata.error());
+  const bool isStore = *application == 0 && (*metadata > 0 || *tables == 0);
+  if (isStore && !version) return std::unexpected(version.error());
+  if (isStore && (*metadata > 0 || *version == 0)) return {};
+  return refusal(StoreError::Kind::notADatabase, connection, foreign);
+}
+
+Result<void> markStore(SqliteConnection& connection) {
+  const auto application = connection.integer("PRAGMA application_id");
+  if (!application) return std::unexpected(application.error());
+  if (*application != 0) return {};
+  return connection.run("PRAGMA application_id=" + std::to_string(storeApplicationID));
+}
+
+Result<void> completeForReading(SqliteConnection& connection, const NSManagedObjectModel& model) {
+  const auto version = layoutOf(connection);
+  if (!version) return std::unexpected(version.error());
+  if (*version == 0) {
+    return refusal(StoreError::Kind::notADatabase, connection, "is empty: no store was made in it");
+  }
+  for (const NSEntityDescription* entity : model.entities()) {
+    const auto present = columnsOf(connection, entity->name());
+    if (!present) return std::unexpected(present.error());
+    if (auto done = showWhole(connection, *entity, *present); !done) return done;
+    for (const auto& relationship : entity->relationships()) {
+      if (auto done = showLinks(connection, relationship); !done) return done;
+    }
+  }
+  return {};
 }
 
 Result<void> completeSchema(SqliteConnection& connection, const NSManagedObjectModel& model,

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/inotify.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
 namespace platform {
@@ -26,7 +27,8 @@ namespace {
 using Watcher = StoreWatch::Watcher;
 using Watchers = std::vector<std::shared_ptr<Watcher>>;
 
-constexpr int millisecondsBetweenLooks = 2000;
+constexpr itimerspec everyTwoSeconds{.it_interval = {.tv_sec = 2, .tv_nsec = 0},
+                                     .it_value = {.tv_sec = 2, .tv_nsec = 0}};
 
 /// All watchers of the process, and the thread that waits for the kernel's events.
 class WatchThread {
@@ -39,10 +41,12 @@ class WatchThread {
   void add(const std::shared_ptr<Watcher>& watcher) {
     const std::scoped_lock lock(mutex_);
     if (!std::exchange(started_, true)) {
-      inotify_ = inotify_init1(IN_CLOEXEC);
+      inotify_ = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+      timer_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
+      timerfd_settime(timer_, 0, &everyTwoSeconds, nullptr);
       std::thread([this] { work(); }).detach();
     }
-    watcher->descriptor = inotify_add_watch(inotify_, watcher->path.c_str(), IN_MODIFY);
+    watch(*watcher);
     watchers_.push_back(watcher);
   }
 
@@ -51,7 +55,7 @@ class WatchThread {
     std::erase(watchers_, watcher);
     const bool isWatched =
         std::ranges::find(watchers_, watcher->descriptor, &Watcher::descriptor) != watchers_.end();
-    if (!isWatched) inotify_rm_watch(inotify_, watcher->descriptor);
+    if (!isWatched && watcher->descriptor >= 0) inotify_rm_watch(inotify_, watcher->descriptor);
   }
 
   template <typename Condition>
@@ -66,16 +70,30 @@ class WatchThread {
 
  private:
   [[noreturn]] void work() {
+    std::array<pollfd, 2> waiting{{{.fd = inotify_, .events = POLLIN, .revents = 0},
+                                   {.fd = timer_, .events = POLLIN, .revents = 0}}};
     for (;;) {
-      pollfd waiting{.fd = inotify_, .events = POLLIN, .revents = 0};
-      const std::vector<int> changed =
-          ::poll(&waiting, 1, millisecondsBetweenLooks) > 0 ? readEvents() : std::vector<int>();
+      ::poll(waiting.data(), waiting.size(), -1);
+      std::uint64_t expirations = 0;
+      const bool isTime = ::read(timer_, &expirations, sizeof expirations) > 0;
+      if (isTime) watchAnew();
+      const std::vector<int> changed = readEvents();
       wake([&](const auto& watcher) {
         // An event without a descriptor says that some were lost.
-        return changed.empty() || std::ranges::find(changed, -1) != changed.end() ||
+        return isTime || std::ranges::find(changed, -1) != changed.end() ||
                std::ranges::find(changed, watcher->descriptor) != changed.end();
       });
     }
+  }
+
+  void watch(Watcher& watcher) const {
+    watcher.descriptor = inotify_add_watch(inotify_, watcher.path.c_str(), IN_MODIFY);
+  }
+
+  /// The file may be another one by now, or one that wasn't there before.
+  void watchAnew() {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& watcher : watchers_) watch(*watcher);
   }
 
   std::vector<int> readEvents() const {
@@ -93,19 +111,20 @@ class WatchThread {
   std::mutex mutex_;
   Watchers watchers_;
   int inotify_ = -1;
+  int timer_ = -1;
   bool started_ = false;
 };
 
 }  // namespace
 
-Result<std::unique_ptr<StoreWatch>> StoreWatch::begin(const std::filesystem::path& store,
-                                                      std::function<void()> wake) {
+std::unique_ptr<StoreWatch> StoreWatch::begin(const std::filesystem::path& store,
+                                              std::function<void()> wake) {
   const std::filesystem::path path = store.string() + "-changes";
-  auto file = NSFileHandle::open(path, O_RDWR | O_CREAT);
-  if (!file) return std::unexpected(file.error());
+  auto file = NSFileHandle::open(path, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK);
   auto watcher = std::make_shared<Watcher>(Watcher{.path = path, .wake = std::move(wake)});
   WatchThread::shared().add(watcher);
-  return std::unique_ptr<StoreWatch>(new StoreWatch(std::move(*file), std::move(watcher)));
+  return std::unique_ptr<StoreWatch>(
+      new StoreWatch(file ? std::move(*file) : NSFileHandle(), std::move(watcher)));
 }
 
 StoreWatch::StoreWatch(NSFileHandle file, std::shared_ptr<Watcher> watcher)
@@ -116,7 +135,7 @@ StoreWatch::~StoreWatch() {
 }
 
 void StoreWatch::touch(std::int64_t transaction) {
-  // Nobody reads the number; it is there for people. A failed write is a lost hint.
+  // Nobody reads the number; it is there for people. A failed write, or no file, is a lost hint.
   std::array<char, 24> text{};
   const int size =
       std::snprintf(text.data(), text.size(), "%20lld\n", static_cast<long long>(transaction));

@@ -9,14 +9,15 @@ namespace platform {
 
 /// How the processes that have a store open wake each other: after its commit a writer touches a
 /// small file beside the store ("-changes" behind its name), which all of them watch. A wake-up is
-/// only a hint, may come twice or for nothing, and may be lost: from time to time everyone is told
-/// to look anyway. (The file "-wal" itself can't be watched: it changes before the commit is
-/// visible.)
+/// only a hint, may come twice or for nothing, and may be lost: every two seconds everyone is told
+/// to look anyway. So a store does without the small file where there can be none. (The file "-wal"
+/// itself can't be watched: it changes before the commit is visible.)
 class StoreWatch {
  public:
+  /// \param store The file itself, not a link to it.
   /// \param wake Called on any thread, perhaps often; hands the work to a queue.
-  [[nodiscard]] static Result<std::unique_ptr<StoreWatch>> begin(const std::filesystem::path& store,
-                                                                 std::function<void()> wake);
+  [[nodiscard]] static std::unique_ptr<StoreWatch> begin(const std::filesystem::path& store,
+                                                         std::function<void()> wake);
   ~StoreWatch();
   StoreWatch(const StoreWatch&) = delete;
   StoreWatch& operator=(const StoreWatch&) = delete;

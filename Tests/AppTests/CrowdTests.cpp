@@ -8,14 +8,18 @@
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/VelloroModel.h"
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <map>
 #include <mutex>
 #include <random>
+#include <set>
 #include <thread>
+#include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "CoreData/NSPersistentContainer.h"
 #include "DataManager/DataManager.h"
 #include "Foundation/JSON.h"
+#include "Foundation/NSFileManager.h"
 #include "Foundation/PropertyList.h"
 #include "Foundation/TestEnvironment.h"
 #include "Tasks/TaskEntity.h"
@@ -365,6 +366,26 @@ TEST_F(HostCommands, SwitchTheStoreOnceWhoeverWritesMeanwhile) {
     const auto listed = runProgram("task list --json --store '" + folder + "'").output;
     EXPECT_EQ(PropertyList::fromJSON(listed).array()->size(), 5U);
   }
+}
+
+TEST_F(HostCommands, FinishASwitchThatWasKilledAfterItsCopy) {
+  const auto run = [&](const std::string& arguments) {
+    return runProgram(arguments + " --store '" + folder_.string() + "'");
+  };
+  EXPECT_EQ(run("task add Read").exitCode, 0);
+  EXPECT_EQ(run("settings set cloudSyncTasksEnabled false").exitCode, 0);
+  const auto set = [&](const char* suite, const PropertyList::Dictionary& changes) {
+    const auto file = folder_ / "preferences" / (std::string(suite) + ".json");
+    auto values = PropertyList::fromFileText(platform::NSFileManager::contents(file).value());
+    for (const auto& [key, value] : changes) values.dictionary()->insert_or_assign(key, value);
+    EXPECT_TRUE(platform::NSFileManager::write(values.fileText(), file));
+  };
+  const std::string isCloud = "Settings_CloudSyncEnabled";
+  set("velloro.app", {{isCloud, true}});
+  set("group.velloro.app.today", {{isCloud, true}, {"storeSwitch.choosesCloud", false}});
+  EXPECT_EQ(run("task add Write").exitCode, 0);
+  EXPECT_THAT(run("settings get cloudSyncTasksEnabled").output, HasSubstr("false"));
+  EXPECT_EQ(PropertyList::fromJSON(run("task list --json").output).array()->size(), 2U);
 }
 
 TEST_F(HostCommands, FillADemonstration) {

@@ -6,6 +6,9 @@
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/VelloroModel.h"
 
+#include <regex>
+#include <set>
+
 #include <gmock/gmock.h>
 
 namespace velloro {
@@ -58,6 +61,71 @@ TEST_F(StoreCommand, TellsOfRowsThatCantBeRead) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.output, "can't be read: Task 1 colorInfo\n");
   EXPECT_THAT(result.errors, HasSubstr("is not sound: findings 1"));
+}
+
+/// Every text of every row that the program reads has a meaning, but for what a person or another
+/// system has written.
+TEST_F(StoreCommand, FindsEveryTextThatCantBeRead) {
+  const std::set<std::string> free{"title",
+                                   "content",
+                                   "ckRecordIdRecordName",
+                                   "ckRecordIdZoneName",
+                                   "ckShareIdRecordName",
+                                   "ckShareIdZoneName",
+                                   "ckRecordIdZoneOwnerName",
+                                   "ckShareIdZoneOwnerName",
+                                   "ckError",
+                                   "ckUserDisplayName",
+                                   "cnFormattedName",
+                                   "cnIdentifier",
+                                   "cnPropertyIdentifier",
+                                   "cnPropertyLabel",
+                                   "cnPropertyType",
+                                   "cnPropertyValue",
+                                   "settingKey",
+                                   "stringValue",
+                                   "sentiment"};
+  const std::set<std::string> unread{"Task cloudStatus",
+                                     "Task lastChangedDifficultyStatus",
+                                     "TaskTemporalData lastChangedDifficultyStatus",
+                                     "TaskShareOwner cloudStatus",
+                                     "TaskNotificationReminders icon",
+                                     "TaskNotificationSettings difficultyNotificationStatus",
+                                     "TaskCounter uniqueId",
+                                     "TaskCounter status",
+                                     "HealthKitRequest type",
+                                     "HealthKitRequest status"};
+  make("red");
+  std::vector<std::string> expected;
+  NSEntityDescription scratch{"Scratch"};
+  std::vector<Attribute<std::optional<std::string>>> texts;  // by slot, of whichever entity
+  for (int i = 0; i < 64; ++i) texts.emplace_back(scratch, std::to_string(i));
+  {
+    NSPersistentContainer container(velloroModelName, velloroModel());
+    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
+    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
+    NSManagedObjectContext& context = *container.viewContext();
+    for (const NSEntityDescription* entity : velloroModel().entities()) {
+      const auto object = context.insert(entity->name());
+      for (std::size_t slot = 0; const auto& attribute : entity->attributes()) {
+        const bool isText = attribute.type == NSAttributeType::string;
+        const bool isRead = !free.contains(attribute.name) &&
+                            !unread.contains(entity->name() + " " + attribute.name);
+        if (isText) object->setValue(texts[slot], "no word, no number");
+        if (isText && isRead) expected.push_back(entity->name() + " " + attribute.name);
+        ++slot;
+      }
+    }
+    EXPECT_TRUE(context.save());
+  }
+  const std::string output = run("check").output;
+  for (const std::string& text : expected) {
+    const auto place = text.find(' ');
+    const std::regex line("can't be read: " + text.substr(0, place) + " [0-9]+" +
+                          text.substr(place) + "\n");
+    EXPECT_TRUE(std::regex_search(output, line)) << text;
+  }
+  EXPECT_GT(expected.size(), 30U);
 }
 
 TEST_F(StoreCommand, CountsRowsAndListsSaves) {

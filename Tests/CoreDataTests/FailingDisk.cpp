@@ -1,5 +1,7 @@
 #include "CoreDataTests/FailingDisk.h"
 
+#include <cerrno>
+
 #include <sqlite3.h>
 
 namespace {
@@ -25,7 +27,15 @@ bool failsNow() {
 }
 
 bool writeFailsNow() {
-  return mode != FailingDisk::Mode::unreadable && failsNow();
+  using enum FailingDisk::Mode;
+  return mode != unreadable && mode != noRoomForIndex && failsNow();
+}
+
+/// With the system's reason.
+int noRoom(int code) {
+  using enum FailingDisk::Mode;
+  errno = mode == powerCut ? EIO : mode == overQuota ? EDQUOT : ENOSPC;
+  return code;
 }
 
 template <auto Method>
@@ -50,18 +60,27 @@ int write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset
   const bool wasCut = failed;
   if (!writeFailsNow()) return real->pMethods->xWrite(real, bytes, count, offset);
   if (mode == FailingDisk::Mode::full) return SQLITE_FULL;
+  if (mode == FailingDisk::Mode::overQuota) return noRoom(SQLITE_IOERR_WRITE);
   if (!wasCut) real->pMethods->xWrite(real, bytes, count / 2, offset);
   return SQLITE_IOERR_WRITE;
 }
 
 int sync(sqlite3_file* file, int flags) {
   sqlite3_file* real = realOf(file);
-  return writeFailsNow() ? SQLITE_IOERR_FSYNC : real->pMethods->xSync(real, flags);
+  return writeFailsNow() ? noRoom(SQLITE_IOERR_FSYNC) : real->pMethods->xSync(real, flags);
 }
 
 int truncate(sqlite3_file* file, sqlite3_int64 size) {
   sqlite3_file* real = realOf(file);
-  return writeFailsNow() ? SQLITE_IOERR_TRUNCATE : real->pMethods->xTruncate(real, size);
+  return writeFailsNow() ? noRoom(SQLITE_IOERR_TRUNCATE) : real->pMethods->xTruncate(real, size);
+}
+
+int mapIndex(sqlite3_file* file, int page, int size, int mayExtend, void volatile** place) {
+  if (mode == FailingDisk::Mode::noRoomForIndex && operationsUntilFailure > 0) {
+    return noRoom(SQLITE_IOERR_SHMSIZE);
+  }
+  sqlite3_file* real = realOf(file);
+  return real->pMethods->xShmMap(real, page, size, mayExtend, place);
 }
 
 using Methods = sqlite3_io_methods;
@@ -79,7 +98,7 @@ constexpr Methods methods = {
     .xFileControl = Forward<&Methods::xFileControl>::call,
     .xSectorSize = Forward<&Methods::xSectorSize>::call,
     .xDeviceCharacteristics = Forward<&Methods::xDeviceCharacteristics>::call,
-    .xShmMap = Forward<&Methods::xShmMap>::call,
+    .xShmMap = mapIndex,
     .xShmLock = Forward<&Methods::xShmLock>::call,
     .xShmBarrier = Forward<&Methods::xShmBarrier>::call,
     .xShmUnmap = Forward<&Methods::xShmUnmap>::call,

@@ -5,9 +5,11 @@
 class FailingDisk {
  public:
   enum class Mode {
-    full,        ///< The disk has no room for it; later there is room again.
-    powerCut,    ///< Half of it is written, and then nothing works any more.
-    unreadable,  ///< It can't be read; later it can again.
+    full,            ///< The disk has no room for it; later there is room again.
+    overQuota,       ///< The same, of a person's share of the disk.
+    noRoomForIndex,  ///< There is none for the shared index of the log, however often it is tried.
+    powerCut,        ///< Half of it is written, and then nothing works any more.
+    unreadable,      ///< It can't be read; later it can again.
   };
 
   FailingDisk(Mode mode, int failAt);

@@ -6,11 +6,11 @@ namespace {
 
 /// Four books, in files and in memory:
 ///
-///     title  year  day  isLent  rating  bought  author  cover  tags     sequel
-///     a      1811  1    no      -       1       Jane    red    x, y     b
-///     b      1813  2    yes     4       2.5     Jane    -      x        -
-///     c      1900  3    no      5       -       Mary    -      -        -
-///     -      1900  0    no      -       -       -       -      -        -
+///     title  year  day  isLent  rating  bought  author  cover  tags     sequel  isbn
+///     a      1811  1    no      -       1       Jane    red    x, y     b       AB-1
+///     b      1813  2    yes     4       2.5     Jane    -      x        -       ab-2
+///     c      1900  3    no      5       -       Mary    -      -        -       AB-2
+///     -      1900  0    no      -       -       -       -      -        -       -
 struct Shelf {
   explicit Shelf(Context& context) {
     const auto author = [&](const char* name) {
@@ -26,6 +26,9 @@ struct Shelf {
     b = newBook(context, "b", 2);
     c = newBook(context, "c", 3);
     none = context.insert<BookEntity>();
+    a->setValue(BookEntity::isbn, "AB-1");
+    b->setValue(BookEntity::isbn, "ab-2");
+    c->setValue(BookEntity::isbn, "AB-2");
     a->setValue(BookEntity::year, 1811);
     b->setValue(BookEntity::year, 1813);
     b->setValue(BookEntity::isLent, true);
@@ -83,6 +86,12 @@ std::vector<Case> cases(const Shelf& shelf) {
       {is("author.name ENDSWITH ''"), "a b c"},
       {is("author.name CONTAINS \"an\""), "a b"},
       {is("title BEGINSWITH 'A'"), ""},
+      {is("isbn = 'AB-2'"), "b c"},
+      {is("NOT isbn != 'aB-1'"), "a"},
+      {is("%K IN %@", {"isbn", Texts{"Ab-1", "z"}}), "a"},
+      {is("isbn > 'ab-1'"), "b c"},
+      {is("isbn BEGINSWITH 'aB' AND isbn ENDSWITH 'B-2' AND isbn CONTAINS 'b-'"), "b c"},
+      {is("sequel.isbn = 'AB-2' OR ANY author.books.isbn = 'Ab-1'"), "a b"},
       {is("%K = %@", {"author", shelf.jane}), "a b"},
       {is("author IN %@", {std::vector{shelf.jane, shelf.mary}}), "a b c"},
       {is("author = NULL"), "-"},
@@ -154,6 +163,7 @@ TEST(Predicate, SortsAndLimitsAcrossUnsavedChanges) {
     check({{"author.name"}, {"day", false}}, 3, "- b a");
     check({{"rating"}, {"title", false}}, 2, "a -");
     check({{"bought", false}}, 1, "b");
+    check({{"isbn", false}, {"title"}}, 3, "b c a");
   };
   checkAll();
   expectSaved(context);

@@ -4,6 +4,8 @@
 #include "Support/Processes.h"
 
 #include <fstream>
+#include <iterator>
+#include <map>
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>
@@ -19,7 +21,10 @@ using enum StoreError::Kind;
 /// SQLite's own view of the file, as another program has it.
 class Shell {
  public:
-  Shell() { sqlite3_open(libraryPath().c_str(), &handle_); }
+  Shell() {
+    sqlite3_open(libraryPath().c_str(), &handle_);
+    sqlite3_busy_timeout(handle_, 5000);
+  }
   Shell(const Shell&) = delete;
   Shell& operator=(const Shell&) = delete;
   ~Shell() { sqlite3_close(handle_); }
@@ -27,10 +32,48 @@ class Shell {
   void run(const char* sql) {
     EXPECT_EQ(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
   }
+  std::string text(const char* sql) {
+    std::string value;
+    const auto keep = [](void* into, int, char** values, char**) {
+      *static_cast<std::string*>(into) = values[0];
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(handle_, sql, keep, &value, nullptr), SQLITE_OK) << sql;
+    return value;
+  }
 
  private:
   sqlite3* handle_ = nullptr;
 };
+
+using Files = std::map<std::string, std::string>;
+
+/// What lies in the library's folder, byte by byte.
+Files files() {
+  Files all;
+  std::error_code ignored;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(libraryPath().parent_path(), ignored)) {
+    if (!entry.is_regular_file()) continue;
+    std::ifstream file(entry.path());
+    all[entry.path().filename()] = std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  return all;
+}
+
+/// The library as it lies there when a program with the file open is killed.
+template <typename Program>
+void leaveWithLog(Program program) {
+  const auto kept = libraryPath().parent_path() / "kept";
+  program([&] {
+    for (const char* suffix : {"", "-wal"}) {
+      std::filesystem::copy_file(libraryPath().string() + suffix, kept.string() + suffix);
+    }
+  });
+  for (const char* suffix : {"", "-wal"}) {
+    std::filesystem::rename(kept.string() + suffix, libraryPath().string() + suffix);
+  }
+}
 
 std::vector<std::string> findings(Library& library) {
   return library.persistentStoreCoordinator()->check().value_or(
@@ -121,6 +164,16 @@ TEST(StoreFile, WhatCantBeOpenedIsToldAndLeftAlone) {
   } cases[] = {
       {[] { std::ofstream(libraryPath()) << std::string(5000, 'x'); }, notADatabase},
       {[] { Shell().run("CREATE TABLE other (a)"); }, notADatabase},
+      {[] { Shell().run("PRAGMA application_id = 7"); }, notADatabase},
+      {[] {
+         leaveWithLog([](auto leave) {
+           Shell other;
+           other.run("PRAGMA journal_mode = WAL");
+           other.run("CREATE TABLE other (a)");
+           leave();
+         });
+       },
+       notADatabase},
       {[] { Shell().run("PRAGMA user_version = 99"); }, incompatible},
       {[] { std::filesystem::create_directory(libraryPath()); }, cannotOpen},
       {[] { std::filesystem::remove(libraryPath().parent_path()); }, cannotOpen},
@@ -128,7 +181,9 @@ TEST(StoreFile, WhatCantBeOpenedIsToldAndLeftAlone) {
   for (const auto& [prepare, kind] : cases) {
     TestEnvironment environment;
     prepare();
+    const Files before = files();
     Library library;
+    EXPECT_EQ(files(), before);
     ASSERT_NE(library.error, nullptr);
     EXPECT_EQ(library.error->code(), code(kind)) << library.error->localizedDescription();
     EXPECT_THAT(library.persistentStoreCoordinator()->persistentStores(), IsEmpty());
@@ -175,6 +230,146 @@ TEST(StoreFile, AFolderThatCantBeWrittenIsAnError) {
   EXPECT_EQ(titles(*Library(unwatched).viewContext()), "Emma");
 }
 
+TEST(StoreFile, IsLookedAtWithoutATrace) {
+  const auto atRest = [] {
+    auto description = Library::fileDescription();
+    description.access = StoreAccess::atRest;
+    return description;
+  };
+  const struct {
+    void (*prepare)();
+    const char* titles;
+  } cases[] = {
+      {[] {
+         Library library;
+         newBook(*library.viewContext(), "Emma");
+         expectSaved(*library.viewContext());
+       },
+       "Emma"},
+      {[] {
+         leaveWithLog([](auto leave) {
+           Library library;
+           newBook(*library.viewContext(), "Persuasion");
+           expectSaved(*library.viewContext());
+           leave();
+         });
+       },
+       "Persuasion"},
+      {[] {
+         Library old(Library::fileDescription(), older::model());
+         old.viewContext()->insert<older::BookEntity>()->setValue(older::BookEntity::title, "Old");
+         expectSaved(*old.viewContext());
+       },
+       "Old"},
+      {[] {
+         {
+           Library library;
+           newBook(*library.viewContext(), "Unmarked");
+           expectSaved(*library.viewContext());
+         }
+         Shell().run("PRAGMA application_id = 0");
+       },
+       "Unmarked"},
+  };
+  for (const auto& [prepare, expected] : cases) {
+    TestEnvironment environment;
+    prepare();
+    std::filesystem::remove(libraryPath().string() + "-changes");
+    const Files before = files();
+    {
+      auto description = atRest();
+      description.options.clear();
+      Library library(description);
+      EXPECT_EQ(titles(*library.viewContext()), expected);
+      EXPECT_EQ(titles(*library.viewContext(), bookRequest(NSPredicate::format("year = 0"))), "");
+      EXPECT_EQ(library.viewContext()->count(NSFetchRequest("Cover")), 0U);
+      EXPECT_THAT(findings(library), IsEmpty());
+      newBook(*library.viewContext(), "New");
+      EXPECT_EQ(codeOf(library.viewContext()->save()), code(readOnly));
+      EXPECT_EQ(files(), before);
+      EXPECT_FALSE(library.persistentStoreCoordinator()->hasBeenWritten());
+      Library writer;
+      newBook(*writer.viewContext(), "Newer");
+      expectSaved(*writer.viewContext());
+      EXPECT_TRUE(library.persistentStoreCoordinator()->hasBeenWritten());
+    }
+    EXPECT_EQ(Shell().text("PRAGMA application_id"), "1986818671");
+    EXPECT_THAT(titles(*Library().viewContext()), testing::HasSubstr("Newer"));
+  }
+}
+
+TEST(StoreFile, AnotherFileOfTheNameIsOpenedAndTheOldOneForgotten) {
+  TestEnvironment environment;
+  const auto folder = libraryPath().parent_path();
+  Library library;
+  Context& context = *library.viewContext();
+  newBook(context, "Old");
+  expectSaved(context);
+  const auto backup = folder / "backup.sqlite";
+  {
+    Library other(NSPersistentStoreDescription::initWithURL(backup));
+    newBook(*other.viewContext(), "Backup");
+    expectSaved(*other.viewContext());
+  }
+  std::filesystem::rename(libraryPath(), folder / "aside");
+  EXPECT_EQ(codeOf(context.fetch(bookRequest())), code(cannotOpen));
+  EXPECT_FALSE(std::filesystem::exists(libraryPath()));
+  std::filesystem::rename(backup, libraryPath());
+  EXPECT_EQ(titles(context), "Backup");
+  newBook(context, "New");
+  expectSaved(context);
+  EXPECT_EQ(titles(*Library().viewContext()), "Backup New");
+  EXPECT_THAT(findings(library), IsEmpty());
+}
+
+TEST(StoreFile, DoesWithoutTheFileOfHints) {
+  TestEnvironment environment;
+  const auto folder = libraryPath().parent_path();
+  std::filesystem::create_directory(libraryPath().string() + "-changes");
+  const auto link = folder / "link.sqlite";
+  {
+    Library library;
+    EXPECT_EQ(library.error, nullptr);
+    newBook(*library.viewContext(), "Emma");
+    expectSaved(*library.viewContext());
+  }
+  std::filesystem::remove(libraryPath().string() + "-changes");
+  std::filesystem::create_symlink(libraryPath(), link);
+  auto description = Library::fileDescription();
+  description.url = link;
+  EXPECT_EQ(titles(*Library(description).viewContext()), "Emma");
+  EXPECT_TRUE(std::filesystem::exists(libraryPath().string() + "-changes"));
+  EXPECT_FALSE(std::filesystem::exists(link.string() + "-changes"));
+}
+
+TEST(StoreFile, HistoryIsKeptForABoundedTime) {
+  TestEnvironment environment;
+  Library library;
+  Context& context = *library.viewContext();
+  const Date begin = Date::now();
+  const auto saveAt = [&](double day) {
+    environment.setNow(begin + day * 86400);
+    newBook(context, "A book");
+    expectSaved(context);
+  };
+  for (int i = 0; i < 100; ++i) saveAt(i * 0.5);
+  const auto kept = [&](double after) {
+    return context.execute({.after = begin + after * 86400}).value();
+  };
+  EXPECT_EQ(kept(-1).transactions.size(), 100U);
+  EXPECT_TRUE(kept(-1).isComplete);
+  saveAt(100);
+  EXPECT_EQ(kept(-1).transactions.size(), 81U);
+  for (int i = 0; i < 20; ++i) saveAt(110);
+  const auto left = kept(-1);
+  EXPECT_EQ(left.transactions.front().timestamp, begin + 20 * 86400);
+  EXPECT_FALSE(left.isComplete);
+  EXPECT_TRUE(kept(20).isComplete);
+  saveAt(400);  // not all at once
+  EXPECT_EQ(kept(-1).transactions.size(), left.transactions.size() - 31);
+  EXPECT_THAT(findings(library), IsEmpty());
+}
+
 TEST(StoreFile, ABusyWriterIsAnError) {
   TestEnvironment environment;
   auto description = Library::fileDescription();
@@ -203,6 +398,16 @@ TEST(StoreFile, ChecksFindWhatIsWrong) {
   shell.run("UPDATE Book SET author = 99 WHERE pk = 2");
   shell.run("DELETE FROM _history WHERE pk = 2");
   shell.run("INSERT INTO Tag (pk) VALUES (5)");
+  for (const char* keys : {"1-99999999999", "1-4", "2-1", "3,2", "0", "-1", "x", "1,", ""}) {
+    shell.run(("UPDATE _change SET keys = '" + std::string(keys) + "' WHERE history = 3").c_str());
+    const auto history = context.execute({.after = Date::distantPast()}).value();
+    ASSERT_NE(history.damage, nullptr) << keys;
+    EXPECT_THAT(history.damage->localizedDescription(), testing::HasSubstr(keys));
+    EXPECT_TRUE(history.transactions[1].inserted.empty() && !history.isComplete);
+    EXPECT_THAT(findings(library),
+                testing::Contains("history can't be read: 3 Book " + std::string(keys)));
+  }
+  shell.run("UPDATE _change SET keys = '3' WHERE history = 3");
   EXPECT_THAT(
       findings(library),
       UnorderedElementsAre("a relation leads nowhere: Book 2 → Author",
@@ -243,16 +448,37 @@ struct Scene {
   inline static const Data page{std::string(3000, 'p')};
 };
 
+TEST(StoreFile, AFullDiskCanBeReadFrom) {
+  TestEnvironment environment;
+  {
+    Library library;
+    newBook(*library.viewContext(), "Emma");
+    expectSaved(*library.viewContext());
+  }
+  Library library(Library::fileDescription());
+  Context& context = *library.viewContext();
+  {
+    FailingDisk disk(FailingDisk::Mode::noRoomForIndex, 1);
+    Library other(NSPersistentStoreDescription::initWithURL(libraryPath()));
+    ASSERT_EQ(other.error, nullptr);
+    EXPECT_EQ(titles(*other.viewContext()), "Emma");
+    newBook(*other.viewContext(), "Persuasion");
+    EXPECT_EQ(codeOf(other.viewContext()->save()), code(diskFull));
+  }
+  EXPECT_EQ(titles(context), "Emma");
+}
+
 TEST(StoreFile, ADiskThatIsFullAtAnyWriteLeavesAllAsItWas) {
+  using enum FailingDisk::Mode;
   for (int failAt = 1;; ++failAt) {
     TestEnvironment environment;
     Scene scene;
     bool failed = false;
     {
-      FailingDisk disk(FailingDisk::Mode::full, failAt);
+      FailingDisk disk(failAt % 2 == 0 ? full : overQuota, failAt);
       const auto saved = scene.context.save();
       failed = disk.hasFailed();
-      EXPECT_EQ(saved.has_value(), !failed);
+      EXPECT_EQ(codeOf(saved), failed ? code(diskFull) : 0);
     }
     if (!failed) {
       EXPECT_GT(failAt, 20);

@@ -37,7 +37,10 @@ class PersistentHistoryObserverTest : public testing::Test {
   }
   [[nodiscard]] static std::vector<NSPersistentHistoryTransaction> history(Container& container,
                                                                            Date after) {
-    return PersistentHistoryFetcher{container.newBackgroundContext(), after}.fetch().value();
+    return PersistentHistoryFetcher{container.newBackgroundContext(), after}
+        .fetch()
+        .value()
+        .transactions;
   }
 
   /// How many transactions reach the view.
@@ -131,6 +134,27 @@ TEST_F(PersistentHistoryObserverTest, TwoOfOneAuthorTakeNothingFromEachOther) {
   EXPECT_GT(bookmark(Author::app), moved);
 }
 
+TEST_F(PersistentHistoryObserverTest, ReadsAllAnewWhereHistoryWasDropped) {
+  const auto here = open();
+  const auto there = open();
+  saveTask(*here, "Read");
+  const auto observer = PersistentHistoryObserver::make(Author::widget, there, defaults_);
+  observer->processPersistentHistory();
+  environment_.settle();
+  const auto copy = there->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task"))->front();
+  EXPECT_EQ(copy->value(TaskAttributes::title), "Read");
+  const auto task = here->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task"))->front();
+  task->setValue(TaskAttributes::title, "Write");
+  ASSERT_TRUE(here->viewContext()->save());
+  environment_.setNow(Date::now() + 100 * 86400);
+  saveTask(*here, "Walk");
+  EXPECT_THAT(history(*here, Date::distantPast()), SizeIs(1));
+  observer->processPersistentHistory();
+  environment_.settle();
+  EXPECT_EQ(copy->value(TaskAttributes::title), "Write");
+  EXPECT_EQ(bookmark(Author::widget), history(*here, Date::distantPast()).back().timestamp);
+}
+
 TEST_F(PersistentHistoryObserverTest, AFailureLeavesTheBookmark) {
   const auto closed = std::make_shared<Container>(velloroModelName, velloroModel());
   const Date before = Date::now();
@@ -145,7 +169,7 @@ TEST_F(PersistentHistoryObserverTest, AContextWithAnIdentityDoesntGetItsOwnSaves
   saveTask(*container, "Read");
   const auto context = container->newBackgroundContext();
   const auto fetched = [&] {
-    return PersistentHistoryFetcher{context, Date::distantPast()}.fetch().value();
+    return PersistentHistoryFetcher{context, Date::distantPast()}.fetch().value().transactions;
   };
   EXPECT_THAT(fetched(), SizeIs(1));
   context->setTransactionAuthor("ext_widget");

@@ -1,6 +1,6 @@
 #include "DataManager/DataManager.h"
 #include "DataManager/PersistentHistoryFetcher.h"
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
 #include "Foundation/TestEnvironment.h"
 #include "Support/Processes.h"
 #include "Tasks/TaskEntity.h"
@@ -86,7 +86,7 @@ class Process {
     environment_.settle();
     const auto context = manager_->activePersistentContainer()->newBackgroundContext();
     const auto history = context->performAndWait([&] {
-      return PersistentHistoryFetcher{context, begin_}.fetch().value();
+      return PersistentHistoryFetcher{context, begin_}.fetch().value().transactions;
     });
     for (const auto& transaction : history) {
       for (const auto id : transaction.inserted) {
@@ -155,22 +155,22 @@ void makeTasks(TestEnvironment& environment) {
 
 TEST(SharedStore, AllSeeWhoMaintainsItAndADeadOneKeepsNoLock) {
   const TestEnvironment environment;
-  ASSERT_TRUE(StoreAccess::toWrite());
-  EXPECT_FALSE(StoreAccess::isMaintained());
+  ASSERT_TRUE(StoreUse::toWrite());
+  EXPECT_FALSE(StoreUse::isMaintained());
   Pipe told;
   const pid_t other = startProcess([&] {
-    const auto access = StoreAccess::toMaintain();
-    EXPECT_TRUE(access && StoreAccess::toWrite());  // what it does itself isn't kept back
+    const auto access = StoreUse::toMaintain();
+    EXPECT_TRUE(access && StoreUse::toWrite());  // what it does itself isn't kept back
     told.send(1);
     ::pause();
   });
   ASSERT_EQ(told.receive(), 1);
-  EXPECT_TRUE(StoreAccess::isMaintained());
+  EXPECT_TRUE(StoreUse::isMaintained());
   EXPECT_TRUE(DataManager::make()->inMaintenanceMode());
   ::kill(other, SIGKILL);
-  EXPECT_TRUE(StoreAccess::toWrite());  // waits for the end of the other
+  EXPECT_TRUE(StoreUse::toWrite());  // waits for the end of the other
   EXPECT_FALSE(endedWell(other));
-  EXPECT_FALSE(StoreAccess::isMaintained());
+  EXPECT_FALSE(StoreUse::isMaintained());
 }
 
 TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {
@@ -209,7 +209,8 @@ TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {
   auto& container = *manager->activePersistentContainer();
   const auto saves = PersistentHistoryFetcher{container.newBackgroundContext(), Date::distantPast()}
                          .fetch()
-                         .value();
+                         .value()
+                         .transactions;
   const auto acknowledged = std::ssize(saves) - 1;
   EXPECT_GE(acknowledged, seats[0].acknowledged + seats[1].acknowledged + seats[2].acknowledged);
   EXPECT_LE(acknowledged, sent);

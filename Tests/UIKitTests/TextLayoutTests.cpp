@@ -1,6 +1,9 @@
 #include "UIKit/TextLayout.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <set>
 #include <tuple>
 
@@ -95,6 +98,35 @@ TEST(TextLayout, WrapsAtAWidth) {
   const auto [left, right] = std::ranges::minmax(ink, {}, &CGPoint::x);
   const auto bottom = std::ranges::max(ink, {}, &CGPoint::y);
   EXPECT_NEAR(bottom.x, (left.x + right.x) / 2, 2);
+}
+
+/// Before anything is drawn, a user has a font that the machine has by another name.
+const bool hasFontOfTheirOwn = [] {
+  namespace fs = std::filesystem;
+  std::ifstream file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  const auto inUTF16 = [](std::string_view text) {
+    std::string wide;
+    for (const char letter : text) wide += {'\0', letter};
+    return wide;
+  };
+  const std::string known = inUTF16("DejaVu Sans");
+  for (std::size_t at = 0; (at = bytes.find(known, at)) != std::string::npos;) {
+    bytes.replace(at, known.size(), inUTF16("Their Own 1"));
+  }
+  const fs::path folder = fs::path(testing::TempDir()) / "velloro-user-data";
+  fs::create_directories(folder / "fonts");
+  std::ofstream(folder / "fonts/own.ttf", std::ios::binary) << bytes;
+  return setenv("XDG_DATA_HOME", folder.c_str(), 1) == 0;
+}();
+
+TEST(TextLayout, FindsTheUsersFonts) {
+  ASSERT_TRUE(hasFontOfTheirOwn);
+  const auto sizeIn = [](const char* name) {
+    return TextLayout::make({"Hxx", {.font = {.name = name, .pointSize = 20}}})->size();
+  };
+  EXPECT_EQ(sizeIn("Their Own 1"), sizeIn("DejaVu Sans"));
+  EXPECT_NE(sizeIn("Their Own 1"), sizeIn("No Such Font"));
 }
 
 TEST(TextLayout, IsNotCutByANul) {

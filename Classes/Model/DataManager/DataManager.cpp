@@ -2,7 +2,7 @@
 
 #include "CloudKit/CKError.h"
 #include "CoreData/StoreError.h"
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
 #include "DataManager/TaskDeduplicator.h"
 #include "Foundation/NSFileManager.h"
 #include "OxLog/Log.h"
@@ -75,6 +75,15 @@ DataManager& DataManager::shared() {
 std::shared_ptr<DataManager::Container> DataManager::sharedCloudContainer() {
   const auto manager = sharedOrNull();
   return manager ? manager->cloudPersistentContainer() : nullptr;
+}
+
+std::filesystem::path DataManager::activeStoreUrl() {
+  const auto urls = StoreUrls::make();
+  // The application's first run is yet to choose the cloud's.
+  const bool isFirstRun = !isExtension() && !NSUserDefaults::standardUserDefaults().boolForKey(key(
+                                                Setting::cloudSyncTasksAutoEnableWorkflowHasRun));
+  return isFirstRun || cloudSyncTasksEnabled() ? urls.sharedGroupUrlModernCloud
+                                               : urls.sharedGroupUrlModernLocal;
 }
 
 void DataManager::closeShared() {
@@ -284,7 +293,7 @@ void DataManager::performBackgroundTask(NSPersistentContainer::BackgroundTask ta
 }
 
 bool DataManager::inMaintenanceMode() const {
-  return maintenanceQueue_.sync([&] { return inMaintenanceMode_; }) || StoreAccess::isMaintained();
+  return maintenanceQueue_.sync([&] { return inMaintenanceMode_; }) || StoreUse::isMaintained();
 }
 
 void DataManager::setInMaintenanceMode(bool isIn) {

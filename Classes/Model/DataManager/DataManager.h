@@ -75,6 +75,8 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   [[nodiscard]] static DataManager& shared();
   /// Of `shared`; null once that is closed.
   [[nodiscard]] static std::shared_ptr<Container> sharedCloudContainer();
+  /// The file of what is the active container of a process of this kind; opens nothing.
+  [[nodiscard]] static std::filesystem::path activeStoreUrl();
   /// Closes the stores of `shared`, for a process that is about to end: there is no further use.
   static void closeShared();
   /// \param settings Whom errors of the mirror are told; called when there is one.
@@ -96,7 +98,7 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   /// That of the container which was active when it was made. On the main queue.
   [[nodiscard]] std::shared_ptr<PersistentHistoryObserver> observer() const { return observer_; }
 
-  /// While it is set, here or in another process (`StoreAccess`), nothing begins background work on
+  /// While it is set, here or in another process (`StoreUse`), nothing begins background work on
   /// the store: the host moves the stores.
   [[nodiscard]] bool inMaintenanceMode() const;
   void setInMaintenanceMode(bool isIn);

@@ -18,12 +18,10 @@ NSFetchRequest byOthers(const NSManagedObjectContext& context) {
 
 }  // namespace
 
-Result<std::vector<NSPersistentHistoryTransaction>> PersistentHistoryFetcher::fetch() const {
+Result<NSPersistentHistoryResult> PersistentHistoryFetcher::fetch() const {
   auto request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(fromDate);
   request.setFetchRequest(byOthers(*context));
-  auto history = context->execute(request);
-  if (!history) return std::unexpected(history.error());
-  return std::move(history->transactions);
+  return context->execute(request);
 }
 
 }  // namespace velloro

@@ -75,14 +75,18 @@ Result<void> PersistentHistoryObserver::merge(const Context& background, const C
   }
   auto fetched = PersistentHistoryFetcher{background, position_}.fetch();
   if (!fetched) return std::unexpected(fetched.error());
-  if (fetched->empty()) return {};
-  const auto transactions = std::make_shared<const Transactions>(*std::move(fetched));
+  if (fetched->transactions.empty()) return {};
+  const auto transactions = std::make_shared<const Transactions>(std::move(fetched->transactions));
   Log::database.debug([&] {
     return "Merging " + std::to_string(transactions->size()) +
            " persistent history transactions for target " + std::string(rawValue(target_));
   });
   mergeInto(background, *transactions);
-  view->perform([view, transactions] { mergeInto(view, *transactions); });
+  if (fetched->damage != nullptr) Log::database.error(fetched->damage);
+  view->perform([view, transactions, isComplete = fetched->isComplete] {
+    if (!isComplete) view->refreshAllObjects();
+    mergeInto(view, *transactions);
+  });
   moveTo(transactions->back().timestamp);
   return {};
 }

@@ -24,7 +24,9 @@ namespace velloro {
 /// A bookmark counts for the file that it was made of (`storeKey` tells which), and not while it
 /// lies in the future, as after a clock was wrong: history would be missed until then. Without one
 /// that counts, as the first time of all, the whole history is merged. Nothing here deletes
-/// history. From any thread.
+/// history. Where the store tells not all that happened since, because it has dropped what is older
+/// than it keeps or because a row is damaged, the view context reads anew all that it holds. From
+/// any thread.
 class PersistentHistoryObserver : public std::enable_shared_from_this<PersistentHistoryObserver> {
  public:
   using Container = VelloroNSPersistentCloudKitContainer;

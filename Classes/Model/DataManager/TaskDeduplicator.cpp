@@ -1,7 +1,7 @@
 #include "DataManager/TaskDeduplicator.h"
 
 #include "Containers/SaveIfChanged.h"
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxLog/Log.h"
 #include "Tasks/ClosingTwins.h"
@@ -61,7 +61,7 @@ Result<void> bringUpToDate(TaskEntity& task) {
 }  // namespace
 
 void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
-  const auto access = StoreAccess::toWrite();
+  const auto access = StoreUse::toWrite();
   if (!access) return Log::dataManager.error(access.error());
   Tasks tasks;
   const bool isKnown = performTransaction(context, [&]() -> Result<void> {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace velloro {
@@ -234,9 +235,12 @@ void SettingsStorageCoreData::didMerge(const Notification& notification) {
   const auto container = container_();
   if (container == nullptr || notification.object != container->viewContext().get()) return;
   const IDs rows = settingsIn(notification, *container->viewContext());
-  if (rows.empty()) return;
-  const auto keys = keysOf(rows, *container->viewContext());  // while twins are still there
+  const bool mayBeAny = notification.value<IDs>(NSInvalidatedAllObjectsKey) != nullptr;
+  if (rows.empty() && !mayBeAny) return;
+  auto keys = keysOf(rows, *container->viewContext());  // while twins are still there
+  if (mayBeAny) keys.merge(knownKeys());
   updateSettings();
+  if (mayBeAny) keys.merge(knownKeys());
   std::vector<Setting> changed;
   for (const Setting& setting : Setting::allCases()) {
     const std::string key = setting.key();
@@ -247,6 +251,13 @@ void SettingsStorageCoreData::didMerge(const Notification& notification) {
   settings_.shareAgain();
   NSNotificationCenter::defaultCenter().post(
       {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(changed)}}});
+}
+
+std::set<std::string> SettingsStorageCoreData::knownKeys() const {
+  return queue_.sync([&] {
+    const auto keys = std::views::keys(settingsByKey_);
+    return std::set<std::string>(keys.begin(), keys.end());
+  });
 }
 
 /// A row that was deleted elsewhere is known from when the rows were last read.

@@ -82,6 +82,7 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   void change(const Work& work);
 
   void didMerge(const Notification& notification);
+  [[nodiscard]] std::set<std::string> knownKeys() const;
   [[nodiscard]] std::set<std::string> keysOf(const IDs& rows,
                                              NSManagedObjectContext& context) const;
   void follow(const Setting& setting) const;

@@ -102,10 +102,21 @@ std::optional<TypeExtra> extraOf(TaskType type, const Text& typeSpeed) {
   return types.empty() ? std::nullopt : std::optional(TypeExtra{.workoutTypes = std::move(types)});
 }
 
+std::optional<HealthType> healthType(const std::vector<std::string_view>& nameParts) {
+  return nameParts.empty() ? std::nullopt : fromRawValue<HealthType>(nameParts[0]);
+}
+
+template <typename E>
+bool areCases(const std::string& list) {
+  return std::ranges::all_of(nonEmptyParts(list, listSeparator), [](std::string_view part) {
+    return fromRawValue<E>(part).has_value();
+  });
+}
+
 std::optional<AutomaticTaskType> healthData(const std::string& typeName, double target,
                                             const Text& typeUnit, const Text& typeSpeed) {
   const auto parts = nonEmptyParts(typeName, sourceSeparator);
-  const auto health = parts.empty() ? std::nullopt : fromRawValue<HealthType>(parts[0]);
+  const auto health = healthType(parts);
   if (!health) return std::nullopt;
   const TaskType type = *health;
   std::optional<TaskTarget> taskTarget;
@@ -171,6 +182,28 @@ StoredAutomaticTaskType StoredAutomaticTaskType::from(
           .typeTarget = type->quantity,
           .typeUnit = type->unit ? Text(rawValue(*type->unit)) : std::nullopt,
           .typeSpeed = speedText(*type)};
+}
+
+bool StoredAutomaticTaskType::canReadName() const {
+  if (!typeName || typeName == screenTimeName) return true;
+  const auto parts = nonEmptyParts(*typeName, sourceSeparator);
+  return healthType(parts) && (parts.size() < 2 || fromRawValue<DataSource>(parts[1]));
+}
+
+bool StoredAutomaticTaskType::canReadUnit() const {
+  return !typeUnit || typeUnit->empty() || caseOf<TypeUnit>(typeUnit);
+}
+
+bool StoredAutomaticTaskType::canReadSpeed() const {
+  if (!typeSpeed || typeSpeed->empty()) return true;
+  if (!typeName) return caseOf<TypeSpeed>(typeSpeed) == TypeSpeed::timed;
+  if (typeName == screenTimeName) return storedJSON<ScreenTimeSettings>(&*typeSpeed).has_value();
+  const auto health = healthType(nonEmptyParts(*typeName, sourceSeparator));
+  if (!health) return false;
+  const TaskType type = *health;
+  if (type.canSelectSpeed() != SpeedSelectionType::noSpeed) return areCases<TypeSpeed>(*typeSpeed);
+  return !type.canSelectWorkoutTypes() || areCases<OxHKWorkoutActivityType>(*typeSpeed) ||
+         storedJSON<std::set<WorkoutType>>(&*typeSpeed).has_value();
 }
 
 std::optional<AutomaticTaskType> StoredAutomaticTaskType::automaticTaskType() const {

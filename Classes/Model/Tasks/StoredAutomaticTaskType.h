@@ -33,6 +33,14 @@ struct StoredAutomaticTaskType {
 
   [[nodiscard]] static StoredAutomaticTaskType from(const std::optional<AutomaticTaskType>& type);
 
+  /// \name Whether all of a column can be made out, as far as there is something in it
+  /// A word that is known and doesn't fit the type is left out, too, but can be read.
+  /// @{
+  [[nodiscard]] bool canReadName() const;
+  [[nodiscard]] bool canReadUnit() const;
+  [[nodiscard]] bool canReadSpeed() const;
+  /// @}
+
   /// The type; absent for a task that is ticked off by hand, and for one whose type is not known.
   /// What else is not known is left out. Remembered by the columns.
   [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType() const;

@@ -43,7 +43,7 @@ struct TaskAttributes {
   inline static platform::NSEntityDescription description{
       std::string(platform::entityName<TaskEntity>()), &makeObject};
 
-  inline static const Attribute<Text> uniqueId{description, "uniqueId"};  ///< Id.
+  inline static const platform::IdentifierAttribute uniqueId{description, "uniqueId"};  ///< Id.
   inline static const Attribute<Text> title{description, "title"};
   inline static const Attribute<Text> status{description, "status"};  ///< Of `TaskStatus`.
   /// When `status` last changed.

@@ -12,7 +12,7 @@ class TaskEntity;
 class TaskCategoryEntity : public EntityClass<TaskCategoryEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskCategoryEntity>();
-  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   inline static const Attribute<std::optional<std::string>> title{description, "title"};
   inline static const Attribute<std::optional<std::string>> iconName{description, "iconName"};
   inline static const Attribute<std::optional<std::string>> colorInfo{description, "colorInfo"};

@@ -11,7 +11,7 @@ class TaskEntity;
 class TaskCounterEntity : public EntityClass<TaskCounterEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskCounterEntity>();
-  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskCounter"};
   inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};  ///< Day.
   inline static const Attribute<std::int16_t> quantity{description, "quantity"};

@@ -17,7 +17,7 @@ class TaskLogEntryEntity : public EntityClass<TaskLogEntryEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskLogEntryEntity>();
   /// Two rows may share it; see `temporaryRecordIdentifier`.
-  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};  ///< Day.
   inline static const Attribute<std::int16_t> entryType{description, "entryType"};
   // The period that the entry counts for: its days, and its `TaskFrequencyPeriodType`.

@@ -24,7 +24,7 @@ class TaskNoteEntity : public EntityClass<TaskNoteEntity> {
   struct Request;
 
   inline static auto description = NSEntityDescription::of<TaskNoteEntity>();
-  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskNote"};
   /// A note with an empty text counts as none.
   inline static const Attribute<std::optional<std::string>> content{description, "content"};

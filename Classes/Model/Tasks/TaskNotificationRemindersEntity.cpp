@@ -3,6 +3,8 @@
 #include "Foundation/JSON.h"
 #include "Tasks/StoredValues.h"
 
+#include <algorithm>
+
 namespace velloro {
 
 using Trigger = TaskReminder::Trigger;
@@ -47,6 +49,11 @@ std::optional<Trigger> withWhatItNeeds(Trigger trigger) {
 }
 
 }  // namespace
+
+bool TaskNotificationRemindersEntity::canReadDayIndexes(const std::string& stored) {
+  return std::ranges::all_of(nonEmptyParts(stored, ','),
+                             [](std::string_view part) { return storedInteger(part).has_value(); });
+}
 
 std::optional<TaskReminder> TaskNotificationRemindersEntity::reminder() const {
   const auto id = storedUniqueID(text(uniqueId));

@@ -14,7 +14,7 @@ class TaskNotificationRemindersEntity : public EntityClass<TaskNotificationRemin
   using Number = std::optional<std::int32_t>;
 
   inline static auto description = NSEntityDescription::of<TaskNotificationRemindersEntity>();
-  inline static const Attribute<Text> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   /// Of `TaskReminder::TriggerType`; "tod" where it is absent or unknown.
   inline static const Attribute<Text> reminderType{description, "reminderType"};
   /// A time, for "tod" and "todm".
@@ -36,6 +36,9 @@ class TaskNotificationRemindersEntity : public EntityClass<TaskNotificationRemin
   inline static const Attribute<Number> snoozeDate{description, "snoozeDate"};
   inline static const Attribute<Number> snoozeTime{description, "snoozeTime"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskNotificationReminders"};
+
+  /// Whether each of the indexes in such a text is one; others are skipped.
+  [[nodiscard]] static bool canReadDayIndexes(const std::string& stored);
 
   /// Absent when the row lacks what its trigger needs, its days, or an identifier.
   [[nodiscard]] std::optional<TaskReminder> reminder() const;

@@ -12,7 +12,7 @@ class TaskTimerEntity : public EntityClass<TaskTimerEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskTimerEntity>();
   /// The id of the log entry that the timer writes.
-  inline static const Attribute<std::optional<std::string>> entryId{description, "entryId"};
+  inline static const IdentifierAttribute entryId{description, "entryId"};
   // The day and the period of that entry, as it has them.
   inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};
   inline static const Attribute<std::int32_t> entryPeriodFrom{description, "entryPeriodFrom"};

@@ -11,7 +11,7 @@ class TaskEntity;
 class UserProfileEntity : public EntityClass<UserProfileEntity> {
  public:
   inline static auto description = NSEntityDescription::of<UserProfileEntity>();
-  inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
+  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
   inline static const Attribute<std::optional<std::string>> title{description, "title"};
   inline static const Attribute<std::optional<std::string>> iconName{description, "iconName"};
   inline static const Attribute<std::int16_t> displayOrder{description, "displayOrder"};

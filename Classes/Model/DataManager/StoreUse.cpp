@@ -1,4 +1,4 @@
-#include "DataManager/StoreAccess.h"
+#include "DataManager/StoreUse.h"
 
 #include "DataManager/DataManager.h"
 
@@ -27,39 +27,39 @@ std::filesystem::path writers() {
 
 }  // namespace
 
-StoreAccess::StoreAccess(std::vector<FileLock> locks) : locks_(std::move(locks)) {
+StoreUse::StoreUse(std::vector<FileLock> locks) : locks_(std::move(locks)) {
   ++held;
 }
 
-StoreAccess::~StoreAccess() {
+StoreUse::~StoreUse() {
   if (isHeld_ && --held == 0) isMaintaining = false;
 }
 
-Result<StoreAccess> StoreAccess::toWrite() {
+Result<StoreUse> StoreUse::toWrite() {
   std::vector<FileLock> locks;
-  if (held > 0) return StoreAccess(std::move(locks));
+  if (held > 0) return StoreUse(std::move(locks));
   const auto passed = FileLock::shared(gate());
   if (!passed) return std::unexpected(passed.error());
   auto writing = FileLock::shared(writers());
   if (!writing) return std::unexpected(writing.error());
   locks.push_back(*std::move(writing));
-  return StoreAccess(std::move(locks));
+  return StoreUse(std::move(locks));
 }
 
-Result<StoreAccess> StoreAccess::toMaintain() {
+Result<StoreUse> StoreUse::toMaintain() {
   assert((held == 0 || isMaintaining) && "who writes can't wait for the end of all writing");
   std::vector<FileLock> locks;
-  if (held > 0) return StoreAccess(std::move(locks));
+  if (held > 0) return StoreUse(std::move(locks));
   for (const auto& file : {gate(), writers()}) {
     auto lock = FileLock::exclusive(file);
     if (!lock) return std::unexpected(lock.error());
     locks.push_back(*std::move(lock));
   }
   isMaintaining = true;
-  return StoreAccess(std::move(locks));
+  return StoreUse(std::move(locks));
 }
 
-bool StoreAccess::isMaintained() {
+bool StoreUse::isMaintained() {
   return FileLock::isHeldExclusively(gate());
 }
 

@@ -12,29 +12,29 @@ namespace velloro {
 /// some. It is a lock by way of two files beside the stores, held until the object goes or its
 /// process dies.
 ///
-///     const auto access = StoreAccess::toWrite();
+///     const auto access = StoreUse::toWrite();
 ///     if (!access) return std::unexpected(access.error());
 ///     DataManager::shared().viewContext();     // of the store that is active, and stays so
 ///
 /// Whoever reads needs none. A thread that has access already is given it again at once, but not
 /// access to maintain where it has access to write: it would wait for itself.
-class StoreAccess {
+class StoreUse {
  public:
   /// For who writes tasks, and has looked for the active store after this. Several may; waits while
   /// the stores are maintained, or somebody waits to do so.
-  [[nodiscard]] static Result<StoreAccess> toWrite();
+  [[nodiscard]] static Result<StoreUse> toWrite();
   /// For who chooses the store and moves tasks. Waits until nobody writes.
-  [[nodiscard]] static Result<StoreAccess> toMaintain();
+  [[nodiscard]] static Result<StoreUse> toMaintain();
   /// Whether somebody maintains the stores, or waits to.
   [[nodiscard]] static bool isMaintained();
 
-  StoreAccess(StoreAccess&& other) noexcept
+  StoreUse(StoreUse&& other) noexcept
       : locks_(std::move(other.locks_)), isHeld_(std::exchange(other.isHeld_, false)) {}
-  StoreAccess& operator=(StoreAccess&&) = delete;
-  ~StoreAccess();
+  StoreUse& operator=(StoreUse&&) = delete;
+  ~StoreUse();
 
  private:
-  explicit StoreAccess(std::vector<FileLock> locks);
+  explicit StoreUse(std::vector<FileLock> locks);
 
   std::vector<FileLock> locks_;
   bool isHeld_ = true;
