@@ -74,7 +74,8 @@ StoreSwitch fillIfEmpty(DataManager::Container& chosen, DataManager::Container& 
   NSManagedObjectContext& to = *chosen.viewContext();
   const auto from = former.newBackgroundContext();  // it has read nothing yet
   return orThrow(to.performTransaction([&] {
-    return from->performAndWait([&]() -> Result<StoreSwitch> {
+    // A relation that can't be read would be copied as empty.
+    return from->performTransaction([&]() -> Result<StoreSwitch> {
       const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
       StoreSwitch counts{.found = orThrow(to.count(tasks))};
       if (counts.found == 0) counts.copied = orThrow(from->count(tasks));

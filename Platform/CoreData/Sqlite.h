@@ -138,6 +138,7 @@ class SqliteConnection {
 
   std::filesystem::path path_;
   sqlite3* handle_;
+  int busyTimeout_ = 0;  // in milliseconds
   ErrorPtr writeError_;
   std::unordered_map<std::string, std::unique_ptr<SqliteStatement::Kept>, TextHash, std::equal_to<>>
       statements_;
