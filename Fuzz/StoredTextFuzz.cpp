@@ -41,16 +41,12 @@ void checkIcon(std::string_view text) {
 /// A reminder's record, and what a user's clock makes of it, are whatever numbers they hold.
 void checkReminder(std::string_view json) {
   static const TimeZone apia = TimeZone::fromIdentifier("Pacific/Apia").value();
-  const auto read = [](std::string_view text) -> std::optional<TaskReminder> {
-    try {
-      return JSONDecoder{}.decode<TaskReminder>(text);
-    } catch (const DecodingError&) {
-      return std::nullopt;
-    }
-  };
-  const auto reminder = read(json);
-  if (!reminder) return;
-  checkRoundTrip(reminder, read, [](const auto& value) { return JSONEncoder{}.encode(value); });
+  std::optional<TaskReminder> reminder;
+  try {
+    reminder = JSONDecoder{}.decode<TaskReminder>(json);
+  } catch (const DecodingError&) {
+    return;
+  }
   TaskNotificationSettings settings;
   using enum NotificationTimeZone;
   for (const NotificationTimeZone zone : {taskOwner, taskViewer}) {

@@ -113,9 +113,7 @@ std::vector<std::string> damagedPayloads() {
                                    TaskProgressContinuous{.period = day},
                                    TaskProgressSimple{.period = day},
                                    TaskProgressDateRange{.period = day}};
-  const PropertyList latest(PropertyList::Dictionary{{"h", 0}, {"m", 0}, {"s", INT64_MAX}});
-  const PropertyList damages[] = {latest,
-                                  INT64_MIN,
+  const PropertyList damages[] = {INT64_MIN,
                                   nullptr,
                                   true,
                                   0,

@@ -28,8 +28,7 @@ UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequenc
   const auto category = categoryOf(task, snapshot && snapshot->externalUrl);
   UNNotificationContent content{.categoryIdentifier = std::string(rawValue(category)),
                                 .body = localized(reminder_wording::reminder.noTask)};
-  const std::string* title = task.text(TaskAttributes::title);
-  content.title = title != nullptr ? *title : "";
+  content.title = task.title();
   if (!snapshot) return content;
   const TaskDisplayOrder order = task.taskDisplayOrder();
   const NotificationData data{

@@ -137,11 +137,14 @@ std::shared_ptr<const CGImage> View::Painter::picture(const Draw& draw) const {
 }
 
 void View::Painter::drawDisc(CGContext& context) const {
+  const ColorProfile& colors = profileWhenChecked();
+  // Below a half transparent track the disc is seen up to its edge.
+  const bool isBelowTrack = hasTrack(view_.state()) && colors.alpha() == 1;
   const CGRect frame = view_.bounds();
   const double pixel = 1 / view_.contentsScale();
   sharedCircler().drawBackground(context,
-                                 hasTrack(view_.state()) ? frameBelowTrack(frame, pixel) : frame,
-                                 trackWidth(), profileWhenChecked().centerFill);
+                                 isBelowTrack ? discBelowTrack(frame, colors, pixel) : frame,
+                                 trackWidth(), colors.centerFill);
 }
 
 void View::Painter::drawRing(CGContext& context) const {

@@ -65,9 +65,10 @@ const OxCodableColor& colorOf(const Track& track, TrackArc::Part part) {
 
 }  // namespace
 
-CGRect frameBelowTrack(CGRect frame, double pixel) {
+CGRect discBelowTrack(CGRect frame, const ColorProfile& colors, double pixel) {
   constexpr double pixels = 0.75;
-  return inset(frame, pixels * pixel);
+  const bool isHidden = colors.trackFill.a == 1 && colors.trackBackground.a == 1;
+  return isHidden ? inset(frame, pixels * pixel) : frame;
 }
 
 void CheckableTaskGenericCircler::drawSegments(CGContext& context, const TrackedRing& ring) {

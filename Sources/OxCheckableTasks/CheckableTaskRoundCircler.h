@@ -2,16 +2,17 @@
 
 #include "CoreGraphics/CGGradient.h"
 #include "OxCheckableTasks/CheckableTaskCircler.h"
+#include "OxCheckableTasks/ColorProfile.h"
 
 #include <optional>
 #include <string>
 
 namespace velloro {
 
-/// The frame of a disc whose edge the track covers: a little smaller, because both edges are smooth
-/// and the disc would shine through the track's as a hairline.
+/// The frame of the disc below a track: a little smaller where the track hides the disc's edge,
+/// because both edges are smooth and the disc would shine through the track's as a hairline.
 /// \param pixel The size of a pixel, in the units of the surface.
-[[nodiscard]] CGRect frameBelowTrack(CGRect frame, double pixel);
+[[nodiscard]] CGRect discBelowTrack(CGRect frame, const ColorProfile& colors, double pixel);
 
 /// A circler that draws nothing; what the shapes of rings have in common.
 class CheckableTaskGenericCircler : public CheckableTaskCircler {

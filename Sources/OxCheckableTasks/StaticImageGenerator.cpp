@@ -70,8 +70,9 @@ class Drawing {
       context_.fill(layout_.frame);
     }
     CheckableTaskRoundCircler circler;
-    const CGRect disc = layout_.trackWidth ? frameBelowTrack(layout_.ring, 1) : layout_.ring;
-    circler.drawBackground(context_, disc, layout_.trackWidth, properties_.colors.centerFill);
+    const ColorProfile& colors = properties_.colors;
+    const CGRect disc = layout_.trackWidth ? discBelowTrack(layout_.ring, colors, 1) : layout_.ring;
+    circler.drawBackground(context_, disc, layout_.trackWidth, colors.centerFill);
   }
 
   void drawTrack(double width) {

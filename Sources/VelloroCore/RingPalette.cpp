@@ -14,7 +14,7 @@ constexpr OxCodableColor white{.r = 1, .g = 1, .b = 1};
 /// From here on two neighbouring surfaces look different.
 constexpr double visibleContrast = 1.2;
 /// Of a disc to the track, which lies on it as a ring of its own.
-constexpr double leastContrast = 1.1;
+constexpr double leastContrast = 1.2;
 /// Of the track to the disc under it.
 constexpr double trackContrast = 1.28;
 /// Of a disc on a white or black screen: enough to tell it from the track, too.

@@ -3,6 +3,7 @@
 #include "VelloroCore/ColorContrast.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace velloro {
 namespace {
@@ -45,33 +46,56 @@ bool isSeenOnTrack(const Color& fill, const Color& track, const RingGround& grou
          });
 }
 
-/// The end of the greys that lies beyond the ink, seen from the disc.
-Color beyond(const Color& ink, const Color& disc) {
-  return relativeLuminance(ink) > relativeLuminance(disc) ? white : black;
+/// A fill in the page's own tone would look like a gap in the ring.
+bool isSeenOnPage(const Color& fill, const RingGround& ground) {
+  constexpr double pageContrast = 1.5;
+  if (!ground.isFaded) return contrastRatio(fill, ground.page) >= pageContrast;
+  return std::ranges::all_of(ground.disc, [&](const Color& disc) {
+    return differFaded(half(half(ground.page, disc), fill), ground.page);
+  });
 }
 
-/// Makes the fill as deep as it has to be; false where no depth is enough.
-bool deepen(TrackTones& tones, const RingGround& ground) {
-  const Color ink = tones.fill;
-  const Color end = beyond(ink, ground.disc.front());
-  for (double part = 0; part < 1.05; part += 0.1) {
-    tones.fill = mixed(ink, end, std::min(part, 1.0));
-    if (tones.areApartOn(ground)) return true;
+bool isLighter(const Color& color, const Color& other) {
+  return relativeLuminance(color) > relativeLuminance(other);
+}
+
+/// Fills from the best one on: the ink and what lies beyond it, seen from the disc; tones on the
+/// other side of the disc; and the ink nearer to the disc.
+std::vector<Color> fillsFor(const Color& ink, const Color& disc) {
+  const bool isLight = isLighter(ink, disc);
+  std::vector<Color> fills;
+  for (const double part : {0.0, 0.2, 0.4, 0.6, 0.8, 1.0}) {
+    fills.push_back(mixed(ink, isLight ? white : black, part));
   }
-  return false;
+  for (const double part : {0.8, 1.0}) fills.push_back(mixed(disc, isLight ? black : white, part));
+  for (const double part : {0.2, 0.4, 0.6}) fills.push_back(mixed(ink, disc, part));
+  return fills;
+}
+
+/// With the softest track for the fill, on the far side of the disc if that is possible.
+std::optional<TrackTones> tonesWith(const Color& fill, const RingGround& ground) {
+  const Color& disc = ground.disc.front();
+  const Color away = isLighter(fill, disc) ? black : white;
+  for (const Color& tone : {away, fill}) {
+    for (double part = 0.04; part < 1; part += 0.04) {
+      const Color track = mixed(disc, tone, part);
+      if (!isSeenOnDisc(track, ground)) continue;
+      const TrackTones tones{.track = track, .remaining = half(track, disc), .fill = fill};
+      if (tones.areApartOn(ground)) return tones;
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace
 
 TrackTones TrackTones::on(const RingGround& ground, const OxCodableColor& ink) {
   const Color& disc = ground.disc.front();
-  const Color away = beyond(ink, disc) == white ? black : white;
-  for (const Color& tone : {away, ink}) {
-    for (double part = 0.04; part < 1; part += 0.04) {
-      const Color track = mixed(disc, tone, part);
-      if (!isSeenOnDisc(track, ground)) continue;
-      TrackTones tones{.track = track, .remaining = half(track, disc), .fill = ink};
-      if (deepen(tones, ground)) return tones;
+  const auto fills = fillsFor(ink, disc);
+  for (const bool mindsPage : {true, false}) {
+    for (const Color& fill : fills) {
+      if (!isSeenOnDisc(fill, ground) || (mindsPage && !isSeenOnPage(fill, ground))) continue;
+      if (const auto tones = tonesWith(fill, ground)) return *tones;
     }
   }
   const Color track = mixed(disc, ink, 0.2);

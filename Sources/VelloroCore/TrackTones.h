@@ -24,8 +24,8 @@ struct TrackTones {
   OxCodableColor remaining;  ///< The part of the period that has not come yet.
   OxCodableColor fill;
 
-  /// The softest track that is seen on the disc, and a fill of the ink's colour, deeper than the
-  /// ink where that is not enough.
+  /// The softest track that is seen on the disc, and a fill of the ink's colour: deeper where that
+  /// is not enough or looks like the page, and in the worst case a tone from the disc's other side.
   /// \param ink What reads on the disc.
   [[nodiscard]] static TrackTones on(const RingGround& ground, const OxCodableColor& ink);
 

@@ -275,6 +275,7 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
 
 TEST_F(HostCommands, RefuseTasksThatCannotBe) {
   answer("04T08:00:00", "task add Read --interval 2");
+  answer("04T08:00:00", "task add Swim --mode aggregateOverWeek --partial 3");
   const std::pair<const char*, const char*> cases[] = {
       {"add Plants --interval 31", "31 days between completions; the nearest is 30"},
       {"add Often --times 8", "8 days per period; the nearest is 7"},
@@ -289,9 +290,9 @@ TEST_F(HostCommands, RefuseTasksThatCannotBe) {
       {"add Play --type timer --target 5 --unit km", "--unit \"km\": not a unit of timer; write"},
       {"add Water --type hk_water --target 0", "--target \"0\": not above 0"},
       {"add Sleep --type hk_sleep --target 25", "--target \"25\": more than a day has room for"},
-      {"add Play --timer 3600 --unit minutes", "--timer excludes --unit"},
+      {"add Play --timer 3600 --unit minutes", "--unit excludes --timer"},
       {"add Play --timer 86400 --partial 2", "--timer \"86400\": more than a day has room for"},
-      {"edit Read --type hk_energy_deficit", "such a task can't recur by dayInterval"},
+      {"edit Swim --type hk_activity", "such a task can't recur by aggregateOverWeek"},
       {"edit Read --title ''", "TITLE \"\": empty"},
       {"edit Read --title \"$(printf 'a\\nb')\"",
        R"(TITLE "a\nb": has line breaks or other control)"},
@@ -300,7 +301,7 @@ TEST_F(HostCommands, RefuseTasksThatCannotBe) {
   for (const auto& [arguments, complaint] : cases) {
     expectRefusal("task " + (arguments + here("04T09:00:00")), complaint);
   }
-  EXPECT_EQ(answer("04T09:00:00", "task list").array()->size(), 1U) << "nothing was left";
+  EXPECT_EQ(answer("04T09:00:00", "task list").array()->size(), 2U) << "nothing was left";
 }
 
 TEST_F(HostCommands, ShowAmountsInTheirUnit) {
@@ -329,6 +330,7 @@ TEST_F(HostCommands, KeepHostileTextsFromTheTerminal) {
     const auto result = at(now, command.ends_with(' ') ? command + id : command);
     EXPECT_THAT(result.output, HasSubstr(R"(a\u0000b\n\u001b[2J\u009b\u202ec)")) << command;
   }
+  EXPECT_EQ(at(now, "notification make " + id).exitCode, 0);
   EXPECT_EQ(*answer(now, "task show " + id)["title"].text(), "a\0b\n\x1b[2J\u009b\u202Ec\uFFFD"s);
   EXPECT_THAT(at(now, "task show \"$(printf 'a\\nb\\033')\"").errors, HasSubstr(R"("a\nb\u001b")"));
 }

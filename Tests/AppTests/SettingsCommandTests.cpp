@@ -90,7 +90,7 @@ TEST_F(SettingsCommand, CommandsAtOnceSucceedAndEndByThemselves) {
 TEST_F(SettingsCommand, ChoosesWhatIsLogged) {
   EXPECT_THAT(told("list --all"), HasSubstr("debugLog"));
   EXPECT_EQ(told("set debugLog info:settings,database"),
-            "debugLog  local   info:database,settings\n");
+            "debugLog  local   info:settings,database\n");
   EXPECT_EQ(told("set debugLog debug"), "debugLog  local   debug\n");
   (void)told("set startOfDay 04:00:00");
   std::ifstream log(folder_ / "caches" / "debug.log");

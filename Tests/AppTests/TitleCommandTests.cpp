@@ -58,7 +58,7 @@ TEST(TitleCommand, NamesWhatItCannotUse) {
       {"title --type hk_activity --target 5", "--target \"5\": hk_activity has no amount"},
       {"title --type timer --target 5", "--target \"5\": timer needs a --unit"},
       {"title --type hk_water --target 8x", "--target \"8x\": not a number"},
-      {"title --type hk_water --target -3", "--target \"-3\": below 0"},
+      {"title --type hk_water --target -3", "--target \"-3\": not above 0"},
       {"title --type hk_water --partial 0", "--partial \"0\": not from 1 on"},
       {"title --type hk_bedtime --target 79200", "not a time of day; write one as 03:00:00"},
       {"title --type hk_water --progress 1.5", "not a share; write a number from 0 to 1"},

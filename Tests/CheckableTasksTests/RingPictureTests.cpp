@@ -165,6 +165,7 @@ TEST_F(RingPictureTest, TheDiscDoesNotShineThroughTheEdgeOfTheTrack) {
   const Picture drawn = draw(
       [](auto& ring) {
         ring.uncheckedColorProfile.trackFill = {};  // black on white
+        ring.uncheckedColorProfile.trackBackground = {};
         ring.uncheckedColorProfile.centerFill = {{.r = 1, .g = 1, .b = 1}};
       },
       1);

@@ -91,11 +91,6 @@ TEST_F(ImageCacheTest, TwoSizesOrScalesNeverShareAFile) {
   for (const ImageCacheKey& sized : keys) {
     EXPECT_TRUE(files.insert(cache.imageUrl(sized)).second) << sized.text();
   }
-  for (const CGSize size : {CGSize{40, 50}, CGSize{40.4, 50}}) {
-    ImageCacheKey holder("ring", 1);
-    holder.add(size, "box");
-    EXPECT_TRUE(files.insert(cache.imageUrl(holder)).second) << holder.text();
-  }
   EXPECT_EQ(keys[0].text(), "40x50@2x,ring") << "whole ones keep their names";
 }
 

@@ -35,22 +35,32 @@ T read(const Access<T>& access, const Container* container, const Setting& setti
   return container != nullptr ? (container->*access.read)(setting.key()) : T{};
 }
 
-void tell(const Setting& setting) {
+void tell(std::vector<Setting> settings) {
   NSNotificationCenter::defaultCenter().post(
-      {.name = settingsChangedNotification,
-       .userInfo = {{settingNamesKey, std::vector<Setting>{setting}}}});
+      {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(settings)}}});
 }
 
 /// Into the setting's own tier, if the value is another one, and from there into the copy: an
 /// application whose setting lives in the cloud still has it in its suite.
 template <typename T>
-bool write(const Access<T>& access, Container& own, Container& copy, const Setting& setting,
-           std::type_identity_t<T> value, bool silent) {
+bool put(const Access<T>& access, Container& own, Container& copy, const Setting& setting,
+         std::type_identity_t<T> value) {
   const std::string key = setting.key();
   if ((own.*access.read)(key) == value) return false;
   (own.*access.write)(std::move(value), key);
   (copy.*access.write)((own.*access.read)(key), key);
-  if (!silent) tell(setting);
+  return true;
+}
+
+/// What is told of it may be answered by a further write, so others may write again by then.
+template <typename T>
+bool write(const Access<T>& access, const SettingsStorage& storage, Container& copy,
+           const Setting& setting, std::type_identity_t<T> value, bool silent) {
+  {
+    const auto alone = copy.exclusiveAccess();
+    if (!put(access, storage.container(setting), copy, setting, std::move(value))) return false;
+  }
+  if (!silent) tell({setting});
   return true;
 }
 
@@ -161,60 +171,58 @@ std::optional<std::string> SettingsStorage::string(const Setting::StringSetting&
 bool SettingsStorage::setInteger(std::int64_t value, const Setting::IntSetting& setting,
                                  bool silent) {
   const Setting& name = setting.setting;
-  const auto access = containerOfCopies().exclusiveAccess();
-  return write(integers, container(name), containerOfCopies(), name, value, silent);
+  return write(integers, *this, containerOfCopies(), name, value, silent);
 }
 
 bool SettingsStorage::setBoolean(bool value, const Setting::BoolSetting& setting, bool silent) {
   const Setting& name = setting.setting;
-  const auto set = [&] {
-    const auto access = containerOfCopies().exclusiveAccess();
-    return write(booleans, container(name), containerOfCopies(), name, value, silent);
-  };
-  if (!set()) return false;
+  if (!write(booleans, *this, containerOfCopies(), name, value, silent)) return false;
   if (isTierSwitch(name)) shareAgain();
   return true;
 }
 
 bool SettingsStorage::setReal(double value, const Setting::DoubleSetting& setting, bool silent) {
   const Setting& name = setting.setting;
-  const auto access = containerOfCopies().exclusiveAccess();
-  return write(reals, container(name), containerOfCopies(), name, value, silent);
+  return write(reals, *this, containerOfCopies(), name, value, silent);
 }
 
 bool SettingsStorage::setString(std::optional<std::string> value,
                                 const Setting::StringSetting& setting, bool silent) {
   const Setting& name = setting.setting;
-  const auto access = containerOfCopies().exclusiveAccess();
-  return write(strings, container(name), containerOfCopies(), name, std::move(value), silent);
+  return write(strings, *this, containerOfCopies(), name, std::move(value), silent);
 }
 
 bool SettingsStorage::setData(std::optional<Data> value, const Setting::CodableSetting& setting,
                               bool silent) {
   const Setting& name = setting.setting;
-  const auto access = containerOfCopies().exclusiveAccess();
-  return write(datas, container(name), containerOfCopies(), name, std::move(value), silent);
+  return write(datas, *this, containerOfCopies(), name, std::move(value), silent);
 }
 
 bool SettingsStorage::changeTiers(bool value, const Setting::BoolSetting& tierSwitch) {
-  const auto access = containerOfCopies().exclusiveAccess();
-  auto* const cloud = cloudStorage();
-  const bool isKnown = cloud == nullptr || cloud->refresh();
-  std::vector<Setting> settings;
-  std::vector<Container*> from;
-  for (const Setting& setting : Setting::allCases()) {
-    if (setting.row().tier == SettingTier::local) continue;
-    settings.push_back(setting);
-    from.push_back(&container(setting));
+  std::vector<Setting> changed;
+  {
+    const auto alone = containerOfCopies().exclusiveAccess();
+    const std::vector<Setting> settings = movableSettings();
+    std::vector<Container*> from;
+    for (const Setting& setting : settings) from.push_back(&container(setting));
+    const Setting& name = tierSwitch.setting;
+    if (!put(booleans, container(name), containerOfCopies(), name, value)) return false;
+    changed = moveValues(settings, from);
   }
-  const Setting& name = tierSwitch.setting;
-  if (!write(booleans, container(name), containerOfCopies(), name, value, false)) return false;
-  // Values that can't be read now stay where they are.
-  auto moved = isKnown ? moveValues(settings, from) : std::vector<Setting>();
-  if (moved.empty()) return true;
-  NSNotificationCenter::defaultCenter().post(
-      {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(moved)}}});
+  tell({tierSwitch.setting});
+  if (!changed.empty()) tell(std::move(changed));
   return true;
+}
+
+/// None while the cloud can't be read: its values stay where they are.
+std::vector<Setting> SettingsStorage::movableSettings() const {
+  auto* const cloud = cloudStorage();
+  if (cloud != nullptr && !cloud->refresh()) return {};
+  std::vector<Setting> settings;
+  for (const Setting& setting : Setting::allCases()) {
+    if (setting.row().tier != SettingTier::local) settings.push_back(setting);
+  }
+  return settings;
 }
 
 std::vector<Setting> SettingsStorage::moveValues(const std::vector<Setting>& settings,
@@ -237,7 +245,7 @@ std::vector<Setting> SettingsStorage::moveValues(const std::vector<Setting>& set
 
 void SettingsStorage::shareAgain() const {
   if (isSharedCopyUpToDate()) return;
-  const auto access = containerOfCopies().exclusiveAccess();
+  const auto alone = containerOfCopies().exclusiveAccess();
   if (auto* const cloud = cloudStorage(); cloud != nullptr && !cloud->refresh()) return;
   for (const Setting& setting : Setting::allCases()) {
     Container& shared = *tiers_.localSharedStorage;
@@ -308,7 +316,10 @@ SettingsStorageContainer& SettingsStorage::containerOfCopies() const {
 }
 
 bool SettingsStorage::isOn(SettingCase tierSwitch) const {
-  const bool isInSuite = isExtension_ && tiers_.localSharedStorage != nullptr;
+  const bool hasSuite = tiers_.localSharedStorage != nullptr;
+  // Which themes a person keeps to one device an extension knows from the copy alone.
+  if (isExtension_ && !hasSuite && tierSwitch == Setting::cloudSyncThemesDisabled) return false;
+  const bool isInSuite = isExtension_ && hasSuite;
   const Container& tier = *(isInSuite ? tiers_.localSharedStorage : tiers_.localStorage);
   return tier.boolForKey(settingRowOf(tierSwitch).key);
 }

@@ -138,6 +138,7 @@ class SettingsStorage {
 
  private:
   bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
+  [[nodiscard]] std::vector<Setting> movableSettings() const;
   /// Returns those that read otherwise afterwards.
   std::vector<Setting> moveValues(const std::vector<Setting>& settings,
                                   const std::vector<SettingsStorageContainer*>& from) const;

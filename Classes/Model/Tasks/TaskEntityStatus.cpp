@@ -1,3 +1,4 @@
+#include "Foundation/String.h"
 #include "Settings/SavedActivityRings.h"
 #include "Tasks/StoredLog.h"
 #include "Tasks/StoredValues.h"
@@ -52,7 +53,8 @@ UniqueID TaskEntity::uniqueId() const {
 }
 
 std::string TaskEntity::title() const {
-  return value(Columns::title).value_or("");
+  // A text that is not UTF-8 would keep every record with it from being written.
+  return repairedUTF8(value(Columns::title).value_or(""));
 }
 
 bool TaskEntity::isTimed() const {
