@@ -164,7 +164,9 @@ TEST(IconDisplayRepresentation, IsReadFromAColumnInTwoSteps) {
       {json, turned},
       {"ic_mug", IconDisplayRepresentation{Visual::icon(Icon::mug), {}}},
       {"mug", IconDisplayRepresentation{Visual::icon(Icon::mug), {}}},
-      {R"({"vr":{"icon":"mug"},"dp":{"orientation":8}})", std::nullopt},
+      {R"({"vr":{"icon":"mug"},"dp":{"orientation":8,"overlay":"veil"}})",
+       IconDisplayRepresentation{Visual::icon(Icon::mug), {}}},
+      {R"({"vr":{"icon":"muggle"},"dp":{"orientation":0}})", std::nullopt},
       {"muggle", std::nullopt},
       {"", std::nullopt}};
   for (const auto& [text, expected] : cases) {
