@@ -50,6 +50,15 @@ bool isID(const NSManagedObject& object) {
   return storedUniqueID(object.text(Attribute)).has_value();
 }
 
+/// Where an icon's column is JSON, nothing in it must be left out.
+template <typename T, const auto& Attribute>
+bool isIcon(const NSManagedObject& object) {
+  const std::string* text = object.text(Attribute);
+  return has<T, &T::displayRepresentation>(object) &&
+         (!text->starts_with('{') ||
+          storedJSON<IconDisplayRepresentation::CoreDataRepresentation>(text, {}, true));
+}
+
 template <const auto& Attribute>
 bool areDays(const NSManagedObject& object) {
   return Reminders::canReadDayIndexes(*object.text(Attribute));
@@ -82,7 +91,7 @@ const std::vector<Form>& forms() {
       form(task, Columns::status, isCase<Columns::status, TaskStatus>),
       form(task, Columns::createdTimeZone, isZone<Columns::createdTimeZone>),
       form(task, Columns::currentTimeZoneOverride, isZone<Columns::currentTimeZoneOverride>),
-      form(task, Columns::imageName, has<TaskEntity, &TaskEntity::displayRepresentation>),
+      form(task, Columns::imageName, isIcon<TaskEntity, Columns::imageName>),
       form(task, Columns::colorInfo, has<TaskEntity, &TaskEntity::taskColor>),
       form(task, Columns::typeName,
            [](const NSManagedObject& row) {
@@ -99,7 +108,7 @@ const std::vector<Form>& forms() {
       form(task, Columns::customReminderType,
            [](const NSManagedObject& row) {
              return storedJSON<VelloroJSONBackupTaskExtra>(row.text(Columns::customReminderType),
-                                                           DateForm::iso8601)
+                                                           DateForm::iso8601, true)
                  .has_value();
            }),
       form(task, Columns::lastChangedDifficultyTimeZone,
@@ -134,7 +143,7 @@ const std::vector<Form>& forms() {
            }),
       form(reminder, Reminders::region,
            [](const NSManagedObject& row) {
-             return storedJSON<TriggerRegion>(row.value(Reminders::region)).has_value();
+             return storedJSON<TriggerRegion>(row.value(Reminders::region), true).has_value();
            }),
       form(reminder, Reminders::daysFromStart, areDays<Reminders::daysFromStart>),
       form(reminder, Reminders::daysFromFinish, areDays<Reminders::daysFromFinish>),
@@ -161,23 +170,23 @@ const std::vector<Form>& forms() {
       form(share, TaskShareEntity::participantsJson,
            [](const NSManagedObject& row) {
              return storedJSON<std::vector<SharedTaskParticipant>>(
-                        row.value(TaskShareEntity::participantsJson))
+                        row.value(TaskShareEntity::participantsJson), true)
                  .has_value();
            }),
       form(share, TaskShareEntity::summaryJson, has<TaskShareEntity, &TaskShareEntity::summary>),
       form(category, TaskCategoryEntity::uniqueId, isID<TaskCategoryEntity::uniqueId>),
       form(category, TaskCategoryEntity::iconName,
-           has<TaskCategoryEntity, &TaskCategoryEntity::displayRepresentation>),
+           isIcon<TaskCategoryEntity, TaskCategoryEntity::iconName>),
       form(category, TaskCategoryEntity::colorInfo,
            has<TaskCategoryEntity, &TaskCategoryEntity::color>),
       form(profile, UserProfileEntity::uniqueId, isID<UserProfileEntity::uniqueId>),
       form(profile, UserProfileEntity::iconName,
-           has<UserProfileEntity, &UserProfileEntity::displayRepresentation>),
+           isIcon<UserProfileEntity, UserProfileEntity::iconName>),
       form(timer, TaskTimerEntity::entryId, isID<TaskTimerEntity::entryId>),
       form(timer, TaskTimerEntity::entryPeriodType,
            isCase<TaskTimerEntity::entryPeriodType, TaskFrequencyPeriodType>),
       form(TaskShareOwnerEntity::description, TaskShareOwnerEntity::imageName,
-           has<TaskShareOwnerEntity, &TaskShareOwnerEntity::displayRepresentation>),
+           isIcon<TaskShareOwnerEntity, TaskShareOwnerEntity::imageName>),
   };
   return all;
 }
