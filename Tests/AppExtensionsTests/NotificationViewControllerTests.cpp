@@ -362,8 +362,6 @@ TEST_F(NotificationViewControllerTest, ShowsTheTextOfWhatCannotBeRead) {
 
 TEST_F(NotificationViewControllerTest, TakesWhatCanStillBeRead) {
   const std::tuple<Damage, std::function<bool(const NotificationTask&)>> cases[] = {
-      {{{"velloro", "task", "titleIcon"}, "dance"},
-       [](const auto& task) { return !task.titleIcon; }},
       {{{"velloro", "task", "displayRepresentation", "visualRepresentation", "rawValue"}, "ic_x"},
        [](const auto& task) { return !task.displayRepresentation->displayRepresentation(); }},
       {{{"velloro", "theme", "theme", "colorScheme"}, "noSuchScheme"},

@@ -93,16 +93,6 @@ TEST(TaskNotificationSettings, KeepTheirForm) {
   expectFixture("TriggerRegion", TriggerRegion{{}, "Library", 52.5, 13.25, 150, false, true});
 }
 
-TEST(TaskNotificationSettings, UnknownTextsReadAsAbsent) {
-  std::string newer = fixtureText("TaskReminder");
-  for (const std::string known : {"\"owner\"", "\"viewer\"", "\"gym\"", "\"dumbell\"", "\"nil\""}) {
-    newer.replace(newer.find(known), known.size(), "\"newer\"");
-  }
-  const auto read = JSONDecoder{}.decode<TaskReminder>(newer);
-  EXPECT_FALSE(read.timeZone || read.snoozeTimeZone || read.sound || read.trigger.region->type);
-  EXPECT_FALSE(read.trigger.region->icon);
-}
-
 TEST(TaskNotificationSettings, EffectsAreOfferedByName) {
   const std::set distinct(sortedEffects.begin(), sortedEffects.end());
   EXPECT_EQ(distinct.size(), allCases<SoundEffect>().size());

@@ -172,11 +172,6 @@ TEST(AutomaticTaskType, KeepsItsForm) {
   const AutomaticTaskType bare(HealthType::handwashingEvent);
   EXPECT_EQ(JSONEncoder{}.encode(bare), R"({"type":"hk_handwashing","quantity":0,"speeds":[]})");
   EXPECT_NE(std::hash<AutomaticTaskType>{}(workout), std::hash<AutomaticTaskType>{}(bare));
-  const auto newer = JSONDecoder{}.decode<AutomaticTaskType>(
-      R"({"type":"hk_sleep","quantity":8,"unit":"nights","speeds":["sleep_rem","nap","sleep"],)"
-      R"("dataSource":"some"})");
-  EXPECT_FALSE(newer.unit || newer.dataSource);
-  EXPECT_EQ(newer.speeds, (TypeSpeeds{TypeSpeed::sleepAsleep, TypeSpeed::sleepREM}));
   EXPECT_EQ(workout.debugDescription(),
             "type=hk_workout quantity=30 unit=minutes speeds=[] extra=(workoutTypes="
             "[runningIndoor, Intervals] healthKitRecordDuration=90 screenTimeSettings=1)");
@@ -192,9 +187,6 @@ TEST(TaskDisplayTitle, KeepsItsForm) {
                                                   {TypeSpeed::sleepREM, TypeSpeed::sleepCore}}},
       .localizedSecondary = "7½ h"};
   expectFixture("TaskDisplayTitle", title);
-  const auto newer = JSONDecoder{}.decode<TaskDisplayTitle>(
-      R"({"quantity":{"type":"hk_new","quantity":{"quantity":1,"unit":"km","speeds":["fast"]}}})");
-  EXPECT_EQ(newer.quantity, (TaskDisplayTitle::Quantity{{}, {1, TypeUnit::distanceKm}}));
   EXPECT_EQ(title.withoutQuantity(),
             (TaskDisplayTitle{.localizedPrimary = "Sleep", .localizedSecondary = "7½ h"}));
   EXPECT_FALSE(TaskDisplayTitle{.localizedSecondary = "a"}.withoutQuantity());
