@@ -38,6 +38,7 @@ class MemoryStorage final : public SettingsStorageContainer {
   }
   void setDouble(double value, std::string_view key) override { put(value, key); }
 
+  [[nodiscard]] bool hasValue(std::string_view key) const override { return holds(key); }
   [[nodiscard]] bool holds(std::string_view key) const { return !values_[key].isNull(); }
 
  private:
