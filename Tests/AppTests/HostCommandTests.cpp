@@ -116,11 +116,11 @@ TEST_F(HostCommands, ShowWhatAWriterWouldFindAndSaveNothing) {
   const std::pair<const char*, const char*> tasks[] = {
       {"Read", ""},
       {"Tea", "--negative"},
-      {"Call", "--mode numberOfDaysInMonth --count 2"},
-      {"Sweets", "--mode numberOfDaysInWeek --count 6 --negative"},
+      {"Call", "--mode numberOfDaysInMonth --times 2"},
+      {"Sweets", "--mode numberOfDaysInWeek --times 6 --negative"},
       {"Plants", "--interval 3 --negative"},
       {"Swim", "--mode aggregateOverFortnight --first-day-of-week monday"},
-      {"Walk", "--type hk_steps --target 9000 --unit steps"}};
+      {"Walk", "--type hk_stand --target 12"}};
   for (const auto& [task, options] : tasks) {
     answer("04T08:00:00", std::string("task add ") + task + " " + options);
     answer("04T09:00:00", std::string("log add ") + task);
