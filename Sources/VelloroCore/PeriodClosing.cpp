@@ -119,11 +119,10 @@ UniqueID closingEntryID(const UniqueID& task, YYYYMMDD periodStart) {
   return {UUID(bytes)};
 }
 
-/// The fortnight of a day need not be one of those that follow one another, but the ones after it
-/// are.
+/// The fortnight of a day need not be one of those that follow one another, but the next of any is.
 TaskFrequencyPeriod PeriodClosings::firstPeriod() const {
   const YYYYMMDD from = std::max(since, createdDay);
-  TaskFrequencyPeriod period = rules.period(from).previous();
+  TaskFrequencyPeriod period = rules.period(from).previous().next();
   while (period.endsBefore(from)) period = period.next();
   return period;
 }

@@ -21,6 +21,7 @@ TaskProgress tenths(double done) {
 TaskProgress timer(double done) {
   const auto whole = static_cast<std::int64_t>(done / 200);
   return TaskProgressTimer{.period = {},
+                           .unit = TaskProgressTimer::Unit::seconds,
                            .expectedCompletions = 3,
                            .numCompletions = whole,
                            .totalTargetDuration = 600,
