@@ -49,8 +49,8 @@ bool isSeenOnTrack(const Color& fill, const Color& track, const RingGround& grou
 /// A fill in the page's own tone would look like a gap in the ring.
 bool isSeenOnPage(const Color& fill, const RingGround& ground) {
   constexpr double pageContrast = 1.5;
-  if (!ground.isFaded) return contrastRatio(fill, ground.page) >= pageContrast;
-  return std::ranges::all_of(ground.disc, [&](const Color& disc) {
+  if (contrastRatio(fill, ground.page) < pageContrast) return false;
+  return !ground.isFaded || std::ranges::all_of(ground.disc, [&](const Color& disc) {
     return differFaded(half(half(ground.page, disc), fill), ground.page);
   });
 }
