@@ -3,8 +3,11 @@
 #include "CoreData/SqliteAtRest.h"
 #include "Foundation/NSFileHandle.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
+#include <thread>
 
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -34,12 +37,19 @@ StoreError::Kind kindOf(int code) {
   }
 }
 
-/// SQLite's own handler looks ever less often, up to ten times a second, so that among many writers
-/// newcomers go before whoever has waited for long. Here all look equally often.
-int waitForOthers(void* timeout, int looks) {
-  constexpr int milliseconds = 5;
-  if (looks * milliseconds >= *static_cast<const int*>(timeout)) return 0;
-  sqlite3_sleep(milliseconds);
+/// Asked whenever another is writing. SQLite's own handler looks ever less often, so that newcomers
+/// go before whoever has waited for long; here it is the other way round, and among many writers
+/// each gets its turn.
+int waitForOthers(void* waiting, int looks) {
+  auto& patience = *static_cast<SqlitePatience*>(waiting);
+  if (looks == 0) patience.waited = 0;
+  if (patience.waited >= patience.timeout) return 0;
+  constexpr double longest = 0.02;
+  constexpr double shortest = 0.0002;
+  const double pause =
+      looks < 5 ? 0.002 : std::max(longest * std::exp2(-2 * patience.waited), shortest);
+  std::this_thread::sleep_for(std::chrono::duration<double>(pause));
+  patience.waited += pause;
   return 1;
 }
 
@@ -216,8 +226,8 @@ SqliteConnection::Opened SqliteConnection::openFile(const SqliteLocation& from,
   std::unique_ptr<SqliteConnection> connection(new SqliteConnection(from.path, handle));
   if (code != SQLITE_OK) return sqliteFailure(handle, sqlite3_extended_errcode(handle), from.path);
   sqlite3_extended_result_codes(handle, 1);
-  connection->busyTimeout_ = static_cast<int>(std::lround(from.busyTimeout * 1000));
-  sqlite3_busy_handler(handle, waitForOthers, &connection->busyTimeout_);
+  connection->patience_.timeout = from.busyTimeout;
+  sqlite3_busy_handler(handle, waitForOthers, &connection->patience_);
   // Sorting needs no room on a disk.
   if (auto set = connection->run("PRAGMA temp_store=MEMORY"); !set) {
     return std::unexpected(set.error());

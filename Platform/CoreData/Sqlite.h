@@ -72,6 +72,12 @@ struct SqliteLocation {
   bool ignoresLog = false;  ///< At rest: as the file was at the last checkpoint.
 };
 
+/// How long a connection waits for another's write, and has waited, in seconds.
+struct SqlitePatience {
+  double timeout = 0;
+  double waited = 0;
+};
+
 /// An open file, for one thread at a time. Every failure is a `StoreError`.
 ///
 /// Reading goes on when the disk is full: where the file can't be opened for want of space, the
@@ -138,7 +144,7 @@ class SqliteConnection {
 
   std::filesystem::path path_;
   sqlite3* handle_;
-  int busyTimeout_ = 0;  // in milliseconds
+  SqlitePatience patience_;
   ErrorPtr writeError_;
   std::unordered_map<std::string, std::unique_ptr<SqliteStatement::Kept>, TextHash, std::equal_to<>>
       statements_;

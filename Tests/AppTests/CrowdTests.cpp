@@ -92,7 +92,8 @@ class Crowd : public ::testing::Test {
     if (kind < 16) return note(run({"status"}), nullptr, nullptr);
     if (kind < 18)
       return note(run({"settings", "set", "startOfWeekDateComponent", "2"}), nullptr, nullptr);
-    note(run({"task", "add", "More " + std::to_string(random())}), &added_, nullptr);
+    const std::string title = "More " + std::to_string(random());
+    note(run({"task", "add", title, "--page", std::to_string(random() % 100)}), &added_, nullptr);
   }
 
   /// Whoever is told that something was done can rely on it.
