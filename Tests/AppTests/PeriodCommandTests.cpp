@@ -50,8 +50,6 @@ TEST(PeriodCommand, NamesWhatItCannotUse) {
       {"--mode specificDaysOfWeek --partial ''", "--partial \"\": not a whole number"},
       {"--mode specificDaysOfWeek --days mon,", "--days \"\": not a weekday"},
       {"--mode dayInterval --days mon", "--days \"mon\": dayInterval makes no use of it"},
-      {"--mode aggregateOverWeek --times 3", "--times \"3\": aggregateOverWeek makes no use"},
-      {"--mode specificDaysOfWeek --interval 3", "--interval \"3\": specificDaysOfWeek makes no"},
       {"--mode numberOfDaysInWeek --first-day-of-week monday", "numberOfDaysInWeek makes no use"},
       {"--mode specificDaysOfWeek --date 20230229", "--date \"20230229\": not a day"},
       {"--mode specificDaysOfWeek --first-day-of-week x", "--first-day-of-week \"x\": not a"}};
