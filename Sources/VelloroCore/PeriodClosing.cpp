@@ -119,12 +119,14 @@ UniqueID closingEntryID(const UniqueID& task, YYYYMMDD periodStart) {
   return {UUID(bytes)};
 }
 
-/// The fortnight of a day need not be one of those that follow one another, but the next of any is.
+/// The fortnight of a Saturday may overlap those of the days around it. Its `next` is of those that
+/// follow one another, and so is the one before that: one of the two holds the day.
 TaskFrequencyPeriod PeriodClosings::firstPeriod() const {
   const YYYYMMDD from = std::max(since, createdDay);
-  TaskFrequencyPeriod period = rules.period(from).previous().next();
-  while (period.endsBefore(from)) period = period.next();
-  return period;
+  const TaskFrequencyPeriod period = rules.period(from);
+  const TaskFrequencyPeriod next = period.next();
+  if (period.endsBefore(next.startDate)) return period;
+  return next.startsAfter(from) ? rules.period(next.startDate.add(-next.numberOfDays())) : next;
 }
 
 YYYYMMDD PeriodClosings::firstDay() const {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <tuple>
 
@@ -24,7 +25,8 @@ struct Task {
   TestEnvironment& environment;
   TaskLogRules rules;
   std::vector<TaskLogRow> rows = {};
-  YYYYMMDD since = created;
+  YYYYMMDD createdDay = created;
+  YYYYMMDD since = createdDay;
 
   void setToday(YYYYMMDD day) const {
     environment.setNow(day.dateAt(HHMMSS::midnight, HHMMSS::midday));
@@ -36,7 +38,7 @@ struct Task {
     rows.insert(std::ranges::lower_bound(rows, place(row), std::greater(), place), row);
   }
   [[nodiscard]] PeriodClosings due() const {
-    return {.rules = rules, .since = since, .createdDay = created};
+    return {.rules = rules, .since = since, .createdDay = createdDay};
   }
   std::vector<PeriodClosing> close() {
     const auto closings = due().fromLog(rowsWithin(rows, YYYYMMDD::Range::from(due().firstDay())));
@@ -111,6 +113,29 @@ TEST(PeriodClosing, GivesEachPeriodThatHasEndedAnEntryOfItsOwn) {
       const auto closing = std::ranges::find(daily, period, &PeriodClosing::period);
       if (closing == daily.end()) continue;
       EXPECT_EQ(status == TaskCalendarPeriodStatus::skipped, isSkipped(closing->type));
+    }
+  });
+}
+
+TEST(PeriodClosing, ComesToEachDayOnceWhereFortnightsOverlap) {
+  forAllTasks([](Task& task) {
+    if (measurementDuration(task.rules.frequency.dayMode) != TaskFrequencyPeriodType::fortnight) {
+      return;
+    }
+    for (std::int64_t made = 0; made < 28; ++made) {
+      task.rows.clear();
+      task.createdDay = task.since = created.add(made);
+      std::vector<PeriodClosing> closings;
+      for (std::int64_t day = 0; day <= 60; ++day) {
+        task.setToday(task.createdDay.add(day));
+        std::ranges::copy(task.close(), std::back_inserter(closings));
+      }
+      ASSERT_GE(closings.size(), 3U);
+      EXPECT_TRUE(closings[0].period.contains(task.createdDay)) << made;
+      for (std::size_t i = 1; i < closings.size(); ++i) {
+        EXPECT_EQ(closings[i].period, closings[i - 1].period.next());
+        EXPECT_EQ(closings[i].period.startDate, closings[i - 1].period.finishDate.add(1)) << made;
+      }
     }
   });
 }
