@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,11 @@ TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskFrequencyPeriod&
   return entries;
 }
 
+bool isMadeByHand(const std::shared_ptr<Entry>& entry) {
+  const auto type = entry->logEntryType();
+  return type && TaskLogEntryTypes::allManualTypes.contains(*type);
+}
+
 std::vector<double> totalsOf(const TaskEntity& task, const TaskEntity::Entries& entries) {
   std::vector<LogStep> steps;
   for (const auto& entry : entries) {
@@ -52,7 +58,7 @@ bool isBefore(const Entry& entry, const Entry& other) {
   return place(entry) < place(other);
 }
 
-/// From the place on at which an entry has come in, or has gone.
+/// Rewrites the totals from the entry on that was added or removed.
 void correctTotals(const TaskEntity& task, const TaskEntity::Entries& entries, const Entry& moved) {
   const auto totals = totalsOf(task, entries);
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -99,11 +105,21 @@ void keepEnteredAmount(TaskEntity& task, const TaskFrequencyPeriod& period, doub
   if (!kept || std::abs(*kept - before) < closeness) keepAmount(task, period, after);
 }
 
-/// Of a period, as far as it has come. Where a reader of health data has found more than was
-/// entered, that is what its title tells, and what the next entry completes.
-double done(const TaskEntity& task, const TaskFrequencyPeriod& period, double entered) {
+bool settles(const Entry& entry, bool isNegative) {
+  const auto type = entry.logEntryType().value_or(TaskLogEntryType::unknown);
+  return isNegative ? isMissedFull(type) : isCompletedFull(type);
+}
+
+/// How much of a period is done. Where a reader of health data has found more than was entered, its
+/// amount is what the title shows and what the next entry completes; once an entry has completed
+/// it, nothing is left.
+double done(const TaskEntity& task, const TaskFrequencyPeriod& period,
+            const TaskEntity::Entries& entries, double entered) {
   if (!isReadFromHealth(task)) return entered;
-  return std::max(entered, keptAmount(task, period).value_or(0));
+  const double known = std::max(entered, keptAmount(task, period).value_or(0));
+  const bool isSettled = std::ranges::any_of(
+      entries, [&](const auto& entry) { return settles(*entry, task.isNegative()); });
+  return isSettled ? std::max(known, task.progress(period, known).targetValue()) : known;
 }
 
 }  // namespace
@@ -112,7 +128,7 @@ std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
   const TaskFrequencyPeriod period = periodOf(task, entry.date);
   const auto others = entriesIn(task, period);
   const double entered = totalOf(task, others);
-  const double reached = done(task, period, entered);
+  const double reached = done(task, period, others, entered);
   const LogStep step = nextLogStep({.type = entry.type,
                                     .amount = entry.amount,
                                     .isNegative = task.isNegative(),
@@ -135,21 +151,21 @@ std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
 
 std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
   const TaskFrequencyPeriod period = periodOf(task, date);
-  const auto id = task.currentUndoableEntry(period);
-  if (!id) return nullptr;
-  const auto undone = task.entriesOrNone({.uniqueIds = {*id}});
-  if (undone.empty()) return nullptr;
-  const double before = totalOf(task, entriesIn(task, period));
-  for (const auto& entry : undone) task.managedObjectContext()->deleteObject(*entry);
-  const auto left = entriesIn(task, period);
-  correctTotals(task, left, *undone.front());
+  auto left = entriesIn(task, period);
+  const auto newest = std::ranges::find_if(left.rbegin(), left.rend(), isMadeByHand);
+  if (newest == left.rend()) return nullptr;
+  const auto undone = *newest;
+  const double before = totalOf(task, left);
+  left.erase(std::next(newest).base());
+  task.managedObjectContext()->deleteObject(*undone);
+  correctTotals(task, left, *undone);
   keepEnteredAmount(task, period, before, totalOf(task, left));
   const Date start = period.startDate.startOfDay(task.startOfDay(), task.taskCurrentTimeZone());
   const auto processed = task.value(TaskAttributes::lastProcessedDate);
   if (processed && start < *processed && period < task.currentPeriod().period) {
     task.setValue(TaskAttributes::lastProcessedDate, start);  // to be closed again
   }
-  return undone.front();
+  return undone;
 }
 
 void updateDerivedData(TaskEntity& task) {

@@ -116,7 +116,9 @@ PeriodCloser::Entries PeriodCloser::entriesAhead(const TaskEntity& task) {
   const auto id = task.taskUniqueId();
   if (!id) return {};
   const YYYYMMDD day = today(task);
-  auto entries = task.entriesOrNone({.minDate = task.currentPeriod().period.startDate,
+  // Where fortnights overlap, another one that has not ended may have begun a week before.
+  constexpr std::int64_t week = 7;
+  auto entries = task.entriesOrNone({.minDate = task.currentPeriod().period.startDate.add(-week),
                                      .includeStatuses = TaskLogEntryTypes::allAutomaticTypes});
   std::erase_if(entries, [&](const auto& entry) { return !closesPeriodAhead(*entry, *id, day); });
   return entries;

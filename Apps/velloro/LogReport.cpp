@@ -45,7 +45,12 @@ std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity
   for (const PeriodClosing& closing : closings) {
     const bool isWithin = (!dates.minDate || *dates.minDate <= closing.date) &&
                           (!dates.maxDate || closing.date <= *dates.maxDate);
-    if (isWithin) reports.push_back(of(closing, task));
+    if (!isWithin) continue;
+    auto report = of(closing, task);
+    // Another process may have closed the period since.
+    const bool isThere =
+        std::ranges::find(reports, report.uniqueId, &LogReport::uniqueId) != reports.end();
+    if (!isThere) reports.push_back(std::move(report));
   }
   std::ranges::stable_sort(reports, {}, &LogReport::date);
   return reports;
