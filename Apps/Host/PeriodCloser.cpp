@@ -60,8 +60,8 @@ bool closesPeriodAhead(const Entry& entry, const UniqueID& task, YYYYMMDD today)
          entry.entryUniqueId() == closingEntryID(task, *start);
 }
 
-/// The rows by their identifiers: one that closes a period may be there, and not settle it any
-/// more.
+/// The rows by their identifiers. An entry that once closed a period may still be there although it
+/// no longer settles it.
 std::map<UniqueID, std::shared_ptr<Entry>> entriesByID(const TaskEntity::Entries& entries) {
   std::map<UniqueID, std::shared_ptr<Entry>> byID;
   for (const auto& entry : entries) {

@@ -11,9 +11,9 @@
 
 namespace velloro {
 
-/// Settles the periods of tasks that have ended without a full entry, each by one: a miss, or a
-/// skip, as the task's skip mode says of it, and the completion of a negative task that stayed
-/// clean.
+/// Closes the periods of a task that have ended without a full entry: writes one full entry for
+/// each. It is a miss or a skip, as the task's skip mode says; for a negative task that stayed
+/// clean it is a completion in place of the miss.
 ///
 /// Streaks go by full entries alone, so this comes before anything else is read or written on a new
 /// day. Whoever pauses or resumes a task closes first: the periods behind are then closed as what

@@ -23,7 +23,7 @@ struct TaskFields {
   std::optional<TaskPageNumber> page = {};
 };
 
-/// What a person says of a task does not go together: there can be no such task.
+/// The fields that were given contradict each other: no task can have them all.
 class ImpossibleTask : public HostError {
  public:
   using HostError::HostError;

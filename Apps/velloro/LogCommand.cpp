@@ -142,8 +142,8 @@ void addLogCommand(CLI::App& app) {
   CLI::App* added = addSubcommand(*command, "add", "Writes an entry", options, add);
   added
       ->add_option("type", options->type,
-                   "What happened, such as skipped_manually (default: the next step, or the "
-                   "completion; of a task to avoid, that it happened)")
+                   "What happened, such as skipped_manually (default: the next step towards "
+                   "completion; for a habit to avoid, a step towards a miss)")
       ->type_name("TYPE");
   const auto addDay = [&](CLI::App& to) {
     to.add_option("--date", options->date, "On which day (default: today)")->type_name("YYYYMMDD");

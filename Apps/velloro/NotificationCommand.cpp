@@ -187,7 +187,9 @@ void addLook(CLI::App& command, NotificationOptions& options) {
   command.add_option("--width", options.width, "Points from side to side (default: 320)")
       ->type_name("POINTS");
   command.add_option("--scale", options.scale, "Pixels per point (default: 2)")->type_name("N");
-  command.add_flag("--dark", options.dark, "The screen is dark; themes follow it if so set")
+  command
+      .add_flag("--dark", options.dark,
+                "The screen is dark; themes that follow the screen are dark, too")
       ->disable_flag_override();
   command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
 }
@@ -203,7 +205,7 @@ void addNotificationCommand(CLI::App& app) {
   shown->add_option("--png", options->png, "Draws it; - is the standard output")->type_name("FILE");
   shown->callback([options] { show(*options); });
 
-  CLI::App* acted = command->add_subcommand("act", "Plays what an answer does, in no time");
+  CLI::App* acted = command->add_subcommand("act", "Plays what an answer does, without waiting");
   addLook(*acted, *options);
   acted
       ->add_option("ACTION", options->action,

@@ -43,8 +43,8 @@ struct RingPicture {
 
   /// Takes a frame and its place in the animation.
   using TakeFrame = std::function<void(const CGImage& image, const AnimationFrame& frame)>;
-  /// Hands out the frames of a ring that checks itself, one by one, from the first moment to half a
-  /// second after the last change, in no time.
+  /// Passes the frames of a ring that checks itself to `take`, one by one, from the start until
+  /// half a second after the last change. It does not wait between frames.
   void playChecking(std::uint16_t framesPerSecond, const TakeFrame& take) const;
   /// Every colour scheme that has the look's mode, in each status: a row for each scheme.
   [[nodiscard]] std::shared_ptr<const CGImage> sheet() const;

@@ -122,7 +122,7 @@ void addSettingsCommand(CLI::App& app) {
     return part;
   };
   add("list", "Lists the settings that have a value, and the tier each is read from", list)
-      ->add_flag("--all", options->all, "Those without a value as well")
+      ->add_flag("--all", options->all, "Also list settings without a value")
       ->disable_flag_override();
   addOfOne("get", "Tells the value of one setting, and the tier it is read from", tell);
   addOfOne("set", "Sets one, and tells it as it is then read", set)

@@ -48,7 +48,7 @@ void addStatusCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("status", "Tells where tasks stand, and their streaks");
   command
       ->add_option("task", options->task,
-                   "One task, by title or id (default: all that are not put away)")
+                   "One task, by title or id (default: all that are neither archived nor deleted)")
       ->type_name("TASK");
   command->add_option("--date", options->date, "In the period with that day (default: today)")
       ->type_name("YYYYMMDD");

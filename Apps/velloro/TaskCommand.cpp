@@ -143,7 +143,7 @@ void addTaskCommand(CLI::App& app) {
                 "  velloro task add \"No sweets\" --negative");
 
   CLI::App* listed = addSubcommand(*command, "list", "Lists the tasks", options, list);
-  listed->add_flag("--all", options->isWhole, "Archived and deleted ones, too")
+  listed->add_flag("--all", options->isWhole, "Also list archived and deleted tasks")
       ->disable_flag_override();
   addTaskArgument(*addSubcommand(*command, "show", "Tells what a task is", options, show),
                   options->task);
