@@ -5,7 +5,9 @@
 
 #include <array>
 #include <cmath>
+#include <ranges>
 #include <stdexcept>
+#include <string_view>
 
 namespace velloro {
 namespace {
@@ -19,6 +21,15 @@ std::string shownText(const NSAttributedString& text) {
   const auto first = shown.find_first_not_of(' ');
   if (first == std::string::npos) return "";
   return shown.substr(first, shown.find_last_not_of(' ') - first + 1);
+}
+
+/// A body may have several lines, and nothing else that a terminal would act on.
+std::string bodyLines(const std::string& body) {
+  std::string text;
+  for (const auto line : std::views::split(body, '\n')) {
+    text += terminalText(std::string_view(line.begin(), line.end())) + "\n";
+  }
+  return text;
 }
 
 PropertyList valueOf(const std::optional<std::string>& text) {
@@ -89,9 +100,7 @@ std::string notificationText(const NotificationViewController& controller) {
   const NotificationView& view = *controller.view();
   const CheckableTaskView& ring = *view.checkableTaskView();
   std::string text = terminalText(shownText(view.titleLabel().text)) + "\n";
-  // A body may have several lines.
-  if (!view.bodyLabel().text.isEmpty())
-    text += terminalLines(shownText(view.bodyLabel().text)) + "\n";
+  if (!view.bodyLabel().text.isEmpty()) text += bodyLines(shownText(view.bodyLabel().text));
   if (view.ringIsHidden()) return text + "(shown by its text alone)\n";
   const std::string caption = ring.configuration().bottomCaption.text.value_or("");
   text += stringWithFormat("ring: %s, %.0f %%", std::string(stateName(ring.state())).c_str(),

@@ -40,6 +40,9 @@ void add(const TaskOptions& options) {
   if (created > Date::now()) {
     throw UsageError("--created " + inQuotes(*options.created) + ": lies in the future");
   }
+  if (created < Date::since1970(0)) {
+    throw UsageError("--created " + inQuotes(*options.created) + ": lies before 1970");
+  }
   const HostStore store;
   const auto task = store.write([&] {
     auto added = addTask(store, options.fields.fields(TaskFrequency::defaultFrequency), created);

@@ -5,6 +5,7 @@
 #include "Foundation/Locale.h"
 #include "Notifications/NotificationCategory.h"
 #include "OxKit/RuntimeError.h"
+#include "OxLog/Log.h"
 #include "Settings/PendingReportableError.h"
 #include "VelloroCore/TaskTitleAttributedString.h"
 
@@ -93,12 +94,10 @@ void NotificationViewController::didReceive(const UNNotification& notification) 
   try {
     setUp(content);
   } catch (const Error& error) {
-    PendingReportableError::of(error).save();
-    setUpFallback(content);
+    showTextAlone(content, error);
   } catch (const std::exception& error) {
     // The text can always be shown, whatever the rest has come to.
-    PendingReportableError::of(RuntimeError(error.what())).save();
-    setUpFallback(content);
+    showTextAlone(content, RuntimeError(error.what()));
   }
 }
 
@@ -240,6 +239,14 @@ void NotificationViewController::showCaptions(const StreakRecord& streak) {
     look.bottomCaption.leadingIcons = std::move(icons.bottomLeading);
     look.bottomCaption.trailingIcons = std::move(icons.bottomTrailing);
   });
+}
+
+void NotificationViewController::showTextAlone(const UNNotificationContent& content,
+                                               const Error& reason) {
+  Log::notifications.error(
+      [&] { return "Unable to show the task: " + reason.localizedDescription(); });
+  PendingReportableError::of(reason).save();
+  setUpFallback(content);
 }
 
 void NotificationViewController::setUpFallback(const UNNotificationContent& content) {

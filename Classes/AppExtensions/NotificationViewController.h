@@ -75,6 +75,7 @@ class NotificationViewController : public UNNotificationContentExtension,
   void abandonResponse();
   /// \throws Error where there is no task to be read; nothing has changed then.
   void setUp(const UNNotificationContent& content);
+  void showTextAlone(const UNNotificationContent& content, const Error& reason);
   void setUpFallback(const UNNotificationContent& content);
   [[nodiscard]] PositionedTheme theme(const PositionedTheme& ofNotification) const;
   /// Returns what a screen reader says first of the ring.

@@ -37,6 +37,12 @@ struct NotificationCommand : ::testing::Test {
   platform::TestEnvironment environment;
 };
 
+TEST_F(NotificationCommand, KeepsTheBodyFromSteeringTheTerminal) {
+  const auto hostile = file("hostile", R"({"title": "T", "body": "a\u001b[8mb\nc"})");
+  const auto result = runProgram("notification show " + hostile + store());
+  EXPECT_THAT(result.output, HasSubstr("a\\u001b[8mb\nc\n"));
+}
+
 TEST_F(NotificationCommand, ShowsEverySample) {
   std::istringstream names(runProgram("notification sample").output);
   int count = 0;
