@@ -4,13 +4,12 @@
 #include "Foundation/String.h"
 #include "Host/StoreSwitch.h"
 #include "OxLog/Log.h"
-#include "Settings/SettingsStorage.h"
+#include "Settings/Settings.h"
 #include "Tasks/TaskFetchRequest.h"
 
 namespace velloro {
 
 HostStore::HostStore() {
-  finishChoosingStore(DataManager::shared());
   openActiveStore();
 }
 
@@ -42,10 +41,20 @@ StoreUse HostStore::beginWriting() const {
   // When they are first read, the settings may remove twins of their rows, and that is a
   // transaction of its own.
   static_cast<void>(SettingsStorage::shared());
+  finishChoosingStore(DataManager::shared());
   auto access = StoreUse::toWrite();
   if (!access) throwUnsaved(access.error());
   openActiveStore();
   return *std::move(access);
+}
+
+void HostStore::readSettings() {
+  const SettingsStorage& storage = SettingsStorage::shared();
+  const bool isCloudRead = !storage.isExtension() && storage.isCloudStored(Setting::startOfDay);
+  if (auto* const cloud = isCloudRead ? storage.cloudStorage() : nullptr) {
+    if (const auto read = cloud->refresh(); !read) throwUnsaved(read.error());
+  }
+  Settings::shared().reload();
 }
 
 void HostStore::throwUnsaved(const ErrorPtr& error) {

@@ -23,8 +23,8 @@ class HostError : public std::runtime_error {
   explicit HostError(const std::string& text) : std::runtime_error(terminalText(text)) {}
 };
 
-/// The process's active store, for one command of a person: what the data manager leaves unsaid is
-/// told. Everything happens on the main thread.
+/// The process's active store, for one command that a person gave: errors of which the data manager
+/// says nothing are thrown here. Everything happens on the main thread.
 ///
 ///     HostStore store;
 ///     store.write([&] {
@@ -46,7 +46,8 @@ class HostStore {
       const EnumSet<TaskStatus>& statuses) const;
   /// Runs `work`, saves what it has changed, and returns what it returns. All of it is one
   /// transaction of the file (`NSManagedObjectContext::performTransaction`), so that whatever
-  /// `work` reads is true when it is written: tasks and entries are looked up within it. \throws
+  /// `work` reads is true when it is written: tasks, entries and settings are looked up within it.
+  /// \throws
   /// what `work` throws, and HostError where something in it can't be read or can't be written;
   /// nothing is, then.
   template <std::invocable Work>
@@ -54,6 +55,7 @@ class HostStore {
     const StoreUse access = beginWriting();
     using Value = std::invoke_result_t<Work&>;
     auto written = context().performTransaction([&]() -> Result<Value> {
+      readSettings();
       if constexpr (std::is_void_v<Value>) {
         work();
         return {};
@@ -69,6 +71,8 @@ class HostStore {
   /// What is read and written from now on is of the store that is active then.
   [[nodiscard]] StoreUse beginWriting() const;
   void openActiveStore() const;
+  /// As other processes have left them. \throws HostError: defaults would be taken for them.
+  static void readSettings();
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 
   mutable std::shared_ptr<DataManager::Container> container_;

@@ -1,8 +1,9 @@
 #include "Host/StoreSwitch.h"
 
+#include "DataManager/StoreChoice.h"
 #include "DataManager/StoreUse.h"
-#include "Foundation/NSUserDefaults.h"
 #include "Host/HostStore.h"
+#include "OxLog/Log.h"
 #include "Settings/RunTarget.h"
 #include "Settings/SettingEntity.h"
 #include "Settings/SettingsStorage.h"
@@ -10,7 +11,7 @@
 
 #include <map>
 #include <memory>
-#include <optional>
+#include <string>
 
 namespace velloro {
 namespace {
@@ -48,39 +49,54 @@ void copyRelations(const NSManagedObject& object, NSManagedObject& copy, const C
   }
 }
 
-/// All rows but those of the settings, which live in the mirrored store whatever is chosen.
+/// Visits all rows but those of the settings, which live in the mirrored store whatever is chosen.
+template <typename Visit>
+void forEachRow(NSManagedObjectContext& context, const Visit& visit) {
+  for (const auto* entity : context.persistentStoreCoordinator()->managedObjectModel().entities()) {
+    if (entity->name() == SettingEntity::entityName()) continue;
+    for (const auto& object :
+         orThrow<NSManagedObject::Objects>(context.fetch(NSFetchRequest(entity->name())))) {
+      visit(object);
+    }
+  }
+}
+
 void copyRows(NSManagedObjectContext& from, NSManagedObjectContext& to) {
   Copies copies;
   NSManagedObject::Objects originals;
-  for (const auto* entity : from.persistentStoreCoordinator()->managedObjectModel().entities()) {
-    if (entity->name() == SettingEntity::entityName()) continue;
-    for (const auto& object :
-         orThrow<NSManagedObject::Objects>(from.fetch(NSFetchRequest(entity->name())))) {
-      originals.push_back(object);
-      const auto copy = to.insert(entity->name());
-      copyAttributes(*object, *copy);
-      copies.emplace(object->objectID(), copy);
-    }
-  }
+  forEachRow(from, [&](const auto& object) {
+    originals.push_back(object);
+    const auto copy = to.insert(object->entity().name());
+    copyAttributes(*object, *copy);
+    copies.emplace(object->objectID(), copy);
+  });
   for (const auto& object : originals)
     copyRelations(*object, *copies.at(object->objectID()), copies);
+}
+
+void deleteRows(NSManagedObjectContext& context) {
+  forEachRow(context, [&](const auto& object) { context.deleteObject(*object); });
+}
+
+std::size_t tasksIn(NSManagedObjectContext& context) {
+  return orThrow(context.count(NSFetchRequest{std::string(TaskEntity::entityName())}));
 }
 
 std::shared_ptr<DataManager::Container> containerFor(const DataManager& manager, bool isCloud) {
   return isCloud ? manager.cloudPersistentContainer() : manager.localPersistentContainer();
 }
 
-StoreSwitch fillIfEmpty(DataManager::Container& chosen, DataManager::Container& former) {
+/// Takes the place of a copy that was made earlier. Returns how many tasks there are.
+std::size_t copyTasks(DataManager::Container& chosen, DataManager::Container& former) {
   NSManagedObjectContext& to = *chosen.viewContext();
   const auto from = former.newBackgroundContext();  // it has read nothing yet
   return orThrow(to.performTransaction([&] {
     // A relation that can't be read would be copied as empty.
-    return from->performTransaction([&]() -> Result<StoreSwitch> {
-      const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
-      StoreSwitch counts{.found = orThrow(to.count(tasks))};
-      if (counts.found == 0) counts.copied = orThrow(from->count(tasks));
-      if (counts.copied > 0) copyRows(*from, to);
-      return counts;
+    return from->performTransaction([&]() -> Result<std::size_t> {
+      if (tasksIn(to) > 0) deleteRows(to);
+      const std::size_t count = tasksIn(*from);
+      if (count > 0) copyRows(*from, to);
+      return count;
     });
   }));
 }
@@ -99,42 +115,39 @@ class Maintenance {
   DataManager& manager_;
 };
 
-/// Which store is being chosen, known to all processes until that is done, also when the process
-/// that does it is killed between the copy and the switch.
-class Choice {
- public:
-  explicit Choice(bool isCloud) { keep(isCloud); }
-  ~Choice() { keep(nullptr); }
-  Choice(const Choice&) = delete;
-  Choice& operator=(const Choice&) = delete;
-
-  static std::optional<bool> unfinished() {
-    const auto suite = NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
-    const auto kept = suite ? suite->objectForKey(key) : std::nullopt;
-    return kept ? kept->boolean() : std::nullopt;
-  }
-
- private:
-  static constexpr const char* key = "storeSwitch.choosesCloud";
-
-  static void keep(const PropertyList& value) {
-    auto suite = NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
-    if (suite) suite->setObject(value, key);
-  }
-};
-
-void choose(bool isCloud) {
-  SettingsStorage::shared().changeTiers(isCloud, Setting::cloudSyncTasksEnabled);
+void expectSaved(const ErrorPtr& error) {
+  if (error != nullptr) throw HostError("the tasks stay: " + error->localizedDescription());
 }
 
-/// By who has access to maintain the stores, so that nobody is amid a choice.
-void finishChoice(DataManager& manager) {
-  const auto isCloud = Choice::unfinished();
-  if (!isCloud) return;
-  const Choice choice(*isCloud);
-  const NSFetchRequest tasks{std::string(TaskEntity::entityName())};
-  const auto chosen = containerFor(manager, *isCloud);
-  if (orThrow(chosen->viewContext()->count(tasks)) > 0) choose(*isCloud);
+/// All but the end of the choice. It may be done again. Returns how many tasks were copied.
+std::size_t carryOut(const DataManager& manager, const StoreChoice& choice) {
+  const auto chosen = containerFor(manager, choice.isCloud);
+  const auto former = containerFor(manager, !choice.isCloud);
+  const std::size_t copied = choice.keepsTasks ? 0 : copyTasks(*chosen, *former);
+  SettingsStorage& settings = SettingsStorage::shared();
+  settings.changeTiers(choice.isCloud, Setting::cloudSyncTasksEnabled);
+  expectSaved(SettingsStorage::saveError());
+  settings.shareAgain();  // where the switch was set before the process was killed
+  return copied;
+}
+
+/// Where that can't be done, the choice stays under way, and is carried out again.
+void takeBack(const DataManager& manager, const StoreChoice& choice) {
+  NSManagedObjectContext& chosen = *containerFor(manager, choice.isCloud)->viewContext();
+  const auto taken = chosen.performTransaction([&]() -> Result<void> {
+    if (!choice.keepsTasks && tasksIn(chosen) > 0) deleteRows(chosen);
+    return {};
+  });
+  const auto ended = taken ? StoreChoice::end() : taken;
+  if (!ended) Log::database.error(ended.error());
+}
+
+/// Call it with access to maintain the stores: no other process is then choosing one.
+void finishChoice(const DataManager& manager) {
+  const auto choice = StoreChoice::underWay();
+  if (!choice) return;
+  carryOut(manager, *choice);
+  orThrow(StoreChoice::end());
 }
 
 }  // namespace
@@ -143,19 +156,30 @@ StoreSwitch chooseStore(DataManager& manager, bool isCloud) {
   const auto access = orThrow(StoreUse::toMaintain());
   const Maintenance maintenance(manager);
   finishChoice(manager);
-  const auto former = manager.activePersistentContainer();
   const auto chosen = containerFor(manager, isCloud);
-  if (chosen == former) return {};  // perhaps another process was first
-  const Choice choice(isCloud);
-  const auto result = fillIfEmpty(*chosen, *former);
-  choose(isCloud);
+  if (chosen == manager.activePersistentContainer()) return {};  // perhaps another was first
+  StoreSwitch result{.found = tasksIn(*chosen->viewContext())};
+  const StoreChoice choice{.isCloud = isCloud, .keepsTasks = result.found > 0};
+  orThrow(choice.begin());
+  try {
+    result.copied = carryOut(manager, choice);
+  } catch (const HostError&) {
+    takeBack(manager, choice);
+    throw;
+  }
+  orThrow(StoreChoice::end());
   return result;
 }
 
 void finishChoosingStore(DataManager& manager) {
-  if (isExtension() || !Choice::unfinished()) return;
-  const auto access = orThrow(StoreUse::toMaintain());
-  finishChoice(manager);
+  if (isExtension() || StoreUse::isHeldHere() || !StoreChoice::underWay()) return;
+  try {
+    const auto access = orThrow(StoreUse::toMaintain());
+    const Maintenance maintenance(manager);
+    finishChoice(manager);
+  } catch (const HostError& error) {
+    Log::database.error([&] { return std::string(error.what()); });
+  }
 }
 
 }  // namespace velloro

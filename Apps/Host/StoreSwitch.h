@@ -19,12 +19,13 @@ struct StoreSwitch {
 /// (`SettingsStorage::changeTiers`). Meanwhile no process writes tasks, nor begins background work.
 ///
 /// On the main thread of the application. \throws HostError where it can't be done; the choice is
-/// then as it was.
+/// then as it was. Where not even that can be had, say on a full disk, the former store stays in use
+/// until `finishChoosingStore`.
 StoreSwitch chooseStore(DataManager& manager, bool isCloud);
 
-/// Ends what a killed process has left of a choice: the store is chosen if the copy is complete,
-/// and the choice is as it was if not. The application does so before it looks at tasks; an
-/// extension leaves it to the application.
+/// Completes a choice that a killed process has left unfinished, with a new copy of what the former
+/// store holds by now. The application does so before it writes; an extension leaves it to the
+/// application. Where it can't be done, that is logged, and the former store stays in use.
 void finishChoosingStore(DataManager& manager);
 
 }  // namespace velloro

@@ -9,7 +9,7 @@ namespace velloro {
 
 /// Which lines this program writes to its debug log, as `velloro settings` sets and tells it:
 /// "debug" for all of that level or above, "info:database,settings" for those of some categories.
-/// No setting of the tables: it is kept by `LogManager`.
+/// It is not one of the settings in `SettingTable.h`; `LogManager` keeps it.
 inline constexpr std::string_view debugLogName = "debugLog";
 
 /// Without a text none is written any more. \throws UsageError

@@ -28,7 +28,7 @@ struct SettingsOptions {
   bool json = false;
 };
 
-/// What a store that can't be opened holds is nothing that the person set: they are told.
+/// Where the store can't be opened, the defaults must not be taken for what the person has set.
 SettingsReport read(const Setting& setting) {
   auto report = SettingsReport::of(SettingsStorage::shared(), setting);
   if (report.tier == SettingSource::cloud) (void)HostStore();
@@ -80,14 +80,15 @@ void write(const std::string& key, const std::optional<std::string>& value) {
   if (key == debugLogName) return writeDebugLog(value);
   const Setting setting = settingArgument(key);
   auto& storage = SettingsStorage::shared();
+  finishChoosingStore(DataManager::shared());  // which moves settings
   if (setting.name != Setting::cloudSyncTasksEnabled) {
     setArgument(storage, setting, value);
+    expectSaved(settingName(setting), SettingsStorage::saveError());
   } else if (storage.isExtension()) {
     throw UsageError("--process: only the application chooses the store");
   } else {
     chooseStoreAndTell(value && flagArgument(*value));
   }
-  expectSaved(settingName(setting), storage.saveError(setting));
 }
 
 void set(const SettingsOptions& options) {

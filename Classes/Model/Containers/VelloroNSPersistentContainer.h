@@ -35,7 +35,7 @@ class VelloroNSPersistentCloudKitContainer : public NSPersistentCloudKitContaine
 
   /// As `NSPersistentContainer::loadPersistentStores`, and remembers the error.
   void loadPersistentStores(const LoadHandler& handler) override;
-  /// Why the store could not be opened; null when it was. For who has a person to tell.
+  /// Why the store could not be opened; null when it was. For programs that can tell a person.
   [[nodiscard]] const ErrorPtr& loadError() const { return loadError_; }
 
   /// Observers that end with the container.

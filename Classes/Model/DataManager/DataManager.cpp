@@ -2,10 +2,12 @@
 
 #include "CloudKit/CKError.h"
 #include "CoreData/StoreError.h"
+#include "DataManager/StoreChoice.h"
 #include "DataManager/StoreUse.h"
 #include "DataManager/TaskDeduplicator.h"
 #include "Foundation/NSFileManager.h"
 #include "OxLog/Log.h"
+#include "Settings/SettingsStorageLocal.h"
 #include "Tasks/VelloroModel.h"
 
 #include <atomic>
@@ -29,6 +31,7 @@ std::string key(Setting::Case setting) {
 
 /// As this process sees it, without the tiers of the settings: they stand on the store.
 bool cloudSyncTasksEnabled() {
+  if (const auto choice = StoreChoice::underWay()) return !choice->isCloud;
   const auto suite = isExtension() ? NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier)
                                    : std::nullopt;
   const auto& defaults = suite ? *suite : NSUserDefaults::standardUserDefaults();
@@ -163,12 +166,16 @@ void DataManager::configureStoreDescription(Container& container, const Containe
 }
 
 // Who has not chosen yet keeps tasks in the file that the cloud mirrors. The mark that it was done
-// comes last, or at once with the rest: a process that is killed amid it leaves it to the next.
+// comes last, or together with the rest: if the process is killed before that, the next one does it
+// all again. Nobody chooses meanwhile, since choices are settings.
 void DataManager::runFirstRunWorkflow() const {
   if (isExtension()) return;
   auto standard = NSUserDefaults::standardUserDefaults();
   const std::string hasRun = key(Setting::cloudSyncTasksAutoEnableWorkflowHasRun);
   const std::string isEnabled = key(Setting::cloudSyncTasksEnabled);
+  if (standard.boolForKey(hasRun)) return;
+  const auto settings = SettingsStorageLocalShared::open();
+  const auto alone = settings ? settings->exclusiveAccess() : nullptr;
   if (standard.boolForKey(hasRun)) return;
   if (auto suite = NSUserDefaults::initWithSuiteName(groupIdentifier)) {
     suite->setObject(true, isEnabled);

@@ -98,8 +98,9 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   /// That of the container which was active when it was made. On the main queue.
   [[nodiscard]] std::shared_ptr<PersistentHistoryObserver> observer() const { return observer_; }
 
-  /// While it is set, here or in another process (`StoreUse`), nothing begins background work on
-  /// the store: the host moves the stores.
+  /// Whether the host moves tasks between the stores, here or in another process (`StoreUse`).
+  /// Whoever begins background work on the store asks first, and does nothing while it is set;
+  /// `performBackgroundTask` itself leaves that to its caller.
   [[nodiscard]] bool inMaintenanceMode() const;
   void setInMaintenanceMode(bool isIn);
 

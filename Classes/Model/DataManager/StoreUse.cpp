@@ -59,6 +59,10 @@ Result<StoreUse> StoreUse::toMaintain() {
   return StoreUse(std::move(locks));
 }
 
+bool StoreUse::isHeldHere() {
+  return held > 0;
+}
+
 bool StoreUse::isMaintained() {
   return FileLock::isHeldExclusively(gate());
 }

@@ -20,11 +20,13 @@ namespace velloro {
 /// access to maintain where it has access to write: it would wait for itself.
 class StoreUse {
  public:
-  /// For who writes tasks, and has looked for the active store after this. Several may; waits while
-  /// the stores are maintained, or somebody waits to do so.
+  /// For code that writes tasks. Look up the active store only after this call. Several may write
+  /// at once; waits while the stores are maintained, or somebody waits to do so.
   [[nodiscard]] static Result<StoreUse> toWrite();
-  /// For who chooses the store and moves tasks. Waits until nobody writes.
+  /// For code that chooses the store and moves tasks. Waits until nobody writes.
   [[nodiscard]] static Result<StoreUse> toMaintain();
+  /// Whether this thread has access of either kind.
+  [[nodiscard]] static bool isHeldHere();
   /// Whether somebody maintains the stores, or waits to.
   [[nodiscard]] static bool isMaintained();
 

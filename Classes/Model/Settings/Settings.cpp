@@ -39,6 +39,10 @@ Settings::Settings(SettingsStorage& storage) : storage_(storage) {
   observer_ = NSNotificationCenter::defaultCenter().addObserver(
       settingsChangedNotification,
       [this](const Notification& notification) { settingsChanged(notification); });
+  reload();
+}
+
+void Settings::reload() {
   reloadStartOfDay();
   reloadFirstDayOfWeek();
 }

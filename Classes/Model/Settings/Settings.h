@@ -51,13 +51,16 @@ class Settings {
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
 
-  // These two are kept in memory until `settingsChangedNotification` tells of a change.
+  // These two are kept in memory until `settingsChangedNotification` tells of a change, or `reload`.
   /// When a day begins for tasks that don't say it themselves; midnight by default.
   [[nodiscard]] HHMMSS startOfDay() const {
     return HHMMSS::fromIntValue(cachedStartOfDay_).value_or(HHMMSS::midnight);
   }
   /// The one that the user has chosen, else that of the device's locale.
   [[nodiscard]] DayOfWeek firstDayOfWeek() const { return cachedFirstDayOfWeek_; }
+
+  /// Looks again at what is kept in memory: another process may have changed it.
+  void reload();
 
   [[nodiscard]] bool taskCountBadgeEnabled() const;
   /// In seconds; 0 when none was chosen.

@@ -40,15 +40,21 @@ void tell(std::vector<Setting> settings) {
       {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(settings)}}});
 }
 
+/// Of this thread's last write.
+thread_local ErrorPtr writeError;
+
 /// Into the setting's own tier, if the value is another one, and from there into the copy: an
 /// application whose setting lives in the cloud still has it in its suite.
 template <typename T>
 bool put(const Access<T>& access, Container& own, Container& copy, const Setting& setting,
          std::type_identity_t<T> value) {
   const std::string key = setting.key();
+  writeError = nullptr;
   if ((own.*access.read)(key) == value) return false;
   (own.*access.write)(std::move(value), key);
+  writeError = own.saveError();
   (copy.*access.write)((own.*access.read)(key), key);
+  if (writeError == nullptr) writeError = copy.saveError();
   return true;
 }
 
@@ -60,7 +66,9 @@ bool write(const Access<T>& access, const SettingsStorage& storage, Container& c
     const auto alone = copy.exclusiveAccess();
     if (!put(access, storage.container(setting), copy, setting, std::move(value))) return false;
   }
+  const ErrorPtr error = writeError;
   if (!silent) tell({setting});
+  writeError = error;
   return true;
 }
 
@@ -198,55 +206,81 @@ bool SettingsStorage::setData(std::optional<Data> value, const Setting::CodableS
   return write(datas, *this, containerOfCopies(), name, std::move(value), silent);
 }
 
+/// What goes along with a switch, from one tier to another.
+struct SettingsStorage::Move {
+  Container* from = nullptr;
+  Container* to = nullptr;
+  std::vector<Setting> copied;
+  /// Those of which the other tier has a value already, which is another one.
+  std::vector<Setting> kept;
+};
+
 bool SettingsStorage::changeTiers(bool value, const Setting::BoolSetting& tierSwitch) {
+  const Setting& name = tierSwitch.setting;
   std::vector<Setting> changed;
   {
     const auto alone = containerOfCopies().exclusiveAccess();
-    const std::vector<Setting> settings = movableSettings();
-    std::vector<Container*> from;
-    for (const Setting& setting : settings) from.push_back(&container(setting));
-    const Setting& name = tierSwitch.setting;
-    if (!put(booleans, container(name), containerOfCopies(), name, value)) return false;
-    changed = moveValues(settings, from);
+    writeError = nullptr;
+    if (isOn(name.name) == value) return false;
+    auto* const cloud = cloudStorage();
+    const auto refreshed = cloud != nullptr ? cloud->refresh() : Result<void>();
+    const Move move = moveFor(value, name.name);
+    const bool isKnown = refreshed || move.to == nullptr;  // what is to go along
+    writeError = isKnown ? change(value, name, move) : refreshed.error();
+    if (writeError != nullptr) return false;
+    changed = move.kept;
   }
-  tell({tierSwitch.setting});
+  tell({name});
   if (!changed.empty()) tell(std::move(changed));
+  writeError = nullptr;
   return true;
 }
 
-/// None while the cloud can't be read: its values stay where they are.
-std::vector<Setting> SettingsStorage::movableSettings() const {
-  auto* const cloud = cloudStorage();
-  if (cloud != nullptr && !cloud->refresh()) return {};
-  std::vector<Setting> settings;
+SettingsStorage::Move SettingsStorage::moveFor(bool value, SettingCase tierSwitch) const {
+  const auto isOnThen = [&](SettingCase name) { return name == tierSwitch ? value : isOn(name); };
+  const bool areTasks = isOnThen(SettingCase::cloudSyncTasksEnabled);
+  const bool areThemesNot = isOnThen(SettingCase::cloudSyncThemesDisabled);
+  Move move;
   for (const Setting& setting : Setting::allCases()) {
-    if (setting.row().tier != SettingTier::local) settings.push_back(setting);
+    const bool isCloudThen = velloro::isCloudStored(setting.row().tier, areTasks, areThemesNot);
+    auto* const cloud = isCloudThen ? cloudStorage() : nullptr;
+    Container* const from = &container(setting);
+    Container* const to = cloud != nullptr ? cloud : tiers_.localStorage.get();
+    if (from == to) continue;
+    move.from = from;  // of all of them the same
+    move.to = to;
+    if (isCopy(*from, *to, setting)) continue;
+    (isCloudThen && to->hasValue(setting.key()) ? move.kept : move.copied).push_back(setting);
   }
-  return settings;
+  return move;
 }
 
-std::vector<Setting> SettingsStorage::moveValues(const std::vector<Setting>& settings,
-                                                 const std::vector<Container*>& from) const {
-  std::vector<Setting> changed;
-  for (std::size_t i = 0; i < settings.size(); ++i) {
-    const Setting& setting = settings[i];
-    Container& to = container(setting);
-    if (&to == from[i] || isCopy(*from[i], to, setting)) continue;
-    const bool isOfTheCloud = &to != tiers_.localStorage.get() && to.hasValue(setting.key());
-    if (!isOfTheCloud) {
-      copy(*from[i], to, setting);
-      continue;
-    }
-    copy(to, containerOfCopies(), setting);
-    changed.push_back(setting);
+ErrorPtr SettingsStorage::change(bool value, const Setting& tierSwitch, const Move& move) {
+  if (!move.copied.empty()) {
+    const auto copied = move.to->writeTogether([&] {
+      for (const Setting& setting : move.copied) copy(*move.from, *move.to, setting);
+    });
+    if (!copied) return copied.error();
   }
-  return changed;
+  put(booleans, *tiers_.localStorage, containerOfCopies(), tierSwitch, value);
+  if (const ErrorPtr error = writeError) {
+    put(booleans, *tiers_.localStorage, containerOfCopies(), tierSwitch, !value);
+    // Values that nobody has set would count in the cloud.
+    if (move.to != nullptr && move.to != tiers_.localStorage.get()) {
+      (void)move.to->writeTogether([&] {
+        for (const Setting& setting : move.copied) move.to->setString(std::nullopt, setting.key());
+      });
+    }
+    return error;
+  }
+  for (const Setting& setting : move.kept) copy(*move.to, containerOfCopies(), setting);
+  return nullptr;
 }
 
 void SettingsStorage::shareAgain() const {
   if (isSharedCopyUpToDate()) return;
   const auto alone = containerOfCopies().exclusiveAccess();
-  if (auto* const cloud = cloudStorage(); cloud != nullptr && !cloud->refresh()) return;
+  if (auto* const cloud = cloudStorage(); cloud != nullptr && !cloud->refresh().has_value()) return;
   for (const Setting& setting : Setting::allCases()) {
     Container& shared = *tiers_.localSharedStorage;
     const Container& own = container(setting);
@@ -261,9 +295,8 @@ bool SettingsStorage::isSharedCopyUpToDate() const {
   });
 }
 
-ErrorPtr SettingsStorage::saveError(const Setting& setting) const {
-  const ErrorPtr own = container(setting).saveError();
-  return own != nullptr ? own : containerOfCopies().saveError();
+ErrorPtr SettingsStorage::saveError() {
+  return writeError;
 }
 
 bool SettingsStorage::isCloudStored(const Setting& setting) const {
@@ -317,7 +350,7 @@ SettingsStorageContainer& SettingsStorage::containerOfCopies() const {
 
 bool SettingsStorage::isOn(SettingCase tierSwitch) const {
   const bool hasSuite = tiers_.localSharedStorage != nullptr;
-  // Which themes a person keeps to one device an extension knows from the copy alone.
+  // An extension learns only from the shared copy which themes a person keeps on one device.
   if (isExtension_ && !hasSuite && tierSwitch == Setting::cloudSyncThemesDisabled) return false;
   const bool isInSuite = isExtension_ && hasSuite;
   const Container& tier = *(isInSuite ? tiers_.localSharedStorage : tiers_.localStorage);

@@ -41,7 +41,7 @@ constexpr auto rawValues(std::type_identity<SettingSource>) {
 /// The application reads and writes one tier, the cloud tier where the setting is cloud-stored and
 /// the local tier otherwise; values are never merged. An extension reads what is shared from the
 /// shared suite, where the application leaves a copy of all that it writes. Both agree on every
-/// shared setting whenever no process is amid a write.
+/// shared setting except while a write is in progress.
 ///
 /// What is absent, or can't be read, reads as 0, false, 0.0 or absent. Safe from any thread as far
 /// as the tiers are. Writes of several processes follow one another.
@@ -109,15 +109,18 @@ class SettingsStorage {
 
   /// Sets one of the two switches that say where settings live, and takes the values along: none
   /// reads otherwise afterwards, unless the cloud has a value of it already, which then counts on
-  /// this device as on the others. Returns whether anything changed.
+  /// this device as on the others. The values go first, so that a process that is killed meanwhile
+  /// leaves everything as it was read before. Returns whether anything changed; on failure
+  /// (`saveError`) nothing has.
   bool changeTiers(bool value, const Setting::BoolSetting& tierSwitch);
   /// Gives extensions a new copy of what the application reads now, where theirs is another: a
   /// change from elsewhere came by another way than `set…`, or the process that copied was killed.
   /// In an extension nothing.
   void shareAgain() const;
 
-  /// Why what was written of the setting is not kept beyond this process; null when it is.
-  [[nodiscard]] ErrorPtr saveError(const Setting& setting) const;
+  /// Why what this thread has last written is not kept beyond this process; null when it is, and
+  /// when there was nothing to write.
+  [[nodiscard]] static ErrorPtr saveError();
 
   /// Where a read finds the setting; absent where it looks nowhere, as in an extension for a flag
   /// that is not shared.
@@ -138,10 +141,10 @@ class SettingsStorage {
 
  private:
   bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
-  [[nodiscard]] std::vector<Setting> movableSettings() const;
-  /// Returns those that read otherwise afterwards.
-  std::vector<Setting> moveValues(const std::vector<Setting>& settings,
-                                  const std::vector<SettingsStorageContainer*>& from) const;
+  struct Move;
+  [[nodiscard]] Move moveFor(bool value, SettingCase tierSwitch) const;
+  /// Returns why not, or null.
+  ErrorPtr change(bool value, const Setting& tierSwitch, const Move& move);
   [[nodiscard]] bool isSharedCopyUpToDate() const;
 
   /// Where an extension finds the setting; null when it is not shared, or nothing is.

@@ -5,6 +5,7 @@
 #include "OxKit/Platform.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,8 +38,14 @@ class SettingsStorageContainer {
   /// Whether something is kept under the key. A tier that can't tell takes what reads as absent for
   /// nothing.
   [[nodiscard]] virtual bool hasValue(std::string_view key) const;
-  /// Reads anew what the tier holds in memory. Returns whether that could be done.
-  virtual bool refresh() { return true; }
+  /// Reads anew what the tier holds in memory. Where that can't be done it stays as it was.
+  virtual Result<void> refresh() { return {}; }
+  /// Does several writes, all of them or none where the tier can. Fails if they are not kept.
+  virtual Result<void> writeTogether(const std::function<void()>& writes) {
+    writes();
+    if (auto error = saveError()) return std::unexpected(std::move(error));
+    return {};
+  }
   /// Until it goes, no other process that asks for it changes settings. Null where a tier is not
   /// shared, or the lock can't be had.
   [[nodiscard]] virtual std::shared_ptr<void> exclusiveAccess() const { return nullptr; }

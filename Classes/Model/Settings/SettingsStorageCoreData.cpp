@@ -31,22 +31,29 @@ SettingValue valueOf(const SettingEntity& row) {
   return value;
 }
 
-std::optional<Entities> fetched(const NSFetchRequest& request, NSManagedObjectContext& context) {
+Result<Entities> fetched(const NSFetchRequest& request, NSManagedObjectContext& context) {
   auto rows = context.fetch<SettingEntity>(request);
   if (rows) return *std::move(rows);
   Log::database.error(rows.error());
-  return std::nullopt;
+  return std::unexpected(rows.error());
 }
 
-/// The rows with a key, the oldest first; absent where they can't be read.
-std::optional<Entities> rowsOf(std::string_view key, NSManagedObjectContext& context) {
+/// In the order in which they count: of several with one key the first does.
+Result<Entities> allRows(NSManagedObjectContext& context) {
+  NSFetchRequest request{std::string(SettingEntity::entityName())};
+  request.setReturnsObjectsAsFaults(false);
+  return fetched(request, context);
+}
+
+/// The rows with a key, the oldest first.
+Result<Entities> rowsOf(std::string_view key, NSManagedObjectContext& context) {
   NSFetchRequest request{std::string(SettingEntity::entityName())};
   request.setPredicate(NSPredicate::format("settingKey = %@", {key}));
   request.setSortDescriptors({{"dateCreated", true}});
   return fetched(request, context);
 }
 
-/// What of a row differs stays out of the history, and so out of the mirror, when nothing does.
+/// Columns that don't differ are not written, so that an unchanged value stays out of the history.
 void writeRow(const SettingValue& value, std::string_view key, NSManagedObjectContext& context) {
   const auto rows = rowsOf(key, context);
   if (!rows) return;
@@ -103,29 +110,45 @@ void SettingsStorageCoreData::write(T SettingValue::*column, T newValue, std::st
     held.*column = std::move(newValue);
     return held;
   });
-  change([&](NSManagedObjectContext& context) { writeRow(value, key, context); });
+  saveError_ = change([&](NSManagedObjectContext& context) { writeRow(value, key, context); });
 }
 
 void SettingsStorageCoreData::removeKey(std::string_view key) {
   const std::scoped_lock lock(writing_);
   queue_.sync([&] { settingsByKey_.erase(std::string(key)); });
-  change([&](NSManagedObjectContext& context) {
+  saveError_ = change([&](NSManagedObjectContext& context) {
     const auto rows = rowsOf(key, context);
     if (!rows) return;
     for (const auto& row : *rows) context.deleteObject(*row);
   });
 }
 
-void SettingsStorageCoreData::change(const Work& work) {
+ErrorPtr SettingsStorageCoreData::change(const Work& work) {
   const auto container = container_();
-  if (container == nullptr) return;
-  const auto context = container->newBackgroundContext();
+  if (container == nullptr) return nullptr;
+  const auto context = writingTogether_ ? writingTogether_ : container->newBackgroundContext();
   const auto saved = context->performTransaction([&]() -> Result<void> {
     work(*context);
     return {};
   });
+  if (saved) return nullptr;
+  Log::database.error(saved.error());
+  return saved.error();
+}
+
+Result<void> SettingsStorageCoreData::writeTogether(const std::function<void()>& writes) {
+  const auto container = container_();
+  if (container == nullptr) return SettingsStorageContainer::writeTogether(writes);
+  const std::scoped_lock lock(writing_);
+  writingTogether_ = container->newBackgroundContext();
+  auto saved = writingTogether_->performTransaction([&]() -> Result<void> {
+    writes();
+    return {};
+  });
+  writingTogether_ = nullptr;
   saveError_ = saved ? nullptr : saved.error();
-  if (!saved) Log::database.error(saved.error());
+  if (!saved) (void)refresh();  // what was written to memory
+  return saved;
 }
 
 ErrorPtr SettingsStorageCoreData::saveError() const {
@@ -184,50 +207,55 @@ void SettingsStorageCoreData::decodingFailed(const DecodingError& error) const {
 }
 
 void SettingsStorageCoreData::updateSettings() {
-  (void)refresh();
+  const std::scoped_lock lock(writing_);
+  if (refresh() && hasTwins_) deleteTwins();
 }
 
 // A thread other than the main one may hold up what the main thread waits for, and a program may
 // never run its main loop: there the rows are read in a context that needs no main queue.
-bool SettingsStorageCoreData::refresh() {
+Result<void> SettingsStorageCoreData::refresh() {
   const auto container = container_();
-  if (container == nullptr) return false;
+  if (container == nullptr) return {};
   const auto& viewContext = container->viewContext();
   const auto context = viewContext->isOnQueue() ? viewContext : container->newBackgroundContext();
   const std::scoped_lock lock(writing_);
   return context->performAndWait([&] { return reload(*context); });
 }
 
-bool SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
-  NSFetchRequest request{std::string(SettingEntity::entityName())};
-  request.setReturnsObjectsAsFaults(false);
-  const auto rows = fetched(request, context);
-  if (!rows) return false;
+Result<void> SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
+  const auto rows = allRows(context);
+  if (!rows) return std::unexpected(rows.error());
   decltype(entities_) entities;
   decltype(settingsByKey_) settingsByKey;
-  IDs duplicates;
+  hasTwins_ = false;
   for (const auto& row : *rows) {
     const std::string* key = row->text(SettingEntity::settingKey);
     if (key == nullptr) continue;
     if (settingsByKey.try_emplace(*key, valueOf(*row)).second) {
       entities.emplace(row->objectID(), *key);
     } else {
-      duplicates.push_back(row->objectID());
+      hasTwins_ = true;
     }
   }
   queue_.sync([&] {
     entities_.swap(entities);
     settingsByKey_.swap(settingsByKey);
   });
-  if (!duplicates.empty()) deleteDuplicates(duplicates);
-  return true;
+  return {};
 }
 
-void SettingsStorageCoreData::deleteDuplicates(const IDs& duplicates) {
-  Log::settings.debug(
-      [&] { return "Deleting duplicate settings (" + std::to_string(duplicates.size()) + ")"; });
-  change([&](NSManagedObjectContext& context) {
-    for (const NSManagedObjectID id : duplicates) context.deleteObject(*context.objectWithID(id));
+// Which ones are twins is decided within the transaction: since they were read, another process may
+// have deleted those that counted.
+void SettingsStorageCoreData::deleteTwins() {
+  Log::settings.debug([] { return "Deleting duplicate settings"; });
+  (void)change([](NSManagedObjectContext& context) {
+    const auto rows = allRows(context);
+    if (!rows) return;
+    std::set<std::string> keys;
+    for (const auto& row : *rows) {
+      const std::string* key = row->text(SettingEntity::settingKey);
+      if (key != nullptr && !keys.insert(*key).second) context.deleteObject(*row);
+    }
   });
 }
 

@@ -60,7 +60,10 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   [[nodiscard]] double doubleForKey(std::string_view key) const override;
   void setDouble(double value, std::string_view key) override;
   [[nodiscard]] bool hasValue(std::string_view key) const override;
-  bool refresh() override;
+  /// Within a transaction of the view context it reads what that sees.
+  Result<void> refresh() override;
+  /// In one transaction.
+  Result<void> writeTogether(const std::function<void()>& writes) override;
   /// Of the last write.
   [[nodiscard]] ErrorPtr saveError() const override;
 
@@ -76,10 +79,11 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   template <typename T>
   void write(T SettingValue::*column, T value, std::string_view key);
   void removeKey(std::string_view key);
-  bool reload(NSManagedObjectContext& context);
-  void deleteDuplicates(const IDs& duplicates);
-  /// In a new background context, and saves what the work has changed.
-  void change(const Work& work);
+  Result<void> reload(NSManagedObjectContext& context);
+  void deleteTwins();
+  /// In a new background context, or within `writeTogether`, and saves what the work has changed.
+  /// Returns why not, or null.
+  ErrorPtr change(const Work& work);
 
   void didMerge(const Notification& notification);
   [[nodiscard]] std::set<std::string> knownKeys() const;
@@ -92,8 +96,13 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   const SettingsStorage& settings_;
   /// Held for a whole write and a whole reading of all rows, so that memory and store never part.
   /// Reads don't wait for it.
-  mutable std::mutex writing_;
-  ErrorPtr saveError_;                                                     // guarded by `writing_`
+  mutable std::recursive_mutex writing_;
+  /// \name Guarded by `writing_`.
+  /// @{
+  ErrorPtr saveError_;
+  std::shared_ptr<NSManagedObjectContext> writingTogether_;  // null outside that
+  bool hasTwins_ = false;                                    // among the rows that were read last
+  /// @}
   const DispatchQueue queue_{"velloro.domain.darwin-notificationcenter"};  // guards these two
   std::map<NSManagedObjectID, std::string> entities_;  // the key of each row that counts
   std::map<std::string, SettingValue, std::less<>> settingsByKey_;

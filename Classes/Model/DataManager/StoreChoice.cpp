@@ -1,0 +1,44 @@
+#include "DataManager/StoreChoice.h"
+
+#include "DataManager/DataManager.h"
+#include "Foundation/NSUserDefaults.h"
+
+namespace velloro {
+namespace {
+
+constexpr const char* choosesCloud = "storeSwitch.choosesCloud";
+constexpr const char* keepsTasksKey = "storeSwitch.keepsTasks";
+
+std::optional<NSUserDefaults> suite() {
+  return NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
+}
+
+Result<void> keep(const NSUserDefaults::Changes& changes) {
+  auto defaults = suite();
+  if (!defaults) return {};
+  defaults->setObjects(changes);
+  if (auto error = defaults->saveError()) return std::unexpected(std::move(error));
+  return {};
+}
+
+}  // namespace
+
+std::optional<StoreChoice> StoreChoice::underWay() {
+  const auto defaults = suite();
+  const auto kept = defaults ? defaults->objectForKey(choosesCloud) : std::nullopt;
+  const auto isCloud = kept ? kept->boolean() : std::nullopt;
+  if (!isCloud) return std::nullopt;
+  return StoreChoice{.isCloud = *isCloud, .keepsTasks = defaults->boolForKey(keepsTasksKey)};
+}
+
+Result<void> StoreChoice::begin() const {
+  auto begun = keep({{choosesCloud, isCloud}, {keepsTasksKey, keepsTasks}});
+  if (!begun) (void)end();
+  return begun;
+}
+
+Result<void> StoreChoice::end() {
+  return keep({{choosesCloud, nullptr}, {keepsTasksKey, nullptr}});
+}
+
+}  // namespace velloro

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Foundation/Error.h"
+#include "OxKit/Platform.h"
+
+#include <optional>
+
+namespace velloro {
+
+/// That another store is being chosen, as all processes see it from before the first task is copied
+/// until everything is done. Until then the former store is the active one, for every process, even
+/// if the one that chose was killed. So the end of the choice is what makes the chosen store the
+/// active one, everywhere at once.
+struct StoreChoice {
+  bool isCloud = false;  ///< The store that is chosen; the other one is the former.
+  /// The chosen store has tasks of its own, which stay. Otherwise its tasks are but a copy, which is
+  /// made anew when the choice is completed later: the former one may have been written to.
+  bool keepsTasks = false;
+
+  /// Absent while none is under way.
+  [[nodiscard]] static std::optional<StoreChoice> underWay();
+  /// On failure none is under way.
+  [[nodiscard]] Result<void> begin() const;
+  /// On failure it is still under way, for other processes.
+  [[nodiscard]] static Result<void> end();
+};
+
+}  // namespace velloro
