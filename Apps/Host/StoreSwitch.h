@@ -19,8 +19,8 @@ struct StoreSwitch {
 /// (`SettingsStorage::changeTiers`). Meanwhile no process writes tasks, nor begins background work.
 ///
 /// On the main thread of the application. \throws HostError where it can't be done; the choice is
-/// then as it was. Where not even that can be had, say on a full disk, the former store stays in use
-/// until `finishChoosingStore`.
+/// then as it was. Where not even that can be had, say on a full disk, the former store stays in
+/// use until `finishChoosingStore`.
 StoreSwitch chooseStore(DataManager& manager, bool isCloud);
 
 /// Completes a choice that a killed process has left unfinished, with a new copy of what the former

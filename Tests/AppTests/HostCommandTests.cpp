@@ -370,24 +370,38 @@ TEST_F(HostCommands, SwitchTheStoreOnceWhoeverWritesMeanwhile) {
   }
 }
 
-TEST_F(HostCommands, FinishASwitchThatWasKilledAfterItsCopy) {
+TEST_F(HostCommands, FinishASwitchThatWasKilledAndTakeBackOneThatFails) {
   const auto run = [&](const std::string& arguments) {
-    return runProgram(arguments + " --store '" + folder_.string() + "'");
+    const auto result = runProgram(arguments + " --store '" + folder_.string() + "'");
+    return result.output + result.errors;
   };
-  EXPECT_EQ(run("task add Read").exitCode, 0);
-  EXPECT_EQ(run("settings set cloudSyncTasksEnabled false").exitCode, 0);
   const auto set = [&](const char* suite, const PropertyList::Dictionary& changes) {
     const auto file = folder_ / "preferences" / (std::string(suite) + ".json");
     auto values = PropertyList::fromFileText(platform::NSFileManager::contents(file).value());
     for (const auto& [key, value] : changes) values.dictionary()->insert_or_assign(key, value);
     EXPECT_TRUE(platform::NSFileManager::write(values.fileText(), file));
   };
+  const std::string toLocal = "settings set cloudSyncTasksEnabled false";
+  run("task add Read");
+  run("settings set startOfDay 04:00:00");
+  const auto lock = folder_ / "preferences/.velloro.app.json.lock";
+  std::filesystem::remove(lock);
+  std::filesystem::create_directory(lock);  // the switch can't be saved
+  EXPECT_THAT(run(toLocal), HasSubstr("the tasks stay"));
+  std::filesystem::remove(lock);
+  EXPECT_THAT(run(toLocal), HasSubstr("tasks copied into the chosen store: 1"));
+  // As if it had been killed after the copy.
   const std::string isCloud = "Settings_CloudSyncEnabled";
-  set("velloro.app", {{isCloud, true}});
+  set("velloro.app", {{isCloud, true}, {"Settings_StartOfDay", 0}});
   set("group.velloro.app.today", {{isCloud, true}, {"storeSwitch.choosesCloud", false}});
-  EXPECT_EQ(run("task add Write").exitCode, 0);
-  EXPECT_THAT(run("settings get cloudSyncTasksEnabled").output, HasSubstr("false"));
-  EXPECT_EQ(PropertyList::fromJSON(run("task list --json").output).array()->size(), 2U);
+  run("log add Read --process widget");
+  EXPECT_THAT(run("settings get cloudSyncTasksEnabled"), HasSubstr("true"))
+      << "a look ends nothing";
+  run("task add Write");
+  EXPECT_THAT(run("settings get cloudSyncTasksEnabled"), HasSubstr("false"));
+  EXPECT_THAT(run("settings get startOfDay"), HasSubstr("local   14400"));
+  EXPECT_EQ(PropertyList::fromJSON(run("task list --json")).array()->size(), 2U);
+  EXPECT_EQ(PropertyList::fromJSON(run("log list Read --json")).array()->size(), 1U);
 }
 
 TEST_F(HostCommands, FillADemonstration) {

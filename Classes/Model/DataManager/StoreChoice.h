@@ -13,8 +13,8 @@ namespace velloro {
 /// active one, everywhere at once.
 struct StoreChoice {
   bool isCloud = false;  ///< The store that is chosen; the other one is the former.
-  /// The chosen store has tasks of its own, which stay. Otherwise its tasks are but a copy, which is
-  /// made anew when the choice is completed later: the former one may have been written to.
+  /// The chosen store has tasks of its own, which stay. Otherwise its tasks are but a copy, which
+  /// is made anew when the choice is completed later: the former one may have been written to.
   bool keepsTasks = false;
 
   /// Absent while none is under way.

@@ -51,7 +51,8 @@ class Settings {
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
 
-  // These two are kept in memory until `settingsChangedNotification` tells of a change, or `reload`.
+  // These two are kept in memory until `settingsChangedNotification` tells of a change, or
+  // `reload`.
   /// When a day begins for tasks that don't say it themselves; midnight by default.
   [[nodiscard]] HHMMSS startOfDay() const {
     return HHMMSS::fromIntValue(cachedStartOfDay_).value_or(HHMMSS::midnight);
