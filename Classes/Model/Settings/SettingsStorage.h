@@ -55,7 +55,7 @@ class SettingsStorage {
     /// Null in a process that opens no object store, such as one that shows a notification. There
     /// the local tier, which follows the cloud, stands in for it.
     std::shared_ptr<SettingsStorageContainer> cloudStorage = nullptr;
-    /// For who takes over what was written there long ago; settings are not read from it.
+    /// For code that takes over what was written there long ago; settings are not read from it.
     std::shared_ptr<SettingsStorageContainer> legacyCloudStorage = nullptr;
   };
   /// Gives the container of the rows that all of a person's devices share, the one that is open at
