@@ -1,12 +1,9 @@
 #include "AppTests/Program.h"
-#include "CoreData/NSPersistentContainer.h"
 #include "Foundation/PropertyList.h"
-#include "Foundation/TestEnvironment.h"
-#include "Tasks/TaskEntity.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskLogFetchRequest.h"
 #include "Tasks/TaskTemporalDataEntity.h"
-#include "Tasks/VelloroModel.h"
 
 #include <atomic>
 #include <chrono>
@@ -129,10 +126,8 @@ class Crowd : public ::testing::Test {
   void checkAll() {
     const auto file = folder_ / "groups/group.velloro.app.today/Velloro-CloudKit.sqlite";
     EXPECT_EQ(runProgram("store check '" + file.string() + "'").exitCode, 0);
-    NSPersistentContainer container(velloroModelName, velloroModel());
-    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file)});
-    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
-    NSManagedObjectContext& context = *container.viewContext();
+    const TaskStore store(NSPersistentStoreDescription::initWithURL(file));
+    NSManagedObjectContext& context = *store.viewContext();
     std::set<std::string> found;
     for (const auto& task : *context.fetch<TaskEntity>(NSFetchRequest("Task"))) {
       found.insert(task->value(TaskAttributes::uniqueId).value());

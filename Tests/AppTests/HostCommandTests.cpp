@@ -1,13 +1,10 @@
 #include "AppTests/Program.h"
-#include "CoreData/NSPersistentContainer.h"
 #include "DataManager/DataManager.h"
 #include "Foundation/JSON.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/PropertyList.h"
-#include "Foundation/TestEnvironment.h"
-#include "Tasks/TaskEntity.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskTemporalDataEntity.h"
-#include "Tasks/VelloroModel.h"
 
 #include <algorithm>
 #include <chrono>
@@ -50,16 +47,12 @@ class HostCommands : public testing::Test {
     EXPECT_EQ(result.exitCode, 0) << arguments << ": " << result.errors;
     return result.output;
   }
-  /// The row of what is kept of the only task's log, changed by someone else.
-  void withRow(const std::function<void(TaskTemporalDataEntity&)>& work) const {
-    NSPersistentContainer container(velloroModelName, velloroModel());
-    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(
-        folder_ / "groups" / DataManager::groupIdentifier / "Velloro-CloudKit.sqlite")});
-    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
-    NSManagedObjectContext& context = *container.viewContext();
-    const NSFetchRequest request{std::string(TaskTemporalDataEntity::entityName())};
-    work(*context.fetch<TaskTemporalDataEntity>(request).value().front());
-    EXPECT_TRUE(context.save());
+  /// Changes the store as another program does.
+  void behindItsBack(const std::function<void(NSManagedObjectContext&)>& work) const {
+    const TaskStore store(NSPersistentStoreDescription::initWithURL(
+        folder_ / "groups" / DataManager::groupIdentifier / "Velloro-CloudKit.sqlite"));
+    work(*store.viewContext());
+    EXPECT_TRUE(store.viewContext()->save());
   }
   void refuses(const std::string& now, const std::string& arguments, const std::string& complaint) {
     const auto result = at(now, arguments);
@@ -73,21 +66,6 @@ class HostCommands : public testing::Test {
            "' --now 2024-03-" + now + "+01:00";
   }
 
-  /// Of all tasks, behind the program's back.
-  void setTitle(const std::string& title) const {
-    const TestEnvironment environment;
-    NSPersistentContainer container(velloroModelName, velloroModel());
-    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(
-        folder_ / "groups/group.velloro.app.today/Velloro-CloudKit.sqlite")});
-    container.loadPersistentStores([](const auto&, const ErrorPtr& error) { EXPECT_FALSE(error); });
-    NSManagedObjectContext& context = *container.viewContext();
-    const auto tasks =
-        context.fetch<TaskEntity>(NSFetchRequest(std::string(TaskEntity::entityName())));
-    for (const auto& task : tasks.value()) task->setValue(TaskAttributes::title, title);
-    EXPECT_TRUE(context.save());
-  }
-
- protected:
   std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
                                   (std::string("velloro-host-") +
                                    testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -177,18 +155,20 @@ TEST_F(HostCommands, TakeBackWhatAClockThatWasAheadClosed) {
 TEST_F(HostCommands, LeaveWhatAHealthReaderHasStored) {
   answer("04T08:00:00", "task add Stand --type hk_stand --target 12");
   answer("04T09:00:00", "log add Stand --progress 5");
-  withRow([](TaskTemporalDataEntity& row) {
-    EXPECT_EQ(row.value(TaskTemporalDataEntity::progress), 5);
-    EXPECT_EQ(row.value(TaskTemporalDataEntity::lastUpdated),
-              Date::fromISO8601("2024-03-04T08:00:00Z"));
-    row.setValue(TaskTemporalDataEntity::progress, 7.0);
+  using Row = TaskTemporalDataEntity;
+  const auto kept = [](NSManagedObjectContext& context) {
+    return context.fetch<Row>(NSFetchRequest(std::string(Row::entityName()))).value().front();
+  };
+  behindItsBack([&](NSManagedObjectContext& context) {
+    const auto row = kept(context);
+    EXPECT_EQ(row->value(Row::progress), 5);
+    EXPECT_EQ(row->value(Row::lastUpdated), Date::fromISO8601("2024-03-04T08:00:00Z"));
+    row->setValue(Row::progress, 7.0);
   });
   const auto next = answer("04T10:00:00", "log add Stand");
   EXPECT_EQ(*next["progress"].real(), 5) << "what is left by its title";
   EXPECT_EQ(*next["type"].text(), "completed_manually");
-  withRow([](TaskTemporalDataEntity& row) {
-    EXPECT_EQ(row.value(TaskTemporalDataEntity::progress), 7);
-  });
+  behindItsBack([&](auto& context) { EXPECT_EQ(kept(context)->value(Row::progress), 7); });
 }
 
 TEST_F(HostCommands, LeaveAPausedTaskAlone) {
@@ -324,7 +304,10 @@ TEST_F(HostCommands, KeepHostileTextsFromTheTerminal) {
   using namespace std::string_literals;
   const std::string now = "04T08:00:00";
   const std::string id = *answer(now, "task add Read")["uniqueId"].text();
-  setTitle("a\0b\n\x1b[2J\u009b\u202Ec\xE9"s);
+  behindItsBack([](NSManagedObjectContext& context) {
+    const auto task = context.fetch<TaskEntity>(NSFetchRequest("Task")).value().front();
+    task->setValue(TaskAttributes::title, "a\0b\n\x1b[2J\u009b\u202Ec\xE9"s);
+  });
   for (const std::string command :
        {"status", "task list", "task show ", "task edit ", "history "}) {
     const auto result = at(now, command.ends_with(' ') ? command + id : command);
@@ -339,6 +322,7 @@ TEST_F(HostCommands, TakeTasksAlongToAnotherStore) {
   EXPECT_EQ(at("04T08:00:00", "demo").exitCode, 0);
   const auto all = [&] { return at("04T08:00:00", "task list --json").output; };
   const std::string before = all();
+  EXPECT_THAT(before, HasSubstr("Read a chapter"));
   const auto toLocal = at("04T08:00:00", "settings set cloudSyncTasksEnabled false");
   EXPECT_THAT(toLocal.errors, HasSubstr("tasks copied into the chosen store: 8"));
   EXPECT_EQ(all(), before);
@@ -402,12 +386,6 @@ TEST_F(HostCommands, FinishASwitchThatWasKilledAndTakeBackOneThatFails) {
   EXPECT_THAT(run("settings get startOfDay"), HasSubstr("local   14400"));
   EXPECT_EQ(PropertyList::fromJSON(run("task list --json")).array()->size(), 2U);
   EXPECT_EQ(PropertyList::fromJSON(run("log list Read --json")).array()->size(), 1U);
-}
-
-TEST_F(HostCommands, FillADemonstration) {
-  EXPECT_EQ(at("07T20:00:00", "demo").exitCode, 0);
-  EXPECT_EQ(answer("07T20:00:00", "status").array()->size(), 8U);
-  EXPECT_THAT(at("07T20:00:00", "status").output, HasSubstr("Read a chapter"));
 }
 
 }  // namespace

@@ -29,11 +29,6 @@ class ContextTest : public ::testing::Test {
     const auto context = library_->newBackgroundContext();
     context->performAndWait([&] { look(*context); });
   }
-  Book find(Context& context, const char* title) {
-    return context.fetch<BookEntity>(bookRequest(NSPredicate::format("title = %@", {title})))
-        .value()
-        .front();
-  }
 
   TestEnvironment environment_;
   std::unique_ptr<Library> library_ = std::make_unique<Library>();
@@ -380,16 +375,6 @@ TEST_F(ContextTest, AnotherContainerHearsOfASaveAndMergesItsHistory) {
   EXPECT_EQ(copy->value(BookEntity::day), 9);
 }
 
-TEST_F(ContextTest, APassingResultCanBeLoopedOver) {
-  newBook(view(), "Emma");
-  int found = 0;
-  for (const auto& book : *view().fetch<BookEntity>(bookRequest())) {
-    found += book->value(BookEntity::title) == "Emma";
-  }
-  for (const auto& book : view().fetch(bookRequest()).value()) found += book->isInserted();
-  EXPECT_EQ(found, 2);
-}
-
 TEST_F(ContextTest, AMirrorIsMadeForCloudStoresAndTellsOfItsWork) {
   using Container = NSPersistentCloudKitContainer;
   std::vector<std::string> mirrored;
@@ -422,21 +407,6 @@ TEST_F(ContextTest, AMirrorIsMadeForCloudStoresAndTellsOfItsWork) {
   Container::setMirrorFactory(nullptr);
   EXPECT_THAT(mirrored, ElementsAre("iCloud.library"));
   EXPECT_THAT(ends, ElementsAre(std::nullopt, Date::sinceReferenceDate(6)));
-}
-
-TEST_F(ContextTest, AStoreInMemoryIsSharedByItsContexts) {
-  library_ = std::make_unique<Library>(NSPersistentStoreDescription::inMemory());
-  newBook(view(), "Emma");
-  expectSaved(view());
-  std::string seen;
-  library_->performBackgroundTask([&](Context& context) {
-    seen = titles(context);
-    newBook(context, "Persuasion");
-    expectSaved(context);
-  });
-  environment_.settle();
-  EXPECT_EQ(seen, "Emma");
-  EXPECT_EQ(titles(view()), "Emma Persuasion");
 }
 
 }  // namespace

@@ -12,11 +12,6 @@ namespace {
 using ::testing::Each;
 using ::testing::IsEmpty;
 
-Book find(Context& context, const char* title) {
-  return context.fetch<BookEntity>(bookRequest(NSPredicate::format("title = %@", {title})))
-      .value()
-      .front();
-}
 template <typename T>
 std::shared_ptr<T> find(Context& context, const char* key, const char* text) {
   NSFetchRequest request{std::string(entityName<T>())};

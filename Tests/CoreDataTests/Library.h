@@ -76,6 +76,12 @@ inline std::filesystem::path libraryPath() {
   return Environment::current().directories().temporary / "library.sqlite";
 }
 
+/// No other thread knows of a store without a watch: it is closed when its container goes, and
+/// processes may be started.
+inline NSPersistentStoreDescription unwatched() {
+  return NSPersistentStoreDescription::initWithURL(libraryPath());
+}
+
 /// A container on the library's file, with a view context that merges as the program's does.
 class Library : public NSPersistentContainer {
  public:
@@ -120,6 +126,20 @@ inline NSFetchRequest bookRequest(std::optional<NSPredicate> predicate = std::nu
   request.setPredicate(std::move(predicate));
   request.setSortDescriptors(std::move(order));
   return request;
+}
+
+inline Book find(Context& context, const char* title) {
+  return context.fetch<BookEntity>(bookRequest(NSPredicate::format("title = %@", {title})))
+      .value()
+      .front();
+}
+
+/// Makes a store of one book.
+inline void saveBook(const char* title, int day = 0,
+                     NSPersistentStoreDescription description = unwatched()) {
+  Library library(std::move(description));
+  newBook(*library.viewContext(), title, day);
+  expectSaved(*library.viewContext());
 }
 
 /// The titles of what a request finds, with blanks between them.

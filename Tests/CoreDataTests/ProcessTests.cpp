@@ -17,10 +17,6 @@ namespace {
 using ::testing::IsEmpty;
 using Clock = std::chrono::steady_clock;
 
-NSPersistentStoreDescription unwatched() {
-  return NSPersistentStoreDescription::initWithURL(libraryPath());
-}
-
 /// Each save counts the author's books in his name, adds one and tells of it.
 void saveUntilKilled(Pipe& acknowledged) {
   Library library(unwatched());
@@ -170,11 +166,7 @@ void saveOnDemand(Pipe& go, Pipe& committed) {
 
 TEST(StoreProcesses, AReaderIsWokenByEachCommitAndMergesIt) {
   TestEnvironment environment;
-  {
-    Library library(unwatched());
-    newBook(*library.viewContext(), "Shared", -1);
-    expectSaved(*library.viewContext());
-  }
+  saveBook("Shared", -1);
   constexpr int commits = 10000;
   Pipe go;
   Pipe committed;

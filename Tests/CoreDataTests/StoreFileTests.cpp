@@ -62,11 +62,6 @@ Files files() {
   return all;
 }
 
-/// No other thread knows of a store without a watch: it is closed when its container goes.
-NSPersistentStoreDescription unwatched() {
-  return NSPersistentStoreDescription::initWithURL(libraryPath());
-}
-
 /// The library as it lies there when a program with the file open is killed.
 template <typename Program>
 void leaveWithLog(Program program) {
@@ -220,13 +215,8 @@ void asStranger(Work work) {
 
 TEST(StoreFile, AFolderThatCantBeWrittenIsAnError) {
   TestEnvironment environment;
-  // Without a watch, whose thread would be there when processes are started.
   asStranger([&] { EXPECT_EQ(Library(unwatched()).error->code(), code(cannotOpen)); });
-  {
-    Library library(unwatched());
-    newBook(*library.viewContext(), "Emma");
-    expectSaved(*library.viewContext());
-  }
+  saveBook("Emma");
   asStranger([&] {
     const Library library(unwatched());
     ASSERT_NE(library.error, nullptr);
@@ -240,12 +230,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
     void (*prepare)();
     const char* titles;
   } cases[] = {
-      {[] {
-         Library library(unwatched());
-         newBook(*library.viewContext(), "Emma");
-         expectSaved(*library.viewContext());
-       },
-       "Emma"},
+      {[] { saveBook("Emma"); }, "Emma"},
       {[] {
          leaveWithLog([](auto leave) {
            Library library(unwatched());
@@ -262,11 +247,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
        },
        "Old"},
       {[] {
-         {
-           Library library(unwatched());
-           newBook(*library.viewContext(), "Unmarked");
-           expectSaved(*library.viewContext());
-         }
+         saveBook("Unmarked");
          Shell().run("PRAGMA application_id = 0");
        },
        "Unmarked"},
@@ -287,9 +268,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
       EXPECT_EQ(codeOf(library.viewContext()->save()), code(readOnly));
       EXPECT_EQ(files(), before);
       EXPECT_FALSE(library.persistentStoreCoordinator()->hasBeenWritten());
-      Library writer(unwatched());
-      newBook(*writer.viewContext(), "Newer");
-      expectSaved(*writer.viewContext());
+      saveBook("Newer");
       EXPECT_TRUE(library.persistentStoreCoordinator()->hasBeenWritten());
     }
     EXPECT_EQ(Shell().text("PRAGMA application_id"), "1986818671");
@@ -305,11 +284,7 @@ TEST(StoreFile, AnotherFileOfTheNameIsOpenedAndTheOldOneForgotten) {
   newBook(context, "Old");
   expectSaved(context);
   const auto backup = folder / "backup.sqlite";
-  {
-    Library other(NSPersistentStoreDescription::initWithURL(backup));
-    newBook(*other.viewContext(), "Backup");
-    expectSaved(*other.viewContext());
-  }
+  saveBook("Backup", 0, NSPersistentStoreDescription::initWithURL(backup));
   std::filesystem::rename(libraryPath(), folder / "aside");
   EXPECT_EQ(codeOf(context.fetch(bookRequest())), code(cannotOpen));
   EXPECT_FALSE(std::filesystem::exists(libraryPath()));
@@ -326,12 +301,7 @@ TEST(StoreFile, DoesWithoutTheFileOfHints) {
   const auto folder = libraryPath().parent_path();
   std::filesystem::create_directory(libraryPath().string() + "-changes");
   const auto link = folder / "link.sqlite";
-  {
-    Library library;
-    EXPECT_EQ(library.error, nullptr);
-    newBook(*library.viewContext(), "Emma");
-    expectSaved(*library.viewContext());
-  }
+  saveBook("Emma", 0, Library::fileDescription());
   std::filesystem::remove(libraryPath().string() + "-changes");
   std::filesystem::create_symlink(libraryPath(), link);
   auto description = Library::fileDescription();
@@ -449,12 +419,8 @@ struct Scene {
 
 TEST(StoreFile, AFullDiskCanBeReadFrom) {
   TestEnvironment environment;
-  {
-    Library library;
-    newBook(*library.viewContext(), "Emma");
-    expectSaved(*library.viewContext());
-  }
-  Library library(Library::fileDescription());
+  saveBook("Emma");
+  Library library;
   Context& context = *library.viewContext();
   {
     FailingDisk disk(FailingDisk::Mode::noRoomForIndex, 1);

@@ -1,4 +1,7 @@
+#include "Foundation/TestEnvironment.h"
+#include "OxDateTime/YYYYMM.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "Support/Fixtures.h"
 
 #include <tuple>
 
@@ -81,6 +84,96 @@ TEST(YYYYMMDD, CountsTheDaysThatRemain) {
   EXPECT_EQ(thursday.numberOfDaysRemainingThisMonth(true), 25);
   EXPECT_EQ(thursday.numberOfDaysRemainingThisYear(false), 299);
   EXPECT_EQ(day(20241231).numberOfDaysRemainingThisYear(true), 1);
+}
+
+YYYYMM month(std::int64_t value) {
+  return YYYYMM::fromRawValue(value).value();
+}
+
+TEST(YYYYMM, ReadsItsForms) {
+  EXPECT_FALSE(YYYYMM::fromRawValue(0));
+  EXPECT_EQ(month(202403).debugDescription(), "2024-03");
+  EXPECT_EQ(YYYYMM::fromString("202413")->m, 13) << "the month's range is not tested";
+  for (const char* bad : {"20240", "2024031", "2024-3", "20240x"}) {
+    EXPECT_FALSE(YYYYMM::fromString(bad)) << bad;
+  }
+}
+
+TEST(YYYYMM, AddsMonths) {
+  const std::tuple<std::int64_t, std::int64_t, std::int64_t> cases[] = {
+      {202401, -1, 202312},  {202312, 1, 202401},   {202403, 0, 202403},  {202403, 22, 202601},
+      {202403, -27, 202112}, {202403, 120, 203403}, {202412, -12, 202312}};
+  for (const auto& [from, count, to] : cases) {
+    EXPECT_EQ(month(from).add(count), month(to)) << from << " " << count;
+    EXPECT_EQ(month(from).distance(month(to)), count);
+  }
+  EXPECT_EQ(month(202403).distance(month(202401), true), -1);
+  EXPECT_EQ(month(202403).lastMonthOfYear(), month(202412));
+}
+
+TEST(YYYYMM, KnowsItsDays) {
+  EXPECT_EQ(month(202402).lastDay().intValue(), 20240229);
+  EXPECT_EQ(month(190002).lastDay().intValue(), 19000228);
+  EXPECT_EQ(month(200002).numberOfDays(), 29);
+  EXPECT_EQ(month(202414).numberOfDays(), 28) << "month 14 is the next February";
+}
+
+TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
+  const std::tuple<const char*, const char*, const char*, const char*, const char*, const char*>
+      cases[] = {{"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
+                 {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
+                 {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"}};
+  TestEnvironment environment;
+  for (const auto& [locale, title, withYear, shortWithYear, year, weekday] : cases) {
+    environment.setLocale(locale);
+    EXPECT_EQ(month(202403).localizedTitle(), title);
+    EXPECT_EQ(month(202403).localizedTitleWithYear(), withYear);
+    EXPECT_EQ(month(202403).localizedShortTitleWithYear(), shortWithYear);
+    EXPECT_EQ(month(202403).localizedYear(), year);
+    EXPECT_EQ(localizedTitle(DayOfWeek::wednesday), weekday);
+  }
+}
+
+TEST(YYYYMM, CountsTheBlanksOfItsGrid) {
+  using enum DayOfWeek;
+  const std::tuple<std::int64_t, DayOfWeek, std::int64_t, std::int64_t> cases[] = {
+      {202403, sunday, 5, 6},  // Friday 1 to Sunday 31
+      {202403, monday, 4, 0},
+      {202403, friday, 0, 4},
+      {202406, sunday, 6, 6},  // Saturday 1 to Sunday 30
+  };
+  for (const auto& [value, first, before, after] : cases) {
+    EXPECT_EQ(month(value).numberOfDaysInWeekBeforeMonthStarts(first), before) << value;
+    EXPECT_EQ(month(value).numberOfDaysInWeekAfterMonthEnds(first), after) << value;
+  }
+}
+
+template <typename T>
+void expectForm(const T& value, const char* json) {
+  EXPECT_EQ(JSONEncoder{}.encode(value), json);
+  EXPECT_EQ(JSONDecoder{}.decode<T>(json), value);
+}
+
+TEST(Serialization, KeepsTheFormsOfTheStore) {
+  expectForm(std::vector<HHMMSS>{{.h = 9}, {.h = 23, .m = 59, .s = 59}}, "[32400,86399]");
+  expectForm(YYYYMMDD::Range::from({.y = 2024, .m = 3, .d = 7}), R"({"minDate":20240307})");
+  expectForm(DaysOfWeek{DaysOfWeek::monday, DaysOfWeek::friday}, "34");
+  expectForm(EnumSet<DayOfWeek>{DayOfWeek::saturday, DayOfWeek::sunday}, "[0,6]");
+}
+
+TEST(Serialization, ReadsTheKeyedFormOfATime) {
+  const auto time = JSONDecoder{}.decode<HHMMSS>(R"({"h":25,"m":1,"s":2})");
+  EXPECT_EQ(time.intValue(), 90062) << "the fields are taken as they stand";
+}
+
+TEST(Serialization, NamesWhatIsWrongAndWhere) {
+  EXPECT_EQ(decodingFailure<std::vector<YYYYMMDD>>("[20240307,-5]"),
+            "[1]: Unable to create YYYYMMDD from -5");
+  EXPECT_EQ(decodingFailure<std::vector<YYYYMM>>("[0]"), "[0]: Unable to create YYYYMM");
+  EXPECT_EQ(decodingFailure<std::vector<HHMMSS>>("[86400]"), "[0]: Unable to create HHMMSS");
+  EXPECT_NE(decodingFailure<std::vector<DayOfWeek>>("[7]"), "none");
+  EXPECT_NE(decodingFailure<std::vector<CalendarDayOfWeek>>("[0]"), "none");
+  EXPECT_NE(decodingFailure<std::vector<DaysOfWeek>>("[40000]"), "none");
 }
 
 }  // namespace

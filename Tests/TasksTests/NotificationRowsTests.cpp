@@ -1,7 +1,7 @@
 #include "Support/Fixtures.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskNotificationRemindersEntity.h"
 #include "Tasks/TaskNotificationSettingsEntity.h"
-#include "TasksTests/TaskStore.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
 #include "CoreData/StoreError.h"
 #include "Support/Fixtures.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskCategoryEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskNotificationSettingsEntity.h"
 #include "Tasks/TaskShareEntity.h"
-#include "TasksTests/TaskStore.h"
 
 #include <map>
 #include <string>

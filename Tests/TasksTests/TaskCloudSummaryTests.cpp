@@ -1,7 +1,7 @@
 #include "Support/Fixtures.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskCloudSummaryValueTransformer.h"
 #include "Tasks/TaskShareEntity.h"
-#include "TasksTests/TaskStore.h"
 #include "VelloroTaskShare/SharedTaskParticipant.h"
 
 namespace velloro {

@@ -1,4 +1,5 @@
 #include "Containers/SaveIfChanged.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskCategoryEntity.h"
 #include "Tasks/TaskFetchRequest.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -7,7 +8,6 @@
 #include "Tasks/TaskShareEntity.h"
 #include "Tasks/TemporaryEntries.h"
 #include "Tasks/UserProfileEntity.h"
-#include "TasksTests/TaskStore.h"
 
 #include <gmock/gmock.h>
 

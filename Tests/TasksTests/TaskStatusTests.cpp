@@ -1,6 +1,6 @@
 #include "Containers/SaveIfChanged.h"
 #include "Settings/SavedActivityRings.h"
-#include "TaskStore.h"
+#include "Support/TaskStore.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskShareEntity.h"
 #include "Tasks/TaskTemporalDataEntity.h"
