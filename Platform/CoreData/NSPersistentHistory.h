@@ -7,9 +7,8 @@
 namespace platform {
 
 /// One save, by whichever process. Transactions are numbered without gaps (from 1; the store drops
-/// the oldest ones in time), and each has a
-/// later timestamp than the one before, even where a clock was set back: so a reader that
-/// remembers the last timestamp it has seen misses none.
+/// the oldest ones in time), and each has a later timestamp than the one before, even where a clock
+/// was set back: so a reader that remembers the last timestamp it has seen misses none.
 struct NSPersistentHistoryTransaction {
   std::int64_t transactionNumber = 0;
   Date timestamp;

@@ -161,7 +161,7 @@ Result<std::uint64_t> NSFileManager::size(const Path& path) {
   return bytes;
 }
 
-// A number is given anew when its file has gone, the time of making isn't.
+// An inode number is used again after its file is deleted; with the time of birth it is unique.
 std::string NSFileManager::identity(const Path& path) {
   struct statx known {};
   if (::statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_BTIME, &known) != 0) return "";
