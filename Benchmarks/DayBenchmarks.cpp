@@ -1,7 +1,7 @@
 // Day arithmetic and the logical day of an instant, beside ICU's calendar and cctz.
 
 #include "Days.h"
-#include "Foundation/NSCache.h"
+#include "Foundation/Values/NSCache.h"
 #include "OxDateTime/YYYYMMDD.h"
 
 #include <memory>

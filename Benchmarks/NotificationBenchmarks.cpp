@@ -1,5 +1,5 @@
 #include "AppExtensions/NotificationViewController.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <cstdio>
 #include <stdexcept>
@@ -43,7 +43,7 @@ UNNotification notificationFrom(const std::string& json) {
 }
 
 void warm(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const std::string json = outputOf("notification sample partial");
   UIWindow window(scale);
   for (auto _ : state) {
@@ -56,7 +56,7 @@ void warm(benchmark::State& state) {
 BENCHMARK(warm)->Name("notification/velloro");
 
 void warmRing(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto controller = NotificationViewController::make({.scale = scale});
   controller->didReceive(notificationFrom(outputOf("notification sample partial")));
   const auto& ring = controller->view()->checkableTaskView();
@@ -71,7 +71,7 @@ BENCHMARK(warmRing)->Name("notification/ring_alone");
 
 /// From the start of a process to the picture in a file.
 void run(benchmark::State& state, const std::vector<std::string>& arguments) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const std::string folder = environment.directories().temporary.string();
   const std::string payload = folder + "/n.json";
   (void)outputOf("notification sample partial > '" + payload + "'");

@@ -1,7 +1,7 @@
 // Periods of dates and whether a day is due, beside libical's times and its walk over a recurrence.
 
 #include "Days.h"
-#include "VelloroCore/TaskFrequency.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
 
 #include <memory>
 #include <optional>

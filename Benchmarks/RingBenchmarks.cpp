@@ -1,8 +1,8 @@
 #include "CheckableTasks/CheckableTaskView.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/ImageCache.h"
-#include "OxCheckableTasks/CheckableTaskConstants.h"
-#include "OxCheckableTasks/StaticImageGenerator.h"
+#include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
+#include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 #include "UIKit/UIView.h"
 
 #include <cmath>
@@ -54,7 +54,7 @@ std::shared_ptr<CheckableTaskView> view(double size) {
 
 template <int points>
 void liveView(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   UIWindow window(scale);
   const auto ring = view(points);
   window.setContentView(ring);
@@ -198,14 +198,14 @@ StaticImageGenerator::Request request() {
 }
 
 void staticImageHit(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto ring = request();
   for (auto _ : state) benchmark::DoNotOptimize(ring.createSync());
 }
 BENCHMARK(staticImageHit)->Name("static_image/velloro");
 
 void staticImageRender(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto ring = request();
   for (auto _ : state) benchmark::DoNotOptimize(StaticImageGenerator::createNoCache(ring));
 }
@@ -213,7 +213,7 @@ BENCHMARK(staticImageRender)->Name("static_image/render");
 
 /// Another process has drawn it before.
 void staticImageFile(benchmark::State& state) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto ring = request();
   (void)ring.createSync();
   for (auto _ : state) {

@@ -1,8 +1,8 @@
 // From a change in one process to the view of another, which `velloro watch` prints: from a save,
 // beside the save alone, and from the start of `velloro log add`, beside that command alone.
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/Environment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/Environment.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/VelloroModel.h"
 

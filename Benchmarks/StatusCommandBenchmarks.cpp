@@ -1,8 +1,8 @@
 // `velloro status` on a thousand tasks with two years of log, a month and a day after somebody last
 // wrote to them, beside the same on the day on which nothing is to be closed.
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/ProcessEnvironment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/ProcessEnvironment.h"
 #include "Host/LogEntryRow.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/VelloroModel.h"

@@ -1,7 +1,7 @@
 // The object store beside the same work in SQLite alone: a log of ten years in one task's order.
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/Environment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/Environment.h"
 
 #include <filesystem>
 

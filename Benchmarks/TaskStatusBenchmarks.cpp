@@ -2,8 +2,8 @@
 // map; the same with the rows read from a store, beside SQLite reading them alone; and where a
 // thousand tasks stand, beside SQLite reading their rows.
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/Environment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/Environment.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskFetchRequest.h"
 #include "Tasks/TaskLogEntryEntity.h"

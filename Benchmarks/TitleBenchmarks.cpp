@@ -1,7 +1,7 @@
 // A title with its amount, beside ICU's own formatters: kept, as here, and made for each title.
 
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/TaskDisplayTitle.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
 
 #include <benchmark/benchmark.h>
 #include <unicode/measunit.h>
@@ -37,7 +37,7 @@ class IcuTitle {
 };
 
 void ofVelloro(State& state) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const TaskDisplayTitle title{
       .localizedPrimary = "Run",
       .quantity = TaskDisplayTitle::Quantity{.quantity = {5, TypeUnit::distanceKm}}};

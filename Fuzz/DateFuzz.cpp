@@ -1,4 +1,4 @@
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "Fuzz.h"
 
 #include <array>

@@ -1,10 +1,10 @@
-#include "Foundation/JSON.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Fuzz.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
-#include "VelloroCore/CompletionStatus.h"
-#include "VelloroCore/TaskNotificationSettings.h"
-#include "VelloroCore/Theme.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
+#include "VelloroCore/Appearance/Theme.h"
+#include "VelloroCore/Reminders/TaskNotificationSettings.h"
+#include "VelloroCore/Status/CompletionStatus.h"
 
 #include <array>
 #include <cstdlib>
@@ -96,7 +96,7 @@ std::span<const std::string_view> fuzzSeeds() {
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  static const TestEnvironment environment;
+  static const VirtualEnvironment environment;
   const std::string_view text(reinterpret_cast<const char*>(bytes), size);
   checkIcon(text);
   checkReminder(text);

@@ -1,5 +1,5 @@
 #include "AppExtensions/NotificationViewController.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Fuzz.h"
 #include "Support/SampleTasks.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 using namespace velloro;
 
-TestEnvironment& environment() {
-  static TestEnvironment made;
+VirtualEnvironment& environment() {
+  static VirtualEnvironment made;
   return made;
 }
 

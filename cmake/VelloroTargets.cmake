@@ -58,9 +58,19 @@ velloro_precompiled(velloro_standard ${VELLORO_STANDARD_HEADERS})
 # as "<Folder>/<Header>.h". Edges to other targets are declared beside it with
 # target_link_libraries, which scripts/lint compares with the includes.
 function(velloro_library name)
+  velloro_static(${name} ${CMAKE_CURRENT_SOURCE_DIR}/.. ${ARGN})
+endfunction()
+
+# velloro_room(<name> <source>…): the same for one room of a folder that has several, each a target
+# of its own. Its headers are included as "<Folder>/<Room>/<Header>.h".
+function(velloro_room name)
+  velloro_static(${name} ${CMAKE_CURRENT_SOURCE_DIR}/../.. ${ARGN})
+endfunction()
+
+function(velloro_static name include_root)
   add_library(${name} STATIC ${ARGN})
   target_precompile_headers(${name} REUSE_FROM velloro_standard)
-  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/..)
+  target_include_directories(${name} PUBLIC ${include_root})
   target_link_libraries(${name} PRIVATE velloro_warnings)
 endfunction()
 

@@ -1,7 +1,7 @@
 #include "Host/HostStore.h"
 
-#include "Foundation/NSFileManager.h"
-#include "Foundation/String.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Text/String.h"
 #include "Host/StoreSwitch.h"
 #include "OxLog/Log.h"
 #include "Settings/Settings.h"

@@ -2,7 +2,7 @@
 
 #include "DataManager/DataManager.h"
 #include "DataManager/StoreUse.h"
-#include "Foundation/Terminal.h"
+#include "Foundation/Process/Terminal.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskEntity.h"

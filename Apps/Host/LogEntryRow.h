@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Foundation/Date.h"
+#include "Foundation/Time/Date.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/TaskLogEntryEntity.h"
-#include "VelloroCore/LogEntryRules.h"
-#include "VelloroCore/TaskFrequencyPeriod.h"
+#include "VelloroCore/Frequency/TaskFrequencyPeriod.h"
+#include "VelloroCore/Log/LogEntryRules.h"
 
 namespace velloro {
 

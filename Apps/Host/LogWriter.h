@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Foundation/Date.h"
+#include "Foundation/Time/Date.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/Platform.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <memory>
 #include <optional>

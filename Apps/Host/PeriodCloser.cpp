@@ -1,6 +1,6 @@
 #include "Host/PeriodCloser.h"
 
-#include "Foundation/ProcessEnvironment.h"
+#include "Foundation/Process/ProcessEnvironment.h"
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"

@@ -2,7 +2,7 @@
 
 #include "OxKit/Platform.h"
 #include "Tasks/TaskEntity.h"
-#include "VelloroCore/PeriodClosing.h"
+#include "VelloroCore/Status/PeriodClosing.h"
 
 #include <cstdint>
 #include <memory>

@@ -4,7 +4,7 @@
 #include "Notifications/NotificationData.h"
 #include "OxKit/Localization.h"
 #include "Settings/Settings.h"
-#include "VelloroCore/ReminderWordingKeys.h"
+#include "VelloroCore/Reminders/ReminderWordingKeys.h"
 
 namespace velloro {
 namespace {

@@ -1,9 +1,9 @@
 #include "Host/TaskWriter.h"
 
-#include "Foundation/Environment.h"
-#include "Foundation/String.h"
-#include "OxCheckableTasks/IconVisualRepresentation.h"
-#include "VelloroCore/DayModeRules.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
+#include "OxCheckableTasks/Icons/IconVisualRepresentation.h"
+#include "VelloroCore/Frequency/DayModeRules.h"
 
 #include <algorithm>
 

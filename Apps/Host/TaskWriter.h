@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Host/HostStore.h"
-#include "OxCheckableTasks/IconManagerIcon.h"
+#include "OxCheckableTasks/Icons/IconManagerIcon.h"
 #include "OxKit/OxCodableColor.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "AppExtensions/ExtensionUtilities.h"
 
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "Settings/SettingsStorageLocal.h"
 
 namespace velloro {

@@ -1,6 +1,6 @@
 #include "AppExtensions/NotificationView.h"
 
-#include "Foundation/Locale.h"
+#include "Foundation/Text/Locale.h"
 
 #include <algorithm>
 #include <cmath>

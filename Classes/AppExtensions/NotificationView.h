@@ -4,7 +4,7 @@
 #include "UIKit/NSAttributedString.h"
 #include "UIKit/TextLayout.h"
 #include "UIKit/UIView.h"
-#include "VelloroCore/ThemeBackground.h"
+#include "VelloroCore/Appearance/ThemeBackground.h"
 
 #include <memory>
 #include <optional>

@@ -1,13 +1,13 @@
 #include "AppExtensions/NotificationViewController.h"
 
 #include "AppExtensions/TaskSharingBadge.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/Locale.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Text/Locale.h"
 #include "Notifications/NotificationCategory.h"
 #include "OxKit/RuntimeError.h"
 #include "OxLog/Log.h"
 #include "Settings/PendingReportableError.h"
-#include "VelloroCore/TaskTitleAttributedString.h"
+#include "VelloroCore/Titles/TaskTitleAttributedString.h"
 
 #include <algorithm>
 #include <exception>

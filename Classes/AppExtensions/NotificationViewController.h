@@ -2,12 +2,12 @@
 
 #include "AppExtensions/NotificationView.h"
 #include "CheckableTasks/CheckableTaskView.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 #include "Notifications/NotificationData.h"
 #include "Settings/Settings.h"
 #include "UserNotifications/UNNotificationContentExtension.h"
-#include "VelloroCore/TaskProgress.h"
-#include "VelloroCore/Theme.h"
+#include "VelloroCore/Appearance/Theme.h"
+#include "VelloroCore/Progress/TaskProgress.h"
 #include "VelloroSnapshots/NotificationTask.h"
 
 #include <cstdint>

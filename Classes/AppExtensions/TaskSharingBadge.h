@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OxCheckableTasks/Badge.h"
-#include "OxCheckableTasks/IconManagerIcon.h"
-#include "VelloroCore/PositionedTheme.h"
+#include "OxCheckableTasks/Icons/IconManagerIcon.h"
+#include "OxCheckableTasks/StaticImages/Badge.h"
+#include "VelloroCore/Appearance/PositionedTheme.h"
 
 #include <optional>
 

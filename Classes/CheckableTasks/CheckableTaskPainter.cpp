@@ -1,11 +1,11 @@
 #include "CheckableTasks/CheckableTaskPainter.h"
 
 #include "CoreGraphics/CGContext.h"
-#include "OxCheckableTasks/BadgeRenderer.h"
-#include "OxCheckableTasks/CaptionText.h"
-#include "OxCheckableTasks/CheckableTaskConstants.h"
-#include "OxCheckableTasks/CheckableTaskRoundCircler.h"
-#include "OxCheckableTasks/IconArtwork.h"
+#include "OxCheckableTasks/Icons/IconArtwork.h"
+#include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
+#include "OxCheckableTasks/Ring/CheckableTaskRoundCircler.h"
+#include "OxCheckableTasks/StaticImages/BadgeRenderer.h"
+#include "OxCheckableTasks/StaticImages/CaptionText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
 #include "CheckableTasks/CheckableTaskView.h"
 
 #include "CheckableTasks/CheckableTaskPainter.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/Environment.h"
-#include "OxCheckableTasks/CheckableTaskTextKeys.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Process/Environment.h"
+#include "OxCheckableTasks/Ring/CheckableTaskTextKeys.h"
 #include "OxKit/AccessibilityLabel.h"
 #include "OxKit/Localization.h"
-#include "VelloroCore/FormatManager.h"
+#include "VelloroCore/Titles/FormatManager.h"
 
 #include <cmath>
 #include <utility>

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "CheckableTasks/AnimatedValue.h"
-#include "Foundation/Geometry.h"
-#include "OxCheckableTasks/Badge.h"
-#include "OxCheckableTasks/ColorProfile.h"
-#include "OxCheckableTasks/FillDirection.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
+#include "Foundation/Values/Geometry.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
+#include "OxCheckableTasks/Ring/ColorProfile.h"
+#include "OxCheckableTasks/Ring/FillDirection.h"
+#include "OxCheckableTasks/StaticImages/Badge.h"
 #include "OxKit/OxAnimationCurve.h"
 #include "UIKit/CADisplayLink.h"
 #include "UIKit/UIFont.h"
 #include "UIKit/UIGestureRecognizer.h"
 #include "UIKit/UIImpactFeedbackGenerator.h"
 #include "UIKit/UIView.h"
-#include "VelloroCore/CaptionIcons.h"
+#include "VelloroCore/Appearance/CaptionIcons.h"
 
 #include <functional>
 #include <memory>

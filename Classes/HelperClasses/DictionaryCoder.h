@@ -1,14 +1,14 @@
 #pragma once
 
-#include "Foundation/Error.h"
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Values/Error.h"
 #include "OxKit/Platform.h"
 
 #include <utility>
 
 namespace velloro {
 
-/// Values (Foundation/Coding.h) as dictionaries keyed by texts, the way their JSON says it.
+/// Values (Foundation/Coding/Coding.h) as dictionaries keyed by texts, the way their JSON says it.
 ///
 ///     DictionaryEncoder{}.encode(Note{.day = 5});    // {"day": 5}
 ///     DictionaryEncoder{}.encode(5);                 // throws Error::Reason::castError

@@ -1,7 +1,7 @@
 #include "CairoDrawing/Fonts.h"
 
 #include "CairoDrawing/Free.h"
-#include "Foundation/Hasher.h"
+#include "Foundation/Values/Hasher.h"
 
 #include <charconv>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "CloudKit/CKContainer.h"
 
-#include "Foundation/NSNotificationCenter.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
 
 #include <atomic>
 

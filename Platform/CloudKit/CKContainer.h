@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Error.h"
-#include "Foundation/RawValue.h"
+#include "Foundation/Coding/RawValue.h"
+#include "Foundation/Values/Error.h"
 
 #include <functional>
 #include <memory>

@@ -5,7 +5,7 @@
 #include "CoreGraphics/CGGradient.h"
 #include "CoreGraphics/CGImage.h"
 #include "CoreGraphics/CGPath.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 
 #include <cstddef>
 #include <cstdint>

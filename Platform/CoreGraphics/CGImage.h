@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Data.h"
-#include "Foundation/Error.h"
+#include "Foundation/Values/Data.h"
+#include "Foundation/Values/Error.h"
 
 #include <cstddef>
 #include <cstdint>

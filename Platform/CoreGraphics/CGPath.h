@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGAffineTransform.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "CoreGraphics/DrawingBackend.h"
 
-#include "Foundation/Environment.h"
+#include "Foundation/Process/Environment.h"
 
 #include <filesystem>
 

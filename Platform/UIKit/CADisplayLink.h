@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/NSTimer.h"
+#include "Foundation/Dispatch/NSTimer.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGColor.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 #include "UIKit/NSTextAttachment.h"
 #include "UIKit/UIFont.h"
 

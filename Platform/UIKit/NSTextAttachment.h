@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 
 #include <memory>
 #include <string>

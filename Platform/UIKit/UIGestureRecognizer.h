@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Geometry.h"
-#include "Foundation/NSTimer.h"
+#include "Foundation/Dispatch/NSTimer.h"
+#include "Foundation/Values/Geometry.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGContext.h"
-#include "Foundation/Geometry.h"
+#include "Foundation/Values/Geometry.h"
 #include "UIKit/UIGestureRecognizer.h"
 
 #include <memory>

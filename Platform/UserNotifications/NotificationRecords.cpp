@@ -1,6 +1,6 @@
 #include "UserNotifications/NotificationRecords.h"
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 
 #include <algorithm>
 #include <functional>

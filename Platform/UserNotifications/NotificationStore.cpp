@@ -1,7 +1,7 @@
 #include "UserNotifications/NotificationStore.h"
 
-#include "Foundation/JSON.h"
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/NSFileManager.h"
 
 #include <set>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/SharedFile.h"
+#include "Foundation/Files/SharedFile.h"
 #include "UserNotifications/NotificationRecords.h"
 
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "UserNotifications/UNNotificationAttachment.h"
 
-#include "Foundation/Environment.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Values/UUID.h"
 
 namespace platform {
 

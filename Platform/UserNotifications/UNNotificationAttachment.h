@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Coding.h"
-#include "Foundation/Error.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Values/Error.h"
 
 #include <filesystem>
 #include <string>

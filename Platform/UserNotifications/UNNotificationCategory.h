@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Coding.h"
+#include "Foundation/Coding/Coding.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Coding.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Coding/PropertyList.h"
 #include "UserNotifications/UNNotificationAttachment.h"
 
 #include <cstdint>

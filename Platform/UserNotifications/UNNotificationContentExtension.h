@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Geometry.h"
-#include "Foundation/RawValue.h"
+#include "Foundation/Coding/RawValue.h"
+#include "Foundation/Values/Geometry.h"
 #include "UserNotifications/UNNotificationRequest.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
 
-#include "Foundation/DispatchQueue.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
 
 #include <utility>
 

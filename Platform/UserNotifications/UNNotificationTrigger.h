@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Calendar.h"
-#include "Foundation/Coding.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Time/Calendar.h"
 
 #include <optional>
 

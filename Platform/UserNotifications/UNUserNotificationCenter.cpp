@@ -1,8 +1,8 @@
 #include "UserNotifications/UNUserNotificationCenter.h"
 
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/Environment.h"
-#include "Foundation/MainLoop.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Process/MainLoop.h"
 #include "UserNotifications/NotificationStore.h"
 
 #include <algorithm>

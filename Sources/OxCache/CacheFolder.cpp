@@ -1,7 +1,7 @@
 #include "OxCache/CacheFolder.h"
 
-#include "Foundation/NSFileManager.h"
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Files/NSUserDefaults.h"
 #include "OxLog/Log.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "OxCache/DataCache.h"
 
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Files/NSFileManager.h"
 
 #include <string_view>
 

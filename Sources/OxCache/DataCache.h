@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Data.h"
-#include "Foundation/Date.h"
-#include "Foundation/Error.h"
-#include "Foundation/JSON.h"
-#include "Foundation/NSCache.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Values/Data.h"
+#include "Foundation/Values/Error.h"
+#include "Foundation/Values/NSCache.h"
 #include "OxCache/CacheFolder.h"
 #include "OxCache/CacheMode.h"
 

@@ -1,6 +1,6 @@
 #include "OxCache/DataCacheKey.h"
 
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
 
 #include <cmath>
 

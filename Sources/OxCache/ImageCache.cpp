@@ -1,8 +1,8 @@
 #include "OxCache/ImageCache.h"
 
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "OxCache/CacheFolder.h"
 #include "OxLog/Log.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Error.h"
-#include "Foundation/NSCache.h"
+#include "Foundation/Values/Error.h"
+#include "Foundation/Values/NSCache.h"
 #include "OxCache/CacheMode.h"
 #include "OxCache/DataCacheKey.h"
 #include "UIKit/UIImage.h"

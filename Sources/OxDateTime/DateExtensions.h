@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Calendar.h"
+#include "Foundation/Time/Calendar.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"

@@ -1,6 +1,6 @@
 #include "OxDateTime/DayOfWeek.h"
 
-#include "Foundation/Locale.h"
+#include "Foundation/Text/Locale.h"
 #include "OxDateTime/OxDateTimeCache.h"
 
 namespace velloro {

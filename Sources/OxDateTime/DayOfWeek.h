@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/RawValue.h"
+#include "Foundation/Coding/RawValue.h"
 #include "OxKit/EnumSet.h"
 #include "OxKit/OptionSet.h"
 #include "OxKit/Platform.h"

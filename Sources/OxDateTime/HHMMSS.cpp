@@ -1,7 +1,7 @@
 #include "OxDateTime/HHMMSS.h"
 
-#include "Foundation/Coding.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Text/String.h"
 #include "OxDateTime/ThreadCalendar.h"
 #include "OxDateTime/YYYYMMDD.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Calendar.h"
+#include "Foundation/Time/Calendar.h"
 #include "OxKit/Platform.h"
 
 #include <compare>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Locale.h"
-#include "Foundation/NSDateFormatter.h"
+#include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Text/Locale.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

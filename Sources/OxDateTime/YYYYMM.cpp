@@ -1,8 +1,8 @@
 #include "OxDateTime/YYYYMM.h"
 
-#include "Foundation/CivilDay.h"
-#include "Foundation/Coding.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Time/CivilDay.h"
 #include "OxDateTime/Digits.h"
 #include "OxDateTime/OxDateTimeCache.h"
 #include "OxDateTime/YYYYMMDD.h"

@@ -1,9 +1,9 @@
 #include "OxDateTime/YYYYMMDD.h"
 
-#include "Foundation/CivilDay.h"
-#include "Foundation/Coding.h"
-#include "Foundation/Environment.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Time/CivilDay.h"
 #include "OxDateTime/Digits.h"
 #include "OxDateTime/ThreadCalendar.h"
 

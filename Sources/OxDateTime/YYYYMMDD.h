@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Calendar.h"
-#include "Foundation/CodingKeys.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Time/Calendar.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMM.h"

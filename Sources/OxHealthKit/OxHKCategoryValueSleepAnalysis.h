@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/RawValue.h"
+#include "Foundation/Coding/RawValue.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
+#include "Foundation/Coding/CodingKeys.h"
 #include "OxKit/Platform.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/PropertyList.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Values/UUID.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/UniqueID.h"
 

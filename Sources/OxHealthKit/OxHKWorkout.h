@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/DateInterval.h"
+#include "Foundation/Time/DateInterval.h"
 #include "OxHealthKit/OxHKQuantity.h"
 #include "OxHealthKit/OxHKWorkoutActivityType.h"
 

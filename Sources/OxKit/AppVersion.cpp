@@ -1,9 +1,9 @@
 #include "OxKit/AppVersion.h"
 
-#include "Foundation/Coding.h"
-#include "Foundation/Environment.h"
-#include "Foundation/Hasher.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Values/Hasher.h"
 
 #include <algorithm>
 #include <charconv>

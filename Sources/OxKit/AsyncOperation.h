@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/NSOperation.h"
+#include "Foundation/Dispatch/NSOperation.h"
 #include "OxKit/Platform.h"
 
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "OxKit/DeviceType.h"
 
-#include "Foundation/Environment.h"
+#include "Foundation/Process/Environment.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

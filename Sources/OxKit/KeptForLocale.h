@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Locale.h"
+#include "Foundation/Text/Locale.h"
 #include "OxKit/Platform.h"
 
 #include <mutex>

@@ -1,7 +1,7 @@
 #include "OxKit/Localization.h"
 
-#include "Foundation/NSBundle.h"
-#include "Foundation/NSDateFormatter.h"
+#include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Text/NSBundle.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/LocalizedStrings.h"
+#include "Foundation/Text/LocalizedStrings.h"
 #include "OxKit/LocalizedKey.h"
 #include "OxKit/Platform.h"
 

@@ -1,6 +1,6 @@
 #include "OxKit/Numbers.h"
 
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
 #include "OxKit/Platform.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "OxKit/OxCodableColor.h"
 
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
 #include "OxKit/Numbers.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreGraphics/CGColor.h"
-#include "Foundation/CodingKeys.h"
+#include "Foundation/Coding/CodingKeys.h"
 #include "OxKit/Platform.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Error.h"
+#include "Foundation/Values/Error.h"
 #include "OxKit/Platform.h"
 
 #include <string>

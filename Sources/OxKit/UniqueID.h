@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Hasher.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Values/Hasher.h"
+#include "Foundation/Values/UUID.h"
 #include "OxKit/Platform.h"
 
 #include <optional>

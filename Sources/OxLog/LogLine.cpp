@@ -1,7 +1,7 @@
 #include "OxLog/LogLine.h"
 
-#include "Foundation/CivilDay.h"
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Time/CivilDay.h"
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/TimeZone.h"
+#include "Foundation/Time/TimeZone.h"
 #include "OxLog/LogManager.h"
 
 #include <string>

@@ -1,10 +1,10 @@
 #include "OxLog/LogManager.h"
 
-#include "Foundation/Environment.h"
-#include "Foundation/FileLock.h"
-#include "Foundation/JSON.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/FileLock.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
 #include "OxLog/LogLine.h"
 
 #include <cerrno>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Data.h"
-#include "Foundation/Date.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Values/Data.h"
 #include "OxLog/Log.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "VelloroCore/TaskExtra.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "VelloroCore/Types/TaskExtra.h"
 
 #include <cstdint>
 #include <optional>

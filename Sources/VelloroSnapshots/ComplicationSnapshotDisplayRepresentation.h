@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "OxKit/Platform.h"
 
 #include <optional>

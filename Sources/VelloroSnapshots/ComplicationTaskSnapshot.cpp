@@ -1,7 +1,7 @@
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
-#include "VelloroCore/TaskTitleIcon.h"
-#include "VelloroCore/TaskTitleSource.h"
+#include "VelloroCore/Titles/TaskTitleIcon.h"
+#include "VelloroCore/Titles/TaskTitleSource.h"
 
 namespace velloro {
 

@@ -1,6 +1,6 @@
 #include "VelloroSnapshots/NotificationTask.h"
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 
 namespace velloro {
 

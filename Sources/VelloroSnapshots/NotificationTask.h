@@ -1,15 +1,15 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/TimeZone.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Time/TimeZone.h"
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/CompletionStatus.h"
-#include "VelloroCore/StreakRecord.h"
-#include "VelloroCore/TaskDisplayOrder.h"
-#include "VelloroCore/TaskDisplayTitle.h"
-#include "VelloroCore/TaskFrequency.h"
-#include "VelloroCore/TaskStatus.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Status/CompletionStatus.h"
+#include "VelloroCore/Status/StreakRecord.h"
+#include "VelloroCore/Status/TaskStatus.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroSnapshots/ComplicationSnapshotDisplayRepresentation.h"
 
 #include <cstdint>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Foundation/Coding.h"
-#include "Foundation/Date.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Coding/Coding.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Values/UUID.h"
 #include "OxHealthKit/OxHKSample.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/DatedPeriod.h"
-#include "VelloroCore/TaskLogEntryType.h"
-#include "VelloroCore/TimedTaskManagerEntry.h"
+#include "VelloroCore/Frequency/DatedPeriod.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
+#include "VelloroCore/Progress/TimedTaskManagerEntry.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/RawValue.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Coding/RawValue.h"
 #include "OxKit/Platform.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "VelloroTaskShare/TaskCloudSummary.h"
 
-#include "Foundation/Hasher.h"
+#include "Foundation/Values/Hasher.h"
 
 namespace velloro {
 

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Date.h"
-#include "Foundation/TimeZone.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Time/TimeZone.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/EnumSet.h"
-#include "VelloroCore/AutomaticTaskType.h"
-#include "VelloroCore/TaskFrequency.h"
-#include "VelloroCore/TaskLogEntryPeriod.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Log/TaskLogEntryPeriod.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <cstdint>
 #include <map>

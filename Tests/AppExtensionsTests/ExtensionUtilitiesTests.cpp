@@ -1,5 +1,5 @@
 #include "AppExtensions/ExtensionUtilities.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Support/SampleTasks.h"
 
@@ -16,7 +16,7 @@ TaskProgressActivityRings ringsOn(YYYYMMDD day, double energy) {
 }
 
 TEST(ExtensionUtilities, KeepsTheNewestRings) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const std::shared_ptr<SettingsStorageContainer> storage = SettingsStorageLocalShared::open();
   const YYYYMMDD today{2024, 3, 7};
   const YYYYMMDD yesterday{2024, 3, 6};
@@ -39,7 +39,7 @@ TEST(ExtensionUtilities, KeepsTheNewestRings) {
 }
 
 TEST(ExtensionUtilities, NamesAnIconsFile) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const DataCacheKey key("a/b");
   const auto file = ExtensionUtilities::iconCacheFile(key).value();
   EXPECT_EQ(file.filename(), "icon_" + std::to_string(key.nsCacheKey()) + ".png");

@@ -1,8 +1,8 @@
 #include "AppExtensions/NotificationViewController.h"
-#include "Foundation/JSON.h"
-#include "Foundation/NSUserDefaults.h"
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
 #include "Settings/PendingReportableError.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Support/SampleTasks.h"
@@ -112,7 +112,7 @@ struct NotificationViewControllerTest : ::testing::Test {
     return JSONDecoder{}.decode<PendingReportableError>(data->text());
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::shared_ptr<NotificationViewController> controller = NotificationViewController::make({});
   double start = 0;
   std::vector<std::string> lines;

@@ -1,5 +1,5 @@
 #include "AppTests/Program.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/PropertyList.h"
 #include "Support/TaskStore.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskLogFetchRequest.h"
@@ -160,7 +160,7 @@ class Crowd : public ::testing::Test {
     }
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   std::filesystem::path folder_ = environment_.directories().temporary / "crowd";
   std::string now_ = "2024-03-04T07:00:00Z";
   std::mutex mutex_;

@@ -1,8 +1,8 @@
 #include "AppTests/Program.h"
 #include "DataManager/DataManager.h"
-#include "Foundation/JSON.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "Support/TaskStore.h"
 #include "Tasks/TaskTemporalDataEntity.h"
 

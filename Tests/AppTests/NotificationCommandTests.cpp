@@ -1,7 +1,7 @@
 #include "AppTests/Program.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/PropertyList.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <sstream>
 #include <string>
@@ -34,7 +34,7 @@ struct NotificationCommand : ::testing::Test {
     return PropertyList::fromJSON(result.output);
   }
 
-  platform::TestEnvironment environment;
+  platform::VirtualEnvironment environment;
 };
 
 TEST_F(NotificationCommand, KeepsTheBodyFromSteeringTheTerminal) {

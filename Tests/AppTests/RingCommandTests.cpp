@@ -1,7 +1,7 @@
 #include "AppTests/Program.h"
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <span>
 #include <utility>
@@ -52,7 +52,7 @@ TEST(RingCommand, PutsAllSchemesByAllStatusesOnASheet) {
 }
 
 TEST(RingCommand, PlaysAnAnimationInNoTime) {
-  const platform::TestEnvironment environment;
+  const platform::VirtualEnvironment environment;
   const auto folder = environment.directories().temporary / "frames";
   const auto file = environment.directories().temporary / "check.png";
   const auto result = runProgram("ring --animate check --fps 20 --size 20 --frames '" +

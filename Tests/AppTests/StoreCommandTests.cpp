@@ -1,5 +1,5 @@
 #include "AppTests/Program.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/PropertyList.h"
 #include "Support/TaskStore.h"
 #include "Tasks/TaskLogEntryEntity.h"
 
@@ -37,7 +37,7 @@ struct StoreCommand : ::testing::Test {
     return runProgram("store " + part + " " + file.string() + " " + options);
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::filesystem::path file = environment.directories().temporary / "tasks.sqlite";
 };
 

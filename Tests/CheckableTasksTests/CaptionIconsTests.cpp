@@ -1,5 +1,5 @@
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/CaptionIcons.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Appearance/CaptionIcons.h"
 
 #include <string>
 #include <vector>
@@ -33,7 +33,7 @@ struct Case {
 };
 
 TEST(CaptionIcons, TellOfTheStreak) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const auto open = Status::positiveIncomplete(SkipMode::willMissWithoutIndicator);
   const auto last = Status::positiveIncomplete(SkipMode::willMissWithIndicator);
   const auto lastClean = Status::negativeComplete(SkipMode::willMissWithIndicator);

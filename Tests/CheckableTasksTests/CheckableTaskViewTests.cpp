@@ -1,5 +1,5 @@
 #include "CheckableTasks/CheckableTaskView.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxKit/Localization.h"
 
 #include <cmath>
@@ -23,7 +23,7 @@ constexpr double tolerance = 1e-9;
 
 /// Writes down each change of state with its time.
 struct Recorder : View::Delegate {
-  explicit Recorder(TestEnvironment& theEnvironment)
+  explicit Recorder(VirtualEnvironment& theEnvironment)
       : environment(theEnvironment), start(theEnvironment.mediaTime()) {}
 
   void checkableTaskViewDidChangeState(View::State state) override {
@@ -31,7 +31,7 @@ struct Recorder : View::Delegate {
     changes.emplace_back(state, milliseconds);
   }
 
-  TestEnvironment& environment;
+  VirtualEnvironment& environment;
   double start;
   std::vector<std::pair<View::State, long>> changes;
 };
@@ -52,7 +52,7 @@ struct CheckableTaskViewTest : ::testing::Test {
     });
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::shared_ptr<View> view = View::make({84, 84});
   std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>(environment);
 };

@@ -1,9 +1,9 @@
 #include "CheckableTasks/CheckableTaskView.h"
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
-#include "OxCheckableTasks/CheckableTaskConstants.h"
-#include "OxCheckableTasks/StaticImageGenerator.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
+#include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -69,7 +69,7 @@ struct RingPictureTest : ::testing::Test {
                   << " pixels, by at most " << found.greatest;
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   UIWindow window{1};
   std::shared_ptr<View> view = View::make({48, 48});
 };

@@ -1,4 +1,4 @@
-#include "CoreData/NSPersistentCloudKitContainer.h"
+#include "CoreData/Context/NSPersistentCloudKitContainer.h"
 #include "CoreDataTests/Library.h"
 
 #include <thread>
@@ -30,7 +30,7 @@ class ContextTest : public ::testing::Test {
     context->performAndWait([&] { look(*context); });
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   std::unique_ptr<Library> library_ = std::make_unique<Library>();
 };
 

@@ -98,7 +98,7 @@ std::string everything(Context& context) {
 }
 
 TEST(Convergence, EveryOrderOfConcurrentSavesEndsAlike) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::vector<std::size_t> order(savers);
   std::iota(order.begin(), order.end(), 0U);
   do {

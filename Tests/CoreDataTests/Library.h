@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/TestEnvironment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "CoreData/StoreError.h"
+#include "CoreData/Store/StoreError.h"
 #include "CoreDataTests/Library.h"
 
 namespace platform {
@@ -117,7 +117,7 @@ std::vector<Case> cases(const Shelf& shelf) {
 
 /// A predicate says the same of rows and of objects in memory.
 TEST(Predicate, FindsTheSameInTheFileAndInMemory) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   Context& context = *library.viewContext();
   const Shelf shelf(context);
@@ -145,7 +145,7 @@ TEST(Predicate, FindsTheSameInTheFileAndInMemory) {
 }
 
 TEST(Predicate, SortsAndLimitsAcrossUnsavedChanges) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   Context& context = *library.viewContext();
   const Shelf shelf(context);
@@ -177,7 +177,7 @@ TEST(Predicate, SortsAndLimitsAcrossUnsavedChanges) {
 }
 
 TEST(Predicate, RefusesWhatItCantRead) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   for (const char* format : {"", "day", "day =", "day ~ 3", "day = 3 day = 4", "(day = 3",
                              "day = 'x", "%K = %@", "NOT", "day IN {1, 2", "3 = day", "day = 1x"}) {

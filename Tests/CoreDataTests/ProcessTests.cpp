@@ -83,7 +83,7 @@ std::optional<std::int64_t> killAWriter(std::mt19937& random) {
 /// Kills writers of a store of its own, one after the other.
 /// \return How many.
 int killWriters(unsigned seed, int most, Clock::time_point end) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Saved saved;
   {
     Library library(unwatched());
@@ -125,7 +125,7 @@ TEST(StoreProcesses, AWriterThatIsKilledLeavesWholeSaves) {
 }
 
 TEST(StoreProcesses, SeveralWritersMakeOneHistoryAndCountRight) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   workInProcesses(3, 2, [](int writer) {
     Library library(unwatched());  // all make the file at the same time
     EXPECT_EQ(library.error, nullptr);
@@ -165,7 +165,7 @@ void saveOnDemand(Pipe& go, Pipe& committed) {
 }
 
 TEST(StoreProcesses, AReaderIsWokenByEachCommitAndMergesIt) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   saveBook("Shared", -1);
   constexpr int commits = 10000;
   Pipe go;

@@ -1,4 +1,4 @@
-#include "CoreData/StoreError.h"
+#include "CoreData/Store/StoreError.h"
 #include "CoreDataTests/FailingDisk.h"
 #include "CoreDataTests/Library.h"
 #include "Support/Processes.h"
@@ -118,7 +118,7 @@ const NSManagedObjectModel& model() {
 }  // namespace older
 
 TEST(StoreFile, AnOlderFileIsCompletedAndBothVersionsGoOn) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   {
     Library old(Library::fileDescription(), older::model());
     const auto book = old.viewContext()->insert<older::BookEntity>();
@@ -180,7 +180,7 @@ TEST(StoreFile, WhatCantBeOpenedIsToldAndLeftAlone) {
       {[] { std::filesystem::remove(libraryPath().parent_path()); }, cannotOpen},
   };
   for (const auto& [prepare, kind] : cases) {
-    TestEnvironment environment;
+    VirtualEnvironment environment;
     prepare();
     const Files before = files();
     Library library;
@@ -214,7 +214,7 @@ void asStranger(Work work) {
 }
 
 TEST(StoreFile, AFolderThatCantBeWrittenIsAnError) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   asStranger([&] { EXPECT_EQ(Library(unwatched()).error->code(), code(cannotOpen)); });
   saveBook("Emma");
   asStranger([&] {
@@ -253,7 +253,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
        "Unmarked"},
   };
   for (const auto& [prepare, expected] : cases) {
-    TestEnvironment environment;
+    VirtualEnvironment environment;
     prepare();
     const Files before = files();
     {
@@ -277,7 +277,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
 }
 
 TEST(StoreFile, AnotherFileOfTheNameIsOpenedAndTheOldOneForgotten) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto folder = libraryPath().parent_path();
   Library library;
   Context& context = *library.viewContext();
@@ -297,7 +297,7 @@ TEST(StoreFile, AnotherFileOfTheNameIsOpenedAndTheOldOneForgotten) {
 }
 
 TEST(StoreFile, DoesWithoutTheFileOfHints) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto folder = libraryPath().parent_path();
   std::filesystem::create_directory(libraryPath().string() + "-changes");
   const auto link = folder / "link.sqlite";
@@ -312,7 +312,7 @@ TEST(StoreFile, DoesWithoutTheFileOfHints) {
 }
 
 TEST(StoreFile, HistoryIsKeptForABoundedTime) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   Context& context = *library.viewContext();
   const Date begin = Date::now();
@@ -340,7 +340,7 @@ TEST(StoreFile, HistoryIsKeptForABoundedTime) {
 }
 
 TEST(StoreFile, ABusyWriterIsAnError) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   auto description = Library::fileDescription();
   description.timeout = 0;
   Library library(description);
@@ -355,7 +355,7 @@ TEST(StoreFile, ABusyWriterIsAnError) {
 }
 
 TEST(StoreFile, ChecksFindWhatIsWrong) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   Context& context = *library.viewContext();
   for (const char* title : {"One", "Two", "Three"}) {
@@ -418,7 +418,7 @@ struct Scene {
 };
 
 TEST(StoreFile, AFullDiskCanBeReadFrom) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   saveBook("Emma");
   Library library;
   Context& context = *library.viewContext();
@@ -436,7 +436,7 @@ TEST(StoreFile, AFullDiskCanBeReadFrom) {
 TEST(StoreFile, ADiskThatIsFullAtAnyWriteLeavesAllAsItWas) {
   using enum FailingDisk::Mode;
   for (int failAt = 1;; ++failAt) {
-    TestEnvironment environment;
+    VirtualEnvironment environment;
     Scene scene;
     bool failed = false;
     {
@@ -459,7 +459,7 @@ TEST(StoreFile, ADiskThatIsFullAtAnyWriteLeavesAllAsItWas) {
 
 TEST(StoreFile, APowerCutAtAnyWriteLeavesAllOrNothing) {
   for (int failAt = 1;; ++failAt) {
-    TestEnvironment environment;
+    VirtualEnvironment environment;
     bool failed = false;
     bool wasSaved = false;
     {

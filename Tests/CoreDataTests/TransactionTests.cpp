@@ -1,4 +1,4 @@
-#include "CoreData/StoreError.h"
+#include "CoreData/Store/StoreError.h"
 #include "CoreDataTests/FailingDisk.h"
 #include "CoreDataTests/Library.h"
 
@@ -56,7 +56,7 @@ struct Shelf {
 };
 
 TEST(StoreTransaction, NothingIsSavedWhenAnyReadInItFails) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Shelf::fill();
   bool failed = true;
   for (int failAt = 1; failed; ++failAt) {
@@ -75,7 +75,7 @@ TEST(StoreTransaction, NothingIsSavedWhenAnyReadInItFails) {
 }
 
 TEST(StoreTransaction, AFailureWithinTakesAllBackAndIsTold) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Library library;
   Context& context = *library.viewContext();
   const auto book = newBook(context, "Kept");
@@ -117,7 +117,7 @@ TEST(StoreTransaction, AFailureWithinTakesAllBackAndIsTold) {
 }
 
 TEST(StoreTransaction, DefaultsThatStandForAnUnreadableRowAreNeverSaved) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto id = [] {
     Library library;
     const auto book = newBook(*library.viewContext(), "Kept", 5);

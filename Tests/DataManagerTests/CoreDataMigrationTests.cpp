@@ -1,5 +1,5 @@
 #include "DataManager/CoreDataMigration.h"
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "CloudKit/CKError.h"
 #include "Containers/SaveIfChanged.h"
-#include "CoreData/NSPersistentStoreCoordinator.h"
-#include "CoreData/StoreError.h"
+#include "CoreData/Context/NSPersistentStoreCoordinator.h"
+#include "CoreData/Store/StoreError.h"
 #include "DataManager/DataManager.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -52,7 +52,7 @@ class DataManagerTest : public testing::Test {
     NSNotificationCenter::Token token;
   };
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   SettingsStorage storage_{{.localStorage = std::make_shared<SettingsStorageLocal>()}, false};
   Settings settings_{storage_};
 };

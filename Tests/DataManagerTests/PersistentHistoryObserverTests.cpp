@@ -1,7 +1,7 @@
 #include "DataManager/PersistentHistoryFetcher.h"
 #include "DataManager/PersistentHistoryObserver.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/VelloroModel.h"
 
@@ -55,7 +55,7 @@ class PersistentHistoryObserverTest : public testing::Test {
     return merges;
   }
 
-  mutable TestEnvironment environment_;
+  mutable VirtualEnvironment environment_;
   NSUserDefaults defaults_ = NSUserDefaults::standardUserDefaults();
 };
 

@@ -1,7 +1,7 @@
 #include "DataManager/DataManager.h"
 #include "DataManager/PersistentHistoryFetcher.h"
 #include "DataManager/StoreUse.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Processes.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskLogEntryEntity.h"
@@ -27,7 +27,7 @@ constexpr std::int64_t finish = -1;
 /// One process on the shared store, from its start until it is killed or told to finish.
 class Process {
  public:
-  Process(TestEnvironment& environment, int role) : environment_(environment), role_(role) {
+  Process(VirtualEnvironment& environment, int role) : environment_(environment), role_(role) {
     environment_.setBundle({.identifier = identifiers[role]});
     manager_ = DataManager::make();
     begin_ = bookmark();
@@ -104,7 +104,7 @@ class Process {
     });
   }
 
-  TestEnvironment& environment_;
+  VirtualEnvironment& environment_;
   const int role_;
   std::shared_ptr<DataManager> manager_;
   Date begin_;
@@ -120,7 +120,7 @@ struct Seat {
   pid_t process = 0;
   std::int64_t acknowledged = 0;
 
-  void start(TestEnvironment& environment) {
+  void start(VirtualEnvironment& environment) {
     go = std::make_unique<Pipe>();
     saved = std::make_unique<Pipe>();
     process = startProcess([&] {
@@ -143,7 +143,7 @@ struct Seat {
   }
 };
 
-void makeTasks(TestEnvironment& environment) {
+void makeTasks(VirtualEnvironment& environment) {
   const pid_t maker = startProcess([&] {
     const auto manager = DataManager::make();
     for (int i = 0; i < 20; ++i) static_cast<void>(TaskEntity::create(*manager->viewContext()));
@@ -154,7 +154,7 @@ void makeTasks(TestEnvironment& environment) {
 }
 
 TEST(SharedStore, AllSeeWhoMaintainsItAndADeadOneKeepsNoLock) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   ASSERT_TRUE(StoreUse::toWrite());
   EXPECT_FALSE(StoreUse::isMaintained());
   Pipe told;
@@ -174,7 +174,7 @@ TEST(SharedStore, AllSeeWhoMaintainsItAndADeadOneKeepsNoLock) {
 }
 
 TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   makeTasks(environment);
   constexpr std::int64_t wanted = 10000;
   const auto end = Clock::now() + std::chrono::seconds(240);

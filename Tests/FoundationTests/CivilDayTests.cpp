@@ -1,4 +1,4 @@
-#include "Foundation/CivilDay.h"
+#include "Foundation/Time/CivilDay.h"
 
 #include <gtest/gtest.h>
 

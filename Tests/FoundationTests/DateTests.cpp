@@ -1,4 +1,4 @@
-#include "Foundation/Date.h"
+#include "Foundation/Time/Date.h"
 
 #include <cmath>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "Foundation/DispatchGroup.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/MainLoop.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/DispatchGroup.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Process/MainLoop.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <array>
 #include <atomic>
@@ -54,7 +54,7 @@ TEST(DispatchQueue, SyncGivesTheResultAndPassesWhatIsThrown) {
   EXPECT_THROW(outer.sync([] { throw std::runtime_error("no"); }), std::runtime_error);
   EXPECT_TRUE(outer.sync(nested)) << "the queue goes on after an exception";
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   DispatchQueue::global().async([main = DispatchQueue::main()] {
     EXPECT_FALSE(main.isCurrent());
     EXPECT_TRUE(main.sync([&] { return main.isCurrent(); }));
@@ -64,7 +64,7 @@ TEST(DispatchQueue, SyncGivesTheResultAndPassesWhatIsThrown) {
 }
 
 TEST(DispatchQueue, BlockedWorkersDoNotHoldUpOthers) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   constexpr int blocked = 20;
   std::latch waiting(blocked);
   std::latch release(1);
@@ -83,7 +83,7 @@ TEST(DispatchQueue, BlockedWorkersDoNotHoldUpOthers) {
 }
 
 TEST(DispatchQueue, RunsWhatItHoldsWhenTheLastHandleGoes) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::promise<void> handleGone;
   int ran = 0;
   {
@@ -148,7 +148,7 @@ TEST(DispatchQueueDeathTest, WaitingForOneselfAsserts) {
 #endif
 
 TEST(DispatchGroup, NotifiesWhenAllHaveLeft) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const DispatchGroup group;
   std::atomic<int> left = 0;
   std::vector<int> leftAtNotification;

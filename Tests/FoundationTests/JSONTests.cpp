@@ -1,5 +1,5 @@
-#include "Foundation/Hasher.h"
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Values/Hasher.h"
 #include "Support/CodingRecords.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
-#include "Foundation/Locale.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/Locale.h"
 
 #include <gtest/gtest.h>
 
@@ -55,7 +55,7 @@ TEST(Locale, ChangesCaseAsItsLanguageDoes) {
 TEST(Locale, IsTheSameInEverySpelling) {
   const Locale german = Locale::fromIdentifier("de-de");
   EXPECT_EQ(german.identifier(), "de_DE");
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setLocale("de_DE");
   EXPECT_EQ(Locale::current(), german);
 }

@@ -1,6 +1,6 @@
-#include "Foundation/NSBundle.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/NSBundle.h"
 #include "Support/VisibleText.h"
 
 #include <thread>
@@ -33,7 +33,7 @@ class NSBundleTest : public ::testing::Test {
         NSBundle::main().localizedString(key, arguments, Locale::fromIdentifier(locale)));
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   const fs::path resources_ = environment_.directories().temporary / "resources";
 };
 
@@ -113,7 +113,7 @@ TEST_F(NSBundleTest, ServesManyThreads) {
 }
 
 TEST(NSBundle, KnowsItself) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setBundle({.identifier = "velloro.app.x", .shortVersion = "1.2", .version = "45"});
   EXPECT_EQ(NSBundle::main().identifier(), "velloro.app.x");
   const std::pair<const std::string, std::string> entries[] = {

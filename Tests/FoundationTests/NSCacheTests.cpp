@@ -1,4 +1,4 @@
-#include "Foundation/NSCache.h"
+#include "Foundation/Values/NSCache.h"
 
 #include <memory>
 #include <string>

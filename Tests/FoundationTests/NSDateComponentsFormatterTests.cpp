@@ -1,4 +1,4 @@
-#include "Foundation/NSDateComponentsFormatter.h"
+#include "Foundation/Formatting/NSDateComponentsFormatter.h"
 #include "Support/VisibleText.h"
 
 #include <cmath>

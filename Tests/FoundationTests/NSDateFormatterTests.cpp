@@ -1,6 +1,6 @@
-#include "Foundation/NSDateFormatter.h"
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
 #include "Support/VisibleText.h"
 
 #include <cmath>
@@ -56,7 +56,7 @@ TEST(NSDateFormatter, TakesOffsetsFromOurZones) {
     EXPECT_EQ(isoFormat.string(afternoon, where), text);
     EXPECT_EQ(isoFormat.date(text), afternoon) << text;
   }
-  TestEnvironment environment;  // in Berlin
+  VirtualEnvironment environment;  // in Berlin
   EXPECT_EQ(isoFormat.string(afternoon), "2024-03-07T15:05:09+01:00");
 }
 

@@ -1,6 +1,6 @@
-#include "Foundation/FileLock.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/FileLock.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Processes.h"
 
 #include <cerrno>
@@ -28,7 +28,7 @@ class NSFileManagerTest : public ::testing::Test {
     return NSFileManager::contentsOfDirectory(environment_.directories().temporary).value();
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
 };
 
 TEST_F(NSFileManagerTest, WritesReplaceTheContentAndKeepThePermissions) {

@@ -1,5 +1,5 @@
-#include "Foundation/NSNotificationCenter.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <atomic>
 #include <thread>
@@ -59,7 +59,7 @@ TEST_F(NSNotificationCenterTest, ObserversComeAndGoDuringAPost) {
 }
 
 TEST_F(NSNotificationCenterTest, DeliversOnTheObserversQueue) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const DispatchQueue queue("observer");
   const auto onMain = center.addObserver("saved", nullptr, DispatchQueue::main(), note("main"));
   auto onQueue = center.addObserver("saved", nullptr, queue, [&](const Notification&) {

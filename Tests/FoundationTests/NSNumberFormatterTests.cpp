@@ -1,8 +1,8 @@
-#include "Foundation/Error.h"
-#include "Foundation/NSMeasurementFormatter.h"
-#include "Foundation/NSNumberFormatter.h"
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Formatting/NSMeasurementFormatter.h"
+#include "Foundation/Formatting/NSNumberFormatter.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Values/Error.h"
 #include "Support/VisibleText.h"
 
 #include <cmath>
@@ -115,7 +115,7 @@ TEST(NSMeasurementFormatter, KeepsTheGivenUnitAndSharesItsNumbers) {
             "2 kJ; 2 L; 2 mL; 2 fl oz; 2 c; 2°C; 2°F; 2%; 2 days; 2 hr; 2 min; 2 sec; 2 km/h; "
             "2 mph; ");
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setLocale("de_DE");
   const NSMeasurementFormatter tenths({.number = {.maximumFractionDigits = 1}});
   EXPECT_EQ(tenths.string(1234.25, Unit::kilometers), "1.234,2 km");

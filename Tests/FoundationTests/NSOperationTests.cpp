@@ -1,6 +1,6 @@
-#include "Foundation/NSOperation.h"
-#include "Foundation/NSOperationQueue.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/NSOperation.h"
+#include "Foundation/Dispatch/NSOperationQueue.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxKit/AsyncOperation.h"
 
 #include <thread>
@@ -45,7 +45,7 @@ class NSOperationTest : public testing::Test {
 
   const DispatchQueue lock{"events"};
   std::vector<std::string> events;
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   NSOperationQueue queue;
 };
 

@@ -1,5 +1,5 @@
-#include "Foundation/NSTimer.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/NSTimer.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <memory>
 #include <utility>
@@ -22,7 +22,7 @@ class NSTimerTest : public testing::Test {
     EXPECT_THAT(fired, Pointwise(DoubleNear(1e-5), expected));
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Date start = Date::now();
   std::vector<double> fired;
 };
@@ -48,7 +48,7 @@ TEST_F(NSTimerTest, FiresOnceOrInAFixedRhythm) {
 }
 
 /// A main thread that is busy until it is told to run what was posted meanwhile.
-class BusyEnvironment : public TestEnvironment, public MainLoop {
+class BusyEnvironment : public VirtualEnvironment, public MainLoop {
  public:
   MainLoop& mainLoop() override { return *this; }
   void post(Block block) override { posted_.push_back(std::move(block)); }

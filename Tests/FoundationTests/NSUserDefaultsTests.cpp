@@ -1,6 +1,6 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/NSUserDefaults.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Processes.h"
 
 #include <cmath>
@@ -37,7 +37,7 @@ class NSUserDefaultsTest : public ::testing::Test {
     std::ofstream(folder_ / name) << text;
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   fs::path folder_ = environment_.directories().preferences;
 };
 

@@ -1,6 +1,6 @@
-#include "Foundation/CodingError.h"
-#include "Foundation/Hasher.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/CodingError.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Values/Hasher.h"
 
 #include <cmath>
 #include <limits>

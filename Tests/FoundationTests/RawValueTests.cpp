@@ -1,5 +1,5 @@
-#include "Foundation/RawValue.h"
-#include "Foundation/TypeName.h"
+#include "Foundation/Coding/RawValue.h"
+#include "Foundation/Values/TypeName.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "Foundation/Terminal.h"
+#include "Foundation/Process/Terminal.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
 
 #include <future>
 
@@ -13,7 +13,7 @@ using testing::ElementsAre;
 
 /// What happened on the main thread, each with its time since the start.
 struct Script {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Date start = Date::now();
   std::vector<std::string> events;
 
@@ -22,7 +22,7 @@ struct Script {
   }
 };
 
-TEST(TestEnvironment, RunsEachThingAtItsTimeWithAllThatFollowsFromIt) {
+TEST(VirtualEnvironment, RunsEachThingAtItsTimeWithAllThatFollowsFromIt) {
   Script script;
   const DispatchQueue& main = DispatchQueue::main();
   const DispatchQueue background("background");
@@ -48,7 +48,7 @@ TEST(TestEnvironment, RunsEachThingAtItsTimeWithAllThatFollowsFromIt) {
                           "0.40 stopped", "0.50 late", "60.00 nothing is due by the wall clock"));
 }
 
-TEST(TestEnvironment, LoopRunsUntilStoppedOrUntilNothingIsLeft) {
+TEST(VirtualEnvironment, LoopRunsUntilStoppedOrUntilNothingIsLeft) {
   Script script;
   MainLoop& loop = script.environment.mainLoop();
   const DispatchQueue& main = DispatchQueue::main();
@@ -66,7 +66,7 @@ TEST(TestEnvironment, LoopRunsUntilStoppedOrUntilNothingIsLeft) {
   EXPECT_THAT(script.events, ElementsAre("5.00 stop", "7200.00 last"));
 }
 
-TEST(TestEnvironment, EndsAfterTheBackgroundWorkAndDropsTheRest) {
+TEST(VirtualEnvironment, EndsAfterTheBackgroundWorkAndDropsTheRest) {
   std::promise<void> ending;
   bool backgroundRan = false;
   bool mainRan = false;
@@ -76,7 +76,7 @@ TEST(TestEnvironment, EndsAfterTheBackgroundWorkAndDropsTheRest) {
     ~Ending() { promise.set_value(); }
   };
   {
-    TestEnvironment environment;
+    VirtualEnvironment environment;
     DispatchQueue::main().async(
         [&mainRan, end = std::make_unique<Ending>(ending)] { mainRan = true; });
     DispatchQueue::main().asyncAfter(0, [&] { mainRan = true; });

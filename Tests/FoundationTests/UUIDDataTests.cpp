@@ -1,6 +1,6 @@
-#include "Foundation/Data.h"
-#include "Foundation/TestEnvironment.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Values/Data.h"
+#include "Foundation/Values/UUID.h"
 
 #include <set>
 #include <unordered_set>
@@ -30,7 +30,7 @@ TEST(UUID, ReadsAndWritesTheUsualForm) {
 }
 
 TEST(UUID, RandomOnesAreVersion4AndDiffer) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::unordered_set<UUID> seen;
   for (int i = 0; i < 1000; ++i) {
     const UUID id = UUID::random();
@@ -46,7 +46,7 @@ TEST(UUID, RandomOnesAreVersion4AndDiffer) {
 }
 
 TEST(UUID, StandInTheOrderOfTheirTexts) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::set<UUID> ids;
   std::set<std::string> texts;
   for (int i = 0; i < 200; ++i) texts.insert(ids.insert(UUID::random()).first->uuidString());

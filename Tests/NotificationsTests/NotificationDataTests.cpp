@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Notifications/NotificationCategory.h"
 #include "Notifications/NotificationData.h"
 #include "Notifications/NotificationID.h"
@@ -39,7 +39,7 @@ TEST(NotificationData, TravelsInUserInfo) {
 }
 
 TEST(NotificationData, FailsForAReason) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   for (const char* json : {"{}", R"({"velloro": 5})", R"({"velloro": [1]})", "[]", "null"}) {
     EXPECT_THROW((void)NotificationData::fromUserInfo(PropertyList::fromJSON(json)),
                  NotificationData::Error)
@@ -51,7 +51,7 @@ TEST(NotificationData, FailsForAReason) {
 }
 
 TEST(NotificationCategory, HasItsButtons) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setResources(VELLORO_RESOURCES);
   expectRawValues<NotificationCategory>({"nm.c.tc", "nm.c.r", "nm.c.rn", "nm.c.r.swm",
                                          "nm.c.rn.swm", "nm.c.r.u", "nm.c.rn.u", "nm.c.b",

@@ -1,5 +1,5 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/DataCache.h"
 
 #include <optional>
@@ -45,7 +45,7 @@ struct DataCacheTest : ::testing::Test {
         .value_or(std::vector<std::string>{});
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   DataCache cache;
   DataCacheKey key{"numbers"};
   Numbers numbers{1, 2, 3};

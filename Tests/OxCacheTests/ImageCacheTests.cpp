@@ -1,5 +1,5 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/ImageCache.h"
 #include "Support/Processes.h"
 
@@ -38,7 +38,7 @@ struct ImageCacheTest : ::testing::Test {
     return found(other, key);
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   ImageCache cache;
   ImageCacheKey key{"ring", {4, 4}, 2};
 };

@@ -1,7 +1,7 @@
 #include "CoreGraphics/FontGlyph.h"
-#include "Foundation/TestEnvironment.h"
-#include "OxCheckableTasks/IconArtwork.h"
-#include "OxCheckableTasks/IconTable.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Icons/IconArtwork.h"
+#include "OxCheckableTasks/Icons/IconTable.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ void expectOutline(const std::string& name, const IconTable::Glyph& glyph) {
 }
 
 TEST(IconTable, HasArtworkOfEveryIconAndOfNoOther) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const IconTable& table = IconTable::shared();
   std::vector<Icon> asText;
   std::size_t glyphs = 0;
@@ -42,7 +42,7 @@ TEST(IconTable, HasArtworkOfEveryIconAndOfNoOther) {
 }
 
 TEST(IconTable, HasAGlyphOfTheSymbolsInUse) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const IconTable& table = IconTable::shared();
   for (const auto& [name, glyph] : table.symbols()) expectOutline(name, glyph);
   for (const Icon icon : allCases<Icon>()) {
@@ -75,7 +75,7 @@ double darkness(const UIImage& image) {
 }
 
 TEST(IconArtwork, FillsItsSquareInItsColour) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   for (const Icon icon : allCases<Icon>()) {
     const UIImage image = drawn(Visual::icon(icon));
     ASSERT_TRUE(image.cgImage);
@@ -90,7 +90,7 @@ TEST(IconArtwork, FillsItsSquareInItsColour) {
 }
 
 TEST(IconArtwork, ShowsInitialsWithoutArtworkAndTheLetterOfALetter) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const auto same = [](const Visual& left, const Visual& right) {
     return std::ranges::equal(drawn(left).cgImage->pixels(), drawn(right).cgImage->pixels());
   };
@@ -102,7 +102,7 @@ TEST(IconArtwork, ShowsInitialsWithoutArtworkAndTheLetterOfALetter) {
 }
 
 TEST(IconArtwork, IsTurnedAndStruckThrough) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const auto up = drawn(Visual::icon(Icon::arrow_up)).cgImage;
   const auto right =
       drawn(Visual::icon(Icon::arrow_up), {.orientation = OxImageOrientation::right, .overlay = {}})

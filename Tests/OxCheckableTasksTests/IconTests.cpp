@@ -1,6 +1,6 @@
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/TestEnvironment.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "Support/Fixtures.h"
 
 #include <cmath>
@@ -64,7 +64,7 @@ TEST(IconManagerIcon, TellsWhatStandsForIt) {
 }
 
 TEST(IconManagerIcon, IsDrawnByChance) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   EnumSet<IconCategory> rest;
   for (const IconCategory group : allCases<IconCategory>()) rest.insert(group);
   rest.remove(IconCategory::zodiac);

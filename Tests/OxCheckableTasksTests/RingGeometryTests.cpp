@@ -1,6 +1,6 @@
-#include "OxCheckableTasks/SegmentNotches.h"
-#include "OxCheckableTasks/SubProgress.h"
-#include "OxCheckableTasks/TrackArcs.h"
+#include "OxCheckableTasks/Ring/SegmentNotches.h"
+#include "OxCheckableTasks/Ring/SubProgress.h"
+#include "OxCheckableTasks/Ring/TrackArcs.h"
 
 #include <cmath>
 #include <string>

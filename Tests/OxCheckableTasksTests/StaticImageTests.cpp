@@ -1,8 +1,8 @@
 #include "CoreGraphics/CGContext.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/ImageCache.h"
-#include "OxCheckableTasks/CaptionText.h"
-#include "OxCheckableTasks/StaticImageGenerator.h"
+#include "OxCheckableTasks/StaticImages/CaptionText.h"
+#include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 
 #include <algorithm>
 #include <cmath>
@@ -84,7 +84,7 @@ TEST(StaticImageKey, IsAbsentForWhatIsNotToBeKept) {
 }
 
 TEST(StaticImage, IsDrawnOnce) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   Request request = ring();
   const UIImage first = request.createSync();
   ASSERT_TRUE(first.cgImage);
@@ -96,7 +96,7 @@ TEST(StaticImage, IsDrawnOnce) {
 }
 
 TEST(StaticImage, IsKeptUnderTheVersionOfTheArtwork) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto table = [&](const char* name, const char* json) {
     const auto folder = environment.directories().temporary / name;
     std::filesystem::create_directories(folder);

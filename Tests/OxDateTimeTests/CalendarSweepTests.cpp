@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxDateTimeTests/CalendarOracle.h"
 
@@ -18,7 +18,7 @@ YYYYMMDD day(std::int64_t value) {
 }
 
 TEST(CalendarSweep, DayArithmeticFrom1600To2400) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setTimeZone(TimeZone::gmt());
   CalendarOracle oracle("Etc/UTC");
   std::int64_t far = 20000101;
@@ -87,7 +87,7 @@ void compareInstants(const TimeZone& zone, CalendarOracle& oracle) {
 }
 
 TEST(CalendarSweep, LogicalDayAndItsInverseRoundAllClockChangesOf2020To2030) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto zones = TimeZone::knownTimeZoneIdentifiers();
   ASSERT_GT(zones.size(), 300u);
   for (const std::string& identifier : zones) {

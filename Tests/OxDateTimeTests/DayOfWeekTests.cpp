@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxDateTime/DayOfWeek.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ TEST(DayOfWeek, CountsRoundTheWeek) {
 }
 
 TEST(DayOfWeek, StartsTheWeekAsTheLocaleDoes) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::sunday);
   environment.setLocale("de_DE");
   EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::monday);

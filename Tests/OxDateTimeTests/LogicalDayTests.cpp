@@ -1,6 +1,6 @@
 // Times of day, and the days that begin at one of them.
 
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxDateTime/DateExtensions.h"
 #include "OxDateTime/ThreadCalendar.h"
 
@@ -157,7 +157,7 @@ TEST(LogicalDay, LastsAsLongAsTheClockMakesIt) {
 }
 
 TEST(LogicalDay, GoesByTheEnvironmentWhereNoZoneIsGiven) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setTimeZone(zone("America/New_York"));
   environment.setNow(at("2024-03-08T06:30:00Z"));
   EXPECT_EQ(YYYYMMDD::today(time(2)).intValue(), 20240307);
@@ -171,7 +171,7 @@ TEST(LogicalDay, GoesByTheEnvironmentWhereNoZoneIsGiven) {
 
 /// Samoa crossed the date line at the end of 29 December 2011: its 30th never was.
 TEST(LogicalDay, FollowsAZoneThatSkippedADay) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setTimeZone(zone("Pacific/Apia"));
   const YYYYMMDD before{.y = 2011, .m = 12, .d = 29};
   const YYYYMMDD after{.y = 2011, .m = 12, .d = 31};

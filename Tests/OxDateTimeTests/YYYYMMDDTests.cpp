@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxDateTime/YYYYMM.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "Support/Fixtures.h"
@@ -123,7 +123,7 @@ TEST(YYYYMM, NamesItselfInTheDevicesLocale) {
       cases[] = {{"en_US", "March", "March 2024", "Mar 2024", "2024", "Wednesday"},
                  {"de_DE", "März", "März 2024", "März 2024", "2024", "Mittwoch"},
                  {"ja_JP", "3月", "2024年3月", "2024年3月", "2024年", "水曜日"}};
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const auto& [locale, title, withYear, shortWithYear, year, weekday] : cases) {
     environment.setLocale(locale);
     EXPECT_EQ(month(202403).localizedTitle(), title);

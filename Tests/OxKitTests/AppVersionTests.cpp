@@ -1,5 +1,5 @@
-#include "Foundation/JSON.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxKit/AppVersion.h"
 #include "OxKit/Platform.h"
 
@@ -43,7 +43,7 @@ TEST(AppVersion, NextVersionsHaveNoBuild) {
 }
 
 TEST(AppVersion, CurrentIsThatOfTheBundle) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setBundle({.identifier = "a", .shortVersion = "3.1", .version = "812"});
   EXPECT_EQ(AppVersion::current().value().formatted(), "3.1.0.812");
   environment.setBundle({.identifier = "a", .shortVersion = "beta", .version = "812"});

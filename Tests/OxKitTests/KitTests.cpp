@@ -1,6 +1,6 @@
-#include "Foundation/Geometry.h"
-#include "Foundation/NSDateFormatter.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Values/Geometry.h"
 #include "OxKit/AccessibilityLabel.h"
 #include "OxKit/DeviceType.h"
 #include "OxKit/Localization.h"
@@ -36,7 +36,7 @@ TEST(DeviceType, IsToldByTheBeginningOfTheModel) {
   }
   EXPECT_FALSE(DeviceType::fromModelIdentifier("Toaster"));
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setDeviceModel("Mac");
   EXPECT_EQ(DeviceType::current().family(), DeviceType::Family::mac);
   EXPECT_FALSE(DeviceType::isInSimulator());
@@ -94,7 +94,7 @@ TEST(CGPoint, IsMirroredForReadersFromTheRight) {
 }
 
 TEST(Localization, FollowsTheLocale) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   environment.setLocale("en_US");
   EXPECT_EQ(localized("distance.steps", {1}), "1 step");
   EXPECT_FALSE(uses24HourTime(NSDateFormatter::withTemplate("H", {})));

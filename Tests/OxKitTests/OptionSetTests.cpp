@@ -1,4 +1,4 @@
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "OxKit/EnumSet.h"
 #include "OxKit/FunctionRef.h"
 #include "OxKit/Platform.h"

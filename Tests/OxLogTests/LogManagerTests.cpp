@@ -1,6 +1,6 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
 #include "OxLog/LogManager.h"
 #include "Support/Processes.h"
 
@@ -44,7 +44,7 @@ class LogManagerTest : public ::testing::Test {
     return result;
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
 };
 
 TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {

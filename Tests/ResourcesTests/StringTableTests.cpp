@@ -1,17 +1,17 @@
-#include "Foundation/Environment.h"
-#include "Foundation/LocalizedStrings.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/PropertyList.h"
-#include "Foundation/TestEnvironment.h"
-#include "OxCheckableTasks/CheckableTaskTextKeys.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/LocalizedStrings.h"
+#include "OxCheckableTasks/Ring/CheckableTaskTextKeys.h"
 #include "OxHealthKit/OxHKWorkoutActivityType.h"
 #include "OxKit/Localization.h"
-#include "VelloroCore/ColorScheme.h"
-#include "VelloroCore/HealthTitleKey.h"
-#include "VelloroCore/NotificationTextKeys.h"
-#include "VelloroCore/ReminderWordingKeys.h"
-#include "VelloroCore/StreakTextKeys.h"
-#include "VelloroCore/TitleTextKeys.h"
+#include "VelloroCore/Appearance/ColorScheme.h"
+#include "VelloroCore/Reminders/NotificationTextKeys.h"
+#include "VelloroCore/Reminders/ReminderWordingKeys.h"
+#include "VelloroCore/Status/StreakTextKeys.h"
+#include "VelloroCore/Titles/HealthTitleKey.h"
+#include "VelloroCore/Titles/TitleTextKeys.h"
 
 #include <map>
 #include <set>
@@ -137,7 +137,7 @@ bool serves(const std::string& taken, const std::string& given) {
 }
 
 TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const Table asked = askedKeys();
   const auto& languages =
       LocalizedStrings::inFolder(environment.directories().resources).localizations();
@@ -162,7 +162,7 @@ TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
 }
 
 TEST(StringTables, CountByTheRulesOfTheirLanguage) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const std::tuple<const char*, double, const char*> cases[] = {
       {"en_US", 1, "1 day"},    {"en_US", 1200, "1,200 days"}, {"pl_PL", 1, "1 dzień"},
       {"pl_PL", 22, "22 dni"},  {"pl_PL", 1.5, "1,5 dnia"},    {"ar_AE", 2, "يومان"},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/PropertyList.h"
 #include "Settings/SettingsStorageContainer.h"
 
 #include <map>

@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/RunTarget.h"
 
 #include <string>
@@ -28,7 +28,7 @@ TEST(RunTargetTest, FollowsTheBundleAndTheDevice) {
       {"velloro.app.watchkitapp.watchkitextension", watchApp, watchApp, false},
       {"velloro.app.watchkitapp.watchkitextension.siri", watchSiri, watchSiri, true},
       {"", unknown, unknown, false}};
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const auto& [identifier, onPhone, onMac, extension] : cases) {
     environment.setBundle({.identifier = identifier});
     for (const auto& [device, expected] : {std::pair("iPhone14,5", onPhone), {"Mac16,1", onMac}}) {

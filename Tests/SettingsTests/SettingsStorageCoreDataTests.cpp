@@ -1,6 +1,6 @@
 #include "Containers/VelloroNSPersistentContainer.h"
-#include "Foundation/NSUserDefaults.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorageCoreData.h"
 #include "SettingsTests/MemoryStorage.h"
@@ -96,7 +96,7 @@ class CloudTierTest : public ::testing::Test {
   }
   [[nodiscard]] std::vector<std::string> told() { return std::exchange(told_, {}); }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   std::filesystem::path file_ = environment_.directories().temporary / "cloud.sqlite";
   std::vector<std::string> told_;
   NSNotificationCenter::Token observer_;

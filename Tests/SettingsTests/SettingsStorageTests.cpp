@@ -1,5 +1,5 @@
-#include "Foundation/NSNotificationCenter.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "HelperClasses/DictionaryCoder.h"
 #include "Settings/SettingsStorage.h"
 #include "Settings/SettingsStorageLegacyCloud.h"
@@ -271,7 +271,7 @@ TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {
 }
 
 TEST(SettingsStorageTest, WhatWasWrittenLongAgoCanBeRead) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   SettingsStorageLegacyCloud legacy;
   SettingsStorage alone({.localStorage = std::make_shared<SettingsStorageLegacyCloud>()}, false);
   for (const Setting& setting : everySetting()) {

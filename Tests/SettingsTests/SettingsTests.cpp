@@ -1,6 +1,6 @@
-#include "Foundation/NSNotificationCenter.h"
-#include "Foundation/NSUserDefaults.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/Settings.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Support/Fixtures.h"
@@ -32,7 +32,7 @@ class SettingsTest : public ::testing::Test {
     return NSUserDefaults::initWithSuiteName("group.velloro.app.today").value();
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
 };
 
 TEST_F(SettingsTest, ReadsWhatIsStoredAndTheDefaultOfWhatMakesNoSense) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Foundation/Hasher.h"
-#include "Foundation/JSON.h"
-#include "Foundation/TimeZone.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Time/TimeZone.h"
+#include "Foundation/Values/Hasher.h"
+#include "Foundation/Values/UUID.h"
 
 #include <map>
 #include <set>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 
 #include <algorithm>
 #include <fstream>

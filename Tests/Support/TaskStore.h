@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSPersistentContainer.h"
-#include "Foundation/TestEnvironment.h"
+#include "CoreData/Context/NSPersistentContainer.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Tasks/TaskEntity.h"
 #include "Tasks/VelloroModel.h"
 
@@ -37,7 +37,7 @@ class TasksTest : public ::testing::Test {
     ASSERT_TRUE(saved) << saved.error()->localizedDescription();
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   TaskStore store_;
   NSManagedObjectContext& context_ = *store_.viewContext();
   std::shared_ptr<TaskEntity> task_ = make<TaskEntity>();

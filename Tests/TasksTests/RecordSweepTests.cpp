@@ -1,7 +1,7 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/PositionedTheme.h"
-#include "VelloroCore/TaskRecentHistory.h"
+#include "VelloroCore/Appearance/PositionedTheme.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 #include "VelloroSnapshots/NotificationTask.h"
 #include "VelloroTaskShare/TaskCloudSummary.h"
@@ -120,7 +120,7 @@ void sweep(Sweep& result, const std::string& name, DateForm form = {}) {
 }
 
 TEST(Records, AValueThatIsNotKnownSpoilsItselfAlone) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   Sweep result;
   sweep<NotificationTask>(result, "NotificationTaskWithOptionals", DateForm::iso8601);
   sweep<PositionedTheme>(result, "PositionedTheme");

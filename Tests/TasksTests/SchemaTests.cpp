@@ -1,4 +1,4 @@
-#include "CoreData/StoreError.h"
+#include "CoreData/Store/StoreError.h"
 #include "Support/Fixtures.h"
 #include "Support/TaskStore.h"
 #include "Tasks/TaskCategoryEntity.h"
@@ -69,7 +69,7 @@ TEST_F(TasksTest, WhatATaskOwnsGoesWithIt) {
 
 /// A file of a program whose schema has less, and something that this one doesn't have.
 TEST(Schema, ForeignFilesOpenAndKeepWhatIsNotKnown) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const auto file = NSPersistentStoreDescription::initWithURL(
       Environment::current().directories().temporary / "tasks.sqlite");
   NSEntityDescription foreign("Task");

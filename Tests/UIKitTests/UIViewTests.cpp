@@ -1,4 +1,4 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "UIKit/CADisplayLink.h"
 #include "UIKit/UIImage.h"
 #include "UIKit/UIView.h"
@@ -16,7 +16,7 @@ using testing::Pointwise;
 
 /// Ticks at 1/fps, 2/fps, … from the moment it runs, and none while it is paused.
 TEST(CADisplayLink, TicksOnItsBeat) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const double start = environment.mediaTime();
   std::vector<double> ticks;
   std::optional<CADisplayLink> link;
@@ -162,7 +162,7 @@ class GestureTest : public testing::Test, public UIGestureRecognizerDelegate {
     view->addGestureRecognizer(tapFirst ? std::shared_ptr<UIGestureRecognizer>(press) : tap);
   }
 
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   std::string log;
   bool pressAllowed = true;
   std::shared_ptr<UIView> view = std::make_shared<UIView>(CGSize{50, 50});

@@ -1,5 +1,5 @@
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
 
@@ -50,7 +50,7 @@ class ContentExtensionTest : public ::testing::Test {
     host_->present({.date = {}, .request = {.identifier = identifier}});
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   Events events_;
   std::optional<UNNotificationContentExtensionHost> host_{
       std::in_place,

@@ -1,6 +1,6 @@
-#include "Foundation/Environment.h"
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/Environment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
 #include "Support/Processes.h"
 #include "UserNotifications/NotificationStore.h"
@@ -71,7 +71,7 @@ class UserNotificationCenterTest : public ::testing::Test {
     return std::exchange(shower_->shown, {});
   }
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
   fs::path folder_ = notificationFolder();
   UNUserNotificationCenter center_ = UNUserNotificationCenter::currentNotificationCenter();
   std::shared_ptr<Shower> shower_ = std::make_shared<Shower>();
@@ -243,7 +243,7 @@ TEST_F(UserNotificationCenterTest, DamageCostsNoMoreThanWhatItHit) {
 }
 
 TEST(NotificationRecords, OlderDeliveredOnesGiveWay) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   NotificationRecords records;
   records.authorize(everyOption);
   for (int i = 0; i < 150; ++i) {
@@ -255,7 +255,7 @@ TEST(NotificationRecords, OlderDeliveredOnesGiveWay) {
 }
 
 TEST(NotificationStore, ProcessesLoseNothingOfEachOther) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const auto folder = notificationFolder();
   workInProcesses(3, 2, [&](int worker) {
     NotificationStore store(folder);
@@ -272,7 +272,7 @@ TEST(NotificationStore, ProcessesLoseNothingOfEachOther) {
 }
 
 TEST(UserNotifications, KeepTheirForms) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   const Date date = Date::fromISO8601("2024-03-07T12:30:05.5Z").value();
   NotificationRecords records{.badge = 2};
   records.authorize(UNAuthorizationOptions::alert | UNAuthorizationOptions::sound);

@@ -1,6 +1,6 @@
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "OxHealthKit/OxHKQuantity.h"
-#include "VelloroCore/AutomaticTaskType.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/CheckableTaskMeasures.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Appearance/CheckableTaskMeasures.h"
 
 #include <tuple>
 
@@ -10,7 +10,7 @@ namespace {
 
 TEST(CheckableTaskMeasures, AreWholePoints) {
   using namespace CheckableTaskConstants;
-  platform::TestEnvironment environment;
+  platform::VirtualEnvironment environment;
   for (const auto& [model, font, width] :
        {std::tuple("iPhone14,5", 7, 60), std::tuple("Mac16,1", 8, 65)}) {
     environment.setDeviceModel(model);

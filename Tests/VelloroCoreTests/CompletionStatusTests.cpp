@@ -1,7 +1,7 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/StreakRecord.h"
+#include "VelloroCore/Status/StreakRecord.h"
 
 #include <filesystem>
 #include <map>
@@ -197,7 +197,7 @@ TEST(StreakRecord, PassesMilestones) {
 }
 
 TEST(StreakRecord, IsShown) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto texts = environment.directories().temporary / "texts";
   std::filesystem::create_directories(texts / "en");
   ASSERT_TRUE(NSFileManager::write(

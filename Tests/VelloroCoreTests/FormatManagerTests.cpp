@@ -1,6 +1,6 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/VisibleText.h"
-#include "VelloroCore/FormatManager.h"
+#include "VelloroCore/Titles/FormatManager.h"
 
 #include <array>
 #include <cmath>
@@ -64,7 +64,7 @@ TEST(FormatManager, WritesDurationsByFormatter) {
        {"0 min", "1 min", "10 min", "11 min", "1 godz.", "10 godz. i 5 min"}},
       // clang-format on
   };
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const Row& row : rows) {
     for (const auto& [locale, texts] : {std::pair("en_US", row.english), {"pl_PL", row.polish}}) {
       environment.setLocale(locale);
@@ -96,7 +96,7 @@ TEST(FormatManager, WritesNumbersByFormatter) {
       {&F::percentageWholeFormatter, 1.15, "115%", "115 %"},
       {&F::percentageTenthFormatter, 0.29, "29.0%", "29,0 %"},
       {&F::percentageBodyFatFormatter, 0.20125, "20.12%", "20,12 %"}};
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const auto& [formatter, number, english, german] : rows) {
     environment.setLocale("en_US");
     EXPECT_EQ((FormatManager::shared().*formatter).string(number), english);
@@ -106,7 +106,7 @@ TEST(FormatManager, WritesNumbersByFormatter) {
 }
 
 TEST(FormatManager, WritesDatesInTheirZone) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const FormatManager& formats = FormatManager::shared();
   const auto date = Date::fromISO8601("2024-03-07T23:05:09Z").value();
   const auto zone = TimeZone::fromIdentifier("Asia/Kathmandu").value();
@@ -128,7 +128,7 @@ TEST(FormatManager, WritesDatesInTheirZone) {
 }
 
 TEST(FormatManager, ChoosesTheFormatterOfADuration) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const FormatManager& formats = FormatManager::shared();
   const std::tuple<double, const char*, const char*, const char*, const char*> rows[] = {
       // duration, configuration, notification, countdown, sleep
@@ -155,7 +155,7 @@ TEST(FormatManager, ChoosesTheFormatterOfADuration) {
 }
 
 TEST(FormatManager, ShowsAClockWhateverTheDuration) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const FormatManager& formats = FormatManager::shared();
   EXPECT_EQ(formats.formattedDurationForTimedTaskCountdown(3.6e15), "1000000000000:00:00");
   EXPECT_EQ(formats.formattedDurationForTimedTaskCountdown(std::nan("")), "00:00");
@@ -165,7 +165,7 @@ TEST(FormatManager, ShowsAClockWhateverTheDuration) {
 }
 
 TEST(FormatManager, WritesMasses) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const FormatManager& formats = FormatManager::shared();
   EXPECT_EQ(formats.formattedGrams(40, true), "40 g");
   EXPECT_EQ(formats.formattedGrams(1234.56, false), "1,234.6");

@@ -1,4 +1,4 @@
-#include "VelloroCore/LogEntryRules.h"
+#include "VelloroCore/Log/LogEntryRules.h"
 
 #include <gtest/gtest.h>
 

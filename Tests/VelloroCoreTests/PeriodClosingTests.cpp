@@ -1,11 +1,11 @@
 // The closing of periods over all frequencies, first weekdays and random logs: at once, day by day,
 // and told plainly, with every question put to the whole log.
 
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/PeriodClosing.h"
-#include "VelloroCore/TaskLogCounts.h"
-#include "VelloroCore/TaskLogSummary.h"
-#include "VelloroCore/TaskRecentHistory.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
+#include "VelloroCore/Status/PeriodClosing.h"
+#include "VelloroCore/Status/TaskLogCounts.h"
+#include "VelloroCore/Status/TaskLogSummary.h"
 
 #include <algorithm>
 #include <functional>
@@ -22,7 +22,7 @@ constexpr YYYYMMDD created{2023, 12, 21};
 
 /// A task and its log, at noon of some day.
 struct Task {
-  TestEnvironment& environment;
+  VirtualEnvironment& environment;
   TaskLogRules rules;
   std::vector<TaskLogRow> rows = {};
   YYYYMMDD createdDay = created;
@@ -72,7 +72,7 @@ struct Task {
 };
 
 void forAllTasks(const std::function<void(Task&)>& check) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const DayMode mode : allCases<DayMode>()) {
     for (const DayOfWeek first : allCases<DayOfWeek>()) {
       for (const bool isNegative : {false, true}) {

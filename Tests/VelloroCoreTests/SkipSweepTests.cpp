@@ -1,5 +1,5 @@
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/TaskFrequency.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
 
 #include <algorithm>
 #include <chrono>
@@ -165,7 +165,7 @@ TEST(SkipSweep, WaitsForTheInterval) {
 }
 
 TEST(SkipSweep, WarnsOnTheLastDayOfATotal) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const DayMode mode : {DayMode::aggregateOverWeek, DayMode::aggregateOverFortnight,
                              DayMode::aggregateOverMonth, DayMode::aggregateOverYear}) {
     const TaskFrequency frequency{.dayMode = mode};

@@ -1,11 +1,11 @@
-#include "Foundation/NSFileManager.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
 #include "Support/VisibleText.h"
-#include "VelloroCore/HealthTitle.h"
-#include "VelloroCore/TaskTitleAttributedString.h"
-#include "VelloroCore/TaskTitleFormatter.h"
-#include "VelloroCore/TaskTitleSource.h"
+#include "VelloroCore/Titles/HealthTitle.h"
+#include "VelloroCore/Titles/TaskTitleAttributedString.h"
+#include "VelloroCore/Titles/TaskTitleFormatter.h"
+#include "VelloroCore/Titles/TaskTitleSource.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,7 +54,7 @@ class TaskDisplayTitleTest : public testing::Test {
     "healthcategory.subcategory.yoga": "Yoga"
   })";
 
-  TestEnvironment environment_;
+  VirtualEnvironment environment_;
 };
 
 std::string text(const std::optional<std::string>& of) {

@@ -1,6 +1,6 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/DatedPeriod.h"
+#include "VelloroCore/Frequency/DatedPeriod.h"
 
 #include <gmock/gmock.h>
 
@@ -79,7 +79,7 @@ void expectSound(const TaskFrequencyPeriod& found, YYYYMMDD today) {
 }
 
 TEST(TaskFrequencyPeriod, IsSoundOnEveryDayOf200Years) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const DayOfWeek first : allCases<DayOfWeek>()) {
     for (YYYYMMDD today = date(19000101); today < date(21000101); today = today.nextDay()) {
       for (const auto type : allCases<TaskFrequencyPeriodType>()) {
@@ -153,7 +153,7 @@ TEST(TaskFrequencyPeriod, CountsItsDays) {
 }
 
 TEST(TaskFrequencyPeriod, KnowsToday) {
-  TestEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
+  VirtualEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
   const HHMMSS evening{.h = 18}, midnight = HHMMSS::midnight;
   const auto today = period(day, 20240307);
   EXPECT_TRUE(today.isCurrentPeriod(midnight));
@@ -191,7 +191,7 @@ TEST(MultiDayCount, IsThatOfTheCurrentPeriod) {
   EXPECT_EQ(id(MultiDayCount::duration29), "d29");
   EXPECT_EQ(icon(MultiDayCount::duration29), IconManagerIcon::duration_29);
   expectRawValues<MultiDayCount>({"d1", "d7", "d14", "d28", "d29", "d30", "d31", "d365", "d366"});
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const struct {
     const char* now;
     std::vector<int> days;

@@ -1,6 +1,6 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/TaskFrequency.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
 
 #include <gmock/gmock.h>
 
@@ -72,7 +72,7 @@ TEST(DayMode, SortsForChoice) {
 }
 
 TEST(TaskFrequency, FindsItsPeriod) {
-  TestEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
+  VirtualEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
   const auto dated = [&](DayMode mode) {
     return TaskFrequency{.dayMode = mode}.currentPeriod(HHMMSS::midnight, DayOfWeek::monday);
   };

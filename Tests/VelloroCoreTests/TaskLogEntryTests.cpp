@@ -1,6 +1,6 @@
 #include "Support/Fixtures.h"
-#include "VelloroCore/TaskLogEntryPeriod.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Log/TaskLogEntryPeriod.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <set>
 

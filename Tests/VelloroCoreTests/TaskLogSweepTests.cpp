@@ -1,10 +1,10 @@
 // Random logs through the walk, the rates and the skip rules, and through the same told plainly:
 // every period is visited, and what was found for it is looked up in a map.
 
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/TaskLogCounts.h"
-#include "VelloroCore/TaskLogSummary.h"
-#include "VelloroCore/TaskRecentHistory.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
+#include "VelloroCore/Status/TaskLogCounts.h"
+#include "VelloroCore/Status/TaskLogSummary.h"
 
 #include <map>
 #include <random>
@@ -39,7 +39,7 @@ struct Case {
 
 class Cases {
  public:
-  explicit Cases(TestEnvironment& environment) : environment_(environment) {}
+  explicit Cases(VirtualEnvironment& environment) : environment_(environment) {}
 
   Case next() {
     // The one zone lost a whole day at the end of 2011; the other has only clock changes.
@@ -100,7 +100,7 @@ class Cases {
     return row;
   }
 
-  TestEnvironment& environment_;
+  VirtualEnvironment& environment_;
   std::mt19937 random_{20240307};
   YYYYMMDD base_;
 };
@@ -252,7 +252,7 @@ SkipMode plainWillSkip(const Case& task, const TaskFrequencyPeriod& period) {
 }
 
 TEST(TaskLogSweep, FindsWhatAPlainWalkFinds) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   Cases cases(environment);
   for (int i = 0; i < 10000; ++i) {
     const Case task = cases.next();

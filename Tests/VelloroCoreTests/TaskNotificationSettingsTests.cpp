@@ -1,6 +1,6 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/TaskNotificationSettings.h"
+#include "VelloroCore/Reminders/TaskNotificationSettings.h"
 
 #include <ranges>
 #include <set>
@@ -142,7 +142,7 @@ TEST(TaskNotificationSettings, EstimateWhenATaskMatters) {
       {settings("tod 2.5 0 tod 9 0"), 564, 600, {}, {578.5, 584}},  // summer time begins
       {settings("tod 9 4 todm 11 4"), 0, 24, {}, {9}},
       {settings("tod 9 4 todm 11 4", ReminderType::none), 0, 24, {}, {11}}};
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const auto& [given, from, to, completions, times, startOfDay] : cases) {
     const auto found = given.sortedEstimatedRelevantTimes(
         {hour(from), hour(to), startOfDay, {}, dates(completions), 3600});
@@ -151,7 +151,7 @@ TEST(TaskNotificationSettings, EstimateWhenATaskMatters) {
 }
 
 TEST(TaskNotificationSettings, KnowWhatACompletionDealsWith) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const Settings all =
       settings("tod 3 4 tod 9.5 4 tod 10 1 tod 10.001 4 tod - 4 loc - 4 todm 20 4");
   EXPECT_EQ(places(all.remainingTimeOfDayReminders({}, 3600, {4})), "01234");
@@ -159,7 +159,7 @@ TEST(TaskNotificationSettings, KnowWhatACompletionDealsWith) {
 }
 
 TEST(TaskNotificationSettings, TellWhatARunningTimerHasYetToSay) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto pending = [](const char* timers, double total, double remaining) {
     std::ostringstream text;
     for (const auto& [type, duration, date] :
@@ -185,7 +185,7 @@ TEST(TaskNotificationSettings, SortTheirLists) {
 }
 
 TEST(TaskNotificationSettings, PutAReminderOff) {
-  TestEnvironment environment;  // noon in Berlin, midnight in Auckland
+  VirtualEnvironment environment;  // noon in Berlin, midnight in Auckland
   Settings before{.liveActivityDisplayMode = LiveActivityDisplayMode::no,
                   .reminders = {{}, full(Trigger::fromTimeOfDay({10}))}};
   Settings after = before;
@@ -216,7 +216,7 @@ TEST(TaskReminder, MovesToTheOtherPersonsClockAndBack) {
       {"Europe/Berlin", "America/New_York", taskViewer, {9}, {3}, 0},
       {"Europe/Berlin", "America/New_York", taskViewer, {9}, {4}, 0, 132},  // summer time there
   };
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   for (const auto& [owner, viewer, to, time, newTime, shift, now] : cases) {
     environment.setNow(hour(now));
     TaskReminder before = full(Trigger::fromMutedTimeOfDay(time));

@@ -1,7 +1,7 @@
-#include "Foundation/String.h"
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/String.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/TaskProgressCodable.h"
+#include "VelloroCore/Progress/TaskProgressCodable.h"
 
 #include <cmath>
 #include <tuple>
@@ -220,7 +220,7 @@ TEST(TaskProgressActivityRings, AreOneNumberAndBack) {
 }
 
 TEST(TaskProgressDateRange, GrowsWithTime) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const auto range = dateRange({});
   EXPECT_EQ(range.start(), Date::fromISO8601("2024-03-31T03:00:00+02:00"));
   EXPECT_EQ(range.end(), Date::fromISO8601("2024-04-01T03:00:00+02:00"));

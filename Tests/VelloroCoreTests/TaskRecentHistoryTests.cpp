@@ -1,6 +1,6 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/TaskRecentHistory.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ const std::vector<TaskLogRow> log = {
     rowOf(20240227, completedAutomaticallyFull)};
 
 TEST(TaskRecentHistory, TellsEachPeriod) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   TaskLogRules rules{.timeZone = TimeZone::current()};
   const auto statuses = [&](YYYYMMDD from, YYYYMMDD to, TaskLogRows rows = log) {
     std::string text;
@@ -52,7 +52,7 @@ TEST(TaskRecentHistory, TellsEachPeriod) {
 }
 
 TEST(TaskRecentHistory, CountsSuccess) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const TaskLogRules rules{.timeZone = TimeZone::current()};
   const auto rate = [&](std::optional<YYYYMMDD> lastCompleted, bool isNegative, TaskLogRows rows) {
     TaskLogRules own = rules;

@@ -1,5 +1,5 @@
-#include "Foundation/TestEnvironment.h"
-#include "VelloroCore/TaskStanding.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "VelloroCore/Status/TaskStanding.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ constexpr YYYYMMDD today{2024, 3, 7}, yesterday{2024, 3, 6};  // the environment
 
 class TaskStandingTest : public testing::Test {
  protected:
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   TaskStanding task{
       .frequency = {.numPartialCompletions = 3},
       .timeZone = TimeZone::current(),

@@ -1,8 +1,8 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/ColorContrast.h"
-#include "VelloroCore/PositionedTheme.h"
-#include "VelloroCore/ThemeHelper.h"
+#include "VelloroCore/Appearance/ColorContrast.h"
+#include "VelloroCore/Appearance/PositionedTheme.h"
+#include "VelloroCore/Appearance/ThemeHelper.h"
 
 #include <functional>
 #include <tuple>
@@ -102,7 +102,7 @@ void expectDistinct(const ColorProfile& profile, const OxCodableColor& page) {
 }
 
 TEST(Theme, EveryRingIsLegible) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   forEachTask([](const PositionedTheme& theme, const Theme::TaskColor& color, Context context) {
     const auto page = theme.theme.backgroundType(context).plainColor();
     for (const Status& status : Status::allCases()) {
@@ -118,7 +118,7 @@ TEST(Theme, EveryRingIsLegible) {
 }
 
 TEST(Theme, TextsReadOnTheirScreens) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const TaskDisplayOrder order{{}, 1};
   for (const Theme& theme : everyTheme()) {
     SCOPED_TRACE(theme.stringValue());
@@ -150,7 +150,7 @@ TEST(Theme, TextsReadOnTheirScreens) {
 }
 
 TEST(Theme, RingsLookByTheirStatus) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const PositionedTheme theme = Theme{blue}.positioned(TaskDisplayOrder::first);
   const auto context = Context::notification;
   using enum SkipMode;
@@ -186,7 +186,7 @@ TEST(Theme, RingsLookByTheirStatus) {
 }
 
 TEST(Theme, ColorsAreTheSchemes) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const std::tuple<Theme, const char*> first[] = {
       {{orange}, "FF704C"},
       {{green}, "99C05E"},
@@ -207,7 +207,7 @@ TEST(Theme, ColorsAreTheSchemes) {
 }
 
 TEST(Theme, ModesOfASchemeOfTwoColorsCanBeReversed) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   EXPECT_THAT(validModes(pink), ElementsAre(Mode::normal, Mode::white, Mode::black));
   EXPECT_THAT(validModes(neon), ElementsAreArray(allCases<Mode>()));
   std::vector<int> reversible;
@@ -245,7 +245,7 @@ TEST(Theme, HasStoredForms) {
 }
 
 TEST(Theme, HasDefaultsAndTitles) {
-  TestEnvironment environment;
+  VirtualEnvironment environment;
   const std::tuple<std::int64_t, ColorScheme> pages[] = {
       {0, orange}, {1, activityGreen}, {2, gold}, {3, royalPurple}, {4, orange}, {-1, orange}};
   for (const auto& [page, scheme] : pages) {

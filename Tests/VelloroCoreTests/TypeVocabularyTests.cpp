@@ -1,8 +1,8 @@
 #include "OxHealthKit/OxHKQuantity.h"
 #include "Support/Fixtures.h"
-#include "VelloroCore/AutomaticTaskType.h"
-#include "VelloroCore/HealthTitleKey.h"
-#include "VelloroCore/TaskDisplayTitle.h"
+#include "VelloroCore/Titles/HealthTitleKey.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <unordered_set>
 

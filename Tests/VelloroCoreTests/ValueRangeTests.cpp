@@ -1,6 +1,6 @@
-#include "Foundation/String.h"
-#include "VelloroCore/QuantityOptions.h"
-#include "VelloroCore/TaskType.h"
+#include "Foundation/Text/String.h"
+#include "VelloroCore/Types/QuantityOptions.h"
+#include "VelloroCore/Types/TaskType.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "Foundation/TestEnvironment.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Fixtures.h"
 #include "Support/SampleTasks.h"
-#include "VelloroCore/TaskExtra.h"
+#include "VelloroCore/Types/TaskExtra.h"
 
 namespace velloro {
 namespace {
@@ -73,7 +73,7 @@ WatchTaskActions sampleActions() {
 }
 
 TEST(Snapshots, KeepTheirForms) {
-  const TestEnvironment environment;
+  const VirtualEnvironment environment;
   expectFixture("NotificationTask", sampleTask(), DateForm::iso8601);
   expectFixture("NotificationTaskWithOptionals", fullSampleTask(), DateForm::iso8601);
   expectFixture("ComplicationTaskSnapshot", sampleSnapshot());

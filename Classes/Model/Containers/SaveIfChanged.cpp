@@ -1,6 +1,6 @@
 #include "Containers/SaveIfChanged.h"
 
-#include "CoreData/NSPersistentStoreCoordinator.h"
+#include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "OxLog/Log.h"
 
 namespace velloro {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSPersistentCloudKitContainer.h"
-#include "Foundation/NSNotificationCenter.h"
+#include "CoreData/Context/NSPersistentCloudKitContainer.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
 #include "OxKit/Platform.h"
 
 #include <vector>

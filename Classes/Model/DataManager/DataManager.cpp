@@ -1,11 +1,11 @@
 #include "DataManager/DataManager.h"
 
 #include "CloudKit/CKError.h"
-#include "CoreData/StoreError.h"
+#include "CoreData/Store/StoreError.h"
 #include "DataManager/StoreChoice.h"
 #include "DataManager/StoreUse.h"
 #include "DataManager/TaskDeduplicator.h"
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "OxLog/Log.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Tasks/VelloroModel.h"

@@ -5,7 +5,7 @@
 #include "DataManager/Author.h"
 #include "DataManager/CoreDataMigration.h"
 #include "DataManager/PersistentHistoryObserver.h"
-#include "Foundation/UUID.h"
+#include "Foundation/Values/UUID.h"
 #include "OxKit/Platform.h"
 #include "Settings/Settings.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/NSManagedObjectContext.h"
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "OxKit/Platform.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #include "DataManager/PersistentHistoryObserver.h"
 
-#include "CoreData/NSPersistentStoreCoordinator.h"
+#include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "DataManager/PersistentHistoryFetcher.h"
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "OxLog/Log.h"
 
 #include <mutex>

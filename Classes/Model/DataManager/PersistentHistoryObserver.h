@@ -2,8 +2,8 @@
 
 #include "Containers/VelloroNSPersistentContainer.h"
 #include "DataManager/Author.h"
-#include "Foundation/NSOperationQueue.h"
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Dispatch/NSOperationQueue.h"
+#include "Foundation/Files/NSUserDefaults.h"
 #include "OxKit/Platform.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include "DataManager/StoreChoice.h"
 
 #include "DataManager/DataManager.h"
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Files/NSUserDefaults.h"
 
 namespace velloro {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/FileLock.h"
+#include "Foundation/Files/FileLock.h"
 #include "OxKit/Platform.h"
 
 #include <utility>

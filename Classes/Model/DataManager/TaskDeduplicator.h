@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSManagedObjectContext.h"
-#include "Foundation/UUID.h"
+#include "CoreData/Context/NSManagedObjectContext.h"
+#include "Foundation/Values/UUID.h"
 #include "OxKit/Platform.h"
 
 #include <optional>

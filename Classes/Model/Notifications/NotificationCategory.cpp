@@ -1,7 +1,7 @@
 #include "Notifications/NotificationCategory.h"
 
 #include "OxKit/Localization.h"
-#include "VelloroCore/NotificationTextKeys.h"
+#include "VelloroCore/Reminders/NotificationTextKeys.h"
 
 #include <array>
 

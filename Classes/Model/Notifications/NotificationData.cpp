@@ -1,6 +1,6 @@
 #include "Notifications/NotificationData.h"
 
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
 #include "HelperClasses/DictionaryCoder.h"
 #include "OxLog/Log.h"
 

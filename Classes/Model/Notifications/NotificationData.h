@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Error.h"
-#include "Foundation/PropertyList.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Values/Error.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/PositionedTheme.h"
+#include "VelloroCore/Appearance/PositionedTheme.h"
 #include "VelloroSnapshots/NotificationTask.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Hasher.h"
+#include "Foundation/Values/Hasher.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"

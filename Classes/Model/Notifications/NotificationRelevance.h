@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Date.h"
+#include "Foundation/Time/Date.h"
 #include "OxKit/Platform.h"
 
 #include <array>

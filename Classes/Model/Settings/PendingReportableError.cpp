@@ -1,7 +1,7 @@
 #include "Settings/PendingReportableError.h"
 
-#include "Foundation/JSON.h"
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/NSUserDefaults.h"
 #include "OxLog/Log.h"
 
 namespace velloro {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Date.h"
-#include "Foundation/Error.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Values/Error.h"
 #include "OxKit/Platform.h"
 
 #include <string>

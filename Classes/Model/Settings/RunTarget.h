@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/Environment.h"
+#include "Foundation/Process/Environment.h"
 #include "OxKit/Platform.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "OxLog/Log.h"
 #include "Settings/SettingsStorageLocal.h"
-#include "VelloroCore/TaskProgress.h"
+#include "VelloroCore/Progress/TaskProgress.h"
 
 namespace velloro {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "OxDateTime/YYYYMMDD.h"
 #include "Settings/SettingsStorageContainer.h"
-#include "VelloroCore/TaskProgressActivityRings.h"
+#include "VelloroCore/Progress/TaskProgressActivityRings.h"
 
 #include <memory>
 #include <mutex>

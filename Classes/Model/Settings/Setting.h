@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Settings/SettingTable.h"
-#include "VelloroCore/TaskDisplayOrder.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
 
 #include <cassert>
 #include <optional>

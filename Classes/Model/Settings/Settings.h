@@ -1,14 +1,14 @@
 #pragma once
 
-#include "Foundation/CodingKeys.h"
-#include "Foundation/Date.h"
-#include "Foundation/Error.h"
-#include "Foundation/Hasher.h"
-#include "Foundation/NSNotificationCenter.h"
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Values/Error.h"
+#include "Foundation/Values/Hasher.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "Settings/SettingsStorage.h"
-#include "VelloroCore/Theme.h"
+#include "VelloroCore/Appearance/Theme.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "Settings/SettingsStorage.h"
 
-#include "Foundation/NSNotificationCenter.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
 #include "Settings/RunTarget.h"
 #include "Settings/SettingsStorageCoreData.h"
 #include "Settings/SettingsStorageLegacyCloud.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Data.h"
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Values/Data.h"
 #include "OxKit/Platform.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/Date.h"
-#include "Foundation/DispatchQueue.h"
-#include "Foundation/NSNotificationCenter.h"
+#include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Time/Date.h"
 #include "Settings/SettingEntity.h"
 #include "Settings/SettingsStorage.h"
 

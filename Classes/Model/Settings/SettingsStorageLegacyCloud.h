@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/NSUbiquitousKeyValueStore.h"
+#include "Foundation/Files/NSUbiquitousKeyValueStore.h"
 #include "Settings/SettingsStorageContainer.h"
 
 namespace velloro {

@@ -1,8 +1,8 @@
 #include "Settings/SettingsStorageLocal.h"
 
-#include "Foundation/Environment.h"
-#include "Foundation/FileLock.h"
-#include "Foundation/NSFileManager.h"
+#include "Foundation/Files/FileLock.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/Environment.h"
 
 namespace velloro {
 namespace {

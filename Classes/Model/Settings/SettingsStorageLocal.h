@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Foundation/NSUserDefaults.h"
+#include "Foundation/Files/NSUserDefaults.h"
 #include "Settings/SettingsStorageContainer.h"
 
 #include <memory>

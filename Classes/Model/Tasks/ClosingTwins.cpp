@@ -3,7 +3,7 @@
 #include "OxLog/Log.h"
 #include "Tasks/TaskLogEntryEntity.h"
 #include "Tasks/TaskLogFetchRequest.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <map>
 

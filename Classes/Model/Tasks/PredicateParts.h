@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSFetchRequest.h"
-#include "Foundation/RawValue.h"
+#include "CoreData/Fetch/NSFetchRequest.h"
+#include "Foundation/Coding/RawValue.h"
 #include "OxKit/EnumSet.h"
 #include "OxKit/UniqueID.h"
 

@@ -1,8 +1,8 @@
 #include "Tasks/StoredAutomaticTaskType.h"
 
-#include "Foundation/JSON.h"
-#include "Foundation/NSCache.h"
-#include "Foundation/String.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Values/NSCache.h"
 #include "OxLog/Log.h"
 #include "Tasks/StoredValues.h"
 

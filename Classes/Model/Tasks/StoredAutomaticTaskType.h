@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Foundation/Hasher.h"
-#include "VelloroCore/AutomaticTaskType.h"
+#include "Foundation/Values/Hasher.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Tasks/TaskEntity.h"
-#include "VelloroCore/TaskLogWalk.h"
+#include "VelloroCore/Log/TaskLogWalk.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #include "Tasks/StoredValues.h"
 
-#include "Foundation/NSCache.h"
+#include "Foundation/Values/NSCache.h"
 
 #include <algorithm>
 #include <charconv>

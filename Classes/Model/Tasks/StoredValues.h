@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Foundation/JSON.h"
-#include "Foundation/TimeZone.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Time/TimeZone.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/OxCodableColor.h"

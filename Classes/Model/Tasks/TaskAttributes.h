@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/NSEntityDescription.h"
-#include "Foundation/Date.h"
+#include "CoreData/Model/NSEntityDescription.h"
+#include "Foundation/Time/Date.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxKit/Platform.h"
 

@@ -1,6 +1,6 @@
 #include "Tasks/TaskCloudSummaryValueTransformer.h"
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "Tasks/StoredValues.h"
 #include "VelloroTaskShare/TaskCloudSummary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/NSValueTransformer.h"
+#include "CoreData/Model/NSValueTransformer.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

@@ -1,6 +1,6 @@
 #include "Tasks/TaskEntity.h"
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "Settings/Settings.h"
 #include "Tasks/StoredAutomaticTaskType.h"
 #include "Tasks/StoredValues.h"
@@ -8,7 +8,7 @@
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/UserProfileEntity.h"
 #include "VelloroBackup/VelloroJSONBackupTaskExtra.h"
-#include "VelloroCore/DayModeRules.h"
+#include "VelloroCore/Frequency/DayModeRules.h"
 
 #include <algorithm>
 #include <limits>

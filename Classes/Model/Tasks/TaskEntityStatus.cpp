@@ -1,4 +1,4 @@
-#include "Foundation/String.h"
+#include "Foundation/Text/String.h"
 #include "Settings/SavedActivityRings.h"
 #include "Tasks/StoredLog.h"
 #include "Tasks/StoredValues.h"
@@ -8,8 +8,8 @@
 #include "Tasks/TaskShareEntity.h"
 #include "Tasks/TaskTemporalDataEntity.h"
 #include "Tasks/TaskTimerEntity.h"
-#include "VelloroCore/TaskTitleIcon.h"
-#include "VelloroCore/TaskTitleSource.h"
+#include "VelloroCore/Titles/TaskTitleIcon.h"
+#include "VelloroCore/Titles/TaskTitleSource.h"
 
 #include <algorithm>
 

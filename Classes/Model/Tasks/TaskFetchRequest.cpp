@@ -5,7 +5,7 @@
 #include "Tasks/TaskEntity.h"
 #include "Tasks/TaskShareEntity.h"
 #include "Tasks/UserProfileEntity.h"
-#include "VelloroCore/HealthType.h"
+#include "VelloroCore/Types/HealthType.h"
 
 namespace velloro {
 namespace {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "CoreData/NSFetchRequest.h"
-#include "Foundation/Date.h"
+#include "CoreData/Fetch/NSFetchRequest.h"
+#include "Foundation/Time/Date.h"
 #include "OxKit/EnumSet.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/TaskDisplayOrder.h"
-#include "VelloroCore/TaskStatus.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Status/TaskStatus.h"
 
 #include <cstdint>
 #include <memory>

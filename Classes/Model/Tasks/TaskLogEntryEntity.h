@@ -1,10 +1,10 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
-#include "Foundation/TimeZone.h"
+#include "CoreData/Model/EntityClass.h"
+#include "Foundation/Time/TimeZone.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/TaskLogEntryPeriod.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Log/TaskLogEntryPeriod.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
 
 namespace velloro {
 

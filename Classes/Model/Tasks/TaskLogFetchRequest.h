@@ -1,10 +1,10 @@
 #pragma once
 
-#include "CoreData/NSFetchRequest.h"
+#include "CoreData/Fetch/NSFetchRequest.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/EnumSet.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/TaskLogEntryType.h"
+#include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <cstdint>
 #include <optional>

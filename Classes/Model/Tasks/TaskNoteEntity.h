@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
-#include "Foundation/RawValue.h"
+#include "CoreData/Model/EntityClass.h"
+#include "Foundation/Coding/RawValue.h"
 #include "OxKit/UniqueID.h"
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 

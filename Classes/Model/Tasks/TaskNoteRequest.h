@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/NSFetchRequest.h"
+#include "CoreData/Fetch/NSFetchRequest.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/EnumSet.h"
 #include "Tasks/TaskNoteEntity.h"

@@ -1,6 +1,6 @@
 #include "Tasks/TaskNotificationRemindersEntity.h"
 
-#include "Foundation/JSON.h"
+#include "Foundation/Coding/JSON.h"
 #include "Tasks/StoredValues.h"
 
 #include <algorithm>

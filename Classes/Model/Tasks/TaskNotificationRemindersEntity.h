@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
-#include "VelloroCore/TaskReminder.h"
+#include "CoreData/Model/EntityClass.h"
+#include "VelloroCore/Reminders/TaskReminder.h"
 
 namespace velloro {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
-#include "VelloroCore/TaskNotificationSettings.h"
+#include "CoreData/Model/EntityClass.h"
+#include "VelloroCore/Reminders/TaskNotificationSettings.h"
 
 namespace velloro {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
+#include "CoreData/Model/EntityClass.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreData/EntityClass.h"
-#include "OxCheckableTasks/IconDisplayRepresentation.h"
+#include "CoreData/Model/EntityClass.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 
 namespace velloro {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/NSManagedObjectModel.h"
+#include "CoreData/Model/NSManagedObjectModel.h"
 #include "OxKit/Platform.h"
 
 namespace velloro {

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "Foundation/Date.h"
-#include "Foundation/TimeZone.h"
+#include "Foundation/Time/Date.h"
+#include "Foundation/Time/TimeZone.h"
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/AutomaticTaskType.h"
-#include "VelloroCore/StreakRecord.h"
-#include "VelloroCore/TaskDisplayOrder.h"
-#include "VelloroCore/TaskDisplayTitle.h"
-#include "VelloroCore/TaskExtra.h"
-#include "VelloroCore/TaskFrequency.h"
-#include "VelloroCore/TaskStatus.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Status/StreakRecord.h"
+#include "VelloroCore/Status/TaskStatus.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
+#include "VelloroCore/Types/TaskExtra.h"
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
 #include <cstdint>

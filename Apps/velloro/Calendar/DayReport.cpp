@@ -1,0 +1,54 @@
+#include "velloro/Calendar/DayReport.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Text/String.h"
+
+namespace velloro {
+namespace {
+
+std::string instantText(Date date) {
+  return NSDateFormatter::withFormat("uuuu-MM-dd HH:mm:ss ZZZZZ", {.locale = Locale::posix()})
+      .string(date);
+}
+
+std::string rangeText(const char* name, const std::vector<YYYYMMDD>& days, std::int64_t remaining) {
+  return stringWithFormat(
+      "%-10s %s  to  %s   %4lld to go\n", name, days.front().debugDescription().c_str(),
+      days.back().debugDescription().c_str(), static_cast<long long>(remaining));
+}
+
+}  // namespace
+
+DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek) {
+  const YYYYMM month = day.yyyymm();
+  return {
+      .day = day,
+      .dayOfWeek = day.dayOfWeek(),
+      .start = {day.startOfDay(startOfDay)},
+      .end = {day.nextDay().startOfDay(startOfDay)},
+      .week = {day.startOfWeek(firstDayOfWeek), day.endOfWeek(firstDayOfWeek)},
+      .fortnight = {day.startOfFortnight(firstDayOfWeek), day.endOfFortnight(firstDayOfWeek)},
+      .month = {month.firstDay(), month.lastDay()},
+      .year = {month.firstMonthOfYear().firstDay(), month.lastMonthOfYear().lastDay()},
+      .daysRemaining = {.week = day.numberOfDaysRemainingThisWeek(firstDayOfWeek, false),
+                        .fortnight = day.numberOfDaysRemainingThisFortnight(firstDayOfWeek, false),
+                        .month = day.numberOfDaysRemainingThisMonth(false),
+                        .year = day.numberOfDaysRemainingThisYear(false)}};
+}
+
+std::string DayReport::json() const {
+  return JSONEncoder{}.encode(*this) + "\n";
+}
+
+std::string DayReport::text() const {
+  const double hours = end.date.timeIntervalSince(start.date) / 3600;
+  return localizedTitle(dayOfWeek) + ", " + day.debugDescription() + "\n\n" + "begins     " +
+         instantText(start.date) + "\n" + "ends       " + instantText(end.date) +
+         stringWithFormat("   %g hours\n", hours) + rangeText("week", week, daysRemaining.week) +
+         rangeText("fortnight", fortnight, daysRemaining.fortnight) +
+         rangeText("month", month, daysRemaining.month) +
+         rangeText("year", year, daysRemaining.year);
+}
+
+}  // namespace velloro

@@ -1,0 +1,58 @@
+#include "velloro/Calendar/PeriodCommand.h"
+
+#include "velloro/Calendar/PeriodReport.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/FirstDayOfWeekOption.h"
+#include "velloro/Options/FrequencyOptions.h"
+#include "velloro/Output/Output.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct PeriodOptions {
+  FrequencyOptions frequency;
+  std::optional<std::string> date;
+  FirstDayOfWeekOption firstDayOfWeek;
+  bool json = false;
+};
+
+void run(const PeriodOptions& options) {
+  const TaskFrequency frequency = options.frequency.over(TaskFrequency::defaultFrequency);
+  const YYYYMMDD date =
+      options.date ? dayArgument("--date", *options.date) : YYYYMMDD::today(HHMMSS::midnight);
+  const auto report =
+      PeriodReport::of(frequency, date, options.firstDayOfWeek.value(frequency.dayMode));
+  print(options.json ? report.json() : report.text());
+}
+
+void addOptions(CLI::App& command, PeriodOptions& options) {
+  options.frequency.addTo(command);
+  command.get_option("--mode")->required();
+  command.add_option("--date", options.date, "A day of the period (default: today)")
+      ->type_name("YYYYMMDD");
+  options.firstDayOfWeek.addTo(command);
+  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
+}
+
+}  // namespace
+
+void addPeriodCommand(CLI::App& app) {
+  auto options = std::make_shared<PeriodOptions>();
+  CLI::App* command = app.add_subcommand("period", "Tells the period of a task that a day lies in");
+  addOptions(*command, *options);
+  command->footer(modesFooter() +
+                  "\nExamples:\n"
+                  "  velloro period --mode numberOfDaysInWeek --times 3\n"
+                  "  velloro period --mode specificDaysOfWeek --days mon,wed,fri --date 20240306\n"
+                  "  velloro period --mode aggregateOverFortnight --date 20000108 "
+                  "--first-day-of-week sunday --json");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

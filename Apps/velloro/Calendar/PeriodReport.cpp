@@ -1,0 +1,51 @@
+#include "velloro/Calendar/PeriodReport.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/String.h"
+#include "velloro/Options/Arguments.h"
+
+namespace velloro {
+namespace {
+
+std::string line(const char* name, const PeriodStretch& stretch) {
+  return stringWithFormat("%-10s %s  to  %s\n", name, stretch.start.debugDescription().c_str(),
+                          stretch.finish.debugDescription().c_str());
+}
+
+}  // namespace
+
+PeriodReport PeriodReport::of(const TaskFrequency& frequency, YYYYMMDD date,
+                              DayOfWeek firstDayOfWeek) {
+  const TaskFrequencyPeriod period = frequency.period(date, firstDayOfWeek).period;
+  const YYYYMMDD longAgo{};
+  return {.mode = modeName(frequency.dayMode),
+          .date = date,
+          .period = PeriodStretch::of(period),
+          .previous = PeriodStretch::of(period.previous()),
+          .next = PeriodStretch::of(period.next()),
+          .numberOfDays = period.numberOfDays(),
+          .remainingDays = period.remainingDays(date, false),
+          .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo),
+          .countedOver = periodName(periodTypeForCompletionCountCalculation(frequency.dayMode)),
+          .isEmpty = frequency.isEmpty()};
+}
+
+std::string PeriodReport::json() const {
+  return JSONEncoder{}.encode(*this) + "\n";
+}
+
+std::string PeriodReport::text() const {
+  const auto number = [](std::int64_t n) { return static_cast<long long>(n); };
+  return mode + ", " + localizedTitle(date.dayOfWeek()) + ", " + date.debugDescription() + "\n\n" +
+         line(("the " + period.type).c_str(), period) + line("previous", previous) +
+         line("next", next) +
+         stringWithFormat("days       %lld, %lld to go\n", number(numberOfDays),
+                          number(remainingDays)) +
+         (countedOver == period.type
+              ? ""
+              : stringWithFormat("expected   %lld times in the %s\n", number(expectedCompletions),
+                                 countedOver.c_str())) +
+         (isEmpty ? "No day can ever be due.\n" : "");
+}
+
+}  // namespace velloro

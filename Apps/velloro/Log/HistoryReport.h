@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Foundation/Coding/CodingKeys.h"
+#include "Tasks/TaskEntity.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// What became of a task's periods, as `velloro history` tells it.
+struct HistoryReport {
+  struct Stretch {
+    std::string type;  ///< "week"
+    YYYYMMDD start = {};
+    YYYYMMDD finish = {};
+    TaskCalendarPeriodStatus status = TaskCalendarPeriodStatus::past;
+
+    static constexpr auto codingKeys =
+        keys(key("type", &Stretch::type), key("start", &Stretch::start),
+             key("finish", &Stretch::finish), key("status", &Stretch::status));
+  };
+
+  std::string uniqueId;
+  std::string title;
+  DayOfWeek firstDayOfWeek = DayOfWeek::sunday;  ///< For the text alone.
+  std::vector<Stretch> periods;                  ///< From the oldest on.
+  PreviousDaysSuccess shortTerm, longTerm;
+
+  static constexpr auto codingKeys =
+      keys(key("uniqueId", &HistoryReport::uniqueId), key("title", &HistoryReport::title),
+           key("periods", &HistoryReport::periods), key("shortTerm", &HistoryReport::shortTerm),
+           key("longTerm", &HistoryReport::longTerm));
+
+  [[nodiscard]] static HistoryReport of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to);
+
+  /// Days as grids of months, other periods a line each, and the shares of success.
+  [[nodiscard]] std::string text() const;
+
+ private:
+  [[nodiscard]] std::string months() const;
+  [[nodiscard]] std::string month(YYYYMM month,
+                                  const std::map<YYYYMMDD, const char*>& glyphs) const;
+  [[nodiscard]] std::string lines() const;
+};
+
+}  // namespace velloro

@@ -1,0 +1,235 @@
+#include "velloro/Notifications/NotificationCommand.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Text/String.h"
+#include "Host/HostStore.h"
+#include "Host/ReminderContent.h"
+#include "Notifications/NotificationCategory.h"
+#include "Settings/SettingsStorage.h"
+#include "Tasks/VelloroModel.h"
+#include "velloro/Notifications/NotificationPlay.h"
+#include "velloro/Notifications/NotificationReport.h"
+#include "velloro/Notifications/NotificationSamples.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/NearMatches.h"
+#include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/Output.h"
+
+#include <memory>
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct NotificationOptions {
+  std::string file;
+  std::string action;
+  std::string task;
+  std::string period = "today";
+  std::optional<std::string> sample, png, frames, width, scale;
+  bool dark = false;
+  bool json = false;
+};
+
+double between(const char* name, const std::optional<std::string>& text, double fallback,
+               double least, double most) {
+  if (!text) return fallback;
+  const double amount = amountArgument(name, *text);
+  if (amount >= least && amount <= most) return amount;
+  throw UsageError(name + (" " + inQuotes(*text)) +
+                   stringWithFormat(": out of range; write %g to %g", least, most));
+}
+
+NotificationViewController::Screen screenOf(const NotificationOptions& options) {
+  return {.width = between("--width", options.width, 320, 100, 2000),
+          .scale = between("--scale", options.scale, 2, 0.5, 4),
+          .userInterfaceStyle =
+              options.dark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light};
+}
+
+/// Null where there is none yet.
+std::shared_ptr<DataManager::Container> openCloudContainer() {
+  const auto group =
+      Environment::current().directories().groupContainers / DataManager::groupIdentifier;
+  if (!NSFileManager::exists(group)) return nullptr;  // to ask for its files would make it
+  const auto file = DataManager::StoreUrls::make().sharedGroupUrlModernCloud;
+  if (!NSFileManager::exists(file)) return nullptr;
+  auto container = std::make_shared<DataManager::Container>(velloroModelName, velloroModel());
+  DataManager::configureStoreDescription(*container, DataManager::Url{file, {}},
+                                         [](const auto&, const ErrorPtr&) {});
+  return container;
+}
+
+std::string textUnder(const PropertyList& content, const char* key) {
+  const std::string* text = content[key].text();
+  return text != nullptr ? *text : "";
+}
+
+/// Where the extension finds what only the cloud tier holds. Most reminders are shown without any
+/// store, and showing one never makes one.
+std::shared_ptr<DataManager::Container> existingCloudContainer() {
+  static const auto& container = *new std::shared_ptr(openCloudContainer());
+  return container;
+}
+
+/// A part of another kind than it should be reads as missing: what is left can still be shown.
+UNNotification notificationIn(const std::string& file) {
+  constexpr std::size_t largestNotification = std::size_t{16} << 20;
+  const auto bytes =
+      NSFileManager::contents(file == "-" ? "/dev/stdin" : file, largestNotification);
+  if (!bytes) throw HostError(bytes.error()->localizedDescription());
+  const auto unusable = [&](const std::string& reason) {
+    return HostError(inQuotes(file) + " is no notification: " + reason);
+  };
+  PropertyList content;
+  try {
+    content = PropertyList::fromJSON(*bytes);
+  } catch (const Error& error) {
+    throw unusable(error.localizedDescription());
+  }
+  if (content.dictionary() == nullptr) throw unusable("it is no JSON object");
+  return {.date = Date::now(),
+          .request = {.identifier = file,
+                      .content = {.categoryIdentifier = textUnder(content, "categoryIdentifier"),
+                                  .title = textUnder(content, "title"),
+                                  .subtitle = textUnder(content, "subtitle"),
+                                  .body = textUnder(content, "body"),
+                                  .userInfo = content["userInfo"]}}};
+}
+
+void write(const CGImage& image, const std::string& file) {
+  const auto bytes = image.pngData();
+  if (!bytes) throw std::runtime_error("the picture cannot be made");
+  if (file == "-") return printBytes(bytes->text());
+  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
+  if (!written) throw std::runtime_error(written.error()->localizedDescription());
+}
+
+void show(const NotificationOptions& options) {
+  if (options.json && options.png == "-") {
+    throw UsageError("--png \"-\": the standard output is taken by --json");
+  }
+  SettingsStorage::setCloudContainer(existingCloudContainer);
+  const auto controller = NotificationViewController::make(screenOf(options));
+  controller->didReceive(notificationIn(options.file));
+  if (options.png) write(*notificationPicture(*controller->view()), *options.png);
+  if (options.json) print(notificationReport(*controller).json() + "\n");
+  if (!options.json && !options.png) print(notificationText(*controller));
+}
+
+/// The identifier of an action by its name; any other text is one itself.
+std::string actionIdentifier(const std::string& action) {
+  constexpr auto names = caseNames<NotificationAction::sendMessage>();
+  const auto named = names.fromRawValue(action);
+  return named ? std::string(rawValue(*named)) : action;
+}
+
+void act(const NotificationOptions& options) {
+  SettingsStorage::setCloudContainer(existingCloudContainer);
+  const auto notification = notificationIn(options.file);
+  const auto screen = screenOf(options);
+  NotificationPlay::TakeFrame take;
+  if (options.frames) {
+    const auto folder = folderArgument("--frames", *options.frames);
+    const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
+    if (!made) throw std::runtime_error(made.error()->localizedDescription());
+    take = [folder, number = std::size_t{0}](const CGImage& image) mutable {
+      write(image, folder / stringWithFormat("frame-%04zu.png", number++));
+    };
+  }
+  const auto play =
+      NotificationPlay::of(notification, actionIdentifier(options.action), screen, take);
+  print(options.json ? play.report().json() + "\n" : play.text());
+}
+
+/// As `show` reads it.
+void printContent(const UNNotificationContent& content) {
+  const PropertyList written =
+      PropertyList::Dictionary{{"categoryIdentifier", content.categoryIdentifier},
+                               {"title", content.title},
+                               {"subtitle", content.subtitle},
+                               {"body", content.body},
+                               {"userInfo", content.userInfo}};
+  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(written) + "\n");
+}
+
+void sample(const NotificationOptions& options) {
+  const auto names = NotificationSamples::names();
+  if (!options.sample) {
+    for (const std::string_view name : names) print(std::string(name) + "\n");
+    return;
+  }
+  const auto content = NotificationSamples::named(*options.sample);
+  if (!content) {
+    const std::string hint = suggestion(*options.sample, names);
+    throw UsageError(inQuotes(*options.sample) + ": not a sample; " +
+                     (hint.empty() ? "without a name they are listed" : hint));
+  }
+  printContent(*content);
+}
+
+void make(const NotificationOptions& options) {
+  const HostStore store;
+  const auto task = currentTaskArgument(store, options.task);
+  const bool isToday = options.period == "today";
+  const auto period = isToday ? task->currentPeriod()
+                              : task->frequency().period(dayArgument("--period", options.period),
+                                                         task->firstDayOfWeek());
+  printContent(reminderContent(*task, period.period));
+}
+
+void addLook(CLI::App& command, NotificationOptions& options) {
+  command.add_option("FILE", options.file, "A notification as JSON; - is the standard input")
+      ->required();
+  command.add_option("--width", options.width, "Points from side to side (default: 320)")
+      ->type_name("POINTS");
+  command.add_option("--scale", options.scale, "Pixels per point (default: 2)")->type_name("N");
+  command
+      .add_flag("--dark", options.dark,
+                "The screen is dark; themes that follow the screen are dark, too")
+      ->disable_flag_override();
+  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
+}
+
+}  // namespace
+
+void addNotificationCommand(CLI::App& app) {
+  auto options = std::make_shared<NotificationOptions>();
+  CLI::App* command = app.add_subcommand("notification", "Shows a reminder, and plays an answer");
+  command->require_subcommand(1);
+  CLI::App* shown = command->add_subcommand("show", "Shows an expanded notification");
+  addLook(*shown, *options);
+  shown->add_option("--png", options->png, "Draws it; - is the standard output")->type_name("FILE");
+  shown->callback([options] { show(*options); });
+
+  CLI::App* acted = command->add_subcommand("act", "Plays what an answer does, without waiting");
+  addLook(*acted, *options);
+  acted
+      ->add_option("ACTION", options->action,
+                   "markAsDone, markAsMissed, snooze, openExternalUrl, sendMessage, or any "
+                   "identifier")
+      ->required();
+  acted->add_option("--frames", options->frames, "Folder for the pictures, 30 a second")
+      ->type_name("DIR");
+  acted->callback([options] { act(*options); });
+
+  CLI::App* sampled = command->add_subcommand("sample", "Writes a notification to try things with");
+  sampled->add_option("NAME", options->sample, "Which one (default: lists them)");
+  sampled->callback([options] { sample(*options); });
+
+  CLI::App* made = command->add_subcommand("make", "Writes the reminder of a task of the store");
+  addTaskArgument(*made, options->task);
+  made->add_option("--period", options->period, "Of which period: today's, or one by a day in it")
+      ->type_name("YYYYMMDD");
+  made->callback([options] { make(*options); });
+  command->footer(
+      "Examples:\n"
+      "  velloro notification sample partial > partial.json\n"
+      "  velloro notification show partial.json --png partial.png --width 390\n"
+      "  velloro notification act partial.json markAsDone --frames frames");
+}
+
+}  // namespace velloro

@@ -1,0 +1,23 @@
+#include "velloro/Options/CaseArgument.h"
+
+#include "Foundation/Text/String.h"
+
+namespace velloro {
+
+std::string oneOf(const std::vector<std::string_view>& names) {
+  std::string text;
+  for (const auto name : names) text.append(text.empty() ? "write one of " : ", ").append(name);
+  return text;
+}
+
+UsageError unknownName(const std::string& name, const std::string& text, const std::string& what,
+                       const std::vector<std::string_view>& names, const std::string& where) {
+  constexpr std::size_t few = 30;
+  std::string hint = suggestion(text, names);
+  if (hint.empty()) hint = names.size() <= few ? oneOf(names) : where;
+  const char* article = std::string_view("aeiou").contains(what.front()) ? "an " : "a ";
+  return UsageError(name + " " + inQuotes(text) + ": not " + article + what +
+                    (hint.empty() ? "" : "; " + hint));
+}
+
+}  // namespace velloro

@@ -1,0 +1,31 @@
+#include "velloro/Options/FirstDayOfWeekOption.h"
+
+#include "VelloroCore/Frequency/DayModeRules.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/FrequencyOptions.h"
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+constexpr const char* name = "--first-day-of-week";
+
+}  // namespace
+
+void FirstDayOfWeekOption::addTo(CLI::App& command) {
+  command.add_option(name, text, "When a week begins (default: the locale's)")->type_name("DAY");
+}
+
+DayOfWeek FirstDayOfWeekOption::value(DayMode mode) const {
+  const DayOfWeek day = value();
+  expectUse(name, text, mode, usesFirstDayOfWeek(mode));
+  return day;
+}
+
+DayOfWeek FirstDayOfWeekOption::value() const {
+  if (text) return weekdayArgument(name, *text);
+  return defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+}
+
+}  // namespace velloro

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "OxDateTime/DayOfWeek.h"
+#include "VelloroCore/Frequency/DayMode.h"
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace velloro {
+
+/// `--first-day-of-week DAY`, of the commands that count weeks.
+struct FirstDayOfWeekOption {
+  std::optional<std::string> text;
+
+  void addTo(CLI::App& command);
+  /// The given day, or the locale's. \throws UsageError
+  [[nodiscard]] DayOfWeek value() const;
+  /// The same for a task of that mode. \throws UsageError, also where the mode makes no use of it.
+  [[nodiscard]] DayOfWeek value(DayMode mode) const;
+};
+
+}  // namespace velloro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "VelloroCore/Types/AutomaticTaskType.h"
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace velloro {
+
+/// `--type`, `--target` and `--unit`: what completes an automatic task.
+struct TypeOptions {
+  std::optional<std::string> type, target, unit;
+
+  void addTo(CLI::App& command);
+  /// Absent without a `--type`; its own target and unit where none is given.
+  /// \param per The period in which the target is to be reached, where it is known.
+  /// \throws UsageError
+  [[nodiscard]] std::optional<AutomaticTaskType> value(
+      std::optional<TaskFrequencyPeriodType> per = {}) const;
+
+ private:
+  [[nodiscard]] double quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType per) const;
+};
+
+/// A duration must have room in its period.
+/// \param name The option that was given as `text` and asks for it.
+/// \throws UsageError
+void expectToFit(const char* name, const std::string& text, const AutomaticTaskType& type,
+                 TaskFrequencyPeriodType period);
+
+}  // namespace velloro

@@ -1,0 +1,169 @@
+#include "velloro/Pictures/RingCommand.h"
+
+#include "CoreGraphics/CGImage.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Text/String.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Output/GrowingFile.h"
+#include "velloro/Pictures/RingArguments.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct RingOptions {
+  RingArguments ring;
+  std::optional<std::string> png, animate, frames, framesPerSecond;
+  bool isSheet = false;
+};
+
+/// \param option By which the person named the file, or its folder.
+void write(const std::optional<Data>& bytes, const std::string& file, const char* option) {
+  if (!bytes) throw std::runtime_error("the picture cannot be made");
+  if (file == "-") {
+    std::fwrite(bytes->text().data(), 1, bytes->size(), stdout);
+    return;
+  }
+  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
+  if (written) return;
+  throw std::runtime_error(option + (" " + inQuotes(file)) + ": " +
+                           written.error()->localizedDescription());
+}
+
+void animate(const RingOptions& options) {
+  if (*options.animate != "check") {
+    throw UsageError("--animate " + inQuotes(*options.animate) + ": not an animation; write check");
+  }
+  const std::string rate = options.framesPerSecond.value_or("60");
+  const auto framesPerSecond = countArgument("--fps", rate);
+  if (framesPerSecond < 1 || framesPerSecond > 240) {
+    throw UsageError("--fps " + inQuotes(rate) + ": out of range; write 1 to 240");
+  }
+  const RingPicture picture = options.ring.picture();
+  std::optional<std::filesystem::path> folder;
+  if (options.frames) {
+    folder = folderArgument("--frames", *options.frames);
+    const auto made = NSFileManager::createDirectory(*folder, NewItemAccess::byUmask);
+    if (!made) throw std::runtime_error(made.error()->localizedDescription());
+  }
+  std::optional<GrowingFile> file;
+  if (options.png) file.emplace(*options.png, "--png");
+  picture.playChecking(static_cast<std::uint16_t>(framesPerSecond),
+                       [&](const CGImage& image, const AnimationFrame& frame) {
+                         if (folder) {
+                           write(image.pngData(),
+                                 *folder / stringWithFormat("frame-%04u.png", frame.index),
+                                 "--frames");
+                         }
+                         if (file) file->add(animatedPNGPiece(image, frame).value().text());
+                       });
+  if (file) file->finish();
+}
+
+void run(const RingOptions& options) {
+  if (options.animate) {
+    if (!options.png && !options.frames) {
+      throw UsageError("a --png or a --frames is needed, to say where the animation goes");
+    }
+    return animate(options);
+  }
+  for (const auto& [name, value] :
+       {std::pair("--frames", options.frames), {"--fps", options.framesPerSecond}}) {
+    if (value) throw UsageError(name + (" " + inQuotes(*value)) + ": only with --animate");
+  }
+  if (!options.png) throw UsageError("a --png is needed, to say where the picture goes");
+  const RingPicture picture = options.ring.picture();
+  write((options.isSheet ? picture.sheet() : picture.image())->pngData(), *options.png, "--png");
+}
+
+class Adder {
+ public:
+  explicit Adder(CLI::App& command) : command_(command) {}
+
+  CLI::Option* operator()(const char* name, auto& value, const char* placeholder,
+                          const char* help) {
+    return command_.add_option(name, value, help)->type_name(placeholder)->group(group_);
+  }
+  void flag(const char* name, bool& value, const char* help) {
+    command_.add_flag(name, value, help)->disable_flag_override()->group(group_);
+  }
+  void group(const char* name) { group_ = name; }
+
+ private:
+  CLI::App& command_;
+  std::string group_;
+};
+
+void addLook(Adder& add, RingArguments& ring) {
+  add.group("The task");
+  add("--status", ring.status, "STATUS",
+      "How it stands, as stored: c, m, s, nm, a, i_mwi, nc_swi, … (default: i_mwoi)");
+  add("--progress", ring.progress, "P", "The filled part, 0 to 1 (default: 0)");
+  add("--segments", ring.segments, "N", "Steps into which notches cut the track (default: 1)");
+  add("--sub-progress", ring.subProgress, "P", "The filled part of a step, drawn inside, 0 to 1");
+  add("--track-progress", ring.trackProgress, "P",
+      "Where the solid part of the open track ends, 0 to 1 (default: 1)");
+  add("--timer", ring.timer, "SECONDS", "Runs as long: a dot shows the seconds of the progress");
+  auto* icon = add("--icon", ring.icon, "NAME", "An icon by its name, such as water_glass");
+  auto* emoji = add("--emoji", ring.emoji, "E", "An emoji in the icon's place");
+  auto* monogram = add("--monogram", ring.monogram, "M", "Letters in the icon's place");
+  icon->excludes(emoji)->excludes(monogram);
+  emoji->excludes(monogram);
+  add.flag("--slash", ring.hasSlash, "The icon is struck through");
+  add("--caption", ring.caption, "TEXT", "The line below the icon");
+  add("--top-caption", ring.topCaption, "TEXT", "The line above the icon");
+  add("--sign", ring.signs, "SIGN",
+      "A sign behind the caption, such as bestStreak or multiDay; several may be given");
+  add("--top-sign", ring.topSigns, "SIGN", "The same above");
+  add("--badge", ring.badges, "PLACE[:ICON]",
+      "A badge, such as topTrailing:em_🚲 or bottomLeadingInside:mg_JD; several may be given");
+}
+
+void addColors(Adder& add, RingArguments& ring) {
+  add.group("The look");
+  add("--theme", ring.theme, "SCHEME", "The page's colour scheme (default: orange)");
+  add("--mode", ring.mode, "MODE", "normal, alternate, white or black (default: normal)");
+  add("--position", ring.position, "N",
+      "The task's place on the page, from 0: schemes of several colours take turns");
+  add.flag("--grand-slam", ring.isGrandSlam, "The page of a day on which all was done");
+  add.flag("--anticlockwise", ring.isAntiClockwise, "Fills the other way round");
+  add.flag("--rounded", ring.hasRoundedCaps, "The filled part has round ends");
+  add("--size", ring.size, "POINTS", "The ring's diameter (default: 84)");
+  add("--scale", ring.scale, "N", "Pixels per point (default: 2)");
+  add.flag("--transparent", ring.isTransparent, "Nothing is drawn behind the ring");
+}
+
+}  // namespace
+
+void addRingCommand(CLI::App& app) {
+  auto options = std::make_shared<RingOptions>();
+  CLI::App* command = app.add_subcommand("ring", "Draws a task's ring to a PNG file");
+  Adder add(*command);
+  add.group("The picture");
+  add("--png", options->png, "FILE", "Where the picture goes; - is the standard output");
+  command->add_flag("--sheet", options->isSheet, "A sheet of all schemes by all statuses")
+      ->disable_flag_override()
+      ->group("The picture")
+      ->excludes(add("--animate", options->animate, "check", "The ring fills and is checked"));
+  add("--frames", options->frames, "DIR", "Folder for the pictures of an animation");
+  add("--fps", options->framesPerSecond, "N", "Its pictures a second (default: 60)");
+  addLook(add, options->ring);
+  addColors(add, options->ring);
+  command->footer(
+      "\"velloro themes\" lists the schemes, \"velloro icons\" the icons.\n\n"
+      "Examples:\n"
+      "  velloro ring --progress 0.3 --segments 3 --icon water_glass --png ring.png\n"
+      "  velloro ring --status c --emoji 🚲 --theme redBlue --mode black --size 300 --png - | "
+      "display\n"
+      "  velloro ring --sheet --progress 0.6 --icon book --caption 12 --scale 1 --png sheet.png\n"
+      "  velloro ring --animate check --icon book --frames frames --fps 60 --png check.png");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

@@ -1,0 +1,151 @@
+#include "velloro/Settings/SettingsCommand.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Files/NSUserDefaults.h"
+#include "Foundation/Text/String.h"
+#include "Host/HostStore.h"
+#include "Host/StoreSwitch.h"
+#include "OxLog/LogManager.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Settings/DebugLogChoice.h"
+#include "velloro/Settings/SettingsArgument.h"
+#include "velloro/Settings/SettingsReport.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct SettingsOptions {
+  std::string key, value;
+  bool all = false;
+  bool json = false;
+};
+
+/// Where the store can't be opened, the defaults must not be taken for what the person has set.
+SettingsReport read(const Setting& setting) {
+  auto report = SettingsReport::of(SettingsStorage::shared(), setting);
+  if (report.tier == SettingSource::cloud) (void)HostStore();
+  return report;
+}
+
+void list(const SettingsOptions& options) {
+  std::vector<SettingsReport> reports;
+  for (const Setting& setting : listedSettings()) {
+    auto report = read(setting);
+    if (options.all || report.hasValue()) reports.push_back(std::move(report));
+  }
+  if (auto log = debugLogReport(); options.all || log.hasValue()) reports.push_back(std::move(log));
+  print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
+}
+
+void tell(const SettingsOptions& options) {
+  const bool isLog = options.key == debugLogName;
+  const auto report = isLog ? debugLogReport() : read(settingArgument(options.key));
+  print(options.json ? JSONEncoder{}.encode(report) + "\n" : table({report}));
+}
+
+/// The choice of the store is the application's, and tasks follow it.
+void chooseStoreAndTell(bool isCloud) {
+  const auto [copied, found] = chooseStore(DataManager::shared(), isCloud);
+  Environment& environment = Environment::current();
+  if (copied > 0)
+    environment.report("tasks copied into the chosen store: " + std::to_string(copied));
+  if (found > 0) {
+    environment.report("the chosen store has tasks of its own: " + std::to_string(found) +
+                       "; nothing was copied");
+  }
+}
+
+/// The tiers themselves only log a failure.
+void expectSaved(const std::string& name, const ErrorPtr& error) {
+  if (error == nullptr) return;
+  throw HostError(inQuotes(name) + " was not saved: " + error->localizedDescription());
+}
+
+void writeDebugLog(const std::optional<std::string>& value) {
+  chooseDebugLog(value);
+  expectSaved(std::string(debugLogName), NSUserDefaults::standardUserDefaults().saveError());
+  const auto& file = LogManager::shared().debugLogUrl();
+  if (value) Environment::current().report("log lines are written to " + inQuotes(file.string()));
+}
+
+void write(const std::string& key, const std::optional<std::string>& value) {
+  if (key == debugLogName) return writeDebugLog(value);
+  const Setting setting = settingArgument(key);
+  auto& storage = SettingsStorage::shared();
+  finishChoosingStore(DataManager::shared());  // which moves settings
+  if (setting.name != Setting::cloudSyncTasksEnabled) {
+    setArgument(storage, setting, value);
+    expectSaved(settingName(setting), SettingsStorage::saveError());
+  } else if (storage.isExtension()) {
+    throw UsageError("--process: only the application chooses the store");
+  } else {
+    chooseStoreAndTell(value && flagArgument(*value));
+  }
+}
+
+void set(const SettingsOptions& options) {
+  write(options.key, options.value);
+  tell(options);
+}
+
+void unset(const SettingsOptions& options) {
+  write(options.key, std::nullopt);
+  tell(options);
+}
+
+}  // namespace
+
+void addSettingsCommand(CLI::App& app) {
+  auto options = std::make_shared<SettingsOptions>();
+  CLI::App* command = app.add_subcommand("settings", "Tells what is set, and sets it");
+  command->require_subcommand(1);
+  const auto add = [&](const char* name, const char* description,
+                       void (*work)(const SettingsOptions&)) {
+    CLI::App* part = command->add_subcommand(name, description);
+    part->add_flag("--json", options->json, "Prints JSON")->disable_flag_override();
+    part->callback([options, work] { work(*options); });
+    return part;
+  };
+  const auto addOfOne = [&](const char* name, const char* description,
+                            void (*work)(const SettingsOptions&)) {
+    CLI::App* part = add(name, description, work);
+    part->add_option("key", options->key, "A setting's name, or the key it is stored under")
+        ->type_name("KEY")
+        ->required();
+    return part;
+  };
+  add("list", "Lists the settings that have a value, and the tier each is read from", list)
+      ->add_flag("--all", options->all, "Also list settings without a value")
+      ->disable_flag_override();
+  addOfOne("get", "Tells the value of one setting, and the tier it is read from", tell);
+  addOfOne("set", "Sets one, and tells it as it is then read", set)
+      ->add_option("value", options->value,
+                   "true or false, a number, a text or JSON, by the setting; a start of day also "
+                   "as 04:00:00")
+      ->type_name("VALUE")
+      ->required();
+  addOfOne("unset", "Takes the value of one away", unset);
+  command->footer(
+      "Tiers: local is this program's own, shared is the copy for its extensions, cloud is what "
+      "all\n"
+      "devices share.\n\n"
+      "Examples:\n"
+      "  velloro settings list --all --json\n"
+      "  velloro settings set startOfDay 04:00:00\n"
+      "  velloro settings get Settings_StartOfDay\n"
+      "  velloro settings set selectedTheme.2 blue.white\n"
+      "  velloro settings unset selectedTheme.2\n"
+      "  velloro settings set debugLog debug                  every line, in debug.log\n"
+      "  velloro settings set debugLog info:database,settings those of some categories\n"
+      "  velloro settings unset debugLog");
+}
+
+}  // namespace velloro

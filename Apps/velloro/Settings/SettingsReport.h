@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Settings/SettingsStorage.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// What is read of a setting, as `velloro settings` tells it.
+struct SettingsReport {
+  std::string name;
+  std::string key;
+  Setting::Kind kind = Setting::Kind::noOp;
+  std::optional<SettingSource> tier;  ///< Absent where nothing is looked at.
+  PropertyList value;                 ///< Null where there is none.
+
+  static constexpr auto codingKeys = keys(
+      platform::key("name", &SettingsReport::name), platform::key("key", &SettingsReport::key),
+      platform::key("kind", &SettingsReport::kind), platform::key("tier", &SettingsReport::tier),
+      platform::key("value", &SettingsReport::value));
+
+  [[nodiscard]] static SettingsReport of(const SettingsStorage& storage, const Setting& setting);
+
+  /// Whether anything was set: a value that is not absent, false or 0.
+  [[nodiscard]] bool hasValue() const;
+};
+
+/// One line a setting.
+[[nodiscard]] std::string table(const std::vector<SettingsReport>& reports);
+
+}  // namespace velloro

@@ -1,0 +1,66 @@
+#include "velloro/Tasks/StatusCommand.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Host/HostStore.h"
+#include "Host/PeriodCloser.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Tasks/StatusReport.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct StatusOptions {
+  std::optional<std::string> task, date;
+  bool json = false;
+};
+
+void run(const StatusOptions& options) {
+  const auto date =
+      options.date ? std::optional(dayArgument("--date", *options.date)) : std::nullopt;
+  const HostStore store;
+  using enum TaskStatus;
+  const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
+                                  : store.tasks({normal, paused});
+  PeriodCloser closer(store.context());
+  std::vector<StatusReport> reports;
+  for (const auto& task : tasks) {
+    closer.foresee(*task);
+    reports.push_back(StatusReport::of(*task, date));
+  }
+  if (!options.json) return print(table(reports));
+  const JSONEncoder encoder{};
+  print((options.task ? encoder.encode(reports.front()) : encoder.encode(reports)) + "\n");
+}
+
+}  // namespace
+
+void addStatusCommand(CLI::App& app) {
+  auto options = std::make_shared<StatusOptions>();
+  CLI::App* command = app.add_subcommand("status", "Tells where tasks stand, and their streaks");
+  command
+      ->add_option("task", options->task,
+                   "One task, by title or id (default: all that are neither archived nor deleted)")
+      ->type_name("TASK");
+  command->add_option("--date", options->date, "In the period with that day (default: today)")
+      ->type_name("YYYYMMDD");
+  command
+      ->add_flag("--json", options->json, "Prints an array of objects, or of one TASK the object")
+      ->disable_flag_override();
+  command->footer(
+      "○ open  ◔ ◑ ◕ begun  ● done  ✗ missed  – skipped  ◌ allowed\n\n"
+      "Examples:\n"
+      "  velloro status\n"
+      "  velloro status Read --date 20240307 --json");
+  command->callback([options] { run(*options); });
+}
+
+}  // namespace velloro

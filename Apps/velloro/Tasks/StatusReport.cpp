@@ -1,0 +1,141 @@
+#include "velloro/Tasks/StatusReport.h"
+
+#include "Foundation/Process/Terminal.h"
+#include "Foundation/Text/String.h"
+#include "velloro/Output/AmountText.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Tasks/TaskReport.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using Status = CompletionStatus::Status;
+
+/// Empty where the status says it all.
+std::string amountText(const StatusReport::Progress& progress,
+                       const std::optional<AutomaticTaskType>& type) {
+  switch (progress.type) {
+    case TaskProgressType::continuous:
+    case TaskProgressType::timer:
+      return AmountText(type).share(progress.currentValue, progress.targetValue);
+    case TaskProgressType::activity:
+      return AmountText(type).amount(progress.currentValue);
+    default:
+      break;
+  }
+  if (progress.targetValue == 1) return "";
+  return AmountText(std::nullopt).share(progress.currentValue, progress.targetValue);
+}
+
+std::string openText(SkipMode willSkip) {
+  switch (willSkip) {
+    case SkipMode::willMissWithIndicator:
+      return "due, streak at risk";
+    case SkipMode::willMissWithoutIndicator:
+      return "due";
+    case SkipMode::willSkipWithIndicator:
+      return "not due";
+    case SkipMode::willSkipWithoutIndicator:
+      return "can wait";
+  }
+  return "";
+}
+
+std::string statusText(const Status& status, SkipMode willSkip) {
+  switch (status.kind) {
+    case Status::Kind::positiveIncomplete:
+      return openText(willSkip);
+    case Status::Kind::negativeComplete:
+      return "clean";
+    case Status::Kind::positiveComplete:
+      return "done";
+    case Status::Kind::positiveMiss:
+      return "missed";
+    case Status::Kind::positiveSkip:
+      return "skipped";
+    case Status::Kind::negativeMiss:
+      return "happened";
+    case Status::Kind::negativeAllowedMiss:
+      return "happened, allowed";
+  }
+  return "";
+}
+
+}  // namespace
+
+StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date) {
+  const TaskFrequencyPeriod period =
+      date ? task.frequency().period(*date, task.firstDayOfWeek()).period
+           : task.currentPeriod().period;
+  const auto [standing, streak] = task.streakedCompletionStatus(period);
+  const TaskProgress& progress = standing.progress();
+  const TaskTemporalData kept = task.temporalData();
+  return {.uniqueId = textOf(task, TaskAttributes::uniqueId),
+          .title = textOf(task, TaskAttributes::title),
+          .status = standing.status,
+          .willSkip = task.willSkip(period),
+          .progress = {.type = progress.type(),
+                       .numCompletions = progress.numCompletions(),
+                       .expectedCompletions = progress.expectedCompletions(),
+                       .currentValue = progress.currentValue(),
+                       .targetValue = progress.targetValue(),
+                       .progressPct = progress.progressPct()},
+          .streak = streak,
+          .period = PeriodStretch::of(period),
+          .lastCompleted = kept.lastCompleted,
+          .lastMissed = kept.lastMissed,
+          .lastSkipped = kept.lastSkipped,
+          .color = task.taskColor(),
+          .automaticTaskType = task.automaticTaskType()};
+}
+
+std::string StatusReport::glyph() const {
+  constexpr const char* rings[] = {"○", "◔", "◑", "◕", "●"};
+  switch (status.kind) {
+    case Status::Kind::positiveMiss:
+    case Status::Kind::negativeMiss:
+      return "✗";
+    case Status::Kind::positiveSkip:
+      return "–";
+    case Status::Kind::negativeAllowedMiss:
+      return "◌";
+    case Status::Kind::positiveComplete:
+      return rings[4];
+    default:
+      break;
+  }
+  const double quarters = std::clamp(progress.progressPct, 0.0, 1.0) * 4;
+  const bool isBegun = progress.progressPct > 0;
+  return rings[isBegun ? std::max(1, static_cast<int>(quarters)) : 0];
+}
+
+std::string StatusReport::line() const {
+  std::string text = statusText(status, willSkip);
+  if (const std::string amount = amountText(progress, automaticTaskType); !amount.empty()) {
+    text += ", " + amount;
+  }
+  text += stringWithFormat(", streak %lld", static_cast<long long>(streak.current));
+  if (streak.best > streak.current) {
+    text += stringWithFormat(" (best %lld)", static_cast<long long>(streak.best));
+  }
+  return text;
+}
+
+std::string table(const std::vector<StatusReport>& reports) {
+  if (reports.empty()) return "No tasks yet; \"velloro task add TITLE\" adds one.\n";
+  std::size_t width = 0;
+  for (const StatusReport& report : reports) {
+    width = std::max(width, columns(terminalText(report.title)));
+  }
+  std::string text;
+  for (const StatusReport& report : reports) {
+    text += colored(report.glyph(), report.color) + " " +
+            padded(terminalText(report.title), std::min<std::size_t>(width, 40)) + "  " +
+            report.line() + "\n";
+  }
+  return text;
+}
+
+}  // namespace velloro

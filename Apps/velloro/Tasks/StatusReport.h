@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Foundation/Coding/CodingKeys.h"
+#include "Tasks/TaskEntity.h"
+#include "VelloroCore/Status/CompletionStatus.h"
+#include "velloro/Calendar/PeriodStretch.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// Where a task stands in one of its periods, as `velloro status` tells it.
+struct StatusReport {
+  struct Progress {
+    TaskProgressType type = TaskProgressType::discrete;
+    std::int64_t numCompletions = 0;
+    std::int64_t expectedCompletions = 1;
+    double currentValue = 0;
+    double targetValue = 1;
+    double progressPct = 0;
+
+    static constexpr auto codingKeys = keys(
+        key("type", &Progress::type), key("numCompletions", &Progress::numCompletions),
+        key("expectedCompletions", &Progress::expectedCompletions),
+        key("currentValue", &Progress::currentValue), key("targetValue", &Progress::targetValue),
+        key("progressPct", &Progress::progressPct));
+  };
+
+  std::string uniqueId;
+  std::string title;
+  CompletionStatus::Status status;
+  SkipMode willSkip = SkipMode::willMissWithoutIndicator;
+  Progress progress;
+  StreakRecord streak;
+  PeriodStretch period;
+  std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
+  // For the text alone.
+  std::optional<OxCodableColor> color;
+  std::optional<AutomaticTaskType> automaticTaskType;
+
+  static constexpr auto codingKeys = keys(
+      key("uniqueId", &StatusReport::uniqueId), key("title", &StatusReport::title),
+      key("status", &StatusReport::status), key("willSkip", &StatusReport::willSkip),
+      key("progress", &StatusReport::progress), key("streak", &StatusReport::streak),
+      key("period", &StatusReport::period), key("lastCompleted", &StatusReport::lastCompleted),
+      key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped));
+
+  /// In the period with that day; absent for the current one.
+  [[nodiscard]] static StatusReport of(const TaskEntity& task, std::optional<YYYYMMDD> date);
+
+  /// A ring as one character: ○ ◔ ◑ ◕ ●, and signs for what was missed, skipped or allowed.
+  [[nodiscard]] std::string glyph() const;
+  /// "due, 3 of 8 cups, streak 4 (best 9)".
+  [[nodiscard]] std::string line() const;
+};
+
+/// One line a task.
+[[nodiscard]] std::string table(const std::vector<StatusReport>& reports);
+
+}  // namespace velloro

@@ -1,0 +1,164 @@
+#include "velloro/Tasks/TaskCommand.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/String.h"
+#include "Host/LogWriter.h"
+#include "Host/PeriodCloser.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Tasks/TaskFieldOptions.h"
+#include "velloro/Tasks/TaskReport.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct TaskOptions {
+  std::string task;
+  TaskFieldOptions fields;
+  std::optional<std::string> created;
+  bool isWhole = false;
+  bool json = false;
+};
+
+void printTask(const TaskEntity& task, const TaskOptions& options, const char* what) {
+  const auto report = TaskReport::of(task);
+  if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
+  print(std::string(what) + " \"" + terminalText(report.title) + "\" (" + report.shortId() +
+        "): " + (report.isNegative ? "avoid, " : "") + frequencyText(report.frequency) + "\n");
+}
+
+void add(const TaskOptions& options) {
+  const Date created =
+      options.created ? instantArgument("--created", *options.created) : Date::now();
+  if (created > Date::now()) {
+    throw UsageError("--created " + inQuotes(*options.created) + ": lies in the future");
+  }
+  if (created < Date::since1970(0)) {
+    throw UsageError("--created " + inQuotes(*options.created) + ": lies before 1970");
+  }
+  const HostStore store;
+  const auto task = store.write([&] {
+    auto added = addTask(store, options.fields.fields(TaskFrequency::defaultFrequency), created);
+    bringUpToDate(*added);
+    return added;
+  });
+  printTask(*task, options, "Added");
+}
+
+void list(const TaskOptions& options) {
+  using enum TaskStatus;
+  const HostStore store;
+  std::vector<TaskReport> reports;
+  const auto tasks =
+      store.tasks(options.isWhole ? EnumSet<TaskStatus>{} : EnumSet<TaskStatus>{normal, paused});
+  for (const auto& task : tasks) reports.push_back(TaskReport::of(*task));
+  print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
+}
+
+void show(const TaskOptions& options) {
+  const HostStore store;
+  const auto report = TaskReport::of(*taskArgument(store, options.task));
+  print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
+}
+
+void edit(const TaskOptions& options) {
+  const HostStore store;
+  const auto task = store.write([&] {
+    auto edited = taskArgument(store, options.task);
+    PeriodCloser(store.context()).close(*edited);
+    const bool isShared = edited->taskShareStatus() == TaskShareStatus::isSharedWithMe;
+    changeTask(store, *edited, options.fields.fields(edited->frequency(), isShared));
+    updateDerivedData(*edited);
+    return edited;
+  });
+  printTask(*task, options, "Changed");
+}
+
+void setStatus(const TaskOptions& options, TaskStatus status, const char* what) {
+  const HostStore store;
+  const auto task = store.write([&] {
+    auto changed = taskArgument(store, options.task);
+    bringUpToDate(*changed);
+    changed->setTaskStatus(status);
+    return changed;
+  });
+  printTask(*task, options, what);
+}
+
+using Options = std::shared_ptr<TaskOptions>;
+
+CLI::App* addSubcommand(CLI::App& command, const char* name, const char* help,
+                        const Options& options, void (*work)(const TaskOptions&)) {
+  CLI::App* added = command.add_subcommand(name, help);
+  added->add_flag("--json", options->json, "Prints JSON")->disable_flag_override();
+  added->callback([options, work] { work(*options); });
+  return added;
+}
+
+void addStatusCommands(CLI::App& command, const Options& options) {
+  struct Row {
+    const char* name;
+    const char* help;
+    void (*work)(const TaskOptions&);
+  };
+  using enum TaskStatus;
+  constexpr Row rows[] = {
+      {"pause", "Leaves a task out for a while: its periods count as skipped",
+       [](const TaskOptions& o) { setStatus(o, paused, "Paused"); }},
+      {"resume", "Takes a paused, archived or deleted task up again",
+       [](const TaskOptions& o) { setStatus(o, normal, "Resumed"); }},
+      {"archive", "Puts a task away, with its log",
+       [](const TaskOptions& o) { setStatus(o, archived, "Archived"); }},
+      {"delete", "Moves a task to the trash, from which \"resume\" takes it back",
+       [](const TaskOptions& o) { setStatus(o, trashed, "Deleted"); }}};
+  for (const Row& row : rows) {
+    addTaskArgument(*addSubcommand(command, row.name, row.help, options, row.work), options->task);
+  }
+}
+
+}  // namespace
+
+void addTaskCommand(CLI::App& app) {
+  auto options = std::make_shared<TaskOptions>();
+  CLI::App* command = app.add_subcommand("task", "Adds, lists and changes tasks");
+  command->require_subcommand(1);
+  command->fallthrough();
+
+  CLI::App* added = addSubcommand(*command, "add", "Adds a task", options, add);
+  added->add_option("title", options->fields.title, "What the task is called")
+      ->type_name("TITLE")
+      ->required();
+  options->fields.addTo(*added);
+  added->add_option("--created", options->created, "When it was made (default: now)")
+      ->type_name("INSTANT");
+  added->footer(modesFooter() +
+                "\nExamples:\n"
+                "  velloro task add Read --days mon,wed,fri --icon book\n"
+                "  velloro task add \"Drink water\" --type hk_water --target 8 --unit cups_us "
+                "--partial 8\n"
+                "  velloro task add \"No sweets\" --negative");
+
+  CLI::App* listed = addSubcommand(*command, "list", "Lists the tasks", options, list);
+  listed->add_flag("--all", options->isWhole, "Also list archived and deleted tasks")
+      ->disable_flag_override();
+  addTaskArgument(*addSubcommand(*command, "show", "Tells what a task is", options, show),
+                  options->task);
+
+  CLI::App* edited = addSubcommand(*command, "edit", "Changes a task", options, edit);
+  addTaskArgument(*edited, options->task);
+  edited->add_option("--title", options->fields.title, "What it is called")->type_name("TITLE");
+  options->fields.addTo(*edited);
+  edited->add_flag("--positive", options->fields.isPositive, "A habit to keep")
+      ->disable_flag_override()
+      ->excludes("--negative");
+  addStatusCommands(*command, options);
+}
+
+}  // namespace velloro

@@ -1,0 +1,188 @@
+// The reading side of NSManagedObjectContext: rows from the file, and the unsaved changes over
+// them.
+
+#include "CoreData/Context/NSManagedObjectContext.h"
+#include "CoreData/Context/NSPersistentStoreCoordinator.h"
+#include "CoreData/Fetch/FetchPlan.h"
+#include "CoreData/Store/SqliteStore.h"
+#include "CoreData/Store/StoreHistory.h"
+
+#include <algorithm>
+#include <cassert>
+#include <limits>
+
+namespace platform {
+namespace {
+
+std::unexpected<ErrorPtr> notOpen() {
+  return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
+}
+
+/// Room for rows, in blocks that grow with their number: an allocation for each would cost more
+/// than reading it.
+class RowBlocks {
+ public:
+  explicit RowBlocks(std::size_t slots) : slots_(slots) {}
+
+  RowValues next() {
+    if (left_ == 0) {
+      rows_ = std::min(rows_ * 2, mostRows);
+      left_ = rows_;
+      block_ = std::make_shared<PropertyValue[]>(rows_ * slots_);
+    }
+    return {block_, block_.get() + slots_ * --left_};
+  }
+
+ private:
+  static constexpr std::size_t mostRows = 32;
+
+  std::size_t slots_;
+  std::size_t rows_ = 1;
+  std::size_t left_ = 0;
+  RowValues block_;
+};
+
+void bindAll(SqliteStatement& query, const PropertyValues& values) {
+  int parameter = 0;
+  for (const PropertyValue& value : values) query.bind(++parameter, value);
+}
+
+}  // namespace
+
+Result<FetchPlan> NSManagedObjectContext::plan(const NSFetchRequest& request) const {
+  const auto* entity = coordinator_->managedObjectModel().entity(request.entityName());
+  if (entity == nullptr) {
+    return failure<StoreError>(StoreError::Kind::invalidRequest,
+                               "the model has no entity \"" + request.entityName() + "\"");
+  }
+  return FetchPlan::make(request, *entity);
+}
+
+bool NSManagedObjectContext::hasEntity(const Pending& pending, const NSEntityDescription& entity) {
+  const auto first = pending.lower_bound({&entity, std::numeric_limits<std::int64_t>::min()});
+  return first != pending.end() && first->first.entity == &entity;
+}
+
+bool NSManagedObjectContext::hasPending(const NSEntityDescription& entity) const {
+  return hasEntity(inserted_, entity) || hasEntity(updated_, entity) || hasEntity(deleted_, entity);
+}
+
+bool NSManagedObjectContext::mustEvaluate(const FetchPlan& plan) const {
+  const auto isPending = [this](const auto* entity) { return hasPending(*entity); };
+  return std::ranges::any_of(plan.otherEntities(), isPending) ||
+         (plan.readsLinks() && !links_.empty());
+}
+
+FetchResult<NSManagedObject> NSManagedObjectContext::fetch(const NSFetchRequest& request) {
+  assert(isOnQueue() && "a context is used off its queue");
+  auto objects = fetchObjects(request);
+  if (!objects) noteFailedRead(objects.error());
+  return objects;
+}
+
+FetchResult<NSManagedObject> NSManagedObjectContext::fetchObjects(const NSFetchRequest& request) {
+  if (store() == nullptr) return notOpen();
+  const auto plan = this->plan(request);
+  if (!plan) return std::unexpected(plan.error());
+  const NSEntityDescription& entity = plan->entity();
+  const EntityTable& table = store()->table(entity);
+  const bool asFaults = request.returnsObjectsAsFaults();
+  const std::string_view columns = asFaults ? "pk" : std::string_view(table.columns);
+  const std::size_t limit = request.fetchLimit();
+  const bool evaluates = mustEvaluate(*plan);
+  if (!evaluates && !hasPending(entity)) {
+    auto objects = readObjects(entity, plan->select(columns, limit), asFaults);
+    if (objects) group(entity, *objects);
+    return objects;
+  }
+  // Rows that have unsaved changes may drop out, so that further ones move up.
+  const std::size_t spare = updated_.size() + deleted_.size();
+  auto objects = readObjects(
+      entity,
+      evaluates ? plan->selectAll(columns) : plan->select(columns, limit > 0 ? limit + spare : 0),
+      asFaults);
+  if (!objects) return objects;
+  std::erase_if(*objects, [&](const auto& object) {
+    return object->isUpdated() || object->isDeleted() || (evaluates && !plan->matches(*object));
+  });
+  addPending(entity, *plan, *objects);
+  plan->sort(*objects);
+  if (limit > 0 && objects->size() > limit) objects->resize(limit);
+  group(entity, *objects);
+  return objects;
+}
+
+void NSManagedObjectContext::addPending(const NSEntityDescription& entity, const FetchPlan& plan,
+                                        Objects& objects) const {
+  for (const Pending* pending : {&updated_, &inserted_}) {
+    const auto first = pending->lower_bound({&entity, std::numeric_limits<std::int64_t>::min()});
+    for (auto at = first; at != pending->end() && at->first.entity == &entity; ++at) {
+      if (plan.matches(*at->second)) objects.push_back(at->second);
+    }
+  }
+}
+
+FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityDescription& entity,
+                                                                 const SqlText& sql,
+                                                                 bool asFaults) {
+  const auto open = store();
+  const auto connection = open->lease(transaction_.get());
+  if (!connection) return std::unexpected(connection.error());
+  auto query = (*connection)->prepare(sql.text);
+  if (!query) return std::unexpected(query.error());
+  bindAll(*query, sql.values);
+  Objects objects;
+  RowBlocks blocks(entity.slots().size());
+  for (;;) {
+    const auto row = query->step();
+    if (!row) return std::unexpected(row.error());
+    if (!*row) return objects;
+    auto& object = objects.emplace_back(objectWithID({&entity, query->integer(0)}));
+    if (asFaults || object->state_ != State::saved) continue;
+    const std::int64_t version = query->integer(1);
+    if (!object->isFault_ && object->version_ == version) continue;
+    RowValues values = blocks.next();
+    query->readValues(entity, 2, values.get());
+    object->takeValues(version, std::move(values));
+  }
+}
+
+Result<std::size_t> NSManagedObjectContext::count(const NSFetchRequest& request) {
+  assert(isOnQueue() && "a context is used off its queue");
+  auto number = countObjects(request);
+  if (!number) noteFailedRead(number.error());
+  return number;
+}
+
+Result<std::size_t> NSManagedObjectContext::countObjects(const NSFetchRequest& request) {
+  if (store() == nullptr) return notOpen();
+  const auto plan = this->plan(request);
+  if (!plan) return std::unexpected(plan.error());
+  if (mustEvaluate(*plan) || hasPending(plan->entity())) {
+    const auto objects = fetch(request);
+    if (!objects) return std::unexpected(objects.error());
+    return objects->size();
+  }
+  const SqlText sql = plan->select("1", request.fetchLimit());
+  const auto connection = store()->lease(transaction_.get());
+  if (!connection) return std::unexpected(connection.error());
+  auto query = (*connection)->prepare("SELECT count(*) FROM (" + sql.text + ")");
+  if (!query) return std::unexpected(query.error());
+  bindAll(*query, sql.values);
+  const auto row = query->step();
+  if (!row) return std::unexpected(row.error());
+  return static_cast<std::size_t>(query->integer(0));
+}
+
+Result<NSPersistentHistoryResult> NSManagedObjectContext::execute(
+    const NSPersistentHistoryChangeRequest& request) {
+  const auto open = store();
+  if (open == nullptr) return notOpen();
+  const auto connection = open->lease(transaction_.get());
+  if (!connection) return std::unexpected(connection.error());
+  auto history = readHistory(**connection, open->model(), request);
+  if (!history) noteFailedRead(history.error());
+  return history;
+}
+
+}  // namespace platform

@@ -1,0 +1,93 @@
+// The writing side of NSManagedObjectContext: a save, and the transaction that reads as well.
+
+#include "CoreData/Context/NSManagedObjectContext.h"
+#include "CoreData/Context/NSPersistentStoreCoordinator.h"
+#include "CoreData/Context/SaveOperation.h"
+#include "CoreData/Store/StoreTransaction.h"
+#include "Foundation/Process/Environment.h"
+
+#include <cassert>
+#include <utility>
+
+namespace platform {
+
+Result<void> NSManagedObjectContext::save() {
+  assert(isOnQueue() && "a context is used off its queue");
+  if (!hasChanges() || transaction_ != nullptr) return {};
+  auto transaction = StoreTransaction::begin(store());
+  if (!transaction) return std::unexpected(transaction.error());
+  return commit(*std::move(transaction));
+}
+
+Result<void> NSManagedObjectContext::commit(std::unique_ptr<StoreTransaction> transaction) {
+  SqliteStore& open = transaction->store();
+  SaveOperation operation(*this, open, transaction->connection());
+  if (auto written = operation.write(); !written) return written;
+  const StoreChanges& changes = operation.changes();
+  std::int64_t number = 0;
+  if (!changes.empty()) {
+    const auto appended =
+        appendTransaction(transaction->connection(), changes, transactionAuthor_, name_);
+    if (!appended) return std::unexpected(appended.error());
+    number = *appended;
+  }
+  if (auto committed = transaction->commit(); !committed) return committed;
+  const bool othersHaveSaved =
+      number > 0 && std::exchange(open.knownTransaction, number) < number - 1;
+  operation.apply();
+  transaction.reset();  // before others are told, who may want to write as well
+  if (number > 0) coordinator_->didSave(*this, changes, number, othersHaveSaved);
+  return {};
+}
+
+Result<void> NSManagedObjectContext::runTransaction(const std::function<Result<void>()>& work) {
+  if (transaction_ != nullptr) {
+    attempt(work);
+    return transaction_->outcome();
+  }
+  auto begun = StoreTransaction::begin(store());
+  if (!begun) return std::unexpected(begun.error());
+  transaction_ = *std::move(begun);
+  refreshAll();
+  if (!transaction_->hasFailed()) attempt(work);
+  auto transaction = std::exchange(transaction_, nullptr);
+  if (transaction->hasFailed()) {
+    rollback();
+    return transaction->outcome();
+  }
+  if (!hasChanges()) return {};
+  auto committed = commit(std::move(transaction));
+  if (!committed) rollback();
+  return committed;
+}
+
+/// A failure stays with the transaction, even if whoever called the work makes nothing of it: half
+/// of what belongs together may have been done.
+void NSManagedObjectContext::attempt(const std::function<Result<void>()>& work) {
+  try {
+    if (const auto done = work(); !done) transaction_->fail(done.error());
+  } catch (...) {
+    transaction_->fail(std::current_exception());
+  }
+}
+
+/// Nothing that was read before counts any longer: it is read anew at its next use.
+void NSManagedObjectContext::refreshAll() {
+  forgetAll();
+  objects_.forEach([](NSManagedObject& object) {
+    if (object.state_ == State::saved) object.becomeFault();
+  });
+  for (const auto& object : updatedObjects()) mergeUpdated(*object);
+}
+
+void NSManagedObjectContext::noteFailedRead(const ErrorPtr& error) const {
+  if (transaction_ != nullptr) transaction_->fail(error);
+}
+
+void NSManagedObjectContext::reportFailedRead(const char* what, const ErrorPtr& error) const {
+  noteFailedRead(error);
+  Environment::current().report(std::string(what) +
+                                " can't be read: " + error->localizedDescription());
+}
+
+}  // namespace platform

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "CoreData/Fetch/NSFetchRequest.h"
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Values/Error.h"
+
+namespace platform {
+
+/// One save, by whichever process. Transactions are numbered without gaps (from 1; the store drops
+/// the oldest ones in time), and each has a later timestamp than the one before, even where a clock
+/// was set back: so a reader that remembers the last timestamp it has seen misses none.
+struct NSPersistentHistoryTransaction {
+  std::int64_t transactionNumber = 0;
+  Date timestamp;
+  std::optional<std::string> author;       ///< The saving context's `transactionAuthor`.
+  std::optional<std::string> contextName;  ///< Its `name`.
+  std::vector<NSManagedObjectID> inserted = {};
+  std::vector<NSManagedObjectID> updated = {};
+  std::vector<NSManagedObjectID> deleted = {};
+
+  /// What `NSManagedObjectContext::mergeChangesFromRemoteContextSave` takes: the three lists under
+  /// their keys.
+  [[nodiscard]] Notification objectIDNotification() const;
+
+  /// A request to narrow a history request with: its predicate may name `author`, `contextName`
+  /// and `timestamp`.
+  [[nodiscard]] static NSFetchRequest fetchRequest();
+  [[nodiscard]] static const NSEntityDescription& entityDescription();
+};
+
+/// Asks a context for history:
+///
+///     auto request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(bookmark);
+///     if (const auto history = context->execute(request)) merge(history->transactions);
+struct NSPersistentHistoryChangeRequest {
+  Date after;
+  std::optional<NSFetchRequest> fetchRequest = std::nullopt;
+
+  /// The transactions with a later timestamp.
+  [[nodiscard]] static NSPersistentHistoryChangeRequest fetchHistoryAfterDate(Date date) {
+    return {.after = date};
+  }
+  void setFetchRequest(NSFetchRequest request) { fetchRequest = std::move(request); }
+};
+
+struct NSPersistentHistoryResult {
+  std::vector<NSPersistentHistoryTransaction> transactions;  ///< Oldest first.
+  /// False where the store has dropped transactions that are later than the date asked for, or
+  /// where a part of one is left out since it is damaged: then anything may have changed.
+  bool isComplete = true;
+  ErrorPtr damage = nullptr;  ///< What is wrong with the first part that is left out.
+};
+
+}  // namespace platform

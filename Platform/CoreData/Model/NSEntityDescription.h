@@ -1,0 +1,233 @@
+#pragma once
+
+#include "CoreData/Model/PropertyValue.h"
+#include "Foundation/Values/TypeName.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace platform {
+
+class NSManagedObject;
+
+/// How the texts of an attribute are compared and sorted, in the file and in memory alike.
+enum class TextComparison {
+  exact,
+  withoutCase,  ///< Of "a" to "z": for identifiers, which programs write in either case.
+};
+
+struct NSAttributeDescription {
+  std::string name;
+  NSAttributeType type;
+  bool isOptional = false;  ///< Otherwise nothing reads as `defaultValue`.
+  PropertyValue defaultValue = {};
+  std::string valueTransformerName = {};  ///< Of a transformable attribute.
+  TextComparison comparison = TextComparison::exact;
+};
+
+/// What becomes of the objects at the other end when an object is deleted: they lose the relation,
+/// or they go with it. A cascade makes the object their *owner*.
+enum class NSDeleteRule { nullify, cascade };
+
+struct NSRelationshipDescription {
+  std::string name;
+  std::string destinationName;
+  std::string inverseName;  ///< Of the relation back; only a to-one relation may do without.
+  bool isToMany = false;
+  NSDeleteRule deleteRule = NSDeleteRule::nullify;
+
+  /// \name Settled by the model
+  /// @{
+
+  /// Where the relation is kept: a relation and its inverse are one fact, kept once.
+  enum class Storage {
+    own,      ///< A column of this entity's rows.
+    inverse,  ///< The inverse's column, in the rows of the destination.
+    links,    ///< A table of pairs.
+  };
+  Storage storage = Storage::own;
+  std::size_t slot = 0;         ///< The place among the values of the object that keeps it.
+  std::string linkTable = {};   ///< Of a relation from many to many.
+  bool isFirstInLinks = false;  ///< Whether this entity's keys stand in its first column.
+  const NSEntityDescription* destination = nullptr;
+  const NSRelationshipDescription* inverse = nullptr;
+  /// @}
+};
+
+/// One entity of a model: its attributes and relations, each declared once. From the declaration
+/// come the table in the file, its completion when the file is older, the accessors, and what
+/// predicates may name. An entity with a class of its own declares them in it:
+///
+///     class TaskNoteEntity : public NSManagedObject {
+///      public:
+///       inline static auto description = NSEntityDescription::of<TaskNoteEntity>();
+///       inline static const Attribute<std::optional<std::string>> content{description, "content"};
+///       inline static const Attribute<std::int32_t> noteDate{description, "noteDate"};
+///       inline static const ToOne<TaskEntity> task{description, "task", "taskNote"};
+///       inline static const FetchIndex byDate{description, {"task", "-noteDate"}};
+///     };
+///     note->value(TaskNoteEntity::noteDate);             // 20240307
+///     note->setValue(TaskNoteEntity::content, "Slept well.");
+///     note->value(TaskNoteEntity::task);                 // a TaskEntity, or null
+///
+/// Names of attributes and relations are names in the file and never change once released; nor does
+/// an attribute's type. New ones may be added at any time.
+class NSEntityDescription {
+ public:
+  using Factory = std::shared_ptr<NSManagedObject> (*)();
+
+  /// One value in a row: an attribute, or a to-one relation that is kept here.
+  struct Slot {
+    std::string name;
+    NSAttributeType type = NSAttributeType::integer64;
+    PropertyValue defaultValue = {};
+    TextComparison comparison = TextComparison::exact;
+    const NSRelationshipDescription* relationship = nullptr;  ///< Null for an attribute.
+  };
+
+  /// \param factory Makes an object of the entity's own class; null for a plain one.
+  explicit NSEntityDescription(std::string name, Factory factory = nullptr);
+  /// The entity of a class: "TaskNote" of `TaskNoteEntity`.
+  template <typename T>
+  [[nodiscard]] static NSEntityDescription of();
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+  /// The place in the model.
+  [[nodiscard]] std::size_t index() const { return index_; }
+  [[nodiscard]] const std::vector<NSAttributeDescription>& attributes() const {
+    return attributes_;
+  }
+  [[nodiscard]] const std::vector<NSRelationshipDescription>& relationships() const {
+    return relationships_;
+  }
+  /// The attributes as declared, then the to-one relations kept here.
+  [[nodiscard]] const std::vector<Slot>& slots() const { return slots_; }
+  /// The slots of the relations that are to-one at both ends.
+  [[nodiscard]] const std::vector<std::size_t>& oneToOneSlots() const { return oneToOneSlots_; }
+  /// Each a list of slots' names; "-" before a name stands for descending.
+  [[nodiscard]] const std::vector<std::vector<std::string>>& indexes() const { return indexes_; }
+
+  /// Null when there is none of that name.
+  [[nodiscard]] const NSAttributeDescription* attribute(std::string_view name) const;
+  [[nodiscard]] const NSRelationshipDescription* relationship(std::string_view name) const;
+
+  std::size_t add(NSAttributeDescription attribute);
+  std::size_t add(NSRelationshipDescription relationship);
+  void addIndex(std::vector<std::string> names) { indexes_.push_back(std::move(names)); }
+
+  [[nodiscard]] std::shared_ptr<NSManagedObject> makeObject() const;
+  /// What a new object has.
+  [[nodiscard]] RowValues defaultValues() const;
+
+ private:
+  friend class NSManagedObjectModel;
+
+  std::string name_;
+  Factory factory_;
+  std::size_t index_ = 0;
+  std::vector<NSAttributeDescription> attributes_;
+  std::vector<NSRelationshipDescription> relationships_;
+  std::vector<std::vector<std::string>> indexes_;
+  std::vector<Slot> slots_;
+  std::vector<std::size_t> oneToOneSlots_;
+};
+
+/// The name of a class's entity: "Task" for `TaskEntity`.
+template <typename T>
+[[nodiscard]] constexpr std::string_view entityName() {
+  std::string_view name = typeName<T>();
+  name.remove_prefix(name.rfind(':') + 1);
+  if (name.ends_with("Entity")) name.remove_suffix(6);
+  return name;
+}
+
+template <typename T>
+NSEntityDescription NSEntityDescription::of() {
+  return NSEntityDescription(
+      std::string(entityName<T>()),
+      []() -> std::shared_ptr<NSManagedObject> { return std::make_shared<T>(); });
+}
+
+template <typename T>
+inline constexpr bool isOptionalType = false;
+template <typename T>
+inline constexpr bool isOptionalType<std::optional<T>> = true;
+
+/// Declares an attribute and is its typed accessor; see `NSEntityDescription`.
+template <typename T>
+class Attribute {
+ public:
+  Attribute(NSEntityDescription& entity, std::string name, T defaultValue = {},
+            TextComparison comparison = TextComparison::exact)
+      : slot_(entity.add(
+            NSAttributeDescription{.name = std::move(name),
+                                   .type = AttributeForm<T>::type,
+                                   .isOptional = isOptionalType<T>,
+                                   .defaultValue = AttributeForm<T>::to(std::move(defaultValue)),
+                                   .comparison = comparison})) {}
+
+  [[nodiscard]] std::size_t slot() const { return slot_; }
+
+ private:
+  std::size_t slot_;
+};
+
+/// Declares an attribute that holds an identifier's text.
+class IdentifierAttribute : public Attribute<std::optional<std::string>> {
+ public:
+  IdentifierAttribute(NSEntityDescription& entity, std::string name)
+      : Attribute(entity, std::move(name), std::nullopt, TextComparison::withoutCase) {}
+};
+
+/// An attribute that a registered `NSValueTransformer` turns into bytes and back.
+template <typename T>
+class TransformableAttribute {
+ public:
+  TransformableAttribute(NSEntityDescription& entity, std::string name, std::string transformerName)
+      : slot_(entity.add(NSAttributeDescription{.name = std::move(name),
+                                                .type = NSAttributeType::transformable,
+                                                .isOptional = true,
+                                                .valueTransformerName = transformerName})),
+        transformerName_(std::move(transformerName)) {}
+
+  [[nodiscard]] std::size_t slot() const { return slot_; }
+  [[nodiscard]] const std::string& transformerName() const { return transformerName_; }
+
+ private:
+  std::size_t slot_;
+  std::string transformerName_;
+};
+
+/// Declares a relation to the entity of class `T`.
+template <typename T, bool IsToMany>
+class Relationship {
+ public:
+  Relationship(NSEntityDescription& entity, std::string name, std::string inverseName,
+               NSDeleteRule deleteRule = NSDeleteRule::nullify)
+      : index_(entity.add(NSRelationshipDescription{.name = std::move(name),
+                                                    .destinationName = std::string(entityName<T>()),
+                                                    .inverseName = std::move(inverseName),
+                                                    .isToMany = IsToMany,
+                                                    .deleteRule = deleteRule})) {}
+
+  [[nodiscard]] std::size_t index() const { return index_; }
+
+ private:
+  std::size_t index_;
+};
+template <typename T>
+using ToOne = Relationship<T, false>;
+template <typename T>
+using ToMany = Relationship<T, true>;
+
+/// Declares an index: the slots that fetches select by and sort by, in that order.
+struct FetchIndex {
+  FetchIndex(NSEntityDescription& entity, std::vector<std::string> names) {
+    entity.addIndex(std::move(names));
+  }
+};
+
+}  // namespace platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Foundation/Values/Data.h"
+
+#include <any>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Turns the values of a transformable attribute into bytes for the store and back. Registered by
+/// name before a container is made:
+///
+///     NSValueTransformer::setValueTransformer(std::make_shared<SummaryTransformer>(),
+///                                             "SummaryTransformer");
+class NSValueTransformer {
+ public:
+  virtual ~NSValueTransformer() = default;
+
+  /// Absent for a value that it doesn't know, or that has no bytes.
+  [[nodiscard]] virtual std::optional<Data> transformedValue(const std::any& value) const = 0;
+  /// Empty for bytes that are no value.
+  [[nodiscard]] virtual std::any reverseTransformedValue(const Data& data) const = 0;
+
+  /// Registers a transformer, in place of an earlier one of that name. From any thread, as is the
+  /// look-up.
+  static void setValueTransformer(std::shared_ptr<const NSValueTransformer> transformer,
+                                  std::string name);
+  /// Null when there is none.
+  [[nodiscard]] static std::shared_ptr<const NSValueTransformer> valueTransformerForName(
+      std::string_view name);
+};
+
+}  // namespace platform

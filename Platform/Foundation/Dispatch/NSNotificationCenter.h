@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Foundation/Dispatch/DispatchQueue.h"
+
+#include <any>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What observers hear: that something named happened, to which object, and what goes with it.
+struct Notification {
+  std::string name;
+  const void* object = nullptr;  ///< For its identity alone; whoever posts says what it points to.
+  std::map<std::string, std::any, std::less<>> userInfo = {};
+
+  /// The value under `key`; null when there is none or it has another type.
+  ///
+  ///     if (const auto* ids = notification.value<std::vector<ObjectID>>("updated")) merge(*ids);
+  template <typename T>
+  [[nodiscard]] const T* value(std::string_view key) const {
+    const auto found = userInfo.find(key);
+    return found != userInfo.end() ? std::any_cast<T>(&found->second) : nullptr;
+  }
+};
+
+/// Tells everyone who observes a name that it was posted. All members may be called from any
+/// thread, and from within an observer.
+///
+///     token_ = NSNotificationCenter::defaultCenter().addObserver(
+///         "Settings.SettingsChanged", [this](const Notification&) { repaint(); });
+///     NSNotificationCenter::defaultCenter().post({.name = "Settings.SettingsChanged"});
+class NSNotificationCenter {
+ public:
+  /// Runs on several threads at once when they post at once.
+  using Handler = std::move_only_function<void(const Notification&) const>;
+
+  /// Keeps an observer registered; when it goes, so does the observer. After `remove` no new call
+  /// begins, not even for a notification that is just being posted or waits in the observer's
+  /// queue. A call that another thread is in may still be ending.
+  class Token {
+   public:
+    Token() = default;
+    Token(Token&& other) noexcept = default;
+    Token& operator=(Token&& other) noexcept;
+    ~Token() { remove(); }
+
+    void remove();
+
+   private:
+    friend class NSNotificationCenter;
+    struct Registration;
+    explicit Token(std::shared_ptr<Registration> registration);
+
+    std::shared_ptr<Registration> registration_;
+  };
+
+  NSNotificationCenter();
+  NSNotificationCenter(const NSNotificationCenter&) = delete;
+  NSNotificationCenter& operator=(const NSNotificationCenter&) = delete;
+
+  [[nodiscard]] static NSNotificationCenter& defaultCenter();
+
+  /// \param object Hears only of this object; null hears of any.
+  /// \param queue Where the handler runs. It runs before `post` returns when there is no queue or
+  ///     the queue is current where it is posted, and later otherwise.
+  [[nodiscard]] Token addObserver(std::string name, const void* object,
+                                  std::optional<DispatchQueue> queue, Handler handler);
+  /// Hears of any object, where it is posted.
+  [[nodiscard]] Token addObserver(std::string name, Handler handler);
+
+  /// Calls the observers in the order in which they were added. One that is added meanwhile hears
+  /// only of the next post.
+  void post(Notification notification) const;
+
+ private:
+  struct Observer;
+  struct Observers;
+  std::shared_ptr<Observers> observers_;
+};
+
+}  // namespace platform

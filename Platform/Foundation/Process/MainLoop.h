@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Foundation/Dispatch/Block.h"
+
+#include <compare>
+#include <cstdint>
+
+namespace platform {
+
+/// The blocks that wait for the main thread. `DispatchQueue::main()` is the usual way to it; the
+/// program's main function runs it:
+///
+///     MainLoop& loop = Environment::current().mainLoop();
+///     startWork([&loop] { loop.stop(); });
+///     loop.run();                                 // returns when the work has called stop()
+class MainLoop {
+ public:
+  virtual ~MainLoop() = default;
+  MainLoop() = default;
+  MainLoop(const MainLoop&) = delete;
+  MainLoop& operator=(const MainLoop&) = delete;
+
+  /// Puts a block behind those already posted. From any thread.
+  virtual void post(Block block) = 0;
+  /// Whether the caller is the main thread.
+  [[nodiscard]] virtual bool isCurrent() const = 0;
+
+  /// Runs posted blocks one after the other until `stop`, and waits while there are none. On the
+  /// main thread only. In virtual time the clock moves on by itself from one thing due to the next,
+  /// and the loop also ends when nothing is left to come.
+  virtual void run() = 0;
+  /// Ends `run` after the block under way; a later `run` takes up what is still posted. Before
+  /// `run`, it makes the next one return at once. From any thread.
+  virtual void stop() = 0;
+};
+
+/// Blocks that wait for an instant of the media clock. They run on the thread that keeps the time
+/// and hold up all others meanwhile, so they do no more than hand work to a queue.
+class TimedWork {
+ public:
+  /// Names one scheduled block, uniquely in the process. Sorted by due time, then by age.
+  struct Token {
+    double due = 0;
+    std::uint64_t sequence = 0;
+
+    auto operator<=>(const Token&) const = default;
+  };
+
+  virtual ~TimedWork() = default;
+  TimedWork() = default;
+  TimedWork(const TimedWork&) = delete;
+  TimedWork& operator=(const TimedWork&) = delete;
+
+  /// Runs the block at `mediaTime` of the media clock, or at once when that has passed. From any
+  /// thread.
+  virtual Token schedule(double mediaTime, Block block) = 0;
+  /// Drops a block. No effect on one that has run, and none on one that is just running.
+  virtual void cancel(Token token) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,14 @@
+#include "VelloroCore/Frequency/DatedPeriod.h"
+
+#include <algorithm>
+
+namespace velloro {
+
+double DatedPeriod::periodProgressAtEndOfToday() const {
+  const std::int64_t total = period.numberOfDays();
+  if (total < 1) return 1;
+  const std::int64_t gone = total - period.remainingDays(date, false);
+  return static_cast<double>(std::max<std::int64_t>(gone, 0)) / static_cast<double>(total);
+}
+
+}  // namespace velloro

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Foundation/Coding/RawValue.h"
+#include "OxKit/Platform.h"
+
+#include <cstdint>
+#include <type_traits>
+
+namespace velloro {
+
+/// What an unfinished period turns into if nothing more happens; `TaskFrequency::SkipMode`. An
+/// indicator is shown where a user may want to know: this is the last chance, or this day is none
+/// of the task's.
+enum class SkipMode : std::int8_t {
+  willMissWithIndicator,
+  willMissWithoutIndicator,
+  willSkipWithIndicator,
+  willSkipWithoutIndicator,
+};
+
+constexpr auto rawValues(std::type_identity<SkipMode>) {
+  using enum SkipMode;
+  return rawTexts<SkipMode>({{willMissWithIndicator, "mwi"},
+                             {willMissWithoutIndicator, "mwoi"},
+                             {willSkipWithIndicator, "swi"},
+                             {willSkipWithoutIndicator, "swoi"}});
+}
+
+[[nodiscard]] constexpr bool isSkip(SkipMode mode) {
+  return mode == SkipMode::willSkipWithIndicator || mode == SkipMode::willSkipWithoutIndicator;
+}
+
+}  // namespace velloro

@@ -1,0 +1,46 @@
+#include "VelloroCore/Frequency/TaskFrequencyPeriodType.h"
+
+#include "Foundation/Time/CivilDay.h"
+#include "VelloroCore/Frequency/TaskFrequencyPeriod.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+MultiDayCount countOf(std::int64_t days) {
+  const auto* row = std::ranges::find(multiDayCountRows, days, &MultiDayCountRow::numDays);
+  return row != std::end(multiDayCountRows) ? row->value : MultiDayCount::duration1;
+}
+
+}  // namespace
+
+YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
+  if (type == TaskFrequencyPeriodType::day) return date;  // asked for each entry of a log
+  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).startDate;
+}
+
+YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
+  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).finishDate;
+}
+
+MultiDayCount multiDayCountTypeForCurrentPeriod(TaskFrequencyPeriodType type, HHMMSS startOfDay,
+                                                std::optional<TimeZone> timeZone) {
+  const YYYYMM thisMonth = YYYYMM::thisMonth(startOfDay, timeZone);
+  switch (type) {
+    using enum TaskFrequencyPeriodType;
+    case day:
+      return MultiDayCount::duration1;
+    case week:
+      return MultiDayCount::duration7;
+    case fortnight:
+      return MultiDayCount::duration14;
+    case month:
+      return countOf(thisMonth.numberOfDays());
+    case year:
+      return isLeapYear(thisMonth.y) ? MultiDayCount::duration366 : MultiDayCount::duration365;
+  }
+  return MultiDayCount::duration1;
+}
+
+}  // namespace velloro

@@ -1,0 +1,150 @@
+#include "VelloroCore/Progress/TaskProgress.h"
+
+#include "Foundation/Text/String.h"
+
+#include <functional>
+
+namespace velloro {
+namespace {
+
+template <typename Record>
+double progressPctOf(const Record& record) {
+  if constexpr (requires { record.progressPct(); }) {
+    return record.progressPct();
+  } else {
+    return record.progressPct;
+  }
+}
+
+}  // namespace
+
+void TaskProgress::hash(Hasher& hasher) const {
+  std::visit([&]<typename R>(const R& it) { hasher.combine(R::type, it); }, record);
+}
+
+std::string TaskProgress::debugDescription() const {
+  return stringWithFormat(
+      "TaskProgress[%s, %lld of %lld completions, %g of %g]",
+      platform::debugDescription(type()).c_str(), static_cast<long long>(numCompletions()),
+      static_cast<long long>(expectedCompletions()), currentValue(), targetValue());
+}
+
+TaskProgressType TaskProgress::type() const {
+  return std::visit([]<typename R>(const R&) { return R::type; }, record);
+}
+
+const DatedPeriod& TaskProgress::period() const {
+  return std::visit([](const auto& it) -> const DatedPeriod& { return it.period; }, record);
+}
+
+void TaskProgress::setPeriod(const DatedPeriod& period) {
+  std::visit([&](auto& it) { it.period = period; }, record);
+}
+
+// A record's member may be a field or a function: std::invoke reads either.
+
+std::int64_t TaskProgress::expectedCompletions() const {
+  return std::visit(
+      []<typename R>(const R& it) -> std::int64_t {
+        if constexpr (requires { &R::expectedCompletions; }) {
+          return it.expectedCompletions;
+        } else {
+          return 1;
+        }
+      },
+      record);
+}
+
+std::int64_t TaskProgress::numCompletions() const {
+  return std::visit(
+      []<typename R>(const R& it) -> std::int64_t {
+        if constexpr (requires { &R::numCompletions; }) {
+          return std::invoke(&R::numCompletions, it);
+        } else {
+          return progressPctOf(it) >= 1 ? 1 : 0;
+        }
+      },
+      record);
+}
+
+double TaskProgress::targetValue() const {
+  return std::visit(
+      []<typename R>(const R& it) -> double {
+        if constexpr (requires { &R::targetValue; }) {
+          return std::invoke(&R::targetValue, it);
+        } else {
+          return 1;
+        }
+      },
+      record);
+}
+
+double TaskProgress::currentValue() const {
+  return std::visit(
+      []<typename R>(const R& it) -> double {
+        if constexpr (requires { &R::currentValue; }) {
+          return std::invoke(&R::currentValue, it);
+        } else {
+          return progressPctOf(it);
+        }
+      },
+      record);
+}
+
+double TaskProgress::valuePerCompletion() const {
+  return std::visit(
+      []<typename R>(const R& it) -> double {
+        if constexpr (requires { it.valuePerCompletion(); }) {
+          return it.valuePerCompletion();
+        } else {
+          return 1;
+        }
+      },
+      record);
+}
+
+double TaskProgress::remainingValue() const {
+  return std::visit([](const auto& it) { return it.remainingValue(); }, record);
+}
+
+double TaskProgress::remainingValueForCurrentCompletion() const {
+  return std::visit(
+      []<typename R>(const R& it) -> double {
+        if constexpr (requires { it.remainingValueForCurrentCompletion(); }) {
+          return it.remainingValueForCurrentCompletion();
+        } else {
+          return it.remainingValue();
+        }
+      },
+      record);
+}
+
+double TaskProgress::progressPct() const {
+  return std::visit([](const auto& it) { return progressPctOf(it); }, record);
+}
+
+double TaskProgress::currentCompletionProgressPct() const {
+  return std::visit(
+      []<typename R>(const R& it) -> double {
+        if constexpr (requires { &R::currentCompletionProgressPct; }) {
+          return std::invoke(&R::currentCompletionProgressPct, it);
+        } else {
+          return 0;
+        }
+      },
+      record);
+}
+
+TaskProgress TaskProgress::zeroProgress() const {
+  return std::visit([](const auto& it) -> TaskProgress { return it.zeroProgress(); }, record);
+}
+
+TaskProgress TaskProgress::nextProgress() const {
+  return std::visit([](const auto& it) -> TaskProgress { return it.nextProgress(); }, record);
+}
+
+TaskProgress TaskProgress::completeProgress() const {
+  return std::visit([](const auto& it) -> TaskProgress { return it.completeProgress(); }, record);
+}
+
+}  // namespace velloro

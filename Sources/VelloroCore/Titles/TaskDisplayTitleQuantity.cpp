@@ -1,0 +1,167 @@
+#include "OxKit/Localization.h"
+#include "OxKit/Numbers.h"
+#include "VelloroCore/Titles/FormatManager.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
+#include "VelloroCore/Titles/TitleTextKeys.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velloro {
+namespace {
+
+using Context = TaskDisplayTitle::Context;
+using F = FormatManager;
+using Measure = NSMeasurementFormatter::Unit;
+
+// How the amounts of a unit are written, with the unit and as the bare number.
+
+/// By a formatter that knows the unit.
+struct Measured {
+  NSMeasurementFormatter F::*formatter;
+  Measure unit;
+};
+
+/// By a text that takes the number for its plural, cut to a whole one where the text is so.
+struct Counted {
+  LocalizedKey key;
+  NSNumberFormatter F::*number = &F::integerFormatter;
+  bool isCut = false;
+};
+
+/// By a text around the written number.
+struct Enclosed {
+  LocalizedKey key;
+  NSNumberFormatter F::*number;
+};
+
+struct Mass {
+  std::string (F::*text)(double quantity, bool includeUnit) const;
+};
+
+struct Duration {};
+struct TimeOfDay {};
+
+struct UnitRow {
+  TypeUnit value;
+  std::variant<Measured, Counted, Enclosed, Mass, Duration, TimeOfDay> form;
+  /// What anything but 0 is shown as at least, rounded to one place. 0: the amount stays as it is.
+  double lowest = 0;
+};
+
+constexpr UnitRow unitRows[] = {
+    {TypeUnit::distanceKm, Measured{&F::taskQuantityTenthFormatter, Measure::kilometers}, 0.1},
+    {TypeUnit::distanceMeters, Measured{&F::taskQuantityWholeFormatter, Measure::meters}, 0.1},
+    {TypeUnit::distanceMiles, Measured{&F::taskQuantityTenthFormatter, Measure::miles}, 0.1},
+    {TypeUnit::distanceYards, Measured{&F::taskQuantityWholeFormatter, Measure::yards}, 0.1},
+    {TypeUnit::steps, Counted{title_text::steps}},
+    {TypeUnit::pushes, Counted{title_text::pushes}},
+    {TypeUnit::drinks, Counted{title_text::drinks}},
+    {TypeUnit::fluidOuncesUS, Enclosed{title_text::ounces, &F::taskQuantityVolumeOunces}, 1},
+    {TypeUnit::litres, Enclosed{title_text::litres, &F::taskQuantityVolumeLitres}, 0.1},
+    {TypeUnit::millilitres, Enclosed{title_text::millilitres, &F::taskQuantityVolumeMillilitres},
+     0.1},
+    {TypeUnit::cupsUS, Counted{title_text::cups, &F::taskQuantityVolumeCups, true}, 1},
+    {TypeUnit::calories, Measured{&F::taskQuantityEnergyFormatter, Measure::kilocalories}},
+    {TypeUnit::kilojoules, Measured{&F::taskQuantityEnergyFormatter, Measure::kilojoules}},
+    {TypeUnit::durationSeconds, Duration{}},
+    {TypeUnit::durationMinutes, Duration{}},
+    {TypeUnit::durationHours, Duration{}},
+    {TypeUnit::flights, Counted{title_text::flights}},
+    {TypeUnit::milligrams, Mass{&F::formattedMilligrams}},
+    {TypeUnit::micrograms, Mass{&F::formattedMicrograms}},
+    {TypeUnit::grams, Mass{&F::formattedGrams}},
+    {TypeUnit::timeOfDay, TimeOfDay{}},
+};
+
+bool isNumberOnly(Context context) {
+  return context == Context::appleWatchComplicationNumerator ||
+         context == Context::notificationBracket;
+}
+
+double shownAmount(double amount, double lowest) {
+  const double exact = wholeUnlessFractional(amount);
+  return exact == 0 || lowest == 0 ? exact : std::max(roundToPlaces(exact, 1), lowest);
+}
+
+/// Writes one amount on one surface, by the form of its unit.
+struct Writer {
+  using Text = std::optional<std::string>;
+
+  const TaskDisplayTitle::Quantity& quantity;
+  Context context;
+  double amount;
+  const FormatManager& formats = FormatManager::shared();
+
+  Text operator()(const Measured& form) const {
+    const NSMeasurementFormatter& formatter = formats.*form.formatter;
+    return isNumberOnly(context) ? formatter.numberFormatter().string(amount)
+                                 : formatter.string(amount, form.unit);
+  }
+  Text operator()(const Counted& form) const {
+    if (isNumberOnly(context)) return (formats.*form.number).string(amount);
+    return localized(form.key, {form.isCut ? std::trunc(amount) : amount});
+  }
+  Text operator()(const Enclosed& form) const {
+    const std::string number = (formats.*form.number).string(amount);
+    return isNumberOnly(context) ? number : localized(form.key, {number});
+  }
+  Text operator()(const Mass& form) const {
+    return (formats.*form.text)(amount, !isNumberOnly(context));
+  }
+  Text operator()(const Duration&) const {
+    const TimeInterval seconds = convertToTimeInterval(amount, quantity.quantity.unit);
+    if (quantity.type) {
+      if (const auto text = ofHours(*quantity.type, seconds)) {
+        return Locale::current().capitalized(*text);
+      }
+    }
+    return ofDuration(seconds);
+  }
+  Text operator()(const TimeOfDay&) const {
+    constexpr double day = 86400;
+    if (!(amount >= 0 && amount < day)) return std::nullopt;
+    const auto time = HHMMSS::fromIntValue(static_cast<std::int64_t>(amount));
+    return time ? Text(formats.formattedTimeOfDay(*time)) : std::nullopt;
+  }
+
+ private:
+  /// The types that count hours write them so on every surface.
+  [[nodiscard]] Text ofHours(HealthType type, TimeInterval seconds) const {
+    switch (type) {
+      case HealthType::sleep:
+      case HealthType::inBed:
+        return formats.formattedSleepDuration(seconds);
+      case HealthType::standHours:
+      case HealthType::rollHours:
+        return formats.taskQuantityStandHoursFormatter.string(seconds);
+      default:
+        return std::nullopt;
+    }
+  }
+
+  [[nodiscard]] Text ofDuration(TimeInterval seconds) const {
+    switch (context) {
+      case Context::voiceOver:
+      case Context::iPhoneEditPicker:
+        return formats.formattedDurationForTimedTaskConfiguration(seconds);
+      case Context::iPhoneSiriIntent:
+      case Context::iPhoneEditPickerSubTitle:
+        return formats.formattedDurationForTimedTaskConfigurationShort(seconds).value_or(
+            formats.decimalFormatter.string(seconds));
+      case Context::notificationWithQuantity:
+        return formats.formattedDurationForTimedTaskNotification(seconds);
+      default:
+        return formats.formattedDurationForTimedTaskCountdown(seconds);
+    }
+  }
+};
+
+}  // namespace
+
+std::optional<std::string> TaskDisplayTitle::Quantity::localizedFormatted(Context context) const {
+  const UnitRow& row = rowOf(unitRows, quantity.unit);
+  return std::visit(Writer{*this, context, shownAmount(quantity.quantity, row.lowest)}, row.form);
+}
+
+}  // namespace velloro

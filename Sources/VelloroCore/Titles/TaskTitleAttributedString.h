@@ -1,0 +1,34 @@
+#pragma once
+
+#include "VelloroCore/Titles/AttributedWithIcon.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
+
+namespace velloro {
+
+/// How a title's rich form looks. Whatever the order of the language's plain form, the amount
+/// stands at `quantityPosition`.
+///
+///     using Config = TaskDisplayTitle::AttributedStringConfig;
+///     auto config = Config::create(request, grey,
+///     TaskDisplayTitle::Context::iPhoneNotificationUI); config.quantityFont =
+///     request.font.withSize(14);
+///     title.buildAttributedString(visualRepresentation(*task.titleIcon), config);
+struct TaskDisplayTitle::AttributedStringConfig {
+  Context context = Context::voiceOver;
+  AttributedWithIconRequest request = {};
+  QuantityPosition quantityPosition = QuantityPosition::trailing;
+  UIFont quantityFont = {};
+  CGColor quantityColor = {};
+  double quantityBaselineOffset = 0;  ///< Points above the line.
+
+  /// The amount behind the text, on its line and in its font.
+  [[nodiscard]] static AttributedStringConfig create(const AttributedWithIconRequest& request,
+                                                     const CGColor& quantityColor, Context context);
+
+  bool operator==(const AttributedStringConfig&) const = default;
+};
+
+/// What is drawn for the icon beside a title.
+[[nodiscard]] IconVisualRepresentation visualRepresentation(TaskDisplayTitle::TitleIcon icon);
+
+}  // namespace velloro

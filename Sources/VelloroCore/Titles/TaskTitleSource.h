@@ -1,0 +1,26 @@
+#pragma once
+
+#include "VelloroCore/Progress/TaskProgress.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
+
+#include <optional>
+#include <string>
+
+namespace velloro {
+
+/// What the title of a task is built of.
+///
+///     const TaskTitleSource reading{.title = "Read", .isTimed = true, .progress = timer};
+///     TaskDisplayTitle::build(reading)
+///         .localizedTitle(TaskDisplayTitle::Context::iPhoneInlineTaskTitle);  // "Read 00:10"
+///         // when 590 of the timer's 600 seconds are done
+struct TaskTitleSource {
+  std::string title = {};  ///< Empty for none.
+  std::optional<AutomaticTaskType> automaticTaskType = {};
+  bool isNegative = false;  ///< The task is to stay below its target.
+  bool isTimed = false;
+  /// Absent where none is known; the title then has the target.
+  std::optional<TaskProgress> progress = {};
+};
+
+}  // namespace velloro
