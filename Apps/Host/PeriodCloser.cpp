@@ -1,6 +1,6 @@
 #include "Host/PeriodCloser.h"
 
-#include "Foundation/Process/ProcessEnvironment.h"
+#include "Foundation/Process/Environment.h"
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"
@@ -37,11 +37,6 @@ YYYYMMDD dayOf(const TaskEntity& task, Date instant) {
 
 YYYYMMDD today(const TaskEntity& task) {
   return dayOf(task, Date::now());
-}
-
-bool isTimeGiven() {
-  const auto* process = dynamic_cast<const ProcessEnvironment*>(&Environment::current());
-  return process != nullptr && process->isTimeGiven();
 }
 
 /// Whether what is kept of the log tells of an entry of a kind that closes periods, in the current
@@ -129,7 +124,7 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
   if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) return changes;
   auto processed = task.value(TaskAttributes::lastProcessedDate);
   const bool isAhead = processed && *processed > Date::now();
-  if ((isAhead || mayBeAhead(task)) && !isTimeGiven()) {
+  if ((isAhead || mayBeAhead(task)) && !Environment::current().isTimeGiven()) {
     auto ahead = entriesAhead(task);
     if ((isAhead || !ahead.empty()) && isClockTrusted()) {
       changes.ahead = std::move(ahead);

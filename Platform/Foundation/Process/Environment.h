@@ -60,6 +60,9 @@ class Environment {
 
   /// The wall clock.
   [[nodiscard]] virtual Date now() const = 0;
+  /// Whether the user chose that instant, as with `--now`. Nothing may then be concluded from it
+  /// about the machine's clock.
+  [[nodiscard]] virtual bool isTimeGiven() const { return false; }
   /// The monotonic media clock in seconds, for animation, delays and timers.
   [[nodiscard]] virtual double mediaTime() const = 0;
   /// The blocks that wait for the main thread. `DispatchQueue::main()` posts to it.

@@ -29,8 +29,7 @@ class ProcessEnvironment : public Environment {
   explicit ProcessEnvironment(Options options);
 
   [[nodiscard]] Date now() const override;
-  /// Whether that is the instant of the options, and not the machine's.
-  [[nodiscard]] bool isTimeGiven() const { return options_.now.has_value(); }
+  [[nodiscard]] bool isTimeGiven() const override { return options_.now.has_value(); }
   [[nodiscard]] double mediaTime() const override;
   [[nodiscard]] MainLoop& mainLoop() override;
   [[nodiscard]] TimedWork& timedWork() override;
