@@ -4,7 +4,7 @@
 #include "Containers/VelloroNSPersistentContainer.h"
 #include "Settings/SettingsStorageCoreData.h"
 #include "Settings/SettingsStorageLocal.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <map>
 #include <memory>

@@ -3,8 +3,8 @@
 
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "Foundation/Process/Environment.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <csignal>
 #include <cstdlib>

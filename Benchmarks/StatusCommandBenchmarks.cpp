@@ -4,8 +4,8 @@
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "Foundation/Process/ProcessEnvironment.h"
 #include "Host/LogEntryRow.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -4,11 +4,11 @@
 
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "Foundation/Process/Environment.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskFetchRequest.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskTemporalDataEntity.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Requests/TaskFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <filesystem>
 #include <map>

@@ -5,7 +5,7 @@
 #include "Host/StoreSwitch.h"
 #include "OxLog/Log.h"
 #include "Settings/Settings.h"
-#include "Tasks/TaskFetchRequest.h"
+#include "Tasks/Requests/TaskFetchRequest.h"
 
 namespace velloro {
 

@@ -5,7 +5,7 @@
 #include "Foundation/Process/Terminal.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 #include <concepts>
 #include <filesystem>

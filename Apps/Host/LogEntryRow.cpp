@@ -1,6 +1,6 @@
 #include "Host/LogEntryRow.h"
 
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
 

@@ -2,7 +2,7 @@
 
 #include "Foundation/Time/Date.h"
 #include "OxKit/UniqueID.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Frequency/TaskFrequencyPeriod.h"
 #include "VelloroCore/Log/LogEntryRules.h"
 

@@ -1,8 +1,8 @@
 #include "Host/LogWriter.h"
 
 #include "Host/LogEntryRow.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,8 +3,8 @@
 #include "Foundation/Time/Date.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/Platform.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <memory>

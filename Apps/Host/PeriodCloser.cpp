@@ -4,10 +4,10 @@
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"
-#include "Tasks/PredicateParts.h"
-#include "Tasks/StoredLog.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Log/StoredLog.h"
+#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "OxKit/Platform.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Status/PeriodClosing.h"
 
 #include <cstdint>

@@ -7,7 +7,7 @@
 #include "Settings/RunTarget.h"
 #include "Settings/SettingEntity.h"
 #include "Settings/SettingsStorage.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 #include <map>
 #include <memory>

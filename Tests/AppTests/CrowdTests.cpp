@@ -1,9 +1,9 @@
 #include "AppTests/Program.h"
 #include "Foundation/Coding/PropertyList.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <atomic>
 #include <chrono>

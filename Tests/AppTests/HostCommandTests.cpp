@@ -4,7 +4,7 @@
 #include "Foundation/Coding/PropertyList.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <algorithm>
 #include <chrono>

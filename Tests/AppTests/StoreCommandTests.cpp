@@ -1,7 +1,7 @@
 #include "AppTests/Program.h"
 #include "Foundation/Coding/PropertyList.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <map>
 #include <regex>

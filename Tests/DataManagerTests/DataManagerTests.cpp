@@ -6,9 +6,9 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/SettingsStorageLocal.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <gmock/gmock.h>
 

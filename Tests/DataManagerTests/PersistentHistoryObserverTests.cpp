@@ -2,8 +2,8 @@
 #include "DataManager/PersistentHistoryObserver.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <gmock/gmock.h>
 

@@ -3,8 +3,8 @@
 #include "DataManager/StoreUse.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Support/Processes.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <chrono>
 #include <csignal>

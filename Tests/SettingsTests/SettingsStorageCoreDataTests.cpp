@@ -5,7 +5,7 @@
 #include "Settings/SettingsStorageCoreData.h"
 #include "SettingsTests/MemoryStorage.h"
 #include "Support/Processes.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <cmath>
 #include <filesystem>

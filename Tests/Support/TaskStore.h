@@ -2,8 +2,8 @@
 
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "Foundation/Process/VirtualEnvironment.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <memory>
 

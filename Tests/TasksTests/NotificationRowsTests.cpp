@@ -1,7 +1,7 @@
 #include "Support/Fixtures.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskNotificationRemindersEntity.h"
-#include "Tasks/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskNotificationRemindersEntity.h"
+#include "Tasks/Rows/TaskNotificationSettingsEntity.h"
 
 #include <gmock/gmock.h>
 

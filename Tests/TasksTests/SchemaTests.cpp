@@ -1,10 +1,10 @@
 #include "CoreData/Store/StoreError.h"
 #include "Support/Fixtures.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskCategoryEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskNotificationSettingsEntity.h"
-#include "Tasks/TaskShareEntity.h"
+#include "Tasks/Rows/TaskCategoryEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
 
 #include <map>
 #include <string>

@@ -1,5 +1,5 @@
 #include "Support/Fixtures.h"
-#include "Tasks/StoredAutomaticTaskType.h"
+#include "Tasks/Columns/StoredAutomaticTaskType.h"
 
 #include <gtest/gtest.h>
 

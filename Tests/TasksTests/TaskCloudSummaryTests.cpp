@@ -1,7 +1,7 @@
 #include "Support/Fixtures.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskCloudSummaryValueTransformer.h"
-#include "Tasks/TaskShareEntity.h"
+#include "Tasks/Columns/TaskCloudSummaryValueTransformer.h"
+#include "Tasks/Rows/TaskShareEntity.h"
 #include "VelloroTaskShare/SharedTaskParticipant.h"
 
 namespace velloro {

@@ -1,9 +1,9 @@
 #include "Settings/SettingsStorage.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/TaskShareOwnerEntity.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskShareOwnerEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <tuple>
 

@@ -1,13 +1,13 @@
 #include "Containers/SaveIfChanged.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskCategoryEntity.h"
-#include "Tasks/TaskFetchRequest.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskNoteRequest.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/TemporaryEntries.h"
-#include "Tasks/UserProfileEntity.h"
+#include "Tasks/Log/TemporaryEntries.h"
+#include "Tasks/Requests/TaskFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskNoteRequest.h"
+#include "Tasks/Rows/TaskCategoryEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/UserProfileEntity.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 #include "Containers/SaveIfChanged.h"
 #include "Settings/SavedActivityRings.h"
 #include "Support/TaskStore.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 namespace velloro {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/Coding/CodingKeys.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Log/TaskRecentHistory.h"
 
 #include <map>

@@ -5,7 +5,7 @@
 #include "Host/HostStore.h"
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
-#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "velloro/Log/LogReport.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"

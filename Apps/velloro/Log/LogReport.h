@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Foundation/Coding/CodingKeys.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Status/PeriodClosing.h"
 #include "velloro/Output/AmountText.h"
 

@@ -7,7 +7,7 @@
 #include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
 #include "Settings/SettingsStorage.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Notifications/NotificationPlay.h"
 #include "velloro/Notifications/NotificationReport.h"
 #include "velloro/Notifications/NotificationSamples.h"

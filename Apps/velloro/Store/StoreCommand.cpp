@@ -4,7 +4,7 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Store/StoreReport.h"

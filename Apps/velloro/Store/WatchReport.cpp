@@ -4,8 +4,8 @@
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
 #include "Settings/SettingEntity.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <algorithm>
 

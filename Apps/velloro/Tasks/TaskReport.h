@@ -2,7 +2,7 @@
 
 #include "Foundation/Coding/CodingKeys.h"
 #include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 #include <optional>
 #include <string>

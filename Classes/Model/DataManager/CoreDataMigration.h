@@ -2,7 +2,7 @@
 
 #include "Foundation/Coding/CodingKeys.h"
 #include "OxKit/Platform.h"
-#include "Tasks/TaskCount.h"
+#include "Tasks/Requests/TaskCount.h"
 
 #include <cstdint>
 #include <optional>

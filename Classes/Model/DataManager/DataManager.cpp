@@ -8,7 +8,7 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "OxLog/Log.h"
 #include "Settings/SettingsStorageLocal.h"
-#include "Tasks/VelloroModel.h"
+#include "Tasks/Rows/VelloroModel.h"
 
 #include <atomic>
 #include <utility>

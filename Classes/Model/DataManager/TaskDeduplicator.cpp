@@ -4,10 +4,10 @@
 #include "DataManager/StoreUse.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxLog/Log.h"
-#include "Tasks/ClosingTwins.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TemporaryEntries.h"
+#include "Tasks/Log/ClosingTwins.h"
+#include "Tasks/Log/TemporaryEntries.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <algorithm>
 #include <ranges>

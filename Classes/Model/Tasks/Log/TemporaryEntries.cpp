@@ -1,9 +1,9 @@
-#include "Tasks/TemporaryEntries.h"
+#include "Tasks/Log/TemporaryEntries.h"
 
 #include "OxLog/Log.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <algorithm>
 

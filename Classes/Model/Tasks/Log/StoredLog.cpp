@@ -1,7 +1,7 @@
-#include "Tasks/StoredLog.h"
+#include "Tasks/Log/StoredLog.h"
 
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
-#include "Tasks/UserProfileEntity.h"
+#include "Tasks/Rows/UserProfileEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

@@ -1,10 +1,10 @@
-#include "Tasks/StoredAutomaticTaskType.h"
+#include "Tasks/Columns/StoredAutomaticTaskType.h"
 
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Text/String.h"
 #include "Foundation/Values/NSCache.h"
 #include "OxLog/Log.h"
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 #include <algorithm>
 #include <set>

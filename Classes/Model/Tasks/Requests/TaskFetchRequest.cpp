@@ -1,10 +1,10 @@
-#include "Tasks/TaskFetchRequest.h"
+#include "Tasks/Requests/TaskFetchRequest.h"
 
-#include "Tasks/PredicateParts.h"
-#include "Tasks/TaskCategoryEntity.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/UserProfileEntity.h"
+#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Rows/TaskCategoryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/UserProfileEntity.h"
 #include "VelloroCore/Types/HealthType.h"
 
 namespace velloro {

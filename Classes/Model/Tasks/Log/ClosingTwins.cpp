@@ -1,8 +1,8 @@
-#include "Tasks/ClosingTwins.h"
+#include "Tasks/Log/ClosingTwins.h"
 
 #include "OxLog/Log.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Log/TaskLogEntryType.h"
 
 #include <map>

@@ -1,12 +1,12 @@
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 #include "Foundation/Coding/JSON.h"
 #include "Settings/Settings.h"
-#include "Tasks/StoredAutomaticTaskType.h"
-#include "Tasks/StoredValues.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/TaskTemporalDataEntity.h"
-#include "Tasks/UserProfileEntity.h"
+#include "Tasks/Columns/StoredAutomaticTaskType.h"
+#include "Tasks/Columns/StoredValues.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/UserProfileEntity.h"
 #include "VelloroBackup/VelloroJSONBackupTaskExtra.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 

@@ -1,6 +1,6 @@
-#include "Tasks/TaskCategoryEntity.h"
+#include "Tasks/Rows/TaskCategoryEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

@@ -1,6 +1,6 @@
-#include "Tasks/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskNotificationSettingsEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

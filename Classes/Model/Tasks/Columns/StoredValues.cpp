@@ -1,4 +1,4 @@
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 #include "Foundation/Values/NSCache.h"
 

@@ -1,8 +1,8 @@
-#include "Tasks/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
 
-#include "Tasks/PredicateParts.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 namespace velloro {
 namespace {

@@ -3,7 +3,7 @@
 #include "CoreData/Fetch/NSFetchRequest.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/EnumSet.h"
-#include "Tasks/TaskNoteEntity.h"
+#include "Tasks/Rows/TaskNoteEntity.h"
 
 #include <cstdint>
 #include <optional>

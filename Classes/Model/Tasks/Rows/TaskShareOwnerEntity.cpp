@@ -1,6 +1,6 @@
-#include "Tasks/TaskShareOwnerEntity.h"
+#include "Tasks/Rows/TaskShareOwnerEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

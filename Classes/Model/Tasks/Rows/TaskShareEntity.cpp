@@ -1,6 +1,6 @@
-#include "Tasks/TaskShareEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

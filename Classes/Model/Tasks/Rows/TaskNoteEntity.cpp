@@ -1,6 +1,6 @@
-#include "Tasks/TaskNoteEntity.h"
+#include "Tasks/Rows/TaskNoteEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

@@ -1,7 +1,7 @@
-#include "Tasks/TaskCloudSummaryValueTransformer.h"
+#include "Tasks/Columns/TaskCloudSummaryValueTransformer.h"
 
 #include "Foundation/Coding/JSON.h"
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 #include "VelloroTaskShare/TaskCloudSummary.h"
 
 namespace velloro {

@@ -1,8 +1,8 @@
-#include "Tasks/StoredLog.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskTemporalDataEntity.h"
+#include "Tasks/Log/StoredLog.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <algorithm>
 #include <limits>

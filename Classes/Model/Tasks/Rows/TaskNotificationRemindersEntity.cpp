@@ -1,7 +1,7 @@
-#include "Tasks/TaskNotificationRemindersEntity.h"
+#include "Tasks/Rows/TaskNotificationRemindersEntity.h"
 
 #include "Foundation/Coding/JSON.h"
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 #include <algorithm>
 

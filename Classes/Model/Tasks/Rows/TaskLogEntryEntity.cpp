@@ -1,6 +1,6 @@
-#include "Tasks/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
-#include "Tasks/StoredValues.h"
+#include "Tasks/Columns/StoredValues.h"
 
 namespace velloro {
 

@@ -1,8 +1,8 @@
 #include "OxLog/Log.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskLogEntryEntity.h"
-#include "Tasks/TaskLogFetchRequest.h"
-#include "Tasks/TaskNoteRequest.h"
+#include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Requests/TaskNoteRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 
 namespace velloro {
 

@@ -1,7 +1,7 @@
-#include "Tasks/TaskNoteRequest.h"
+#include "Tasks/Requests/TaskNoteRequest.h"
 
-#include "Tasks/PredicateParts.h"
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
 namespace {

@@ -1,6 +1,6 @@
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskNotificationRemindersEntity.h"
-#include "Tasks/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskNotificationRemindersEntity.h"
+#include "Tasks/Rows/TaskNotificationSettingsEntity.h"
 
 #include <unordered_set>
 

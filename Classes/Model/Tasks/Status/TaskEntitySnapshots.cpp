@@ -1,8 +1,8 @@
-#include "Tasks/StoredValues.h"
-#include "Tasks/TaskCategoryEntity.h"
-#include "Tasks/TaskEntity.h"
-#include "Tasks/TaskShareEntity.h"
-#include "Tasks/TaskShareOwnerEntity.h"
+#include "Tasks/Columns/StoredValues.h"
+#include "Tasks/Rows/TaskCategoryEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskShareOwnerEntity.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tasks/TaskEntity.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Log/TaskLogWalk.h"
 
 #include <vector>
