@@ -57,21 +57,6 @@ SYSTEM_HEADERS = set(
 )
 SYSTEM_FOLDERS = ("sys/", "linux/", "asm/", "net/", "netinet/", "arpa/", "bits/")
 
-WORDING = [
-    (
-        r"\bspec\.md\b|\b(the|this|our|per|by) spec(ification)?s?\b|\bParts? [0-9]{1,2}\b"
-        r"|\bas " r"specified\b|\bleft to the " r"implementer\b",
-        "points outside the repository; say the thing itself",
-    ),
-    (
-        r"\b(deb|security)\.debian\.org\b|\bnpmjs\.(org|com)\b|\bpypi\.org\b|\bcrates\.io\b"
-        r"|\bproxy\.golang\.org\b|\brubygems\.org\b|\bpackagist\.org\b",
-        "is a registry's address; the tools know it",
-    ),
-    (r"(?<!\w)/(work|root|farm)/", "is a path of one machine"),
-]
-WORDING = [(re.compile(pattern, re.IGNORECASE), why) for pattern, why in WORDING]
-
 LITERAL_KEY = re.compile(r'\blocalized(?:String)?\(\s*("[^"]*")')
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 CMAKE_COMMAND = re.compile(r"^\s*(\w+)\s*\(([^)]*)\)", re.MULTILINE)
@@ -350,14 +335,6 @@ def check_text_keys(tree):
             yield Finding(file, line_of(text, match.start(1)), f"{match[1]} {why}")
 
 
-def check_wording(tree):
-    for file in tree.files:
-        for number, line in enumerate((tree.text(file) or "").splitlines(), 1):
-            for pattern, why in WORDING:
-                if match := pattern.search(line):
-                    yield Finding(file, number, f'"{match[0]}" {why}')
-
-
 def count_lines(tree):
     """Non-blank lines of (tests, code)."""
     tests = code = 0
@@ -387,7 +364,6 @@ CHECKS = [
     check_registration,
     check_pragma,
     check_text_keys,
-    check_wording,
     check_test_share,
 ]
 
