@@ -75,6 +75,8 @@ function(velloro_room name)
 endfunction()
 
 function(velloro_static name include_root)
+  # One spelling per folder, so that the compiler searches each only once.
+  cmake_path(NORMAL_PATH include_root)
   add_library(${name} STATIC ${ARGN})
   target_precompile_headers(${name} REUSE_FROM velloro_standard)
   target_include_directories(${name} PUBLIC ${include_root})
@@ -83,8 +85,9 @@ endfunction()
 
 # velloro_headers(<name>): the same for a folder of headers alone.
 function(velloro_headers name)
+  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR PARENT_PATH include_root)
   add_library(${name} INTERFACE)
-  target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/..)
+  target_include_directories(${name} INTERFACE ${include_root})
 endfunction()
 
 # velloro_test(<name> <source>…): one test program, each of its cases known to ctest.
