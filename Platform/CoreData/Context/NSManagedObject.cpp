@@ -58,6 +58,11 @@ void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
   context_->noteChange(*this);
 }
 
+bool NSManagedObject::canRead(std::size_t slot) const {
+  const auto& attribute = entity().attributes()[slot];
+  return attribute.canRead == nullptr || attribute.canRead(slotValue(slot));
+}
+
 NSManagedObject::Objects NSManagedObject::members(
     const NSRelationshipDescription& relationship) const {
   if (relationship.storage != Storage::own) {

@@ -54,18 +54,32 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
   /// The new values of the properties of its row that differ from the saved ones, by name.
   [[nodiscard]] std::map<std::string, PropertyValue> changedValues() const;
 
-  template <typename T>
-  [[nodiscard]] T value(const Attribute<T>& attribute) const {
-    return AttributeForm<T>::from(slotValue(attribute.slot()));
+  template <typename T, typename Form>
+  [[nodiscard]] T value(const Attribute<T, Form>& attribute) const {
+    return attribute.from(slotValue(attribute.slot()));
   }
-  template <typename T>
-  void setValue(const Attribute<T>& attribute, std::type_identity_t<T> value) {
-    setSlotValue(attribute.slot(), AttributeForm<T>::to(std::move(value)));
+  template <typename T, typename Form>
+  void setValue(const Attribute<T, Form>& attribute, std::type_identity_t<T> value) {
+    setSlotValue(attribute.slot(), attribute.to(std::move(value)));
   }
-  /// A text without a copy: null when there is none; valid until the object changes.
-  [[nodiscard]] const std::string* text(const Attribute<std::optional<std::string>>& of) const {
+  /// What the column holds, whether or not it can be made out.
+  template <typename T, typename Form>
+  [[nodiscard]] auto stored(const Attribute<T, Form>& attribute) const {
+    return AttributeForm<typename Form::Stored>::from(slotValue(attribute.slot()));
+  }
+  template <typename T, typename Form>
+  void setStored(const Attribute<T, Form>& attribute, typename Form::Stored stored) {
+    setSlotValue(attribute.slot(), AttributeForm<typename Form::Stored>::to(std::move(stored)));
+  }
+  /// The stored text without a copy: null when there is none; valid until the object changes.
+  template <typename T, typename Form>
+  requires std::same_as<typename Form::Stored, std::optional<std::string>>
+  [[nodiscard]] const std::string* text(const Attribute<T, Form>& of) const {
     return std::get_if<std::string>(&slotValue(of.slot()));
   }
+  /// Whether all that an attribute holds can be made out. Nothing can. A class overrides it for
+  /// what only several attributes tell together.
+  [[nodiscard]] virtual bool canRead(std::size_t slot) const;
 
   /// Absent when there is none, when its transformer is not registered or can't read the bytes.
   template <typename T>

@@ -43,8 +43,8 @@ class EntityClass : public NSManagedObject {
   }
 
   /// Writes a value unless it is there already. Whether it wrote.
-  template <typename V>
-  bool writeValue(const Attribute<V>& attribute, const std::type_identity_t<V>& newValue) {
+  template <typename V, typename Form>
+  bool writeValue(const Attribute<V, Form>& attribute, const std::type_identity_t<V>& newValue) {
     if (value(attribute) == newValue) return false;
     setValue(attribute, newValue);
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/PropertyValue.h"
+#include "CoreData/Model/StoredForm.h"
 #include "Foundation/Values/TypeName.h"
 
 #include <memory>
@@ -13,12 +14,6 @@ namespace platform {
 
 class NSManagedObject;
 
-/// How the texts of an attribute are compared and sorted, in the file and in memory alike.
-enum class TextComparison {
-  exact,
-  withoutCase,  ///< Of "a" to "z": for identifiers, which programs write in either case.
-};
-
 struct NSAttributeDescription {
   std::string name;
   NSAttributeType type;
@@ -26,6 +21,8 @@ struct NSAttributeDescription {
   PropertyValue defaultValue = {};
   std::string valueTransformerName = {};  ///< Of a transformable attribute.
   TextComparison comparison = TextComparison::exact;
+  /// Whether all of a value can be made out; null where any value of the type can.
+  bool (*canRead)(const PropertyValue& value) = nullptr;
 };
 
 /// What becomes of the objects at the other end when an object is deleted: they lose the relation,
@@ -151,29 +148,54 @@ NSEntityDescription NSEntityDescription::of() {
       []() -> std::shared_ptr<NSManagedObject> { return std::make_shared<T>(); });
 }
 
-template <typename T>
-inline constexpr bool isOptionalType = false;
-template <typename T>
-inline constexpr bool isOptionalType<std::optional<T>> = true;
-
-/// Declares an attribute and is its typed accessor; see `NSEntityDescription`.
-template <typename T>
+/// Declares an attribute and is its typed accessor; see `NSEntityDescription`. `T` is what callers
+/// read and write: a number, a text, a date and so on, or an optional one; or an optional type of
+/// the program (`StoredForm`), absent also where what is stored can't be made out.
+template <typename T, typename Form = AttributeForm<T>>
 class Attribute {
  public:
-  Attribute(NSEntityDescription& entity, std::string name, T defaultValue = {},
+  using Value = T;
+  /// What the column holds.
+  using Stored = typename Form::Stored;
+
+  Attribute(NSEntityDescription& entity, std::string name)
+      : Attribute(entity, description(std::move(name))) {}
+  Attribute(NSEntityDescription& entity, std::string name, T defaultValue,
             TextComparison comparison = TextComparison::exact)
-      : slot_(entity.add(
-            NSAttributeDescription{.name = std::move(name),
-                                   .type = AttributeForm<T>::type,
-                                   .isOptional = isOptionalType<T>,
-                                   .defaultValue = AttributeForm<T>::to(std::move(defaultValue)),
-                                   .comparison = comparison})) {}
+      : Attribute(entity, description(std::move(name), to(std::move(defaultValue)), comparison)) {}
 
   [[nodiscard]] std::size_t slot() const { return slot_; }
+  [[nodiscard]] const std::string& name() const { return entity_->attributes()[slot_].name; }
+
+  /// \name Between values and what the column holds
+  /// @{
+  [[nodiscard]] static T from(const PropertyValue& stored) { return Form::from(stored); }
+  [[nodiscard]] static PropertyValue to(T value) { return Form::to(std::move(value)); }
+  /// @}
 
  private:
+  static NSAttributeDescription description(
+      std::string name, PropertyValue defaultValue = AttributeForm<Stored>::to(Stored()),
+      TextComparison comparison = TextComparison::exact) {
+    NSAttributeDescription result{.name = std::move(name),
+                                  .type = Form::type,
+                                  .isOptional = isOptionalType<Stored>,
+                                  .defaultValue = std::move(defaultValue),
+                                  .comparison = comparison};
+    if constexpr (requires { Form::canRead; }) result.canRead = &Form::canRead;
+    if constexpr (requires { Form::comparison; }) result.comparison = Form::comparison;
+    return result;
+  }
+  Attribute(NSEntityDescription& entity, NSAttributeDescription description)
+      : entity_(&entity), slot_(entity.add(std::move(description))) {}
+
+  const NSEntityDescription* entity_;
   std::size_t slot_;
 };
+
+/// Declares an attribute of a number that may be absent, of a type that others keep as 0 then.
+template <typename T>
+using BoxedAttribute = Attribute<std::optional<T>, DecodedForm<T, Boxed<T>>>;
 
 /// Declares an attribute that holds an identifier's text.
 class IdentifierAttribute : public Attribute<std::optional<std::string>> {

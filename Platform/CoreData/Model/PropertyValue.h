@@ -63,12 +63,14 @@ enum class NSAttributeType {
   transformable,
 };
 
-/// How a C++ type stands in a `PropertyValue`. Nothing reads as the type's empty value.
+/// How a C++ type stands in a `PropertyValue`. Nothing reads as the type's empty value. For types
+/// of the program see `StoredForm`.
 template <typename T>
 struct AttributeForm;
 
 template <std::integral T>
 struct AttributeForm<T> {
+  using Stored = T;
   static constexpr NSAttributeType type = std::same_as<T, bool>      ? NSAttributeType::boolean
                                           : std::same_as<T, int16_t> ? NSAttributeType::integer16
                                           : std::same_as<T, int32_t> ? NSAttributeType::integer32
@@ -82,6 +84,7 @@ struct AttributeForm<T> {
 
 template <>
 struct AttributeForm<double> {
+  using Stored = double;
   static constexpr NSAttributeType type = NSAttributeType::double_;
   static double from(const PropertyValue& value) {
     const auto* number = std::get_if<double>(&value);
@@ -92,6 +95,7 @@ struct AttributeForm<double> {
 
 template <>
 struct AttributeForm<Date> {
+  using Stored = Date;
   static constexpr NSAttributeType type = NSAttributeType::date;
   static Date from(const PropertyValue& value) {
     return Date::sinceReferenceDate(AttributeForm<double>::from(value));
@@ -101,6 +105,7 @@ struct AttributeForm<Date> {
 
 template <>
 struct AttributeForm<std::string> {
+  using Stored = std::string;
   static constexpr NSAttributeType type = NSAttributeType::string;
   static std::string from(const PropertyValue& value) {
     const auto* text = std::get_if<std::string>(&value);
@@ -111,6 +116,7 @@ struct AttributeForm<std::string> {
 
 template <>
 struct AttributeForm<Data> {
+  using Stored = Data;
   static constexpr NSAttributeType type = NSAttributeType::binary;
   static Data from(const PropertyValue& value) {
     const auto* data = std::get_if<Data>(&value);
@@ -122,6 +128,7 @@ struct AttributeForm<Data> {
 /// Kept as 16 bytes; other bytes read as the empty UUID.
 template <>
 struct AttributeForm<UUID> {
+  using Stored = UUID;
   static constexpr NSAttributeType type = NSAttributeType::uuid;
   static UUID from(const PropertyValue& value);
   static PropertyValue to(const UUID& value);
@@ -130,6 +137,7 @@ struct AttributeForm<UUID> {
 /// Nothing is absent: a boxed number, an optional text.
 template <typename T>
 struct AttributeForm<std::optional<T>> {
+  using Stored = std::optional<T>;
   static constexpr NSAttributeType type = AttributeForm<T>::type;
   static std::optional<T> from(const PropertyValue& value) {
     return isNull(value) ? std::nullopt : std::optional<T>(AttributeForm<T>::from(value));
