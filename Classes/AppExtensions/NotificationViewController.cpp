@@ -1,9 +1,9 @@
 #include "AppExtensions/NotificationViewController.h"
 
-#include "AppExtensions/TaskSharingBadge.h"
 #include "Foundation/Dispatch/DispatchQueue.h"
 #include "Foundation/Text/Locale.h"
 #include "Notifications/NotificationCategory.h"
+#include "Notifications/TaskSharingBadge.h"
 #include "OxKit/RuntimeError.h"
 #include "OxLog/Log.h"
 #include "Settings/PendingReportableError.h"

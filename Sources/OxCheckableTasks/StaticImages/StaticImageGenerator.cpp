@@ -2,6 +2,7 @@
 
 #include "CoreGraphics/CGContext.h"
 #include "Foundation/Dispatch/DispatchQueue.h"
+#include "Foundation/Files/NSFileManager.h"
 #include "OxCache/ImageCache.h"
 #include "OxCheckableTasks/Icons/ArtworkVersion.h"
 #include "OxCheckableTasks/Icons/IconArtwork.h"
@@ -249,12 +250,35 @@ UIImage withAlpha(const UIImage& image, double alpha) {
 
 }  // namespace
 
-UIImage create(const Request& request) {
-  const auto key = request.cacheKey("sig");
-  if (!key) return createNoCache(request);
+namespace {
+
+constexpr std::string_view cacheIdentifier = "sig";
+
+ImageCache& imagesOfThisArtwork() {
   ImageCache& cache = ImageCache::shared();
   const int version = artworkVersion();
   if (cache.version() != version) cache.setVersion(version, false);
+  return cache;
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> imageFile(const Request& request) {
+  const auto key = request.cacheKey(cacheIdentifier);
+  if (!key) return std::nullopt;
+  ImageCache& cache = imagesOfThisArtwork();
+  auto file = cache.imageUrl(*key);
+  if (NSFileManager::exists(file)) return file;
+  const UIImage image = request.createSync();
+  // An image that was in memory alone has no file yet.
+  if (image.cgImage && !NSFileManager::exists(file)) cache.save(image, *key, false);
+  return NSFileManager::exists(file) ? std::optional(std::move(file)) : std::nullopt;
+}
+
+UIImage create(const Request& request) {
+  const auto key = request.cacheKey(cacheIdentifier);
+  if (!key) return createNoCache(request);
+  ImageCache& cache = imagesOfThisArtwork();
   if (auto image = cache.image(*key, true)) return *image;
   UIImage image = createNoCache(request);
   if (image.cgImage) cache.save(image, *key, true);

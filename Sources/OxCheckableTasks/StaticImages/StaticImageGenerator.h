@@ -10,6 +10,7 @@
 #include "UIKit/NSAttributedString.h"
 #include "UIKit/UIImage.h"
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -103,6 +104,9 @@ struct Request {
 /// had.
 [[nodiscard]] UIImage create(const Request& request);
 [[nodiscard]] UIImage createNoCache(const Request& request);
+/// The image's PNG file in the cache, drawn where it is not there yet. Absent for an image that is
+/// not kept, and for one that can't be drawn or written.
+[[nodiscard]] std::optional<std::filesystem::path> imageFile(const Request& request);
 /// Draws on a surface of pixels whose y grows downwards.
 void drawInto(CGContext& context, CGRect frame, const Request& request);
 

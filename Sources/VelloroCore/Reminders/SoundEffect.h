@@ -10,9 +10,9 @@
 
 namespace velloro {
 
-/// The name of a sound that goes with a notification; which file stands behind it is for the one
-/// who plays it. `system` is the platform's own sound. `nilSound`, stored as "nil", is a sound like
-/// the others: silence is an absent effect.
+/// The name of a sound that goes with a notification; the player chooses the file. `system` is the
+/// platform's own sound, and `nilSound`, stored as "nil", plays nothing. Where a setting holds no
+/// effect at all, there is no sound either.
 enum class SoundEffect : std::int8_t {
   system,
   chillbell,
@@ -69,6 +69,16 @@ struct ConcreteSoundEffect {
 
   bool operator==(const ConcreteSoundEffect&) const = default;
 };
+
+/// Whether the effect sounds differently by direction. The platform's own sound does not.
+[[nodiscard]] constexpr bool hasDirections(SoundEffect effect) {
+  return effect != SoundEffect::system;
+}
+
+[[nodiscard]] constexpr ConcreteSoundEffect concrete(SoundEffect effect,
+                                                     SoundEffectDirection direction) {
+  return {effect, direction};
+}
 
 /// The occasions that a sound is chosen for.
 enum class SoundType : std::int8_t {

@@ -64,4 +64,21 @@ IconVisualRepresentation visualRepresentation(TaskDisplayTitle::TitleIcon icon) 
   return IconVisualRepresentation::sfSymbol("hourglass");
 }
 
+std::string_view textVersion(TaskDisplayTitle::TitleIcon icon) {
+  // The selector behind a sign asks for its plain form, in the colour of the text.
+  switch (icon) {
+    case TaskDisplayTitle::TitleIcon::health:
+      return "\u2665\uFE0E";
+    case TaskDisplayTitle::TitleIcon::timed:
+      return "\u23F1\uFE0E";
+    case TaskDisplayTitle::TitleIcon::negative:
+      return "\u2298";
+    case TaskDisplayTitle::TitleIcon::paused:
+      return "\u23F8\uFE0E";
+    case TaskDisplayTitle::TitleIcon::hourGlass:
+      break;
+  }
+  return "\u231B\uFE0E";
+}
+
 }  // namespace velloro

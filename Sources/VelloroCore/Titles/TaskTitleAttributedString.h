@@ -3,6 +3,8 @@
 #include "VelloroCore/Titles/AttributedWithIcon.h"
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
 
+#include <string_view>
+
 namespace velloro {
 
 /// How a title's rich form looks. Whatever the order of the language's plain form, the amount
@@ -30,5 +32,8 @@ struct TaskDisplayTitle::AttributedStringConfig {
 
 /// What is drawn for the icon beside a title.
 [[nodiscard]] IconVisualRepresentation visualRepresentation(TaskDisplayTitle::TitleIcon icon);
+
+/// The sign that stands for it where there are only letters: "♥", "⏱", "⊘", "⏸" or "⌛".
+[[nodiscard]] std::string_view textVersion(TaskDisplayTitle::TitleIcon icon);
 
 }  // namespace velloro
