@@ -53,7 +53,7 @@ class WatchedStore {
   void save() {
     NSManagedObjectContext& context = *container_.viewContext();
     const auto entry = TaskLogEntryEntity::create(context);
-    entry->setValue(TaskLogEntryEntity::entryDate, 20240307);
+    entry->setStored(TaskLogEntryEntity::entryDate, 20240307);
     if (const auto saved = context.save(); !saved) throw Error(*saved.error());
   }
   /// Returns when the watcher has told of a new log entry.

@@ -33,7 +33,7 @@ TaskFrequency frequencyOf(int number) {
 
 /// Each period is settled: one in ten of those of an ordinary task is missed.
 void fill(TaskEntity& task, int number) {
-  task.setValue(TaskAttributes::uniqueId, UniqueID::create().stringValue());
+  task.setValue(TaskAttributes::uniqueId, UniqueID::create());
   task.setValue(TaskAttributes::title, "Task " + std::to_string(number));
   task.setValue(TaskAttributes::displayOrder, static_cast<std::int16_t>(101 + number % 99));
   task.setFrequency(frequencyOf(number));

@@ -110,14 +110,14 @@ std::unique_ptr<NSPersistentContainer> openStore() {
 void addEntry(NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>& task,
               const TaskLogRow& row) {
   const auto entry = TaskLogEntryEntity::create(context);
-  entry->setValue(TaskLogEntryEntity::uniqueId, UniqueID::create().stringValue());
-  entry->setValue(TaskLogEntryEntity::entryDate, row.entryDate);
-  entry->setValue(TaskLogEntryEntity::entryType, row.entryType);
-  entry->setValue(TaskLogEntryEntity::entryPeriodFrom, row.entryPeriodFrom);
-  entry->setValue(TaskLogEntryEntity::entryPeriodTo, row.entryPeriodTo);
-  entry->setValue(TaskLogEntryEntity::entryPeriodType, "d");
+  entry->setValue(TaskLogEntryEntity::uniqueId, UniqueID::create());
+  entry->setStored(TaskLogEntryEntity::entryDate, row.entryDate);
+  entry->setStored(TaskLogEntryEntity::entryType, row.entryType);
+  entry->setStored(TaskLogEntryEntity::entryPeriodFrom, row.entryPeriodFrom);
+  entry->setStored(TaskLogEntryEntity::entryPeriodTo, row.entryPeriodTo);
+  entry->setStored(TaskLogEntryEntity::entryPeriodType, "d");
   entry->setValue(TaskLogEntryEntity::createdTimestamp, row.createdTimestamp);
-  entry->setValue(TaskLogEntryEntity::createdTimeZone, zone);
+  entry->setStored(TaskLogEntryEntity::createdTimeZone, zone);
   entry->setValue(TaskLogEntryEntity::task, task);
 }
 
@@ -143,9 +143,9 @@ NSPersistentContainer& store() {
     NSManagedObjectContext& context = *container->viewContext();
     for (int number = 0; number < numTasks; ++number) {
       const auto task = TaskEntity::create(context);
-      task->setValue(TaskAttributes::uniqueId, UniqueID::create().stringValue());
+      task->setValue(TaskAttributes::uniqueId, UniqueID::create());
       task->setValue(TaskAttributes::displayOrder, static_cast<std::int16_t>(number));
-      task->setValue(TaskAttributes::currentTimeZoneOverride, zone);
+      task->setStored(TaskAttributes::currentTimeZoneOverride, zone);
       task->setValue(TaskAttributes::daysTimesPerDay, 3);
       const auto row = TaskTemporalDataEntity::create(context);
       row->setValue(TaskTemporalDataEntity::activeStreak, number);

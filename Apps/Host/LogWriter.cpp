@@ -34,15 +34,15 @@ TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskFrequencyPeriod&
 }
 
 bool isMadeByHand(const std::shared_ptr<Entry>& entry) {
-  const auto type = entry->logEntryType();
+  const auto type = entry->value(Entry::entryType);
   return type && TaskLogEntryTypes::allManualTypes.contains(*type);
 }
 
 std::vector<double> totalsOf(const TaskEntity& task, const TaskEntity::Entries& entries) {
   std::vector<LogStep> steps;
   for (const auto& entry : entries) {
-    steps.push_back(
-        {entry->logEntryType().value_or(TaskLogEntryType::unknown), entry->value(Entry::progress)});
+    steps.push_back({entry->value(Entry::entryType).value_or(TaskLogEntryType::unknown),
+                     entry->value(Entry::progress)});
   }
   return runningTotals(steps, task.isNegative());
 }
@@ -70,7 +70,7 @@ std::vector<Date> instantsOf(const TaskEntity::Entries& entries, YYYYMMDD date) 
   std::vector<Date> instants;
   for (const auto& entry : entries) {
     const auto at = entry->value(Entry::createdTimestamp);
-    if (at && entry->value(Entry::entryDate) == date.intValue()) instants.push_back(*at);
+    if (at && entry->value(Entry::entryDate) == date) instants.push_back(*at);
   }
   return instants;
 }
@@ -92,7 +92,7 @@ void keepAmount(TaskEntity& task, const TaskFrequencyPeriod& period, double amou
   const auto row = task.value(TaskAttributes::taskTemporalData);
   if (row == nullptr) return;
   row->writeValue(Temporal::progress, amount);
-  row->writeValue(Temporal::progressDate, static_cast<std::int32_t>(period.startDate.intValue()));
+  row->writeValue(Temporal::progressDate, period.startDate);
 }
 
 /// Health data are counted into the row by whoever reads them. What is entered by hand stands in
@@ -106,7 +106,7 @@ void keepEnteredAmount(TaskEntity& task, const TaskFrequencyPeriod& period, doub
 }
 
 bool settles(const Entry& entry, bool isNegative) {
-  const auto type = entry.logEntryType().value_or(TaskLogEntryType::unknown);
+  const auto type = entry.value(Entry::entryType).value_or(TaskLogEntryType::unknown);
   return isNegative ? isMissedFull(type) : isCompletedFull(type);
 }
 

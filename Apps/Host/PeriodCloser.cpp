@@ -49,10 +49,10 @@ bool mayBeAhead(const TaskEntity& task) {
 }
 
 bool closesPeriodAhead(const Entry& entry, const UniqueID& task, YYYYMMDD today) {
-  const auto start = YYYYMMDD::fromIntValue(entry.value(Entry::entryPeriodFrom));
-  const auto finish = YYYYMMDD::fromIntValue(entry.value(Entry::entryPeriodTo));
+  const auto start = entry.value(Entry::entryPeriodFrom);
+  const auto finish = entry.value(Entry::entryPeriodTo);
   return start && finish && *finish >= today &&
-         entry.entryUniqueId() == closingEntryID(task, *start);
+         entry.value(Entry::uniqueId) == closingEntryID(task, *start);
 }
 
 /// The rows by their identifiers. An entry that once closed a period may still be there although it
@@ -60,7 +60,7 @@ bool closesPeriodAhead(const Entry& entry, const UniqueID& task, YYYYMMDD today)
 std::map<UniqueID, std::shared_ptr<Entry>> entriesByID(const TaskEntity::Entries& entries) {
   std::map<UniqueID, std::shared_ptr<Entry>> byID;
   for (const auto& entry : entries) {
-    if (const auto id = entry->entryUniqueId()) byID.emplace(*id, entry);
+    if (const auto id = entry->value(Entry::uniqueId)) byID.emplace(*id, entry);
   }
   return byID;
 }

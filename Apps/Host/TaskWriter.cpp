@@ -58,12 +58,12 @@ std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fi
   const auto place = freePlace(store, fields.page.value_or(TaskPageNumber::first));
   auto task = TaskEntity::create(store.context());
   task->setTaskDisplayOrder(place);
-  task->setValue(TaskAttributes::uniqueId, UniqueID::create().stringValue());
+  task->setValue(TaskAttributes::uniqueId, UniqueID::create());
   task->setTaskStatus(TaskStatus::normal);
   task->setValue(TaskAttributes::statusDate, created);
   task->setValue(TaskAttributes::created, created);
   const TimeZone zone = fields.timeZone.value_or(Environment::current().timeZone());
-  task->setValue(TaskAttributes::createdTimeZone, std::string(zone.identifier()));
+  task->setValue(TaskAttributes::createdTimeZone, zone);
   TaskFields complete = fields;
   if (!complete.frequency) complete.frequency = TaskFrequency::defaultFrequency;
   changeTask(store, *task, complete);
@@ -80,8 +80,7 @@ void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fiel
   if (fields.startOfDay) task.setStartOfDay(fields.startOfDay);
   if (fields.firstDayOfWeek) task.setFirstDayOfWeek(fields.firstDayOfWeek);
   if (fields.timeZone) {
-    task.setValue(TaskAttributes::currentTimeZoneOverride,
-                  std::string(fields.timeZone->identifier()));
+    task.setValue(TaskAttributes::currentTimeZoneOverride, fields.timeZone);
   }
   if (fields.icon) {
     task.setDisplayRepresentation(

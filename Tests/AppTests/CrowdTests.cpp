@@ -130,7 +130,7 @@ class Crowd : public ::testing::Test {
     NSManagedObjectContext& context = *store.viewContext();
     std::set<std::string> found;
     for (const auto& task : *context.fetch<TaskEntity>(NSFetchRequest("Task"))) {
-      found.insert(task->value(TaskAttributes::uniqueId).value());
+      found.insert(task->stored(TaskAttributes::uniqueId).value());
       checkTotals(*task, found);
       const auto row = task->value(TaskAttributes::taskTemporalData);
       const Date written = row->value(Temporal::lastUpdated).value();
@@ -152,11 +152,11 @@ class Crowd : public ::testing::Test {
     const TaskLogFetchRequest all{.direction = TaskLogFetchRequest::Direction::oldestToNewest};
     const auto entries = task.taskLog(all);
     for (const auto& entry : *entries) {
-      double& total = totals[entry->value(Entry::entryPeriodFrom)];
+      double& total = totals[entry->stored(Entry::entryPeriodFrom)];
       total += entry->value(Entry::progress);
       EXPECT_DOUBLE_EQ(entry->value(Entry::progressTotal), total)
-          << *task.value(TaskAttributes::title) << " " << entry->value(Entry::entryDate);
-      EXPECT_TRUE(found.insert(entry->value(Entry::uniqueId).value()).second);
+          << *task.value(TaskAttributes::title) << " " << entry->stored(Entry::entryDate);
+      EXPECT_TRUE(found.insert(entry->stored(Entry::uniqueId).value()).second);
     }
   }
 

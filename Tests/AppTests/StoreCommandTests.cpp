@@ -25,11 +25,11 @@ struct StoreCommand : ::testing::Test {
     for (int day = 20240301; day < 20240309; ++day) {
       const auto entry = TaskLogEntryEntity::create(context);
       entry->setValue(TaskLogEntryEntity::task, task);
-      entry->setValue(TaskLogEntryEntity::entryDate, day);
+      entry->setStored(TaskLogEntryEntity::entryDate, day);
     }
     EXPECT_TRUE(context.save());
     environment.setNow(Date::fromISO8601("2024-03-08T02:00:00Z").value());
-    task->setValue(TaskAttributes::colorInfo, color);
+    task->setStored(TaskAttributes::colorInfo, color);
     EXPECT_TRUE(context.save());
   }
 

@@ -39,7 +39,8 @@ class BookEntity : public NSManagedObject {
   inline static const Attribute<std::optional<Date>> bought{description, "bought"};
   inline static const Attribute<std::optional<Data>> scan{description, "scan"};
   inline static const Attribute<std::optional<UUID>> id{description, "id"};
-  inline static const IdentifierAttribute isbn{description, "isbn"};
+  inline static const Attribute<std::optional<std::string>> isbn{description, "isbn", std::nullopt,
+                                                                 TextComparison::withoutCase};
   inline static const TransformableAttribute<Summary> summary{description, "summary", "Summary"};
   inline static const ToOne<AuthorEntity> author{description, "author", "books"};
   inline static const ToOne<CoverEntity> cover{description, "cover", "book", NSDeleteRule::cascade};

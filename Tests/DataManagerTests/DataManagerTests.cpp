@@ -171,9 +171,9 @@ TEST_F(DataManagerTest, CleansUpAfterAnImportEvenAFailedOne) {
                             TaskLogEntryType type = TaskLogEntryType::completedManuallyFull) {
     const auto entry = TaskLogEntryEntity::create(context);
     entry->setValue(TaskLogEntryEntity::task, isOfOther ? other : task);
-    entry->setValue(TaskLogEntryEntity::entryDate, 20240307);
-    entry->setValue(TaskLogEntryEntity::entryType, static_cast<std::int16_t>(rawValue(type)));
-    entry->setValue(TaskLogEntryEntity::uniqueId, id);
+    entry->setStored(TaskLogEntryEntity::entryDate, 20240307);
+    entry->setValue(TaskLogEntryEntity::entryType, type);
+    entry->setStored(TaskLogEntryEntity::uniqueId, id);
     entry->setValue(TaskLogEntryEntity::cloudStatus, cloudStatus);
     return entry;
   };
@@ -199,7 +199,7 @@ TEST_F(DataManagerTest, CleansUpAfterAnImportEvenAFailedOne) {
   }
   EXPECT_THAT(kept, ElementsAre("OK", "TMP", "a")) << "the same twin stays on every device";
   EXPECT_EQ(
-      other->value(TaskAttributes::taskTemporalData)->value(TaskTemporalDataEntity::lastMissed),
+      other->value(TaskAttributes::taskTemporalData)->stored(TaskTemporalDataEntity::lastMissed),
       20240307);
   EXPECT_EQ(task->lastCompletedDate({2024, 3, 8}), (YYYYMMDD{2024, 3, 7}))
       << "merged into the view";

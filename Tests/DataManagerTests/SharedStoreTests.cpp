@@ -74,8 +74,8 @@ class Process {
   }
   void insertEntry(NSManagedObjectContext& context, std::int64_t number) const {
     const auto entry = Entry::create(context);
-    entry->setValue(Entry::entryDate, static_cast<std::int32_t>(number));
-    entry->setValue(Entry::entryType, static_cast<std::int16_t>(role_));
+    entry->setStored(Entry::entryDate, static_cast<std::int32_t>(number));
+    entry->setStored(Entry::entryType, static_cast<std::int16_t>(role_));
     EXPECT_TRUE(context.save());
   }
 
@@ -91,7 +91,7 @@ class Process {
     for (const auto& transaction : history) {
       for (const auto id : transaction.inserted) {
         const auto entry = std::static_pointer_cast<Entry>(view().objectWithID(id));
-        if (entry->value(Entry::entryType) == role_) continue;
+        if (entry->stored(Entry::entryType) == role_) continue;
         EXPECT_EQ(merged_[id.key], 1) << transaction.transactionNumber;
       }
     }

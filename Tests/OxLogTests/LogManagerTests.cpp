@@ -1,6 +1,7 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Foundation/Text/String.h"
+#include "OxLog/LeftOut.h"
 #include "OxLog/LogManager.h"
 #include "Support/Processes.h"
 
@@ -62,6 +63,7 @@ TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {
     Log::cache.error(Error("domain", 1, "The cache is full."));
     Log::cache.error(std::make_shared<const Error>("domain", 2, "It is gone."));
     Log::cache.error(ErrorPtr());
+    logLeftOut(Log::cache, "Theme")({DecodingError::Kind::dataCorrupted, "mode", "No case."});
   });
   const auto place = [&](int offset) {
     return stringWithFormat("2024-03-07 12:00:00.000 [LogManagerTests:%d] TestBody() ",
@@ -70,7 +72,8 @@ TEST_F(LogManagerTest, WritesChosenLinesWithTheirCallers) {
   EXPECT_THAT(lines(), ElementsAre("🚨 [Notifications, INFO] " + place(0) + "Updating badges...",
                                    "[Cache, ERROR] " + place(5) + "The cache is full.",
                                    "[Cache, ERROR] " + place(6) + "It is gone.",
-                                   "[Cache, ERROR] " + place(7) + "unknown error"));
+                                   "[Cache, ERROR] " + place(7) + "unknown error",
+                                   "[Cache, ERROR] " + place(8) + "Theme: mode: No case."));
 }
 
 TEST_F(LogManagerTest, EachCategoryIsChosenByItsRawValueAlone) {

@@ -46,7 +46,7 @@ TEST_F(TasksTest, NotificationSettingsAreReadAsTheyWereWritten) {
   EXPECT_EQ(task_->value(TaskAttributes::taskNotificationSettings), row);
   EXPECT_EQ(row->value(TaskNotificationSettingsEntity::lastUpdated), Date::now());
   EXPECT_EQ(task_->notificationSettings(), byDefault);
-  row->setValue(TaskNotificationSettingsEntity::badgeMode, "of a newer program");
+  row->setStored(TaskNotificationSettingsEntity::badgeMode, "of a newer program");
   EXPECT_EQ(task_->notificationSettings().badgeMode, BadgeMode::doNotInclude);
 }
 
@@ -76,23 +76,23 @@ TEST_F(TasksTest, ARowWithoutWhatItsTriggerNeedsIsNoReminder) {
   const auto row = make<Row>();
   const auto isReminder = [&] { return row->reminder().has_value(); };
   EXPECT_FALSE(isReminder());
-  row->setValue(Row::uniqueId, UniqueID::create().stringValue());
-  row->setValue(Row::timeOfDay, 3600);
+  row->setValue(Row::uniqueId, UniqueID::create());
+  row->setStored(Row::timeOfDay, 3600);
   EXPECT_FALSE(isReminder());
-  row->setValue(Row::daysOfWeek, std::int16_t{0});
+  row->setStored(Row::daysOfWeek, std::int16_t{0});
   EXPECT_EQ(row->reminder()->trigger, Trigger::fromTimeOfDay({.h = 1}));
-  row->setValue(Row::timeOfDay, 86400);
+  row->setStored(Row::timeOfDay, 86400);
   EXPECT_FALSE(isReminder());
   const std::pair<const char*, bool> types[] = {{"tod", false}, {"todm", false}, {"loc", false},
                                                 {"das", true},  {"dbf", true},   {"?", false}};
   row->setValue(Row::duration, 90.0);
-  row->setValue(Row::region, Data(R"({"latitude":1})"));
+  row->setStored(Row::region, Data(R"({"latitude":1})"));
   for (const auto& [type, has] : types) {
-    row->setValue(Row::reminderType, type);
+    row->setStored(Row::reminderType, type);
     EXPECT_EQ(isReminder(), has) << type;
   }
-  row->setValue(Row::daysFromStart, ",2,,x,-1,");
-  row->setValue(Row::reminderType, "das");
+  row->setStored(Row::daysFromStart, ",2,,x,-1,");
+  row->setStored(Row::reminderType, "das");
   EXPECT_EQ(row->reminder()->dayIndexesFromStart, (TaskReminder::DayIndexes{-1, 2}));
 }
 

@@ -48,9 +48,15 @@ TEST_F(TasksTest, ASummaryIsKeptAsJSONUnderOneKey) {
   const auto slot = TaskShareEntity::summaryJson.slot();
   const auto& stored = std::get<Data>(share->slotValue(slot));
   EXPECT_EQ(stored.text(), "{\"summary\":" + JSONEncoder{}.encode(summary()) + "}");
-  EXPECT_EQ(share->summary(), summary());
+  EXPECT_EQ(share->value(TaskShareEntity::summaryJson)->summary, summary());
+  EXPECT_TRUE(share->canRead(slot));
+  std::string json = stored.text();
+  json.replace(json.find("\"dayMode\":0"), 11, "\"dayMode\":99");
+  share->setSlotValue(slot, Data(json));
+  EXPECT_TRUE(share->value(TaskShareEntity::summaryJson)) << "all but the unknown value";
+  EXPECT_FALSE(share->canRead(slot));
   share->setSlotValue(slot, Data(R"({"summary":{}})"));
-  EXPECT_FALSE(share->summary());
+  EXPECT_FALSE(share->value(TaskShareEntity::summaryJson));
   EXPECT_FALSE(TaskCloudSummaryValueTransformer().transformedValue(summary()));
 }
 

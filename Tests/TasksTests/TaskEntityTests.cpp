@@ -39,11 +39,11 @@ TEST_F(TasksTest, TheStartOfDayIsTheTasksOwnOrThatOfAllTasks) {
                                           {86399, {23, 59, 59}}, {86400, {}},  {86401, {.s = 1}},
                                           {172800, {}}};
   for (const auto& [stored, read] : cases) {
-    task_->setValue(Columns::startOfDayValue, stored);
+    task_->setStored(Columns::startOfDayValue, stored);
     EXPECT_EQ(task_->startOfDay(), read) << stored;
   }
   EXPECT_TRUE(task_->setStartOfDay(HHMMSS::midnight));
-  EXPECT_EQ(task_->value(Columns::startOfDayValue), 86400);
+  EXPECT_EQ(task_->stored(Columns::startOfDayValue), 86400);
   EXPECT_TRUE(task_->setStartOfDay(std::nullopt));
   EXPECT_EQ(task_->startOfDay(), global);
   SettingsStorage::shared().setInteger(0, Setting::startOfDay);
@@ -51,7 +51,7 @@ TEST_F(TasksTest, TheStartOfDayIsTheTasksOwnOrThatOfAllTasks) {
 
 TEST_F(TasksTest, TheFirstDayOfWeekCountsWhereWeeksDo) {
   const auto share = make<TaskShareEntity>();
-  share->setValue(TaskShareEntity::status, "X");
+  share->setStored(TaskShareEntity::status, "X");
   const DayOfWeek global = DayOfWeek::sunday;  // the locale's
   const std::tuple<DayMode, int, bool, DayOfWeek> cases[] = {
       {aggregateOverWeek, 2, false, DayOfWeek::monday},
@@ -63,7 +63,7 @@ TEST_F(TasksTest, TheFirstDayOfWeekCountsWhereWeeksDo) {
       {aggregateOverWeek, 8, true, global}};
   for (const auto& [mode, stored, isAnothers, read] : cases) {
     task_->setFrequency({.dayMode = mode});
-    task_->setValue(Columns::firstDayOfWeekValue, static_cast<std::int16_t>(stored));
+    task_->setStored(Columns::firstDayOfWeekValue, static_cast<std::int16_t>(stored));
     task_->setValue(Columns::taskShare, isAnothers ? share : nullptr);
     EXPECT_EQ(task_->firstDayOfWeek(), read) << rawValue(mode) << " " << stored << isAnothers;
   }
@@ -89,9 +89,9 @@ TEST_F(TasksTest, FrequenciesAreBroughtIntoTheRangeOfWhatCanBeChosen) {
       {4, 99, 1, "hk_activity", specificDaysOfWeek, 99, 30, 1},  // activity has no years
       {6, 5, 99, "hk_stand", aggregateOverWeek, 1, 5, 1},        // nor parts of hours
   };
-  task_->setValue(Columns::daysOfWeek, DaysOfWeek::monday.rawValue);
+  task_->setStored(Columns::daysOfWeek, DaysOfWeek::monday.rawValue);
   for (const auto& c : cases) {
-    task_->setValue(Columns::daysMode, c.mode);
+    task_->setStored(Columns::daysMode, c.mode);
     task_->setValue(Columns::daysPerWeek, c.perWeek);
     task_->setValue(Columns::daysTimesPerDay, c.perDay);
     task_->setValue(Columns::typeName,
@@ -127,10 +127,10 @@ TEST_F(TasksTest, WhatIsSetIsReadAndWrittenOnlyWhereItDiffers) {
   EXPECT_EQ(task_->value(Columns::displayOrder), 103);
   EXPECT_EQ(task_->taskDisplayOrder(), (TaskDisplayOrder{TaskPageNumber{1}, 2}));
   EXPECT_EQ(task_->displayRepresentation(), bicycle);
-  EXPECT_EQ(task_->value(Columns::colorInfo), "0.2 0.4 0.6 1");
+  EXPECT_EQ(task_->stored(Columns::colorInfo), "0.2 0.4 0.6 1");
   EXPECT_EQ(task_->taskColor(), blue);
   EXPECT_EQ(task_->frequency(), thrice);
-  EXPECT_EQ(task_->value(Columns::customReminderType),
+  EXPECT_EQ(task_->stored(Columns::customReminderType),
             R"({"uncheckedActionButton":{"type":4,"incrementAmount":250}})");
   EXPECT_EQ(task_->taskExtra(), counter);
 }
@@ -154,18 +154,19 @@ TEST_F(TasksTest, SharesTellOfOthers) {
   task_->setValue(Columns::taskShare, share);
   EXPECT_EQ(task_->taskShareStatus(), TaskShareStatus::isSharedWithOthers);
   for (const char* status : {"L", "E", "X", "?"}) {
-    share->setValue(TaskShareEntity::status, status);
+    share->setStored(TaskShareEntity::status, status);
     const bool isAnothers = *status == 'E' || *status == 'X';
     EXPECT_EQ(task_->taskShareStatus() == TaskShareStatus::isSharedWithMe, isAnothers) << status;
   }
-  share->setValue(TaskShareEntity::participantsJson, Data(R"([{"acceptanceStatus":"?"}])"));
+  share->setStored(TaskShareEntity::participantsJson, Data(R"([{"acceptanceStatus":"?"}])"));
   EXPECT_EQ(task_->shareParticipantCount(), 0);
-  share->setValue(TaskShareEntity::participantsJson, Data(R"([
+  share->setStored(TaskShareEntity::participantsJson, Data(R"([
       {"displayTitle":"Ada","acceptanceStatus":"accepted",
        "userRecordID":{"recordName":"_a","zoneID":{"zoneName":"_z","ownerName":"_o"}}},
       {"acceptanceStatus":"pending"},{"acceptanceStatus":"accepted"}])"));
   EXPECT_EQ(task_->shareParticipantCount(), 2);
-  EXPECT_EQ(share->participants()[0].userRecordID->zoneID.ownerName, "_o");
+  EXPECT_EQ(share->value(TaskShareEntity::participantsJson)->at(0).userRecordID->zoneID.ownerName,
+            "_o");
   const auto owner = make<TaskShareOwnerEntity>();
   owner->setValue(TaskShareOwnerEntity::ckUserDisplayName, "ada@example.com");
   owner->setValue(TaskShareOwnerEntity::cnFormattedName, "Ada");
@@ -187,18 +188,19 @@ TEST_F(TasksTest, TheLaterOfTwoDatesIsTheLastUpdate) {
 
 TEST_F(TasksTest, AnEntryHasAPeriodATypeAndAZone) {
   const auto entry = make<TaskLogEntryEntity>();
-  entry->setValue(TaskLogEntryEntity::entryDate, 20240307);
-  entry->setValue(TaskLogEntryEntity::entryPeriodFrom, 20240303);
-  entry->setValue(TaskLogEntryEntity::entryPeriodTo, 20240309);
-  entry->setValue(TaskLogEntryEntity::entryPeriodType, "w");
+  entry->setStored(TaskLogEntryEntity::entryDate, 20240307);
+  entry->setStored(TaskLogEntryEntity::entryPeriodFrom, 20240303);
+  entry->setStored(TaskLogEntryEntity::entryPeriodTo, 20240309);
+  entry->setStored(TaskLogEntryEntity::entryPeriodType, "w");
   EXPECT_EQ(entry->period(), TaskLogEntryPeriod(TaskFrequencyPeriodType::week, {2024, 3, 3},
                                                 {2024, 3, 9}, {2024, 3, 7}));
   const TimeZone given = TimeZone::fromIdentifier("Asia/Kathmandu").value();
   EXPECT_EQ(entry->timeZone(given), given);
-  entry->setValue(TaskLogEntryEntity::createdTimeZone, "Pacific/Apia");
+  entry->setStored(TaskLogEntryEntity::createdTimeZone, "Pacific/Apia");
   EXPECT_EQ(entry->timeZone(given).identifier(), "Pacific/Apia");
-  entry->setValue(TaskLogEntryEntity::entryType, std::int16_t{13});
-  EXPECT_EQ(entry->logEntryType(), TaskLogEntryType::allowableMissManuallyFull);
+  entry->setStored(TaskLogEntryEntity::entryType, std::int16_t{13});
+  EXPECT_EQ(entry->value(TaskLogEntryEntity::entryType),
+            TaskLogEntryType::allowableMissManuallyFull);
 }
 
 }  // namespace

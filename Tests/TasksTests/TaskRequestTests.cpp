@@ -29,7 +29,7 @@ class TaskRequestTest : public TasksTest {
     auto task = make<TaskEntity>();
     task->setValue(Columns::title, title);
     task->setValue(Columns::displayOrder, displayOrder);
-    task->setValue(Columns::uniqueId, UniqueID::create().stringValue());
+    task->setValue(Columns::uniqueId, UniqueID::create());
     return task;
   }
   /// The titles of what a request finds, first among unsaved rows and then among saved ones.
@@ -43,9 +43,9 @@ class TaskRequestTest : public TasksTest {
                                TimeInterval made = 0, const UniqueID& id = UniqueID::create()) {
     auto entry = make<Entry>();
     entry->setValue(Entry::task, of);
-    entry->setValue(Entry::entryDate, day);
+    entry->setStored(Entry::entryDate, day);
     entry->setValue(Entry::createdTimestamp, Date::now() + made);
-    entry->setValue(Entry::uniqueId, id.stringValue());
+    entry->setValue(Entry::uniqueId, id);
     return entry;
   }
   std::shared_ptr<Entry> temporary(const std::shared_ptr<TaskEntity>& of, const UniqueID& id) {
@@ -75,7 +75,7 @@ TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
   d->setValue(Columns::isNegative, true);
   for (const auto& [shared, status] : {std::pair(b, "L"), std::pair(c, "X"), std::pair(d, "")}) {
     const auto share = make<TaskShareEntity>();
-    if (*status) share->setValue(TaskShareEntity::status, status);
+    if (*status) share->setStored(TaskShareEntity::status, status);
     shared->setValue(Columns::taskShare, share);
   }
   const auto profile = make<UserProfileEntity>();
@@ -116,7 +116,7 @@ TEST_F(TaskRequestTest, ReadsALog) {
   const auto first = entry(read, 20240305), second = entry(read, 20240306, 1),
              late = entry(read, 20240306, 2);
   entry(task("other"), 20240306);
-  late->setValue(Entry::entryType, std::int16_t{3});
+  late->setStored(Entry::entryType, std::int16_t{3});
   const TaskLogFetchRequest onTheSixth{.direction = newestToOldest,
                                        .minDate = YYYYMMDD{2024, 3, 6},
                                        .maxDate = YYYYMMDD{2024, 3, 6}};
@@ -141,10 +141,10 @@ TEST_F(TaskRequestTest, ReadsNotesThatCanBeShown) {
   const auto note = [&](const char* text, std::int32_t day, const char* status, int made) {
     const auto row = make<TaskNoteEntity>();
     row->setValue(TaskNoteEntity::task, read);
-    row->setValue(TaskNoteEntity::uniqueId, UniqueID::create().stringValue());
+    row->setValue(TaskNoteEntity::uniqueId, UniqueID::create());
     row->setValue(TaskNoteEntity::content, text);
-    row->setValue(TaskNoteEntity::noteDate, day);
-    row->setValue(TaskNoteEntity::status, status);
+    row->setStored(TaskNoteEntity::noteDate, day);
+    row->setStored(TaskNoteEntity::status, status);
     row->setValue(TaskNoteEntity::createdTimestamp, Date::now() + made);
   };
   EXPECT_FALSE(read->pinnedNote());
@@ -174,7 +174,7 @@ TEST_F(TaskRequestTest, TemporaryEntriesGoWhenTheirTwinIsThere) {
   temporary(run, twice);
   const auto single = temporary(read, alone);
   temporary(nullptr, arrived);
-  temporary(read, arrived)->setValue(Entry::uniqueId, "none");
+  temporary(read, arrived)->setStored(Entry::uniqueId, "none");
   save();
   const auto ofRun = removeTemporaryEntries(context_, run);
   EXPECT_THAT(ofRun.value(), UnorderedElementsAre(run));

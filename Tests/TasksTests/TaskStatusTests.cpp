@@ -18,7 +18,7 @@ class TaskStatusTest : public TasksTest {
  protected:
   TaskStatusTest() {
     task_->setValue(Columns::title, "Read");
-    task_->setValue(Columns::uniqueId, UniqueID::create().stringValue());
+    task_->setValue(Columns::uniqueId, UniqueID::create());
     task_->setValue(Columns::daysTimesPerDay, 3);
     task_->setValue(Columns::created, Date::now() - 20 * 86400.0);
     task_->setValue(Columns::statusDate, Date::now());
@@ -26,9 +26,9 @@ class TaskStatusTest : public TasksTest {
 
   std::shared_ptr<TaskLogEntryEntity> add(YYYYMMDD date, TaskLogEntryType type, double total = 0) {
     const auto entry = make<TaskLogEntryEntity>();
-    entry->setValue(TaskLogEntryEntity::entryDate, static_cast<std::int32_t>(date.intValue()));
-    entry->setValue(TaskLogEntryEntity::entryType, static_cast<std::int16_t>(rawValue(type)));
-    entry->setValue(TaskLogEntryEntity::uniqueId, UniqueID::create().stringValue());
+    entry->setValue(TaskLogEntryEntity::entryDate, date);
+    entry->setValue(TaskLogEntryEntity::entryType, type);
+    entry->setValue(TaskLogEntryEntity::uniqueId, UniqueID::create());
     entry->setValue(TaskLogEntryEntity::createdTimestamp, Date::now() + ++seconds_);
     entry->setValue(TaskLogEntryEntity::progressTotal, total);
     entry->setValue(TaskLogEntryEntity::task, task_);
@@ -64,7 +64,7 @@ TEST_F(TaskStatusTest, FollowsTheLog) {
   EXPECT_EQ(task_->notificationTaskCurrentProgress(current())->displayTitle.localizedPrimary,
             "Read");
 
-  EXPECT_EQ(task_->currentUndoableEntry(current()), second->entryUniqueId());
+  EXPECT_EQ(task_->currentUndoableEntry(current()), second->value(TaskLogEntryEntity::uniqueId));
   context_.deleteObject(*second);
   EXPECT_EQ(shown(), "i_mwoi 1/3 2/2");
   add(today, completedAutomaticallyFull);
@@ -84,19 +84,19 @@ TEST_F(TaskStatusTest, FollowsTheLog) {
 TEST_F(TaskStatusTest, WritesOnlyWhatChanged) {
   add(today, completedManuallyFull);
   add(yesterday, missedManuallyFull);
-  task_->setValue(Columns::uniqueId, "broken");
+  task_->setStored(Columns::uniqueId, "broken");
   task_->setValue(Columns::lastChangedDifficultyStatus, "x");
   update();
   EXPECT_TRUE(saveIfChanged(context_));
   EXPECT_TRUE(task_->taskUniqueId());
   const auto row = task_->value(Columns::taskTemporalData);
   EXPECT_EQ(row->value(Row::lastChangedDifficultyStatus), "x");
-  EXPECT_EQ(row->value(Row::lastCompleted), 20240307);
-  EXPECT_EQ(row->value(Row::lastMissed), 20240306);
-  EXPECT_EQ(row->value(Row::lastSkipped), 0);
+  EXPECT_EQ(row->stored(Row::lastCompleted), 20240307);
+  EXPECT_EQ(row->stored(Row::lastMissed), 20240306);
+  EXPECT_EQ(row->stored(Row::lastSkipped), 0);
   EXPECT_EQ(row->value(Row::recentShortTermNumSamples), 2);
   EXPECT_EQ(row->value(Row::recentLongTermPct), 0.5);
-  EXPECT_EQ(row->value(Row::progressDate), 20240307);
+  EXPECT_EQ(row->stored(Row::progressDate), 20240307);
   const Date first = row->value(Row::lastUpdated).value();
 
   environment_.advance(60);
@@ -134,7 +134,7 @@ TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
 
   const auto share = make<TaskShareEntity>();
   share->setValue(TaskShareEntity::task, task_);
-  share->setValue(TaskShareEntity::status, "E");
+  share->setStored(TaskShareEntity::status, "E");
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 3}), "mwoi");
   EXPECT_FALSE(task_->lastCompletedDate(today));
   task_->setTaskStatus(TaskStatus::paused);
@@ -154,13 +154,13 @@ TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
   const auto row = make<Row>();
   row->setValue(Row::task, task_);
   row->setValue(Row::progress, 150100029);
-  row->setValue(Row::progressDate, 20240307);
+  row->setStored(Row::progressDate, 20240307);
   EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 0.7633);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 
   // A missed day of a negative task shows a full ring; what is kept stays as it was measured.
   task_->setValue(Columns::isNegative, true);
-  row->setValue(Row::lastMissed, 20240307);
+  row->setStored(Row::lastMissed, 20240307);
   EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 1);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 }

@@ -37,8 +37,8 @@ std::string percent(const PreviousDaysSuccess& success) {
 
 HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to) {
   const TaskRecentHistory history = task.recentHistory(from, to);
-  HistoryReport report{.uniqueId = textOf(task, TaskAttributes::uniqueId),
-                       .title = textOf(task, TaskAttributes::title),
+  HistoryReport report{.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
+                       .title = textOf(task.text(TaskAttributes::title)),
                        .firstDayOfWeek = task.firstDayOfWeek(),
                        .periods = {},
                        .shortTerm = history.shortTerm,

@@ -10,15 +10,15 @@ namespace velloro {
 LogReport LogReport::of(const TaskLogEntryEntity& entry) {
   using Entry = TaskLogEntryEntity;
   const std::string* id = entry.text(Entry::uniqueId);
-  return {
-      .uniqueId = id != nullptr ? repairedUTF8(*id) : "",
-      .type = std::string(description(entry.logEntryType().value_or(TaskLogEntryType::unknown))),
-      .date = YYYYMMDD::fromIntValue(entry.value(Entry::entryDate)).value_or(YYYYMMDD{}),
-      .period = entry.period(),
-      .progress = entry.value(Entry::progress),
-      .progressTotal = entry.value(Entry::progressTotal),
-      .created = entry.value(Entry::createdTimestamp),
-      .timeZone = std::string(entry.timeZone().identifier())};
+  return {.uniqueId = id != nullptr ? repairedUTF8(*id) : "",
+          .type = std::string(
+              description(entry.value(Entry::entryType).value_or(TaskLogEntryType::unknown))),
+          .date = entry.value(Entry::entryDate).value_or(YYYYMMDD{}),
+          .period = entry.period(),
+          .progress = entry.value(Entry::progress),
+          .progressTotal = entry.value(Entry::progressTotal),
+          .created = entry.value(Entry::createdTimestamp),
+          .timeZone = std::string(entry.timeZone().identifier())};
 }
 
 LogReport LogReport::of(const PeriodClosing& closing, const TaskEntity& task) {

@@ -31,8 +31,9 @@ std::string titleOf(const TaskEntity& task) {
 std::string describe(const TaskLogEntryEntity& entry) {
   const auto task = entry.value(TaskLogEntryEntity::task);
   return (task ? titleOf(*task) + ": " : "") +
-         std::string(description(entry.logEntryType().value_or(TaskLogEntryType::unknown))) +
-         " on " + std::to_string(entry.value(TaskLogEntryEntity::entryDate));
+         std::string(description(
+             entry.value(TaskLogEntryEntity::entryType).value_or(TaskLogEntryType::unknown))) +
+         " on " + std::to_string(entry.stored(TaskLogEntryEntity::entryDate));
 }
 
 /// Rows that belong to a task are told by it.

@@ -72,8 +72,8 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
   const auto [standing, streak] = task.streakedCompletionStatus(period);
   const TaskProgress& progress = standing.progress();
   const TaskTemporalData kept = task.temporalData();
-  return {.uniqueId = textOf(task, TaskAttributes::uniqueId),
-          .title = textOf(task, TaskAttributes::title),
+  return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
+          .title = textOf(task.text(TaskAttributes::title)),
           .status = standing.status,
           .willSkip = task.willSkip(period),
           .progress = {.type = progress.type(),

@@ -53,9 +53,7 @@ std::string typeText(const AutomaticTaskType& type) {
 
 }  // namespace
 
-std::string textOf(const TaskEntity& task,
-                   const TaskAttributes::Attribute<TaskAttributes::Text>& of) {
-  const std::string* text = task.text(of);
+std::string textOf(const std::string* text) {
   return text != nullptr ? repairedUTF8(*text) : "";
 }
 
@@ -71,8 +69,8 @@ std::string frequencyText(const TaskFrequency& frequency) {
 TaskReport TaskReport::of(const TaskEntity& task) {
   const auto icon = task.visualRepresentation();
   const auto color = task.taskColor();
-  return {.uniqueId = textOf(task, TaskAttributes::uniqueId),
-          .title = textOf(task, TaskAttributes::title),
+  return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
+          .title = textOf(task.text(TaskAttributes::title)),
           .status = std::string(caseNames<TaskStatus::trashed>().rawValue(task.taskStatus())),
           .displayOrder = task.taskDisplayOrder(),
           .frequency = task.frequency(),

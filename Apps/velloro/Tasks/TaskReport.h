@@ -45,9 +45,8 @@ struct TaskReport {
 /// One line a task.
 [[nodiscard]] std::string table(const std::vector<TaskReport>& reports);
 
-/// What a text of the task says; empty for none. It is UTF-8, whatever is stored.
-[[nodiscard]] std::string textOf(const TaskEntity& task,
-                                 const TaskAttributes::Attribute<TaskAttributes::Text>& of);
+/// A stored text as UTF-8, whatever is stored; empty for none.
+[[nodiscard]] std::string textOf(const std::string* text);
 
 /// "mon wed fri", "3 days a week", "every 3 days".
 [[nodiscard]] std::string frequencyText(const TaskFrequency& frequency);

@@ -2,18 +2,13 @@
 
 #include "Foundation/Text/String.h"
 #include "HelperClasses/DictionaryCoder.h"
-#include "OxLog/Log.h"
-
-#include <functional>
+#include "OxLog/LeftOut.h"
 
 namespace velloro {
 namespace {
 
 constexpr std::string_view userInfoKey = "velloro";
 constexpr DictionaryEncoder encoder{.dateForm = DateForm::iso8601};
-const std::function<void(const DecodingError&)> logWhatIsLeftOut = [](const DecodingError& error) {
-  Log::notifications.error(error);
-};
 
 /// For the log, which takes a damaged one as well.
 std::string described(const PropertyList& userInfo) {
@@ -37,7 +32,8 @@ NotificationData NotificationData::fromUserInfo(const PropertyList& userInfo) {
         [&] { return "Unable to cast to [String: Any]: " + excerpt(described(userInfo)); });
     throw Error(Error::Reason::invalidUserInfoData);
   }
-  const DictionaryDecoder decoder{.dateForm = DateForm::iso8601, .didLeaveOut = &logWhatIsLeftOut};
+  const auto leftOut = logLeftOut(Log::notifications, "NotificationData");
+  const DictionaryDecoder decoder{.dateForm = DateForm::iso8601, .didLeaveOut = &leftOut};
   return decoder.decode<NotificationData>(*record.dictionary());
 }
 

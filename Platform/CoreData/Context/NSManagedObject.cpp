@@ -59,8 +59,14 @@ void NSManagedObject::setSlotValue(std::size_t slot, PropertyValue value) {
 }
 
 bool NSManagedObject::canRead(std::size_t slot) const {
-  const auto& attribute = entity().attributes()[slot];
-  return attribute.canRead == nullptr || attribute.canRead(slotValue(slot));
+  const NSAttributeDescription& attribute = entity().attributes()[slot];
+  if (attribute.type != NSAttributeType::transformable) {
+    return attribute.canRead == nullptr || attribute.canRead(slotValue(slot));
+  }
+  const auto* data = std::get_if<Data>(&slotValue(slot));
+  const auto transformer =
+      NSValueTransformer::valueTransformerForName(attribute.valueTransformerName);
+  return data == nullptr || (transformer && transformer->isWhole(*data));
 }
 
 NSManagedObject::Objects NSManagedObject::members(

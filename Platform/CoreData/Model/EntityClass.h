@@ -3,7 +3,6 @@
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Model/NSManagedObjectModel.h"
-#include "Foundation/Coding/RawValue.h"
 
 #include <memory>
 #include <optional>
@@ -34,27 +33,21 @@ class EntityClass : public NSManagedObject {
     return context.insert<T>();
   }
 
-  /// The enumeration whose raw value is stored; absent for no text and for one that no case has.
-  template <RawRepresentable E>
-  [[nodiscard]] std::optional<E> enumValue(
-      const Attribute<std::optional<std::string>>& attribute) const {
-    const std::string* raw = text(attribute);
-    return raw != nullptr ? fromRawValue<E>(*raw) : std::nullopt;
-  }
-
-  /// Writes a value unless it is there already. Whether it wrote.
+  /// Writes a value unless it reads as that already, and returns whether it wrote. So what can't be
+  /// made out stays while nothing is wanted in its place.
   template <typename V, typename Form>
   bool writeValue(const Attribute<V, Form>& attribute, const std::type_identity_t<V>& newValue) {
     if (value(attribute) == newValue) return false;
     setValue(attribute, newValue);
     return true;
   }
-  /// The same for an enumeration. A text that no case has stays while nothing else is wanted.
-  template <RawRepresentable E>
-  bool writeEnum(const Attribute<std::optional<std::string>>& attribute,
-                 std::optional<E> newValue) {
-    if (enumValue<E>(attribute) == newValue) return false;
-    setValue(attribute, newValue ? std::optional(std::string(rawValue(*newValue))) : std::nullopt);
+  /// Writes a value unless the column holds just that already: in place of what can't be made out,
+  /// and of the same value in another form. Returns whether it wrote.
+  template <typename V, typename Form>
+  bool replaceValue(const Attribute<V, Form>& attribute, const std::type_identity_t<V>& newValue) {
+    PropertyValue stored = attribute.to(newValue);
+    if (slotValue(attribute.slot()) == stored) return false;
+    setSlotValue(attribute.slot(), std::move(stored));
     return true;
   }
 };

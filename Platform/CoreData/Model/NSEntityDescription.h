@@ -197,13 +197,6 @@ class Attribute {
 template <typename T>
 using BoxedAttribute = Attribute<std::optional<T>, DecodedForm<T, Boxed<T>>>;
 
-/// Declares an attribute that holds an identifier's text.
-class IdentifierAttribute : public Attribute<std::optional<std::string>> {
- public:
-  IdentifierAttribute(NSEntityDescription& entity, std::string name)
-      : Attribute(entity, std::move(name), std::nullopt, TextComparison::withoutCase) {}
-};
-
 /// An attribute that a registered `NSValueTransformer` turns into bytes and back.
 template <typename T>
 class TransformableAttribute {

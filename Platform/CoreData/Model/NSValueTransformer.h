@@ -23,6 +23,10 @@ class NSValueTransformer {
   [[nodiscard]] virtual std::optional<Data> transformedValue(const std::any& value) const = 0;
   /// Empty for bytes that are no value.
   [[nodiscard]] virtual std::any reverseTransformedValue(const Data& data) const = 0;
+  /// Whether nothing is left out when these bytes are read.
+  [[nodiscard]] virtual bool isWhole(const Data& data) const {
+    return reverseTransformedValue(data).has_value();
+  }
 
   /// Registers a transformer, in place of an earlier one of that name. From any thread, as is the
   /// look-up.

@@ -2,7 +2,7 @@
 
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Text/String.h"
-#include "OxLog/Log.h"
+#include "OxLog/LeftOut.h"
 
 namespace velloro {
 
@@ -12,7 +12,8 @@ IconDisplayRepresentation::fromCoreDataStringRepresentation(std::string_view tex
     return IconDisplayRepresentation{.visualRepresentation = *plain, .displayProperties = {}};
   }
   try {
-    auto stored = JSONDecoder{}.decode<CoreDataRepresentation>(text);
+    const auto leftOut = logLeftOut(Log::database, "IconDisplayRepresentation");
+    auto stored = JSONDecoder{.didLeaveOut = &leftOut}.decode<CoreDataRepresentation>(text);
     return IconDisplayRepresentation{.visualRepresentation = std::move(stored.visualRepresentation),
                                      .displayProperties = stored.displayProperties};
   } catch (const DecodingError& error) {

@@ -1,10 +1,10 @@
 #include "Tasks/Columns/StoredAutomaticTaskType.h"
 
-#include "Foundation/Coding/JSON.h"
 #include "Foundation/Text/String.h"
 #include "Foundation/Values/NSCache.h"
 #include "OxLog/Log.h"
-#include "Tasks/Columns/StoredValues.h"
+#include "Tasks/Columns/StoredJSON.h"
+#include "Tasks/Columns/TextParts.h"
 
 #include <algorithm>
 #include <set>
@@ -49,9 +49,10 @@ std::optional<AutomaticTaskType> screenTime(double target, const Text& typeUnit,
                                             const Text& typeSpeed) {
   if (!(target > 0)) return std::nullopt;
   std::optional<TypeExtra> extra;
-  if (auto settings = storedJSON<ScreenTimeSettings>(typeSpeed ? &*typeSpeed : nullptr)) {
-    extra = TypeExtra{.screenTimeSettings = std::move(settings)};
-  }
+  auto settings = typeSpeed && !typeSpeed->empty()
+                      ? fromStoredJSON<ScreenTimeSettings>(*typeSpeed, "ScreenTimeSettings")
+                      : std::nullopt;
+  if (settings) extra = TypeExtra{.screenTimeSettings = std::move(settings)};
   return AutomaticTaskType(TaskType::screenTime(),
                            TaskTarget{.quantity = target, .unit = durationUnit(typeUnit)},
                            std::move(extra));
@@ -83,15 +84,7 @@ std::set<WorkoutType> workoutTypes(const std::string& typeSpeed) {
     if (activity) types.insert(WorkoutType::healthKit(*activity));
   }
   if (!types.empty() || typeSpeed.empty()) return types;
-  try {
-    return JSONDecoder{}.decode<std::set<WorkoutType>>(typeSpeed);
-  } catch (const DecodingError& error) {
-    Log::database.error([&] {
-      return "Unable to read the workout types " + inQuotes(typeSpeed) + ": " +
-             error.localizedDescription();
-    });
-    return {};
-  }
+  return fromStoredJSON<std::set<WorkoutType>>(typeSpeed, "WorkoutType").value_or(types);
 }
 
 std::optional<TypeExtra> extraOf(TaskType type, const Text& typeSpeed) {
@@ -197,13 +190,13 @@ bool StoredAutomaticTaskType::canReadUnit() const {
 bool StoredAutomaticTaskType::canReadSpeed() const {
   if (!typeSpeed || typeSpeed->empty()) return true;
   if (!typeName) return caseOf<TypeSpeed>(typeSpeed) == TypeSpeed::timed;
-  if (typeName == screenTimeName) return storedJSON<ScreenTimeSettings>(&*typeSpeed).has_value();
+  if (typeName == screenTimeName) return isWholeJSON<ScreenTimeSettings>(*typeSpeed);
   const auto health = healthType(nonEmptyParts(*typeName, sourceSeparator));
   if (!health) return false;
   const TaskType type = *health;
   if (type.canSelectSpeed() != SpeedSelectionType::noSpeed) return areCases<TypeSpeed>(*typeSpeed);
   return !type.canSelectWorkoutTypes() || areCases<OxHKWorkoutActivityType>(*typeSpeed) ||
-         storedJSON<std::set<WorkoutType>>(&*typeSpeed).has_value();
+         isWholeJSON<std::set<WorkoutType>>(*typeSpeed);
 }
 
 std::optional<AutomaticTaskType> StoredAutomaticTaskType::automaticTaskType() const {

@@ -1,7 +1,6 @@
 #include "Tasks/Columns/TaskCloudSummaryValueTransformer.h"
 
-#include "Foundation/Coding/JSON.h"
-#include "Tasks/Columns/StoredValues.h"
+#include "Tasks/Columns/StoredJSON.h"
 #include "VelloroTaskShare/TaskCloudSummary.h"
 
 namespace velloro {
@@ -22,8 +21,13 @@ std::optional<Data> TaskCloudSummaryValueTransformer::transformedValue(
 }
 
 std::any TaskCloudSummaryValueTransformer::reverseTransformedValue(const Data& data) const {
-  auto container = storedJSON<TaskCloudSummaryCoreDataContainer>(data);
+  auto container =
+      fromStoredJSON<TaskCloudSummaryCoreDataContainer>(data.text(), "TaskCloudSummary");
   return container ? std::any(*std::move(container)) : std::any();
+}
+
+bool TaskCloudSummaryValueTransformer::isWhole(const Data& data) const {
+  return isWholeJSON<TaskCloudSummaryCoreDataContainer>(data.text());
 }
 
 }  // namespace velloro

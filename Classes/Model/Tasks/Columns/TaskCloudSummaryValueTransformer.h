@@ -15,6 +15,7 @@ class TaskCloudSummaryValueTransformer final : public NSValueTransformer {
 
   [[nodiscard]] std::optional<Data> transformedValue(const std::any& value) const override;
   [[nodiscard]] std::any reverseTransformedValue(const Data& data) const override;
+  [[nodiscard]] bool isWhole(const Data& data) const override;
 };
 
 }  // namespace velloro

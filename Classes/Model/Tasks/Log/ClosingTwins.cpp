@@ -13,7 +13,7 @@ namespace {
 using Entry = TaskLogEntryEntity;
 
 bool isClosing(const Entry& entry) {
-  const auto type = entry.logEntryType();
+  const auto type = entry.value(Entry::entryType);
   return type && isAutomatic(*type) && isFull(*type) && !entry.isTemporary();
 }
 
@@ -40,7 +40,7 @@ Result<bool> removeClosingTwins(const TaskEntity& task) {
   std::map<UniqueID, std::shared_ptr<Entry>> kept;
   bool haveGone = false;
   for (const auto& entry : *entries) {
-    const auto id = entry->entryUniqueId();
+    const auto id = entry->value(Entry::uniqueId);
     if (!id || !isClosing(*entry)) continue;
     auto& first = kept[*id];
     auto twin = entry;

@@ -14,11 +14,11 @@ using Columns = TaskLogEntryEntity;
 
 TaskLogRow rowOf(const TaskLogEntryEntity& entry) {
   const std::string* zone = entry.text(Columns::createdTimeZone);
-  return {.entryDate = entry.value(Columns::entryDate),
-          .entryPeriodFrom = entry.value(Columns::entryPeriodFrom),
-          .entryPeriodTo = entry.value(Columns::entryPeriodTo),
-          .entryType = entry.value(Columns::entryType),
-          .entryPeriodType = entry.enumValue<TaskFrequencyPeriodType>(Columns::entryPeriodType),
+  return {.entryDate = entry.stored(Columns::entryDate),
+          .entryPeriodFrom = entry.stored(Columns::entryPeriodFrom),
+          .entryPeriodTo = entry.stored(Columns::entryPeriodTo),
+          .entryType = entry.stored(Columns::entryType),
+          .entryPeriodType = entry.value(Columns::entryPeriodType),
           .progress = entry.value(Columns::progress),
           .progressTotal = entry.value(Columns::progressTotal),
           .createdTimestamp = entry.value(Columns::createdTimestamp),

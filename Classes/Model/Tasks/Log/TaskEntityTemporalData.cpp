@@ -15,10 +15,6 @@ using Temporal = TaskTemporalDataEntity;
 
 namespace {
 
-std::int32_t storedNumber(const std::optional<YYYYMMDD>& day) {
-  return static_cast<std::int32_t>(day ? day->intValue() : YYYYMMDD::emptyValue);
-}
-
 std::int16_t storedCount(std::int64_t count) {
   constexpr std::int64_t most = std::numeric_limits<std::int16_t>::max();
   return static_cast<std::int16_t>(std::min(count, most));
@@ -40,17 +36,17 @@ std::shared_ptr<Temporal> makeRow(NSManagedObjectContext& context,
   row->setValue(Temporal::lastChangedDifficulty, task->value(Columns::lastChangedDifficulty));
   row->setValue(Temporal::lastChangedDifficultyStatus,
                 task->value(Columns::lastChangedDifficultyStatus));
-  row->setValue(Temporal::lastChangedDifficultyTimeZone,
-                task->value(Columns::lastChangedDifficultyTimeZone));
+  row->setStored(Temporal::lastChangedDifficultyTimeZone,
+                 task->stored(Columns::lastChangedDifficultyTimeZone));
   return row;
 }
 
 void write(Temporal& row, const TaskTemporalData& data) {
   row.writeValue(Temporal::activeStreak, data.streak.current);
   row.writeValue(Temporal::bestStreak, data.streak.best);
-  row.writeValue(Temporal::lastCompleted, storedNumber(data.lastCompleted));
-  row.writeValue(Temporal::lastMissed, storedNumber(data.lastMissed));
-  row.writeValue(Temporal::lastSkipped, storedNumber(data.lastSkipped));
+  row.writeValue(Temporal::lastCompleted, data.lastCompleted);
+  row.writeValue(Temporal::lastMissed, data.lastMissed);
+  row.writeValue(Temporal::lastSkipped, data.lastSkipped);
 }
 
 void write(Temporal& row, const TaskRecentHistory& history) {
@@ -108,7 +104,7 @@ TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMM
 
 void TaskEntity::repair() {
   if (!value(Columns::created)) setValue(Columns::created, creationDate());
-  if (!taskUniqueId()) setValue(Columns::uniqueId, UniqueID::create().stringValue());
+  if (!taskUniqueId()) setValue(Columns::uniqueId, UniqueID::create());
   if (!value(Columns::statusDate)) setValue(Columns::statusDate, Date::now());
 }
 
@@ -166,7 +162,7 @@ void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone) {
                                                 .lastCompleted = temporal.lastCompleted}));
   if (progressIsOfLog(automaticTaskType())) {
     row->writeValue(Temporal::progress, temporal.progress);
-    row->writeValue(Temporal::progressDate, storedNumber(temporal.progressDate));
+    row->writeValue(Temporal::progressDate, temporal.progressDate);
   }
   dateChanges(*row);
 }

@@ -13,8 +13,8 @@ namespace {
 std::string description(const TaskLogEntryEntity& entry) {
   return std::string(TaskLogEntryEntity::entityName()) + " " +
          std::to_string(entry.objectID().key) + ", " +
-         entry.value(TaskLogEntryEntity::uniqueId).value_or("no identifier") + ", " +
-         std::to_string(entry.value(TaskLogEntryEntity::entryDate));
+         entry.stored(TaskLogEntryEntity::uniqueId).value_or("no identifier") + ", " +
+         std::to_string(entry.stored(TaskLogEntryEntity::entryDate));
 }
 
 bool removeTwins(NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>& task,
@@ -39,7 +39,7 @@ Result<std::set<std::shared_ptr<TaskEntity>>> removeTemporaryEntries(
   if (!entries) return std::unexpected(entries.error());
   std::set<std::shared_ptr<TaskEntity>> changed;
   for (const auto& entry : *entries) {
-    const auto id = entry->entryUniqueId();
+    const auto id = entry->value(TaskLogEntryEntity::uniqueId);
     const auto owner = task ? task : entry->value(TaskLogEntryEntity::task);
     if (id && owner && removeTwins(context, owner, *id)) changed.insert(owner);
   }

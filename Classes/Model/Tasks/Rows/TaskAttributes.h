@@ -4,6 +4,9 @@
 #include "Foundation/Time/Date.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxKit/Platform.h"
+#include "Tasks/Columns/StoredForms.h"
+#include "VelloroCore/Frequency/DayMode.h"
+#include "VelloroCore/Status/TaskStatus.h"
 
 #include <cstdint>
 #include <memory>
@@ -24,37 +27,35 @@ class TaskTemporalDataEntity;
 class TaskTimerEntity;
 class UserProfileEntity;
 
-/// What the row of a task holds. The forms are those of files that others wrote: they never change.
-/// `TaskEntity` reads them as what they mean; they stand apart from it since its functions have
-/// some of the same names.
+/// What the row of a task holds, by column. How a type stands in its column is said in
+/// `Columns/StoredForms.h`; those forms are of files that others wrote, and never change. The
+/// columns stand apart from `TaskEntity` since its functions have some of the same names.
 ///
-///     task->value(TaskAttributes::title);
-///     task->value(TaskAttributes::displayOrder);    // 101; task->taskDisplayOrder() is its place
-///
-/// Here and in the other entities, a *day* is `YYYYMMDD::intValue`, 0 for none; a *time* is
-/// `HHMMSS::intValue`; an *id* is a UUID's text, and any other text is no identifier; a *zone* is a
-/// time zone's identifier.
+///     task->value(TaskAttributes::status);          // TaskStatus::paused; absent for an unknown
+///     one task->stored(TaskAttributes::status);         // "P"
 struct TaskAttributes {
   using Text = std::optional<std::string>;
-  template <typename T>
-  using Attribute = platform::Attribute<T>;
+  template <typename T, typename Form = platform::AttributeForm<T>>
+  using Attribute = platform::Attribute<T, Form>;
 
   [[nodiscard]] static std::shared_ptr<platform::NSManagedObject> makeObject();
   inline static platform::NSEntityDescription description{
       std::string(platform::entityName<TaskEntity>()), &makeObject};
 
-  inline static const platform::IdentifierAttribute uniqueId{description, "uniqueId"};  ///< Id.
+  inline static const Attribute<std::optional<UniqueID>> uniqueId{description, "uniqueId"};
   inline static const Attribute<Text> title{description, "title"};
-  inline static const Attribute<Text> status{description, "status"};  ///< Of `TaskStatus`.
+  inline static const Attribute<std::optional<TaskStatus>> status{description, "status"};
   /// When `status` last changed.
   inline static const Attribute<std::optional<Date>> statusDate{description, "statusDate"};
   inline static const Attribute<std::optional<Date>> created{description, "created"};
-  inline static const Attribute<Text> createdTimeZone{description, "createdTimeZone"};  ///< Zone.
+  inline static const Attribute<std::optional<TimeZone>> createdTimeZone{description,
+                                                                         "createdTimeZone"};
   /// The zone that the task is pinned to; absent for the device's.
-  inline static const Attribute<Text> currentTimeZoneOverride{description,
-                                                              "currentTimeZoneOverride"};
-  inline static const Attribute<Text> colorInfo{description, "colorInfo"};
-  inline static const Attribute<Text> imageName{description, "imageName"};
+  inline static const Attribute<std::optional<TimeZone>> currentTimeZoneOverride{
+      description, "currentTimeZoneOverride"};
+  inline static const Attribute<std::optional<OxCodableColor>> colorInfo{description, "colorInfo"};
+  inline static const Attribute<std::optional<IconDisplayRepresentation>> imageName{description,
+                                                                                    "imageName"};
   inline static const Attribute<std::int16_t> displayOrder{description, "displayOrder"};
 
   // The automatic type; see `StoredAutomaticTaskType`.
@@ -64,21 +65,24 @@ struct TaskAttributes {
   inline static const Attribute<Text> typeSpeed{description, "typeSpeed"};
 
   // The frequency. A new task is due every day.
-  inline static const Attribute<std::int16_t> daysMode{description, "daysMode"};  ///< `DayMode`.
-  inline static const Attribute<std::int16_t> daysOfWeek{description, "daysOfWeek",
-                                                         DaysOfWeek::everyDay.rawValue};
+  inline static const Attribute<std::optional<DayMode>> daysMode{description, "daysMode"};
+  inline static const Attribute<std::optional<DaysOfWeek>> daysOfWeek{description, "daysOfWeek",
+                                                                      DaysOfWeek::everyDay};
   /// Completions in a period or, for `DayMode::dayInterval`, days.
   inline static const Attribute<std::int16_t> daysPerWeek{description, "daysPerWeek"};
   inline static const Attribute<std::int16_t> daysTimesPerDay{description, "daysTimesPerDay"};
-  /// Of `CalendarDayOfWeek`; anything outside 1 to 7 for the setting of all tasks.
-  inline static const Attribute<std::int16_t> firstDayOfWeekValue{description,
-                                                                  "firstDayOfWeekValue"};
-  /// A time, 86400 for midnight and 0 for the setting of all tasks.
-  inline static const Attribute<std::int32_t> startOfDayValue{description, "startOfDayValue"};
+  /// Absent for the setting of all tasks.
+  inline static const Attribute<std::optional<CalendarDayOfWeek>> firstDayOfWeekValue{
+      description, "firstDayOfWeekValue"};
+  /// Absent for the setting of all tasks.
+  inline static const Attribute<std::optional<HHMMSS>,
+                                platform::DecodedForm<HHMMSS, StoredStartOfDay>>
+      startOfDayValue{description, "startOfDayValue"};
   inline static const Attribute<bool> isNegative{description, "isNegative"};  ///< To be avoided.
 
-  /// JSON of the task's buttons.
-  inline static const Attribute<Text> customReminderType{description, "customReminderType"};
+  /// The task's buttons.
+  inline static const Attribute<std::optional<TaskExtra>> customReminderType{description,
+                                                                             "customReminderType"};
 
   // Kept for older programs and not read.
   inline static const Attribute<double> typeProgress{description, "typeProgress"};
@@ -108,7 +112,7 @@ struct TaskAttributes {
                                                                            "lastChangedDifficulty"};
   inline static const Attribute<Text> lastChangedDifficultyStatus{description,
                                                                   "lastChangedDifficultyStatus"};
-  inline static const Attribute<Text> lastChangedDifficultyTimeZone{
+  inline static const Attribute<std::optional<TimeZone>> lastChangedDifficultyTimeZone{
       description, "lastChangedDifficultyTimeZone"};
 
   // What a task owns goes with it.

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/EntityClass.h"
-#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
-#include "OxKit/OxCodableColor.h"
+#include "Tasks/Columns/StoredForms.h"
 
 namespace velloro {
 
@@ -12,14 +11,12 @@ class TaskEntity;
 class TaskCategoryEntity : public EntityClass<TaskCategoryEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskCategoryEntity>();
-  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
+  inline static const Attribute<std::optional<UniqueID>> uniqueId{description, "uniqueId"};
   inline static const Attribute<std::optional<std::string>> title{description, "title"};
-  inline static const Attribute<std::optional<std::string>> iconName{description, "iconName"};
-  inline static const Attribute<std::optional<std::string>> colorInfo{description, "colorInfo"};
+  inline static const Attribute<std::optional<IconDisplayRepresentation>> iconName{description,
+                                                                                   "iconName"};
+  inline static const Attribute<std::optional<OxCodableColor>> colorInfo{description, "colorInfo"};
   inline static const ToMany<TaskEntity> tasks{description, "tasks", "taskCategories"};
-
-  [[nodiscard]] std::optional<IconDisplayRepresentation> displayRepresentation() const;
-  [[nodiscard]] std::optional<OxCodableColor> color() const;
 };
 
 }  // namespace velloro

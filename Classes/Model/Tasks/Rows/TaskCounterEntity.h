@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/EntityClass.h"
-#include "OxKit/Platform.h"
+#include "Tasks/Columns/StoredForms.h"
 
 namespace velloro {
 
@@ -11,9 +11,9 @@ class TaskEntity;
 class TaskCounterEntity : public EntityClass<TaskCounterEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskCounterEntity>();
-  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
+  inline static const Attribute<std::optional<UniqueID>> uniqueId{description, "uniqueId"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskCounter"};
-  inline static const Attribute<std::int32_t> entryDate{description, "entryDate"};  ///< Day.
+  inline static const Attribute<std::optional<YYYYMMDD>> entryDate{description, "entryDate"};
   inline static const Attribute<std::int16_t> quantity{description, "quantity"};
   inline static const Attribute<std::optional<std::string>> status{description, "status"};
   inline static const Attribute<std::optional<Date>> createdTimestamp{description,

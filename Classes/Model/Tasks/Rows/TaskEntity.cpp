@@ -1,13 +1,10 @@
 #include "Tasks/Rows/TaskEntity.h"
 
-#include "Foundation/Coding/JSON.h"
 #include "Settings/Settings.h"
 #include "Tasks/Columns/StoredAutomaticTaskType.h"
-#include "Tasks/Columns/StoredValues.h"
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 #include "Tasks/Rows/UserProfileEntity.h"
-#include "VelloroBackup/VelloroJSONBackupTaskExtra.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 
 #include <algorithm>
@@ -18,8 +15,6 @@ namespace {
 
 using Columns = TaskAttributes;
 using ButtonType = TaskExtra::ActionButtonType;
-
-constexpr std::int64_t secondsPerDay = 86400;
 
 /// The column holds 16 bits; a count beyond them is none that anyone chose.
 std::int16_t columnOf(std::int64_t number) {
@@ -77,6 +72,13 @@ constexpr HealthType typedInTypes[] = {HealthType::recordWeight,
                                        HealthType::recordBodyFatPercentage,
                                        HealthType::recordOxygenSaturation};
 
+StoredAutomaticTaskType storedType(const TaskEntity& task) {
+  return {.typeName = task.value(Columns::typeName),
+          .typeTarget = task.value(Columns::typeTarget),
+          .typeUnit = task.value(Columns::typeUnit),
+          .typeSpeed = task.value(Columns::typeSpeed)};
+}
+
 ButtonType defaultButton(const std::optional<AutomaticTaskType>& type) {
   if (!type) return ButtonType::noAction;
   if (type->isTimed()) return ButtonType::timer;
@@ -93,15 +95,15 @@ std::shared_ptr<NSManagedObject> TaskAttributes::makeObject() {
 }
 
 std::optional<UniqueID> TaskEntity::taskUniqueId() const {
-  return storedUniqueID(text(Columns::uniqueId));
+  return value(Columns::uniqueId);
 }
 
 TaskStatus TaskEntity::taskStatus() const {
-  return enumValue<TaskStatus>(Columns::status).value_or(defaultStatus);
+  return value(Columns::status).value_or(defaultStatus);
 }
 
 bool TaskEntity::setTaskStatus(TaskStatus status) {
-  if (!writeValue(Columns::status, std::string(rawValue(status)))) return false;
+  if (!writeValue(Columns::status, status)) return false;
   setValue(Columns::statusDate, Date::now());
   return true;
 }
@@ -116,11 +118,11 @@ bool TaskEntity::setTaskDisplayOrder(const TaskDisplayOrder& order) {
 
 std::optional<UniqueID> TaskEntity::userProfileID() const {
   const auto profile = value(Columns::userProfile);
-  return profile ? storedUniqueID(profile->text(UserProfileEntity::uniqueId)) : std::nullopt;
+  return profile ? profile->value(UserProfileEntity::uniqueId) : std::nullopt;
 }
 
 std::optional<IconDisplayRepresentation> TaskEntity::displayRepresentation() const {
-  return storedIcon(text(Columns::imageName));
+  return value(Columns::imageName);
 }
 
 std::optional<IconVisualRepresentation> TaskEntity::visualRepresentation() const {
@@ -129,33 +131,28 @@ std::optional<IconVisualRepresentation> TaskEntity::visualRepresentation() const
 }
 
 bool TaskEntity::setDisplayRepresentation(const IconDisplayRepresentation& displayRepresentation) {
-  return writeValue(Columns::imageName, displayRepresentation.coreDataStringRepresentation());
+  return replaceValue(Columns::imageName, displayRepresentation);
 }
 
 std::optional<OxCodableColor> TaskEntity::taskColor() const {
-  return storedColor(text(Columns::colorInfo));
+  return value(Columns::colorInfo);
 }
 
 bool TaskEntity::setTaskColor(const std::optional<OxCodableColor>& color) {
-  return writeValue(Columns::colorInfo,
-                    color ? std::optional(color->toSpaceSeparated()) : std::nullopt);
+  return replaceValue(Columns::colorInfo, color);
 }
 
 HHMMSS TaskEntity::startOfDay() const {
-  const std::int64_t stored = value(Columns::startOfDayValue);
-  const auto own = stored >= 1 ? HHMMSS::fromIntValue(stored % secondsPerDay) : std::nullopt;
+  const auto own = value(Columns::startOfDayValue);
   return own ? *own : Settings::shared().startOfDay();
 }
 
 bool TaskEntity::setStartOfDay(const std::optional<HHMMSS>& startOfDay) {
-  const std::int64_t seconds = !startOfDay                ? 0
-                               : startOfDay->isMidnight() ? secondsPerDay
-                                                          : startOfDay->intValue();
-  return writeValue(Columns::startOfDayValue, static_cast<std::int32_t>(seconds));
+  return replaceValue(Columns::startOfDayValue, startOfDay);
 }
 
 DayOfWeek TaskEntity::firstDayOfWeek() const {
-  const auto own = fromRawValue<CalendarDayOfWeek>(value(Columns::firstDayOfWeekValue));
+  const auto own = value(Columns::firstDayOfWeekValue);
   if (own && (usesFirstDayOfWeek(frequency().dayMode) ||
               taskShareStatus() == TaskShareStatus::isSharedWithMe)) {
     return dayOfWeek(*own);
@@ -164,23 +161,21 @@ DayOfWeek TaskEntity::firstDayOfWeek() const {
 }
 
 bool TaskEntity::setFirstDayOfWeek(std::optional<DayOfWeek> firstDayOfWeek) {
-  const auto raw = firstDayOfWeek ? rawValue(calendarDayOfWeek(*firstDayOfWeek)) : 0;
-  return writeValue(Columns::firstDayOfWeekValue, columnOf(raw));
+  return replaceValue(Columns::firstDayOfWeekValue, firstDayOfWeek.transform(calendarDayOfWeek));
 }
 
 TimeZone TaskEntity::taskCurrentTimeZone() const {
-  const auto pinned = storedTimeZone(text(Columns::currentTimeZoneOverride));
+  const auto pinned = value(Columns::currentTimeZoneOverride);
   return pinned ? *pinned : TimeZone::current();
 }
 
 TaskFrequency TaskEntity::frequency() const {
   const auto type = automaticTaskType();
-  const DayMode mode =
-      fromRawValue<DayMode>(value(Columns::daysMode)).value_or(DayMode::specificDaysOfWeek);
+  const DayMode mode = value(Columns::daysMode).value_or(DayMode::specificDaysOfWeek);
   const std::int64_t daysPerWeek = value(Columns::daysPerWeek);
   TaskFrequency frequency{
       .dayMode = mode,
-      .days = DaysOfWeek(value(Columns::daysOfWeek)).daysOfWeek(),
+      .days = value(Columns::daysOfWeek).value_or(DaysOfWeek()).daysOfWeek(),
       .numPartialCompletions = clamped(value(Columns::daysTimesPerDay), partialLimits(type, mode)),
       .numCompletions = clamped(daysPerWeek, completionLimits(mode)),
       .dayInterval = clamped(daysPerWeek, {TaskFrequency::dailyCompletionMinIntervalDays,
@@ -194,8 +189,8 @@ TaskFrequency TaskEntity::frequency() const {
 
 bool TaskEntity::setFrequency(const TaskFrequency& frequency) {
   const DayMode mode = frequency.dayMode;
-  bool wrote = writeValue(Columns::daysMode, columnOf(rawValue(mode)));
-  wrote |= writeValue(Columns::daysOfWeek, daysOfWeek(frequency.days).rawValue);
+  bool wrote = writeValue(Columns::daysMode, mode);
+  wrote |= writeValue(Columns::daysOfWeek, daysOfWeek(frequency.days));
   wrote |= writeValue(Columns::daysTimesPerDay, columnOf(frequency.numPartialCompletions));
   if (mode == DayMode::dayInterval) {
     wrote |= writeValue(Columns::daysPerWeek, columnOf(frequency.dayInterval));
@@ -209,11 +204,7 @@ std::optional<AutomaticTaskType> TaskEntity::automaticTaskType() const {
   if (text(Columns::typeName) == nullptr && text(Columns::typeSpeed) == nullptr) {
     return std::nullopt;
   }
-  return StoredAutomaticTaskType{.typeName = value(Columns::typeName),
-                                 .typeTarget = value(Columns::typeTarget),
-                                 .typeUnit = value(Columns::typeUnit),
-                                 .typeSpeed = value(Columns::typeSpeed)}
-      .automaticTaskType();
+  return storedType(*this).automaticTaskType();
 }
 
 bool TaskEntity::setAutomaticTaskType(const std::optional<AutomaticTaskType>& type) {
@@ -226,31 +217,29 @@ bool TaskEntity::setAutomaticTaskType(const std::optional<AutomaticTaskType>& ty
 }
 
 TaskExtra TaskEntity::taskExtra() const {
-  const auto stored =
-      storedJSON<VelloroJSONBackupTaskExtra>(text(Columns::customReminderType), DateForm::iso8601);
-  if (stored) return stored->taskExtra();
+  if (auto chosen = value(Columns::customReminderType)) return *std::move(chosen);
   return {.uncheckedActionButton = {.type = defaultButton(automaticTaskType())}};
 }
 
 bool TaskEntity::setTaskExtra(const TaskExtra& extra) {
-  return writeValue(Columns::customReminderType,
-                    JSONEncoder{.dateForm = DateForm::iso8601}.encode(codableTaskExtra(extra)));
+  return replaceValue(Columns::customReminderType, extra);
 }
 
 TaskShareStatus TaskEntity::taskShareStatus() const {
   using enum TaskShareEntity::ShareStatus;
   const auto share = value(Columns::taskShare);
   if (share == nullptr) return TaskShareStatus::notShared;
-  const auto status = share->shareStatus();
+  const auto status = share->value(TaskShareEntity::status);
   const bool isAnothers = status == externalTask || status == externalTaskNoLongerShared;
   return isAnothers ? TaskShareStatus::isSharedWithMe : TaskShareStatus::isSharedWithOthers;
 }
 
 std::int64_t TaskEntity::shareParticipantCount() const {
   const auto share = value(Columns::taskShare);
-  if (share == nullptr) return 0;
-  return std::ranges::count(share->participants(),
-                            SharedTaskParticipant::AcceptanceStatus::accepted,
+  const auto participants =
+      share != nullptr ? share->value(TaskShareEntity::participantsJson) : std::nullopt;
+  if (!participants) return 0;
+  return std::ranges::count(*participants, SharedTaskParticipant::AcceptanceStatus::accepted,
                             &SharedTaskParticipant::acceptanceStatus);
 }
 
@@ -260,6 +249,17 @@ Date TaskEntity::lastUpdated() const {
   const auto ofLog = derived ? derived->value(TaskTemporalDataEntity::lastUpdated) : std::nullopt;
   const auto latest = std::max(ofStatus, ofLog);  // absent comes before any date
   return latest ? *latest : Date::now();
+}
+
+bool TaskEntity::canRead(std::size_t slot) const {
+  const auto holdsNothing = [&](const auto& column) { return value(column).value_or("").empty(); };
+  if (slot == Columns::typeName.slot()) {
+    return holdsNothing(Columns::typeName) ||
+           (storedType(*this).canReadName() && automaticTaskType());
+  }
+  if (slot == Columns::typeUnit.slot()) return storedType(*this).canReadUnit();
+  if (slot == Columns::typeSpeed.slot()) return storedType(*this).canReadSpeed();
+  return NSManagedObject::canRead(slot);
 }
 
 }  // namespace velloro

@@ -193,6 +193,9 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
 
   [[nodiscard]] Date lastUpdated() const override;
 
+  /// The columns of the automatic type are read together.
+  [[nodiscard]] bool canRead(std::size_t slot) const override;
+
  private:
   [[nodiscard]] TaskFrequencyPeriod period(Date date) const;
   [[nodiscard]] TaskStanding standing() const;

@@ -1,7 +1,5 @@
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 
-#include "Tasks/Columns/StoredValues.h"
-
 namespace velloro {
 
 bool TaskLogEntryEntity::isTemporary() const {
@@ -9,23 +7,20 @@ bool TaskLogEntryEntity::isTemporary() const {
   return stored != nullptr && *stored == temporaryRecordIdentifier;
 }
 
-std::optional<UniqueID> TaskLogEntryEntity::entryUniqueId() const {
-  return storedUniqueID(text(uniqueId));
-}
-
-std::optional<TaskLogEntryType> TaskLogEntryEntity::logEntryType() const {
-  return fromRawValue<TaskLogEntryType>(value(entryType));
-}
-
 std::optional<TaskLogEntryPeriod> TaskLogEntryEntity::period() const {
-  return TaskLogEntryPeriod::fromStored(
-      enumValue<TaskFrequencyPeriodType>(entryPeriodType), YYYYMMDD::fromIntValue(value(entryDate)),
-      YYYYMMDD::fromIntValue(value(entryPeriodFrom)), YYYYMMDD::fromIntValue(value(entryPeriodTo)));
+  return TaskLogEntryPeriod::fromStored(value(entryPeriodType), value(entryDate),
+                                        value(entryPeriodFrom), value(entryPeriodTo));
 }
 
 TimeZone TaskLogEntryEntity::timeZone(std::optional<TimeZone> otherwise) const {
-  if (const auto own = storedTimeZone(text(createdTimeZone))) return *own;
+  if (const auto own = value(createdTimeZone)) return *own;
   return otherwise ? *otherwise : TimeZone::current();
+}
+
+bool TaskLogEntryEntity::canRead(std::size_t slot) const {
+  if (slot == entryDate.slot()) return value(entryDate).has_value();
+  if (slot == cloudStatus.slot()) return isTemporary() || value(cloudStatus).value_or("").empty();
+  return NSManagedObject::canRead(slot);
 }
 
 }  // namespace velloro

@@ -2,7 +2,7 @@
 
 #include "CoreData/Model/EntityClass.h"
 #include "Foundation/Coding/RawValue.h"
-#include "OxKit/UniqueID.h"
+#include "Tasks/Columns/StoredForms.h"
 #include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
 #include <cstdint>
@@ -24,27 +24,24 @@ class TaskNoteEntity : public EntityClass<TaskNoteEntity> {
   struct Request;
 
   inline static auto description = NSEntityDescription::of<TaskNoteEntity>();
-  inline static const IdentifierAttribute uniqueId{description, "uniqueId"};
+  inline static const Attribute<std::optional<UniqueID>> uniqueId{description, "uniqueId"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskNote"};
   /// A note with an empty text counts as none.
   inline static const Attribute<std::optional<std::string>> content{description, "content"};
-  /// A day; 0 for a note of no day.
-  inline static const Attribute<std::int32_t> noteDate{description, "noteDate"};
-  inline static const Attribute<std::optional<std::string>> status{description, "status"};
+  /// Absent for a note of no day.
+  inline static const Attribute<std::optional<YYYYMMDD>> noteDate{description, "noteDate"};
+  inline static const Attribute<std::optional<TaskNoteStatus>> status{description, "status"};
   inline static const Attribute<std::optional<Date>> createdTimestamp{description,
                                                                       "createdTimestamp"};
-  inline static const Attribute<std::optional<std::string>> createdTimeZone{description,
-                                                                            "createdTimeZone"};
+  inline static const Attribute<std::optional<TimeZone>> createdTimeZone{description,
+                                                                         "createdTimeZone"};
   inline static const Attribute<std::int16_t> displayOrder{description, "displayOrder"};
   inline static const Attribute<std::optional<std::string>> sentiment{description, "sentiment"};
   inline static const Attribute<double> associatedValue{description, "associatedValue"};
   inline static const Attribute<std::optional<Data>> jsonExtra{description, "jsonExtra"};
 
-  /// Absent when the stored text is no identifier.
-  [[nodiscard]] std::optional<UniqueID> noteUniqueId() const;
   /// Absent for no text and for an empty one; a blank is a text.
   [[nodiscard]] std::optional<std::string> noteContent() const;
-  [[nodiscard]] std::optional<TaskNoteStatus> noteStatus() const;
   /// Absent without an identifier or a text.
   [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> snapshot() const;
 };

@@ -1,40 +1,11 @@
 #include "Tasks/Rows/TaskNotificationRemindersEntity.h"
 
-#include "Foundation/Coding/JSON.h"
-#include "Tasks/Columns/StoredValues.h"
-
-#include <algorithm>
-
 namespace velloro {
 
 using Trigger = TaskReminder::Trigger;
 using Type = TaskReminder::TriggerType;
 
 namespace {
-
-std::optional<TaskReminder::DayIndexes> dayIndexes(const std::string* stored) {
-  if (stored == nullptr) return std::nullopt;
-  TaskReminder::DayIndexes indexes;
-  for (const std::string_view part : nonEmptyParts(*stored, ',')) {
-    if (const auto index = storedInteger(part)) indexes.insert(*index);
-  }
-  return indexes;
-}
-
-std::optional<std::string> indexesText(const std::optional<TaskReminder::DayIndexes>& indexes) {
-  if (!indexes) return std::nullopt;
-  std::string joined;
-  for (const std::int64_t index : *indexes) {
-    joined += (joined.empty() ? "" : ",") + std::to_string(index);
-  }
-  return joined;
-}
-
-/// A day or a time as its column has it.
-template <typename T>
-std::optional<std::int32_t> number(const std::optional<T>& value) {
-  return value ? std::optional(static_cast<std::int32_t>(value->intValue())) : std::nullopt;
-}
 
 /// The trigger with what its type needs and nothing besides; absent when that is not there.
 std::optional<Trigger> withWhatItNeeds(Trigger trigger) {
@@ -50,32 +21,27 @@ std::optional<Trigger> withWhatItNeeds(Trigger trigger) {
 
 }  // namespace
 
-bool TaskNotificationRemindersEntity::canReadDayIndexes(const std::string& stored) {
-  return std::ranges::all_of(nonEmptyParts(stored, ','),
-                             [](std::string_view part) { return storedInteger(part).has_value(); });
-}
-
 std::optional<TaskReminder> TaskNotificationRemindersEntity::reminder() const {
-  const auto id = storedUniqueID(text(uniqueId));
+  const auto id = value(uniqueId);
   const auto days = value(daysOfWeek);
   auto what = trigger();
   if (!id || !days || !what) return std::nullopt;
   return TaskReminder{.uniqueId = *id,
-                      .timeZone = enumValue<NotificationTimeZone>(timeZone),
+                      .timeZone = value(timeZone),
                       .trigger = *std::move(what),
-                      .daysOfWeek = DaysOfWeek(*days).daysOfWeek(),
-                      .dayIndexesFromStart = dayIndexes(text(daysFromStart)),
-                      .dayIndexesFromFinish = dayIndexes(text(daysFromFinish)),
-                      .snoozeTime = storedTime(value(snoozeTime)),
-                      .snoozeDate = storedDay(value(snoozeDate)),
-                      .snoozeTimeZone = enumValue<NotificationTimeZone>(snoozeTimeZone),
-                      .sound = enumValue<SoundEffect>(sound)};
+                      .daysOfWeek = days->daysOfWeek(),
+                      .dayIndexesFromStart = value(daysFromStart),
+                      .dayIndexesFromFinish = value(daysFromFinish),
+                      .snoozeTime = value(snoozeTime),
+                      .snoozeDate = value(snoozeDate),
+                      .snoozeTimeZone = value(snoozeTimeZone),
+                      .sound = value(sound)};
 }
 
 std::optional<Trigger> TaskNotificationRemindersEntity::trigger() const {
-  return withWhatItNeeds({.type = enumValue<Type>(reminderType).value_or(Type::timeOfDay),
-                          .timeOfDay = storedTime(value(timeOfDay)),
-                          .region = storedJSON<TriggerRegion>(value(region)),
+  return withWhatItNeeds({.type = value(reminderType).value_or(Type::timeOfDay),
+                          .timeOfDay = value(timeOfDay),
+                          .region = value(region),
                           .duration = value(duration)});
 }
 
@@ -93,20 +59,24 @@ std::optional<TaskReminder> TaskNotificationRemindersEntity::asStored(
 void TaskNotificationRemindersEntity::setReminder(const TaskReminder& reminder,
                                                   const UniqueID& id) {
   const Trigger& trigger = reminder.trigger;
-  writeValue(uniqueId, id.stringValue());
-  writeEnum<Type>(reminderType, trigger.type);
-  writeValue(timeOfDay, number(trigger.timeOfDay));
-  writeValue(daysOfWeek, velloro::daysOfWeek(reminder.daysOfWeek).rawValue);
-  writeValue(daysFromStart, indexesText(reminder.dayIndexesFromStart));
-  writeValue(daysFromFinish, indexesText(reminder.dayIndexesFromFinish));
-  writeValue(region, trigger.region ? std::optional(Data(JSONEncoder{}.encode(*trigger.region)))
-                                    : std::nullopt);
+  writeValue(uniqueId, id);
+  writeValue(reminderType, trigger.type);
+  writeValue(timeOfDay, trigger.timeOfDay);
+  writeValue(daysOfWeek, velloro::daysOfWeek(reminder.daysOfWeek));
+  writeValue(daysFromStart, reminder.dayIndexesFromStart);
+  writeValue(daysFromFinish, reminder.dayIndexesFromFinish);
+  writeValue(region, trigger.region);
   writeValue(duration, trigger.duration);
-  writeEnum(sound, reminder.sound);
-  writeEnum(timeZone, reminder.timeZone);
-  writeEnum(snoozeTimeZone, reminder.snoozeTimeZone);
-  writeValue(snoozeDate, number(reminder.snoozeDate));
-  writeValue(snoozeTime, number(reminder.snoozeTime));
+  writeValue(sound, reminder.sound);
+  writeValue(timeZone, reminder.timeZone);
+  writeValue(snoozeTimeZone, reminder.snoozeTimeZone);
+  writeValue(snoozeDate, reminder.snoozeDate);
+  writeValue(snoozeTime, reminder.snoozeTime);
+}
+
+bool TaskNotificationRemindersEntity::canRead(std::size_t slot) const {
+  if (!NSManagedObject::canRead(slot)) return false;
+  return slot != reminderType.slot() || !value(reminderType) || reminder();
 }
 
 }  // namespace velloro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/EntityClass.h"
+#include "Tasks/Columns/StoredForms.h"
 #include "VelloroCore/Reminders/TaskNotificationSettings.h"
 
 namespace velloro {
@@ -14,18 +15,23 @@ class TaskNotificationSettingsEntity : public EntityClass<TaskNotificationSettin
   using Text = std::optional<std::string>;
 
   inline static auto description = NSEntityDescription::of<TaskNotificationSettingsEntity>();
-  // Texts are raw values of the enumerations in `TaskNotificationSettings`.
-  inline static const Attribute<Text> reminderType{description, "reminderType"};
-  inline static const Attribute<Text> badgeMode{description, "badgeMode"};
-  inline static const Attribute<std::optional<std::int32_t>> badgeFrom{description, "badgeFrom"};
-  inline static const Attribute<std::optional<std::int32_t>> badgeTo{description, "badgeTo"};
-  inline static const Attribute<Text> badgeTimeZone{description, "badgeTimeZone"};
+  inline static const Attribute<std::optional<ReminderType>> reminderType{description,
+                                                                          "reminderType"};
+  inline static const Attribute<std::optional<BadgeMode>> badgeMode{description, "badgeMode"};
+  inline static const BoxedAttribute<HHMMSS> badgeFrom{description, "badgeFrom"};
+  inline static const BoxedAttribute<HHMMSS> badgeTo{description, "badgeTo"};
+  inline static const Attribute<std::optional<NotificationTimeZone>> badgeTimeZone{description,
+                                                                                   "badgeTimeZone"};
   inline static const Attribute<std::optional<std::int64_t>> maxReminders{description,
                                                                           "maxReminders"};
-  inline static const Attribute<Text> soundCompletion{description, "soundCompletion"};
-  inline static const Attribute<Text> soundPartialCompletion{description, "soundPartialCompletion"};
-  inline static const Attribute<Text> soundReminder{description, "soundReminder"};
-  inline static const Attribute<Text> soundTimerNotification{description, "soundTimerNotification"};
+  inline static const Attribute<std::optional<SoundEffect>> soundCompletion{description,
+                                                                            "soundCompletion"};
+  inline static const Attribute<std::optional<SoundEffect>> soundPartialCompletion{
+      description, "soundPartialCompletion"};
+  inline static const Attribute<std::optional<SoundEffect>> soundReminder{description,
+                                                                          "soundReminder"};
+  inline static const Attribute<std::optional<SoundEffect>> soundTimerNotification{
+      description, "soundTimerNotification"};
   inline static const Attribute<bool> completedNotification{description, "completedNotification"};
   inline static const Attribute<bool> partiallyCompletedNotification{
       description, "partiallyCompletedNotification"};
@@ -37,8 +43,8 @@ class TaskNotificationSettingsEntity : public EntityClass<TaskNotificationSettin
       description, "partiallyCompletedNotificationIsTimeSensitive"};
   inline static const Attribute<bool> timerNotificationsAreTimeSensitive{
       description, "timerNotificationsAreTimeSensitive"};
-  inline static const Attribute<Text> liveActivityDisplayMode{description,
-                                                              "liveActivityDisplayMode"};
+  inline static const Attribute<std::optional<LiveActivityDisplayMode>> liveActivityDisplayMode{
+      description, "liveActivityDisplayMode"};
   /// When the row last changed.
   inline static const Attribute<std::optional<Date>> lastUpdated{description, "lastUpdated"};
   // Kept for older programs and not read.

@@ -2,6 +2,7 @@
 
 #include "CoreData/Model/EntityClass.h"
 #include "Foundation/Coding/RawValue.h"
+#include "Tasks/Columns/StoredForms.h"
 #include "VelloroTaskShare/SharedTaskParticipant.h"
 #include "VelloroTaskShare/TaskCloudSummary.h"
 
@@ -12,19 +13,28 @@ namespace velloro {
 class TaskEntity;
 class TaskShareOwnerEntity;
 
+/// `TaskShareEntity::ShareStatus`.
+enum class TaskShareRowStatus : std::uint8_t {
+  localTask,                   ///< One's own, shared with others.
+  externalTask,                ///< Another's, shared with this user.
+  externalTaskNoLongerShared,  ///< The same, after the other has withdrawn it.
+};
+
+constexpr auto rawValues(std::type_identity<TaskShareRowStatus>) {
+  using enum TaskShareRowStatus;
+  return rawTexts<TaskShareRowStatus>(
+      {{localTask, "L"}, {externalTask, "E"}, {externalTaskNoLongerShared, "X"}});
+}
+
 /// What is known of a task's sharing. One row a shared task.
 class TaskShareEntity : public EntityClass<TaskShareEntity> {
  public:
   using Text = std::optional<std::string>;
-
-  enum class ShareStatus : std::uint8_t {
-    localTask,                   ///< One's own, shared with others.
-    externalTask,                ///< Another's, shared with this user.
-    externalTaskNoLongerShared,  ///< The same, after the other has withdrawn it.
-  };
+  using ShareStatus = TaskShareRowStatus;
+  using Participants = std::vector<SharedTaskParticipant>;
 
   inline static auto description = NSEntityDescription::of<TaskShareEntity>();
-  inline static const Attribute<Text> status{description, "status"};  ///< Of `ShareStatus`.
+  inline static const Attribute<std::optional<ShareStatus>> status{description, "status"};
   /// When `status` last changed.
   inline static const Attribute<std::optional<Date>> statusUpdated{description, "statusUpdated"};
   // The cloud record of the task, and its share.
@@ -38,9 +48,8 @@ class TaskShareEntity : public EntityClass<TaskShareEntity> {
   // The cloud's last error.
   inline static const Attribute<Text> ckError{description, "ckError"};
   inline static const Attribute<std::optional<Date>> ckErrorUpdated{description, "ckErrorUpdated"};
-  /// JSON of a list of `SharedTaskParticipant`.
-  inline static const Attribute<std::optional<Data>> participantsJson{description,
-                                                                      "participantsJson"};
+  inline static const Attribute<std::optional<Participants>> participantsJson{description,
+                                                                              "participantsJson"};
   inline static const TransformableAttribute<TaskCloudSummaryCoreDataContainer> summaryJson{
       description, "summaryJson", "TaskCloudSummaryValueTransformer"};
   /// The summary's `summaryHash`.
@@ -51,18 +60,6 @@ class TaskShareEntity : public EntityClass<TaskShareEntity> {
                                                                         "summaryJsonUpdated"};
   inline static const ToOne<TaskShareOwnerEntity> owner{description, "owner", "taskShare"};
   inline static const ToOne<TaskEntity> task{description, "task", "taskShare"};
-
-  [[nodiscard]] std::optional<ShareStatus> shareStatus() const;
-  /// Empty when the list can't be read.
-  [[nodiscard]] std::vector<SharedTaskParticipant> participants() const;
-  /// Absent when there is none, or it can't be read.
-  [[nodiscard]] std::optional<TaskCloudSummary> summary() const;
 };
-
-constexpr auto rawValues(std::type_identity<TaskShareEntity::ShareStatus>) {
-  using enum TaskShareEntity::ShareStatus;
-  return rawTexts<TaskShareEntity::ShareStatus>(
-      {{localTask, "L"}, {externalTask, "E"}, {externalTaskNoLongerShared, "X"}});
-}
 
 }  // namespace velloro

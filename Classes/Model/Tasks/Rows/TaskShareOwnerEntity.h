@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/EntityClass.h"
-#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
+#include "Tasks/Columns/StoredForms.h"
 
 namespace velloro {
 
@@ -26,7 +26,8 @@ class TaskShareOwnerEntity : public EntityClass<TaskShareOwnerEntity> {
   inline static const Attribute<Text> cnPropertyLabel{description, "cnPropertyLabel"};
   inline static const Attribute<Text> cnPropertyType{description, "cnPropertyType"};
   inline static const Attribute<Text> cnPropertyValue{description, "cnPropertyValue"};
-  inline static const Attribute<Text> imageName{description, "imageName"};
+  inline static const Attribute<std::optional<IconDisplayRepresentation>> imageName{description,
+                                                                                    "imageName"};
   inline static const Attribute<Text> cloudStatus{description, "cloudStatus"};
   inline static const Attribute<std::optional<Date>> cloudStatusDate{description,
                                                                      "cloudStatusDate"};
@@ -34,7 +35,6 @@ class TaskShareOwnerEntity : public EntityClass<TaskShareOwnerEntity> {
 
   /// The contact's name, else the one that the cloud knows; absent when there is neither.
   [[nodiscard]] std::optional<std::string> displayName() const;
-  [[nodiscard]] std::optional<IconDisplayRepresentation> displayRepresentation() const;
 };
 
 }  // namespace velloro

@@ -1,4 +1,3 @@
-#include "Tasks/Columns/StoredValues.h"
 #include "Tasks/Rows/TaskCategoryEntity.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
@@ -54,7 +53,7 @@ void addCounts(ComplicationTaskSnapshot& snapshot, const TaskEntity& task,
 std::optional<ComplicationSnapshotDisplayRepresentation>
 TaskEntity::shareOwnerDisplayRepresentation() const {
   const auto owner = shareOwner(*this);
-  return owner ? snapshotOf(owner->displayRepresentation()) : std::nullopt;
+  return owner ? snapshotOf(owner->value(TaskShareOwnerEntity::imageName)) : std::nullopt;
 }
 
 std::optional<NotificationTask> TaskEntity::notificationTaskCurrentProgress(
@@ -124,7 +123,7 @@ ComplicationTaskSnapshot TaskEntity::complicationTaskSnapshot(Date date) const {
       .notes = notes(day),
       .snapshotPinnedNote = pinnedNote()};
   for (const auto& category : value(Columns::taskCategories)) {
-    const auto id = storedUniqueID(category->text(TaskCategoryEntity::uniqueId));
+    const auto id = category->value(TaskCategoryEntity::uniqueId);
     if (id) snapshot.categoryIDs.insert(*id);
   }
   addCounts(snapshot, *this, period(date));

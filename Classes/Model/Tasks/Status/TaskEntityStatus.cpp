@@ -1,6 +1,5 @@
 #include "Foundation/Text/String.h"
 #include "Settings/SavedActivityRings.h"
-#include "Tasks/Columns/StoredValues.h"
 #include "Tasks/Log/StoredLog.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
@@ -25,9 +24,8 @@ namespace {
 /// Absent for a row that lacks what a timer needs.
 std::optional<RunningTimer> runningTimer(const TaskTimerEntity& timer, DayOfWeek firstDayOfWeek) {
   const auto period = TaskLogEntryPeriod::fromStored(
-      timer.enumValue<TaskFrequencyPeriodType>(Timer::entryPeriodType),
-      storedDay(timer.value(Timer::entryDate)), storedDay(timer.value(Timer::entryPeriodFrom)),
-      storedDay(timer.value(Timer::entryPeriodTo)));
+      timer.value(Timer::entryPeriodType), timer.value(Timer::entryDate),
+      timer.value(Timer::entryPeriodFrom), timer.value(Timer::entryPeriodTo));
   const auto start = timer.value(Timer::start);
   if (!period || !start) return std::nullopt;
   const Date now = Date::now();
@@ -89,11 +87,11 @@ TaskTemporalData TaskEntity::temporalData() const {
   if (row == nullptr) return {};
   return {
       .streak = StreakRecord(row->value(Temporal::activeStreak), row->value(Temporal::bestStreak)),
-      .lastCompleted = storedDay(row->value(Temporal::lastCompleted)),
-      .lastMissed = storedDay(row->value(Temporal::lastMissed)),
-      .lastSkipped = storedDay(row->value(Temporal::lastSkipped)),
+      .lastCompleted = row->value(Temporal::lastCompleted),
+      .lastMissed = row->value(Temporal::lastMissed),
+      .lastSkipped = row->value(Temporal::lastSkipped),
       .progress = row->value(Temporal::progress),
-      .progressDate = storedDay(row->value(Temporal::progressDate))};
+      .progressDate = row->value(Temporal::progressDate)};
 }
 
 TaskStanding TaskEntity::standing() const {
@@ -124,7 +122,7 @@ TaskLogRules TaskEntity::logRules() const {
 }
 
 YYYYMMDD TaskEntity::createdDay() const {
-  const auto madeIn = storedTimeZone(text(Columns::createdTimeZone));
+  const auto madeIn = value(Columns::createdTimeZone);
   return YYYYMMDD::fromDate(startOfDay(), creationDate(), madeIn.value_or(taskCurrentTimeZone()));
 }
 
@@ -187,7 +185,7 @@ std::optional<UniqueID> TaskEntity::currentUndoableEntry(
                      .maxDate = period ? std::optional(period->finishDate) : std::nullopt,
                      .fetchLimit = 1,
                      .includeStatuses = TaskLogEntryTypes::allManualTypes});
-  return entries.empty() ? std::nullopt : entries.front()->entryUniqueId();
+  return entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::uniqueId);
 }
 
 NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const {
