@@ -53,8 +53,7 @@ void mapRead(benchmark::State& state) {
 void fetchedRead(benchmark::State& state) {
   const Stored stored;
   NSManagedObjectContext& context = *stored.container->viewContext();
-  NSFetchRequest request{std::string(SettingEntity::entityName())};
-  request.setPredicate(NSPredicate::format("settingKey = %@", {readKey}));
+  const auto request = NSFetchRequest::of<SettingEntity>(SettingEntity::settingKey == readKey);
   for (auto _ : state) {
     const auto rows = context.fetch<SettingEntity>(request);
     benchmark::DoNotOptimize(rows->front()->value(SettingEntity::intValue));

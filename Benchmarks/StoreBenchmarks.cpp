@@ -1,6 +1,7 @@
 // The object store beside the same work in SQLite alone: a log of ten years in one task's order.
 
 #include "CoreData/Context/NSPersistentContainer.h"
+#include "CoreData/Model/EntityClass.h"
 #include "Foundation/Process/Environment.h"
 
 #include <filesystem>
@@ -26,7 +27,7 @@ class Owner : public NSManagedObject {
   inline static const ToMany<Entry> entries{description, "entries", "task", NSDeleteRule::cascade};
 };
 
-class Entry : public NSManagedObject {
+class Entry : public EntityClass<Entry> {
  public:
   inline static auto description = NSEntityDescription::of<Entry>();
   inline static const Attribute<std::optional<std::string>> uniqueId{description, "uniqueId"};
@@ -159,10 +160,8 @@ constexpr const char* rawFetch =
     "ORDER BY entryDate DESC, createdTimestamp DESC";
 
 NSFetchRequest logRequest(const Owner& owner) {
-  NSFetchRequest request("Entry");
-  request.setPredicate(NSPredicate::format("%K = %@", {"task", owner}));
-  request.setSortDescriptors({{"entryDate", false}, {"createdTimestamp", false}});
-  return request;
+  return NSFetchRequest::of<Entry>(Entry::task == owner,
+                                   {Entry::entryDate.descending(), Entry::created.descending()});
 }
 
 void insertRows(benchmark::State& state) {

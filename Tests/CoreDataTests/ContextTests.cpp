@@ -334,8 +334,8 @@ TEST_F(ContextTest, HistoryTellsEachSaveOnce) {
   EXPECT_EQ(all[2].author, std::nullopt);
   EXPECT_LT(all[1].timestamp, all[2].timestamp);
   auto others = NSPersistentHistoryTransaction::fetchRequest();
-  others.setPredicate(NSPredicate::format("%K != %@ AND %K != %@",
-                                          {"author", "app", "contextName", "viewContext"}));
+  using Saves = NSPersistentHistoryTransaction::Attributes;
+  others.setPredicate(Saves::author != "app" && Saves::contextName != "viewContext");
   request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(all[0].timestamp);
   EXPECT_EQ(view().execute(request)->transactions.size(), 2U);
   request.setFetchRequest(others);

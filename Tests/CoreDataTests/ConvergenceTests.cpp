@@ -13,10 +13,8 @@ using ::testing::Each;
 using ::testing::IsEmpty;
 
 template <typename T>
-std::shared_ptr<T> find(Context& context, const char* key, const char* text) {
-  NSFetchRequest request{std::string(entityName<T>())};
-  request.setPredicate(NSPredicate::format("%K = %@", {key, text}));
-  return context.fetch<T>(request).value().front();
+std::shared_ptr<T> find(Context& context, const Predicate<T>& predicate) {
+  return context.fetch<T>(NSFetchRequest::of<T>(predicate)).value().front();
 }
 
 /// Two authors with a book each, a book of nobody, two tags.
@@ -30,7 +28,7 @@ void fill(Context& context) {
   for (const char* word : {"x", "y"}) {
     context.insert<TagEntity>()->setValue(TagEntity::word, word);
   }
-  find(context, "Stray")->add(BookEntity::tags, find<TagEntity>(context, "word", "x"));
+  find(context, "Stray")->add(BookEntity::tags, find(context, TagEntity::word == "x"));
   expectSaved(context);
 }
 
@@ -38,35 +36,35 @@ void fill(Context& context) {
 using Change = void (*)(Context&);
 constexpr Change changes[] = {
     [](Context& context) {
-      context.deleteObject(*find<AuthorEntity>(context, "name", "Jane"));
+      context.deleteObject(*find(context, AuthorEntity::name == "Jane"));
       find(context, "Maria")->setValue(BookEntity::day, 1);
     },
     [](Context& context) {
       find(context, "Emma")->setValue(BookEntity::day, 2);
       find(context, "Maria")->setValue(BookEntity::copies, 2);
-      find(context, "Stray")->add(BookEntity::tags, find<TagEntity>(context, "word", "y"));
+      find(context, "Stray")->add(BookEntity::tags, find(context, TagEntity::word == "y"));
     },
     [](Context& context) {
       const auto late = newBook(context, "Late");
-      late->setValue(BookEntity::author, find<AuthorEntity>(context, "name", "Jane"));
+      late->setValue(BookEntity::author, find(context, AuthorEntity::name == "Jane"));
       const auto cover = context.insert<CoverEntity>();
       cover->setValue(CoverEntity::book, late);
       find(context, "Emma")
-          ->setValue(BookEntity::author, find<AuthorEntity>(context, "name", "Mary"));
+          ->setValue(BookEntity::author, find(context, AuthorEntity::name == "Mary"));
     },
     [](Context& context) {
       find(context, "Stray")
-          ->setValue(BookEntity::author, find<AuthorEntity>(context, "name", "Jane"));
+          ->setValue(BookEntity::author, find(context, AuthorEntity::name == "Jane"));
       find(context, "Maria")->setValue(BookEntity::rating, 3);
     },
     [](Context& context) {
-      context.deleteObject(*find<TagEntity>(context, "word", "y"));
+      context.deleteObject(*find(context, TagEntity::word == "y"));
       find(context, "Maria")->setValue(BookEntity::sequel, find(context, "Emma"));
     },
     [](Context& context) {
-      find(context, "Maria")->add(BookEntity::tags, find<TagEntity>(context, "word", "x"));
-      find(context, "Maria")->add(BookEntity::tags, find<TagEntity>(context, "word", "y"));
-      find(context, "Emma")->add(BookEntity::tags, find<TagEntity>(context, "word", "x"));
+      find(context, "Maria")->add(BookEntity::tags, find(context, TagEntity::word == "x"));
+      find(context, "Maria")->add(BookEntity::tags, find(context, TagEntity::word == "y"));
+      find(context, "Emma")->add(BookEntity::tags, find(context, TagEntity::word == "x"));
     },
 };
 constexpr std::size_t savers = std::size(changes);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Context/NSPersistentContainer.h"
+#include "CoreData/Model/EntityClass.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ class BookEntity;
 class CoverEntity;
 class TagEntity;
 
-class AuthorEntity : public NSManagedObject {
+class AuthorEntity : public EntityClass<AuthorEntity> {
  public:
   inline static auto description = NSEntityDescription::of<AuthorEntity>();
   inline static const Attribute<std::optional<std::string>> name{description, "name"};
@@ -26,7 +27,7 @@ class AuthorEntity : public NSManagedObject {
                                                NSDeleteRule::cascade};
 };
 
-class BookEntity : public NSManagedObject {
+class BookEntity : public EntityClass<BookEntity> {
  public:
   inline static auto description = NSEntityDescription::of<BookEntity>();
   inline static const Attribute<std::optional<std::string>> title{description, "title"};
@@ -50,14 +51,14 @@ class BookEntity : public NSManagedObject {
   inline static const FetchIndex byDay{description, {"author", "-day", "-bought"}};
 };
 
-class CoverEntity : public NSManagedObject {
+class CoverEntity : public EntityClass<CoverEntity> {
  public:
   inline static auto description = NSEntityDescription::of<CoverEntity>();
   inline static const Attribute<std::optional<std::string>> color{description, "color"};
   inline static const ToOne<BookEntity> book{description, "book", "cover"};
 };
 
-class TagEntity : public NSManagedObject {
+class TagEntity : public EntityClass<TagEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TagEntity>();
   inline static const Attribute<std::optional<std::string>> word{description, "word"};
@@ -121,18 +122,14 @@ inline Book newBook(Context& context, const char* title, int day = 0) {
   return book;
 }
 
-inline NSFetchRequest bookRequest(std::optional<NSPredicate> predicate = std::nullopt,
-                                  std::vector<NSSortDescriptor> order = {{"title"}}) {
-  NSFetchRequest request("Book");
-  request.setPredicate(std::move(predicate));
-  request.setSortDescriptors(std::move(order));
-  return request;
+inline NSFetchRequest bookRequest(std::optional<Predicate<BookEntity>> predicate = std::nullopt,
+                                  const std::vector<SortDescriptor<BookEntity>>& order = {
+                                      BookEntity::title.ascending()}) {
+  return NSFetchRequest::of<BookEntity>(std::move(predicate), order);
 }
 
 inline Book find(Context& context, const char* title) {
-  return context.fetch<BookEntity>(bookRequest(NSPredicate::format("title = %@", {title})))
-      .value()
-      .front();
+  return context.fetch<BookEntity>(bookRequest(BookEntity::title == title)).value().front();
 }
 
 /// Makes a store of one book.

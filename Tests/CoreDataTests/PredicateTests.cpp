@@ -55,63 +55,60 @@ struct Shelf {
 };
 
 struct Case {
-  NSPredicate predicate;
+  Predicate<BookEntity> predicate;
   const char* titles;
 };
 
+using Author = AuthorEntity;
+using B = BookEntity;
+using Cover = CoverEntity;
+using Texts = std::vector<std::string>;
+
 std::vector<Case> cases(const Shelf& shelf) {
-  const auto is = [](const char* format, const std::vector<PredicateArgument>& arguments = {}) {
-    return NSPredicate::format(format, arguments);
-  };
-  using Texts = std::vector<std::string>;
+  const auto authorName = B::author / Author::name;
+  const auto coverColor = B::cover / Cover::color;
+  const Texts redOnly{"red"};
   return {
-      {is("%K IN %@", {"title", Texts{"a", "c", "z"}}), "a c"},
-      {is("%K IN %@", {"title", std::vector<PredicateArgument>{"a", nullptr}}), "- a"},
-      {is("%K IN %@", {"title", Texts{}}), ""},
-      {is("NOT (%K IN %@)", {"title", Texts{"a"}}), "- b c"},
-      {is("year IN {1811, 1813}"), "a b"},
-      {is("%K = nil", {"title"}), "-"},
-      {is("%K != nil AND %K != %@", {"title", "title", "b"}), "a c"},
-      {is("rating != 4"), "- a c"},
-      {is("NOT rating > 4"), "- a b"},
-      {is("not (rating > 4 or day == 0)"), "a b"},
-      {is("%K = %@", {"isLent", true}), "b"},
-      {is("isLent = NO && day <> 3"), "- a"},
-      {is("%K >= %@ AND %K < %@", {"day", 1, "day", 3}), "a b"},
-      {is("%K <= 2", {"day"}), "- a b"},
-      {is("%K <= %@", {"bought", Date::sinceReferenceDate(2.5)}), "a b"},
-      {is("bought > 1.25"), "b"},
-      {is("%K BEGINSWITH %@", {"author.name", "Ja"}), "a b"},
-      {is("author.name endswith 'ry'"), "c"},
-      {is("author.name ENDSWITH ''"), "a b c"},
-      {is("author.name CONTAINS \"an\""), "a b"},
-      {is("title BEGINSWITH 'A'"), ""},
-      {is("isbn = 'AB-2'"), "b c"},
-      {is("NOT isbn != 'aB-1'"), "a"},
-      {is("%K IN %@", {"isbn", Texts{"Ab-1", "z"}}), "a"},
-      {is("isbn > 'ab-1'"), "b c"},
-      {is("isbn BEGINSWITH 'aB' AND isbn ENDSWITH 'B-2' AND isbn CONTAINS 'b-'"), "b c"},
-      {is("sequel.isbn = 'AB-2' OR ANY author.books.isbn = 'Ab-1'"), "a b"},
-      {is("%K = %@", {"author", shelf.jane}), "a b"},
-      {is("author IN %@", {std::vector{shelf.jane, shelf.mary}}), "a b c"},
-      {is("author = NULL"), "-"},
-      {is("cover != nil AND cover.color IN %@", {Texts{"red"}}), "a"},
-      {is("cover = %@", {shelf.red}), "a"},
-      {is("cover.color = nil"), "- b c"},
-      {is("sequel.author.name = author.name"), "- a"},
-      {is("sequel.title > title"), "a"},
-      {is("ANY tags IN %@", {std::vector{shelf.y}}), "a"},
-      {is("ANY tags = %@", {shelf.x}), "a b"},
-      {is("NOT (ANY tags = %@)", {shelf.y}), "- b c"},
-      {is("ANY prequels.day < 2"), "b"},
-      {is("ANY author.books.rating = 4"), "a b"},
-      {is("tags.@count > 1 OR prequels.@count = 1"), "a b"},
-      {is("author.books.@count = 2"), "a b"},
-      {is("SELF = %@", {shelf.c}), "c"},
-      {is("TRUEPREDICATE"), "- a b c"},
-      {NSCompoundPredicate::orPredicateWithSubpredicates({}), ""},
-      {NSCompoundPredicate::andPredicateWithSubpredicates({is("day > 0"), is("day < 3")}), "a b"},
-      {NSCompoundPredicate::notPredicateWithSubpredicate(is("cover.color = 'red'")), "- b c"},
+      {B::title.in(Texts{"a", "c", "z"}), "a c"},
+      {B::title.in(Texts{}), ""},
+      {!B::title.in(Texts{"a"}), "- b c"},
+      {B::year.in(std::vector{1811, 1813}), "a b"},
+      {B::title == std::nullopt, "-"},
+      {B::title != std::nullopt && B::title != "b", "a c"},
+      {B::rating != 4, "- a c"},
+      {!(B::rating > 4), "- a b"},
+      {!(B::rating > 4 || B::day == 0), "a b"},
+      {B::isLent == true, "b"},
+      {B::isLent == false && B::day != 3, "- a"},
+      {B::day >= 1 && B::day < 3, "a b"},
+      {B::day <= constant(2), "- a b"},
+      {B::bought <= Date::sinceReferenceDate(2.5), "a b"},
+      {B::weight > -1 && B::weight < 0.5, "- a b c"},
+      {authorName.beginsWith("Ja"), "a b"},
+      {authorName.beginsWith(""), "a b c"},
+      {B::title.beginsWith("A"), ""},
+      {B::isbn == "AB-2", "b c"},
+      {!(B::isbn != "aB-1"), "a"},
+      {B::isbn.in(Texts{"Ab-1", "z"}), "a"},
+      {B::isbn > "ab-1", "b c"},
+      {B::isbn.beginsWith("aB-2"), "b c"},
+      {B::sequel / B::isbn == "AB-2" || B::author / any(Author::books) / B::isbn == "Ab-1", "a b"},
+      {B::author == shelf.jane, "a b"},
+      {B::author.in(std::vector{shelf.jane, shelf.mary}), "a b c"},
+      {B::author.in(std::vector{shelf.mary, std::shared_ptr<Author>()}), "- c"},
+      {B::author == nullptr, "-"},
+      {B::cover != nullptr && coverColor.in(redOnly), "a"},
+      {B::cover == *shelf.red, "a"},
+      {coverColor == std::nullopt, "- b c"},
+      {B::sequel / B::author / Author::name == "Jane", "a"},
+      {any(B::tags).in(std::vector{shelf.y}), "a"},
+      {any(B::tags) == shelf.x, "a b"},
+      {!(any(B::tags) == shelf.y), "- b c"},
+      {any(B::prequels) / B::day < 2, "b"},
+      {B::author / any(Author::books) / B::rating == 4, "a b"},
+      {anyOf<B>({}), ""},
+      {allOf<B>({B::day > 0, B::day < 3}), "a b"},
+      {!(coverColor == "red"), "- b c"},
   };
 }
 
@@ -149,46 +146,80 @@ TEST(Predicate, SortsAndLimitsAcrossUnsavedChanges) {
   Library library;
   Context& context = *library.viewContext();
   const Shelf shelf(context);
-  const auto check = [&](std::vector<NSSortDescriptor> order, std::size_t limit,
+  const auto check = [&](const std::vector<SortDescriptor<B>>& order, std::size_t limit,
                          const char* expected) {
-    auto request = bookRequest(std::nullopt, std::move(order));
+    auto request = bookRequest(std::nullopt, order);
     request.setFetchLimit(limit);
     EXPECT_EQ(titles(context, request), expected);
     EXPECT_EQ(context.count(request), context.fetch(request)->size());
     request.setReturnsObjectsAsFaults(true);
     EXPECT_EQ(titles(context, request), expected);
   };
+  const auto byDay = B::day.descending();
   const auto checkAll = [&] {
-    check({{"day", false}}, 0, "c b a -");
-    check({{"author.name"}, {"day", false}}, 3, "- b a");
-    check({{"rating"}, {"title", false}}, 2, "a -");
-    check({{"bought", false}}, 1, "b");
-    check({{"isbn", false}, {"title"}}, 3, "b c a");
+    check({byDay}, 0, "c b a -");
+    check({(B::author / Author::name).ascending(), byDay}, 3, "- b a");
+    check({B::rating.ascending(), B::title.descending()}, 2, "a -");
+    check({B::bought.descending()}, 1, "b");
+    check({B::isbn.descending(), B::title.ascending()}, 3, "b c a");
   };
   checkAll();
   expectSaved(context);
   checkAll();
   const auto d = newBook(context, "d", 4);
-  check({{"day", false}}, 2, "d c");
+  check({byDay}, 2, "d c");
   context.deleteObject(*shelf.c);
   shelf.none->setValue(BookEntity::day, 9);
-  check({{"day", false}}, 2, "- d");
-  check({{"day", false}}, 3, "- d b");
+  check({byDay}, 2, "- d");
+  check({byDay}, 3, "- d b");
 }
 
-TEST(Predicate, RefusesWhatItCantRead) {
+template <typename Path, typename Value>
+concept Compares = requires(const Path& path, const Value& value) {
+  path == value;
+  path >= value;
+};
+
+TEST(Predicate, DoesNotCompileForAnotherTypeOrEntity) {
+  const auto compares = []<typename Path, typename Value>(const Path&, const Value&) {
+    return Compares<Path, Value>;
+  };
+  EXPECT_TRUE(compares(B::title, "a") && compares(B::title, std::nullopt));
+  EXPECT_TRUE(compares(B::weight, 1) && compares(B::rating, 4) && compares(B::isLent, true));
+  EXPECT_FALSE(compares(B::title, 1) || compares(B::day, "1") || compares(B::day, 1.5));
+  EXPECT_FALSE(compares(B::isLent, 1) || compares(B::copies, true));
+  EXPECT_FALSE(compares(B::day, std::nullopt) || compares(B::title, nullptr));
+  EXPECT_FALSE(compares(B::author, Book()) || compares(B::tags, std::shared_ptr<TagEntity>()));
+  EXPECT_FALSE(compares(B::day, B::copies));
+  const auto joins = [](const auto& one, const auto& other) {
+    return requires {
+      one&& other;
+    };
+  };
+  const auto leads = [](const auto& one, const auto& other) {
+    return requires {
+      one / other;
+    };
+  };
+  EXPECT_TRUE(joins(B::day == 1, B::day == 2) && leads(B::author, Author::name));
+  EXPECT_FALSE(joins(B::day == 1, Author::name == "Jane") || leads(B::author, Cover::color));
+  EXPECT_FALSE(leads(B::tags, TagEntity::word) ||
+               leads(B::author / any(Author::books), any(B::tags)));
+}
+
+TEST(Predicate, RefusesNamesThatAnotherModelDoesNotHave) {
   VirtualEnvironment environment;
   Library library;
-  for (const char* format : {"", "day", "day =", "day ~ 3", "day = 3 day = 4", "(day = 3",
-                             "day = 'x", "%K = %@", "NOT", "day IN {1, 2", "3 = day", "day = 1x"}) {
-    EXPECT_THROW((void)NSPredicate::format(format), StoreError) << format;
-  }
-  EXPECT_THROW((void)NSPredicate::format("day = 1", {1}), StoreError);
-  for (const char* format : {"pages = 1", "day.year = 1", "tags = nil", "ANY author = nil",
-                             "ANY author.books.tags = nil", "author.@count = 1"}) {
-    const auto found = library.viewContext()->fetch(bookRequest(NSPredicate::format(format)));
-    ASSERT_FALSE(found) << format;
-    EXPECT_EQ(found.error()->code(), 134060) << format;
+  struct Elsewhere : DeclaredBy<BookEntity> {
+    NSEntityDescription description{"Elsewhere"};
+    Attribute<std::int32_t> pages{description, "pages"};
+    ToOne<AuthorEntity> publisher{description, "publisher", "books"};
+  };
+  const Elsewhere other;
+  for (const auto& unknown : {other.pages == 1, other.publisher == nullptr}) {
+    const auto found = library.viewContext()->fetch(bookRequest(unknown));
+    ASSERT_FALSE(found);
+    EXPECT_EQ(found.error()->code(), 134060);
   }
   EXPECT_FALSE(library.viewContext()->fetch(NSFetchRequest("Shelf")));
 }

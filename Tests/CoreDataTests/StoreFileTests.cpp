@@ -261,7 +261,7 @@ TEST(StoreFile, IsLookedAtWithoutATrace) {
       atRest.access = StoreAccess::atRest;
       Library library(atRest);
       EXPECT_EQ(titles(*library.viewContext()), expected);
-      EXPECT_EQ(titles(*library.viewContext(), bookRequest(NSPredicate::format("year = 0"))), "");
+      EXPECT_EQ(titles(*library.viewContext(), bookRequest(BookEntity::year == 0)), "");
       EXPECT_EQ(library.viewContext()->count(NSFetchRequest("Cover")), 0U);
       EXPECT_THAT(findings(library), IsEmpty());
       newBook(*library.viewContext(), "New");
@@ -405,8 +405,7 @@ struct Scene {
     Library other;
     EXPECT_THAT(findings(other), IsEmpty());
     const auto count = other.viewContext()->count(bookRequest()).value();
-    const auto first =
-        titles(*other.viewContext(), bookRequest(NSPredicate::format("title != 'New'")));
+    const auto first = titles(*other.viewContext(), bookRequest(BookEntity::title != "New"));
     const auto history = other.viewContext()->execute({.after = Date::distantPast()});
     return first + " " + std::to_string(count) + " in " +
            std::to_string(history->transactions.size());

@@ -1,27 +1,25 @@
 #include "DataManager/PersistentHistoryFetcher.h"
 
 namespace velloro {
-namespace {
-
-NSFetchRequest byOthers(const NSManagedObjectContext& context) {
-  std::vector<NSPredicate> parts;
-  if (const std::string& author = context.transactionAuthor(); !author.empty()) {
-    parts.push_back(NSPredicate::format("%K != %@", {"author", author}));
-  }
-  if (const std::string& name = context.name(); !name.empty()) {
-    parts.push_back(NSPredicate::format("%K != %@", {"contextName", name}));
-  }
-  auto request = NSPersistentHistoryTransaction::fetchRequest();
-  request.setPredicate(NSCompoundPredicate::andPredicateWithSubpredicates(std::move(parts)));
-  return request;
-}
-
-}  // namespace
 
 Result<NSPersistentHistoryResult> PersistentHistoryFetcher::fetch() const {
   auto request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(fromDate);
-  request.setFetchRequest(byOthers(*context));
+  request.setFetchRequest(fetchRequest());
   return context->execute(request);
+}
+
+NSFetchRequest PersistentHistoryFetcher::fetchRequest() const {
+  using Transaction = NSPersistentHistoryTransaction;
+  std::vector<Predicate<Transaction>> parts;
+  if (const std::string& author = context->transactionAuthor(); !author.empty()) {
+    parts.push_back(Transaction::Attributes::author != author);
+  }
+  if (const std::string& name = context->name(); !name.empty()) {
+    parts.push_back(Transaction::Attributes::contextName != name);
+  }
+  auto request = Transaction::fetchRequest();
+  request.setPredicate(allOf(parts));
+  return request;
 }
 
 }  // namespace velloro

@@ -17,6 +17,8 @@ struct PersistentHistoryFetcher {
 
   /// Or the store's error.
   [[nodiscard]] Result<NSPersistentHistoryResult> fetch() const;
+  /// What others than the context have saved.
+  [[nodiscard]] NSFetchRequest fetchRequest() const;
 };
 
 }  // namespace velloro

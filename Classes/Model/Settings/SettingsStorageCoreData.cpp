@@ -40,17 +40,16 @@ Result<Entities> fetched(const NSFetchRequest& request, NSManagedObjectContext& 
 
 /// In the order in which they count: of several with one key the first does.
 Result<Entities> allRows(NSManagedObjectContext& context) {
-  NSFetchRequest request{std::string(SettingEntity::entityName())};
+  auto request = NSFetchRequest::of<SettingEntity>();
   request.setReturnsObjectsAsFaults(false);
   return fetched(request, context);
 }
 
 /// The rows with a key, the oldest first.
 Result<Entities> rowsOf(std::string_view key, NSManagedObjectContext& context) {
-  NSFetchRequest request{std::string(SettingEntity::entityName())};
-  request.setPredicate(NSPredicate::format("settingKey = %@", {key}));
-  request.setSortDescriptors({{"dateCreated", true}});
-  return fetched(request, context);
+  return fetched(NSFetchRequest::of<SettingEntity>(SettingEntity::settingKey == key,
+                                                   {SettingEntity::dateCreated.ascending()}),
+                 context);
 }
 
 /// Columns that don't differ are not written, so that an unchanged value stays out of the history.

@@ -40,8 +40,8 @@ NSManagedObjectContext::Objects NSManagedObjectContext::membersByFetch(
     const NSManagedObject& object, const NSRelationshipDescription& relationship) {
   Objects result;
   NSFetchRequest request(relationship.destinationName);
-  request.setPredicate(NSPredicate(NSPredicate::Comparison{.keyPath = relationship.inverseName,
-                                                           .right = PropertyValues{object.id_}}));
+  request.setPredicate(NSPredicate(
+      NSPredicate::Comparison{.keyPath = relationship.inverseName, .values = {object.id_}}));
   auto fetched = fetch(request);
   if (!fetched) return result;
   result = std::move(*fetched);

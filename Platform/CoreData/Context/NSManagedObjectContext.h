@@ -53,9 +53,8 @@ class FetchResult : public Result<std::vector<std::shared_ptr<T>>> {
 /// `performAndWait` and the merge may be called from elsewhere.
 ///
 ///     context->performAndWait([&] {
-///       NSFetchRequest request("Task");
-///       request.setPredicate(NSPredicate::format("status = %@", {"N"}));
-///       const auto tasks = context->fetch<TaskEntity>(request);   // or why it failed
+///       const auto paused = TaskAttributes::status == TaskStatus::paused;
+///       const auto tasks = context->fetch<TaskEntity>(NSFetchRequest::of<TaskEntity>(paused));
 ///       for (const auto& task : *tasks) {
 ///         task->setValue(TaskEntity::status, "P");
 ///       }

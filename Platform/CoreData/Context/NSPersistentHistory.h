@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/Fetch/NSFetchRequest.h"
+#include "CoreData/Fetch/KeyPath.h"
 #include "Foundation/Dispatch/NSNotificationCenter.h"
 #include "Foundation/Values/Error.h"
 
@@ -22,10 +22,18 @@ struct NSPersistentHistoryTransaction {
   /// their keys.
   [[nodiscard]] Notification objectIDNotification() const;
 
-  /// A request to narrow a history request with: its predicate may name `author`, `contextName`
-  /// and `timestamp`.
+  /// What the predicate of a history request compares:
+  ///
+  ///     NSPersistentHistoryTransaction::Attributes::author != "app"
+  struct Attributes : DeclaredBy<NSPersistentHistoryTransaction> {
+    inline static NSEntityDescription description{"_history"};
+    inline static const Attribute<Date> timestamp{description, "timestamp"};
+    inline static const Attribute<std::optional<std::string>> author{description, "author"};
+    inline static const Attribute<std::optional<std::string>> contextName{description,
+                                                                          "contextName"};
+  };
+  /// A request to narrow a history request with.
   [[nodiscard]] static NSFetchRequest fetchRequest();
-  [[nodiscard]] static const NSEntityDescription& entityDescription();
 };
 
 /// Asks a context for history:

@@ -17,23 +17,20 @@ Result<BoundKeyPath> BoundKeyPath::bind(const NSEntityDescription& entity, std::
   };
   for (const auto part : path | std::views::split('.')) {
     const std::string_view name(part.begin(), part.end());
-    if (bound.attribute || bound.isCount) return refuse();
+    if (bound.attribute) return refuse();
     if (const auto* relationship = bound.end->relationship(name)) {
       bound.relationships.push_back(relationship);
       bound.end = relationship->destination;
     } else if (const auto* attribute = bound.end->attribute(name)) {
       bound.attribute = static_cast<std::size_t>(attribute - bound.end->attributes().data());
-    } else if (name == "@count" && !bound.relationships.empty() &&
-               bound.relationships.back()->isToMany) {
-      bound.isCount = true;
-    } else if (name != "SELF") {
+    } else {
       return refuse();
     }
   }
   const auto toMany =
       std::ranges::count(bound.relationships, true, &NSRelationshipDescription::isToMany);
   if (toMany > 1) return refuse();
-  bound.isToMany = toMany == 1 && !bound.isCount;
+  bound.isToMany = toMany == 1;
   return bound;
 }
 
@@ -51,7 +48,6 @@ PropertyValues BoundKeyPath::values(const NSManagedObject& object, std::size_t f
     return {object.slotValue(relationship.slot)};
   }
   const auto members = object.members(relationship);
-  if (isLast && isCount) return {static_cast<std::int64_t>(members.size())};
   if (members.empty() && !isToMany) return {PropertyValue()};
   PropertyValues all;
   for (const auto& member : members) {

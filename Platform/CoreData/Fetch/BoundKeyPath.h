@@ -14,7 +14,6 @@ class NSManagedObject;
 ///     "status"                  no relation, the attribute
 ///     "taskShare"               one relation; the value is the object at its end
 ///     "task.taskShare.status"   two relations, then the attribute
-///     "taskEntry.@count"        one relation, counted
 class BoundKeyPath {
  public:
   /// Fails with a `StoreError` (`invalidRequest`) for an unknown key.
@@ -24,8 +23,7 @@ class BoundKeyPath {
   std::vector<const NSRelationshipDescription*> relationships;
   std::optional<std::size_t> attribute;      ///< Its slot.
   const NSEntityDescription* end = nullptr;  ///< The entity that the relations lead to.
-  bool isCount = false;
-  bool isToMany = false;  ///< Whether a relation of the path is to many (and not just counted).
+  bool isToMany = false;                     ///< Whether a relation of the path is to many.
 
   /// Whether what stands at the end is compared without case.
   [[nodiscard]] bool ignoresCase() const;

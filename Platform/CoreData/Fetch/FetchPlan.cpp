@@ -13,23 +13,10 @@ namespace {
 using Operator = NSPredicate::Operator;
 using Storage = NSRelationshipDescription::Storage;
 
-std::string_view textOf(const PropertyValue& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return {};
-}
-
-bool compareTexts(Operator comparison, const PropertyValue& left, const PropertyValue& right) {
-  if (!std::holds_alternative<std::string>(left) || !std::holds_alternative<std::string>(right)) {
-    return false;
-  }
-  switch (comparison) {
-    case Operator::beginsWith:
-      return textOf(left).starts_with(textOf(right));
-    case Operator::endsWith:
-      return textOf(left).ends_with(textOf(right));
-    default:
-      return textOf(left).contains(textOf(right));
-  }
+bool beginsWith(const PropertyValue& left, const PropertyValue& right) {
+  const auto* text = std::get_if<std::string>(&left);
+  const auto* prefix = std::get_if<std::string>(&right);
+  return text != nullptr && prefix != nullptr && text->starts_with(*prefix);
 }
 
 bool compare(Operator comparison, const PropertyValue& left, const PropertyValue& right) {
@@ -49,9 +36,10 @@ bool compare(Operator comparison, const PropertyValue& left, const PropertyValue
       return isOrdered && difference > 0;
     case Operator::greaterOrEqual:
       return isOrdered && difference >= 0;
-    default:
-      return compareTexts(comparison, left, right);
+    case Operator::beginsWith:
+      break;
   }
+  return beginsWith(left, right);
 }
 
 /// As SQLite's NOCASE has it: of "a" to "z" alone.
@@ -66,10 +54,6 @@ PropertyValue lowerCase(PropertyValue value) {
 
 }  // namespace
 
-bool BoundPredicate::ignoresCase() const {
-  return std::ranges::any_of(paths, &BoundKeyPath::ignoresCase);
-}
-
 bool BoundPredicate::matches(const NSManagedObject& object) const {
   if (const auto* compound = std::get_if<NSPredicate::Compound>(node)) {
     const auto holds = [&](const BoundPredicate& part) { return part.matches(object); };
@@ -83,11 +67,9 @@ bool BoundPredicate::matches(const NSManagedObject& object) const {
     }
   }
   const auto& comparison = std::get<NSPredicate::Comparison>(*node);
-  const PropertyValues right =
-      paths.size() > 1 ? paths[1].values(object) : std::get<PropertyValues>(comparison.right);
-  const bool foldsCase = ignoresCase();
-  return std::ranges::any_of(paths[0].values(object), [&](const PropertyValue& one) {
-    return std::ranges::any_of(right, [&](const PropertyValue& other) {
+  const bool foldsCase = path->ignoresCase();
+  return std::ranges::any_of(path->values(object), [&](const PropertyValue& one) {
+    return std::ranges::any_of(comparison.values, [&](const PropertyValue& other) {
       return foldsCase ? compare(comparison.comparison, lowerCase(one), lowerCase(other))
                        : compare(comparison.comparison, one, other);
     });
@@ -123,20 +105,15 @@ Result<BoundPredicate> FetchPlan::bind(const NSPredicate& predicate) {
     return bound;
   }
   const auto& comparison = std::get<NSPredicate::Comparison>(*bound.node);
-  auto left = bind(comparison.keyPath);
-  if (!left) return std::unexpected(left.error());
-  if (left->isToMany != comparison.isAny) {
+  auto path = bind(comparison.keyPath);
+  if (!path) return std::unexpected(path.error());
+  if (path->isToMany != comparison.isAny) {
     return failure<StoreError>(StoreError::Kind::invalidRequest,
                                "\"" + comparison.keyPath +
                                    "\": ANY stands before a path through a to-many relation, and "
                                    "before no other");
   }
-  bound.paths.push_back(std::move(*left));
-  if (const auto* path = std::get_if<NSPredicate::KeyPath>(&comparison.right)) {
-    auto right = bind(path->text);
-    if (!right) return std::unexpected(right.error());
-    bound.paths.push_back(std::move(*right));
-  }
+  bound.path = std::move(*path);
   return bound;
 }
 

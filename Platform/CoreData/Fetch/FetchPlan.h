@@ -11,11 +11,10 @@ namespace platform {
 /// of objects with unsaved changes.
 struct BoundPredicate {
   const NSPredicate::Node* node = nullptr;
-  std::vector<BoundKeyPath> paths = {};  ///< A comparison's left side, and its right one if a path.
+  std::optional<BoundKeyPath> path = {};   ///< Of a comparison.
   std::vector<BoundPredicate> parts = {};  ///< Of a compound.
 
   [[nodiscard]] bool matches(const NSManagedObject& object) const;
-  [[nodiscard]] bool ignoresCase() const;
 };
 
 /// SQL and what stands for its question marks.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Fetch/NSPredicate.h"
+#include "CoreData/Model/NSEntityDescription.h"
 
 #include <optional>
 
@@ -13,15 +14,24 @@ struct NSSortDescriptor {
   bool ascending = true;
 };
 
+/// The same of the objects of class `Entity` alone; made by `ascending` and `descending` of a
+/// declaration.
+template <typename Entity>
+struct SortDescriptor : NSSortDescriptor {};
+
 /// Which objects a context is asked for, and in which order. A value.
 ///
-///     NSFetchRequest request("TaskLogEntry");
-///     request.setPredicate(NSPredicate::format("task = %@ AND entryDate >= 20240101", {task}));
-///     request.setSortDescriptors({{"entryDate", false}, {"createdTimestamp", false}});
+///     using Entry = TaskLogEntryEntity;
+///     auto request = NSFetchRequest::of<Entry>(Entry::task == task && Entry::progress > 0.5,
+///                                              {Entry::entryDate.descending()});
 ///     request.setFetchLimit(10);
 class NSFetchRequest {
  public:
   explicit NSFetchRequest(std::string entityName) : entityName_(std::move(entityName)) {}
+  /// The objects of class `Entity` for which the predicate holds; all of them without one.
+  template <typename Entity>
+  [[nodiscard]] static NSFetchRequest of(std::optional<Predicate<Entity>> predicate = {},
+                                         const std::vector<SortDescriptor<Entity>>& order = {});
 
   void setPredicate(std::optional<NSPredicate> predicate) { predicate_ = std::move(predicate); }
   /// The first decides; each next one where those before find no difference.
@@ -49,5 +59,14 @@ class NSFetchRequest {
   std::size_t fetchLimit_ = 0;
   bool returnsObjectsAsFaults_ = false;
 };
+
+template <typename Entity>
+NSFetchRequest NSFetchRequest::of(std::optional<Predicate<Entity>> predicate,
+                                  const std::vector<SortDescriptor<Entity>>& order) {
+  NSFetchRequest request{std::string(entityName<Entity>())};
+  request.predicate_ = std::move(predicate);
+  request.sortDescriptors_.assign(order.begin(), order.end());
+  return request;
+}
 
 }  // namespace platform

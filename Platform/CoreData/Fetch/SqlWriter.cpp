@@ -19,12 +19,11 @@ struct Form {
   const char* after;
 };
 
-Form formOf(Operator comparison, bool rightIsNull, bool rightIsPath, bool ignoresCase) {
+Form formOf(Operator comparison, bool rightIsNull, bool ignoresCase) {
   switch (comparison) {
     case Operator::equal:
-      // "IS" between a column and NULL or another column counts two nothings as equal; "=" goes by
-      // an index wherever there is one.
-      return {"", rightIsNull || rightIsPath ? " IS " : " = ", ""};
+      // "IS" counts two nothings as equal; "=" goes by an index wherever there is one.
+      return {"", rightIsNull ? " IS " : " = ", ""};
     case Operator::notEqual:
       return {"", " IS NOT ", ""};
     case Operator::less:
@@ -35,13 +34,12 @@ Form formOf(Operator comparison, bool rightIsNull, bool rightIsPath, bool ignore
       return {"", " > ", ""};
     case Operator::greaterOrEqual:
       return {"", " >= ", ""};
+    case Operator::in:
     case Operator::beginsWith:
-      if (ignoresCase) return {"instr(lower(", "), lower(", ")) = 1"};
-      return {"instr(", ", ", ") = 1"};
-    default:
-      if (ignoresCase) return {"instr(lower(", "), lower(", ")) > 0"};
-      return {"instr(", ", ", ") > 0"};
+      break;
   }
+  if (ignoresCase) return {"instr(lower(", "), lower(", ")) = 1"};
+  return {"instr(", ", ", ") = 1"};
 }
 
 }  // namespace
@@ -75,7 +73,7 @@ void SqlWriter::writeCompound(const BoundPredicate& predicate,
 /// A comparison of what lies behind the relation `from`: behind a to-many one, whether there is an
 /// object for which it holds.
 void SqlWriter::writeCondition(const BoundPredicate& predicate, std::size_t from, int row) {
-  const BoundKeyPath& path = predicate.paths[0];
+  const BoundKeyPath& path = *predicate.path;
   if (!path.isToMany) return writeComparison(predicate, from, row);
   const NSRelationshipDescription& relationship = *path.relationships[from];
   write(relationship.isToMany ? "EXISTS (SELECT 1" : "(SELECT ");
@@ -83,7 +81,7 @@ void SqlWriter::writeCondition(const BoundPredicate& predicate, std::size_t from
   const int next = writeSource(relationship, row);
   SqlText source = std::exchange(sql_, {});
   BoundPredicate rest = predicate;
-  if (relationship.isToMany) rest.paths[0].isToMany = false;
+  if (relationship.isToMany) rest.path->isToMany = false;
   writeCondition(rest, from + 1, next);
   SqlText condition = std::exchange(sql_, std::move(outer));
   if (!relationship.isToMany) std::swap(source, condition);
@@ -95,36 +93,19 @@ void SqlWriter::writeCondition(const BoundPredicate& predicate, std::size_t from
 
 void SqlWriter::writeComparison(const BoundPredicate& predicate, std::size_t from, int row) {
   const auto& comparison = std::get<NSPredicate::Comparison>(*predicate.node);
-  const BoundKeyPath& path = predicate.paths[0];
-  if (comparison.comparison == Operator::in && predicate.paths.size() == 1) {
-    return writeIn(predicate, from, row);
-  }
-  if (comparison.comparison == Operator::endsWith) {
-    write(predicate.ignoresCase() ? "lower(substr(" : "(substr(");
-    writeValue(path, from, row);
-    write(", length(");
-    writeValue(path, from, row);
-    write(") - length(");
-    writeRight(predicate);
-    write(predicate.ignoresCase() ? ") + 1)) = lower(" : ") + 1)) = (");
-    writeRight(predicate);
-    return write(")");
-  }
-  const auto* values = std::get_if<PropertyValues>(&comparison.right);
-  const Form form = formOf(
-      comparison.comparison == Operator::in ? Operator::equal : comparison.comparison,
-      values != nullptr && isNull(values->front()), values == nullptr, predicate.ignoresCase());
+  if (comparison.comparison == Operator::in) return writeIn(predicate, from, row);
+  const PropertyValue& value = comparison.values.front();
+  const Form form = formOf(comparison.comparison, isNull(value), predicate.path->ignoresCase());
   write(form.before);
-  writeCompared(path, from, row);
+  writeCompared(*predicate.path, from, row);
   write(form.between);
-  writeRight(predicate);
+  writeParameter(value);
   write(form.after);
 }
 
 void SqlWriter::writeIn(const BoundPredicate& predicate, std::size_t from, int row) {
-  const auto& values =
-      std::get<PropertyValues>(std::get<NSPredicate::Comparison>(*predicate.node).right);
-  const BoundKeyPath& path = predicate.paths[0];
+  const auto& values = std::get<NSPredicate::Comparison>(*predicate.node).values;
+  const BoundKeyPath& path = *predicate.path;
   const bool hasNull = std::ranges::any_of(values, isNull);
   write("(");
   writeCompared(path, from, row);
@@ -144,12 +125,6 @@ void SqlWriter::writeIn(const BoundPredicate& predicate, std::size_t from, int r
   write(")");
 }
 
-void SqlWriter::writeRight(const BoundPredicate& predicate) {
-  if (predicate.paths.size() > 1) return writeCompared(predicate.paths[1], 0, 0);
-  const auto& comparison = std::get<NSPredicate::Comparison>(*predicate.node);
-  writeParameter(std::get<PropertyValues>(comparison.right).front());
-}
-
 void SqlWriter::writeCompared(const BoundKeyPath& path, std::size_t from, int row) {
   writeValue(path, from, row);
   if (path.ignoresCase()) write(" COLLATE NOCASE");
@@ -166,11 +141,6 @@ void SqlWriter::writeValue(const BoundKeyPath& path, std::size_t from, int row) 
     return writeColumn(row, relationship.name);
   }
   write("(SELECT ");
-  if (isLast && path.isCount) {
-    write("count(*)");
-    writeSource(relationship, row);
-    return write(")");
-  }
   SqlText outer = std::exchange(sql_, {});
   const int next = writeSource(relationship, row);
   SqlText source = std::exchange(sql_, std::move(outer));

@@ -21,7 +21,6 @@ class SqlWriter {
   void writeCondition(const BoundPredicate& predicate, std::size_t from, int row);
   void writeComparison(const BoundPredicate& predicate, std::size_t from, int row);
   void writeIn(const BoundPredicate& predicate, std::size_t from, int row);
-  void writeRight(const BoundPredicate& predicate);
   void writeCompared(const BoundKeyPath& path, std::size_t from, int row);
   void writeValue(const BoundKeyPath& path, std::size_t from, int row);
   int writeSource(const NSRelationshipDescription& relationship, int row);

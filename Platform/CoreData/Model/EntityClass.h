@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
+#include "CoreData/Fetch/KeyPath.h"
 #include "CoreData/Model/NSManagedObjectModel.h"
 
 #include <memory>
@@ -17,7 +18,7 @@ namespace platform {
 ///     TaskNoteEntity::entityName();                        // "TaskNote"
 ///     const auto note = TaskNoteEntity::create(*context);  // inserted, unsaved
 template <typename T>
-class EntityClass : public NSManagedObject {
+class EntityClass : public NSManagedObject, public DeclaredBy<T> {
  public:
   using NSManagedObject::entity;
 

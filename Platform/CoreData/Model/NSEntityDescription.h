@@ -222,15 +222,18 @@ class Relationship {
  public:
   Relationship(NSEntityDescription& entity, std::string name, std::string inverseName,
                NSDeleteRule deleteRule = NSDeleteRule::nullify)
-      : index_(entity.add(NSRelationshipDescription{.name = std::move(name),
+      : entity_(&entity),
+        index_(entity.add(NSRelationshipDescription{.name = std::move(name),
                                                     .destinationName = std::string(entityName<T>()),
                                                     .inverseName = std::move(inverseName),
                                                     .isToMany = IsToMany,
                                                     .deleteRule = deleteRule})) {}
 
   [[nodiscard]] std::size_t index() const { return index_; }
+  [[nodiscard]] const std::string& name() const { return entity_->relationships()[index_].name; }
 
  private:
+  const NSEntityDescription* entity_;
   std::size_t index_;
 };
 template <typename T>

@@ -21,18 +21,12 @@ constexpr auto rawValues(std::type_identity<ChangeKind>) {
   return caseNames<ChangeKind::deleted>();
 }
 
-/// The table of transactions, as an entity that predicates can be asked about.
-struct TransactionEntity {
-  NSEntityDescription description{"_history"};
-  Attribute<Date> timestamp{description, "timestamp"};
-  Attribute<std::optional<std::string>> author{description, "author"};
-  Attribute<std::optional<std::string>> contextName{description, "contextName"};
-  NSManagedObjectModel model{{&description}};
-};
+using TransactionAttributes = NSPersistentHistoryTransaction::Attributes;
 
-const TransactionEntity& transactionEntity() {
-  static const auto* entity = new TransactionEntity;
-  return *entity;
+/// The table of transactions, as an entity that predicates can be asked about.
+const NSEntityDescription& transactionEntity() {
+  static const auto* model = new NSManagedObjectModel({&TransactionAttributes::description});
+  return *model->entities().front();
 }
 
 Notification notificationOf(const auto& changes) {
@@ -152,11 +146,7 @@ Notification NSPersistentHistoryTransaction::objectIDNotification() const {
 }
 
 NSFetchRequest NSPersistentHistoryTransaction::fetchRequest() {
-  return NSFetchRequest(entityDescription().name());
-}
-
-const NSEntityDescription& NSPersistentHistoryTransaction::entityDescription() {
-  return transactionEntity().description;
+  return NSFetchRequest(Attributes::description.name());
 }
 
 Notification StoreChanges::notification() const {
@@ -194,13 +184,13 @@ Result<NSPersistentHistoryResult> readHistory(SqliteConnection& connection,
                                               const NSManagedObjectModel& model,
                                               const NSPersistentHistoryChangeRequest& request) {
   NSFetchRequest whole = NSPersistentHistoryTransaction::fetchRequest();
-  std::vector<NSPredicate> parts{NSPredicate::format("timestamp > %@", {request.after})};
+  std::vector<NSPredicate> parts{TransactionAttributes::timestamp > request.after};
   if (request.fetchRequest && request.fetchRequest->predicate()) {
     parts.push_back(*request.fetchRequest->predicate());
   }
   whole.setPredicate(NSCompoundPredicate::andPredicateWithSubpredicates(std::move(parts)));
-  whole.setSortDescriptors({{"timestamp"}});
-  const auto plan = FetchPlan::make(whole, NSPersistentHistoryTransaction::entityDescription());
+  whole.setSortDescriptors({TransactionAttributes::timestamp.ascending()});
+  const auto plan = FetchPlan::make(whole, transactionEntity());
   if (!plan) return std::unexpected(plan.error());
   const std::size_t limit = request.fetchRequest ? request.fetchRequest->fetchLimit() : 0;
   const SqlText sql = plan->select("pk, timestamp, author, contextName", limit);

@@ -1,6 +1,6 @@
 #include "Tasks/Requests/TaskFetchRequest.h"
 
-#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Requests/RequestOf.h"
 #include "Tasks/Rows/TaskCategoryEntity.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
@@ -10,29 +10,23 @@
 namespace velloro {
 namespace {
 
+using Columns = TaskAttributes;
 using Filter = TaskFetchRequest::TaskTypeFilter;
-using Predicates = std::vector<NSPredicate>;
 using ShareStatus = TaskShareEntity::ShareStatus;
+using Tasks = Predicate<TaskEntity>;
 
-NSPredicate anyOf(Predicates parts) {
-  return NSCompoundPredicate::orPredicateWithSubpredicates(std::move(parts));
+Tasks statusIn(EnumSet<TaskStatus> statuses) {
+  const Tasks isOneOf = Columns::status.in(rawValuesOf(statuses));
+  if (!statuses.contains(TaskStatus::normal)) return isOneOf;
+  return isOneOf || Columns::status == std::nullopt;
 }
 
-NSPredicate statusIn(EnumSet<TaskStatus> statuses) {
-  Predicates parts{NSPredicate::format("%K IN %@", {"status", rawValuesOf(statuses)})};
-  if (statuses.contains(TaskStatus::normal)) {
-    parts.push_back(NSPredicate::format("%K = nil", {"status"}));
-  }
-  return anyOf(std::move(parts));
+Tasks isSharedAs(EnumSet<ShareStatus> statuses) {
+  const auto status = Columns::taskShare / TaskShareEntity::status;
+  return Columns::taskShare != nullptr && status.in(rawValuesOf(statuses));
 }
 
-NSPredicate isSharedAs(EnumSet<ShareStatus> statuses) {
-  return NSCompoundPredicate::andPredicateWithSubpredicates(
-      {NSPredicate::format("%K != nil", {"taskShare"}),
-       NSPredicate::format("%K IN %@", {"taskShare.status", rawValuesOf(statuses)})});
-}
-
-NSPredicate predicate(TaskShareStatus status) {
+Tasks predicate(TaskShareStatus status) {
   switch (status) {
     case TaskShareStatus::isSharedWithOthers:
       return isSharedAs({ShareStatus::localTask});
@@ -41,7 +35,7 @@ NSPredicate predicate(TaskShareStatus status) {
     case TaskShareStatus::notShared:
       break;
   }
-  return NSPredicate::format("%K = nil", {"taskShare"});
+  return Columns::taskShare == nullptr;
 }
 
 std::vector<std::string_view> dietaryNames() {
@@ -58,68 +52,56 @@ std::vector<std::string_view> timedNames() {
   return names;
 }
 
-NSPredicate predicate(Filter filter) {
+Tasks predicate(Filter filter) {
   switch (filter) {
     case Filter::health:
-      return NSPredicate::format("%K BEGINSWITH %@", {"typeName", "hk_"});
+      return Columns::typeName.beginsWith("hk_");
     case Filter::eat:
-      return NSPredicate::format("%K IN %@", {"typeName", dietaryNames()});
+      return Columns::typeName.in(dietaryNames());
     case Filter::timed:
-      return anyOf({NSPredicate::format("%K = %@", {"typeSpeed", rawValue(TypeSpeed::timed)}),
-                    NSPredicate::format("%K IN %@", {"typeName", timedNames()})});
+      return Columns::typeSpeed == rawValue(TypeSpeed::timed) || Columns::typeName.in(timedNames());
     case Filter::negative:
       break;
   }
-  return NSPredicate::format("%K = %@", {"isNegative", true});
+  return Columns::isNegative == true;
 }
 
-NSPredicate isOnPage(TaskPageNumber page) {
+Tasks predicate(TaskPageNumber page) {
   const auto range = TaskDisplayOrder::valueRange(page);
-  return NSPredicate::format("%K >= %@ AND %K < %@",
-                             {"displayOrder", range.lower, "displayOrder", range.upper});
+  return Columns::displayOrder >= range.lower && Columns::displayOrder < range.upper;
 }
 
-template <typename Set>
-Predicates predicates(const Set& wanted) {
-  Predicates parts;
+std::vector<Tasks> predicates(const auto& wanted) {
+  std::vector<Tasks> parts;
   for (const auto one : wanted) parts.push_back(predicate(one));
   return parts;
 }
 
-std::vector<NSSortDescriptor> sortDescriptors(TaskFetchRequest::SortDirection direction) {
+std::vector<SortDescriptor<TaskEntity>> order(TaskFetchRequest::SortDirection direction) {
   if (direction == TaskFetchRequest::SortDirection::statusDateDesc) {
-    return {{"statusDate", false}, {"created", false}, {"title"}};
+    return {Columns::statusDate.descending(), Columns::created.descending(),
+            Columns::title.ascending()};
   }
-  return {{"displayOrder"}, {"created"}, {"title"}};
+  return {Columns::displayOrder.ascending(), Columns::created.ascending(),
+          Columns::title.ascending()};
 }
 
 }  // namespace
 
 NSFetchRequest TaskFetchRequest::fetchRequest() const {
-  PredicateParts parts;
-  if (!includeStatuses.isEmpty()) parts.add(statusIn(includeStatuses));
-  if (!includeShareStatuses.isEmpty()) parts.addAnyOf(predicates(includeShareStatuses));
-  if (!includeTaskTypeFilter.isEmpty()) parts.addAnyOf(predicates(includeTaskTypeFilter));
-  for (const TaskTypeFilter filter : excludeTaskTypeFilter) {
-    parts.add(NSCompoundPredicate::notPredicateWithSubpredicate(predicate(filter)));
-  }
-  if (maxStatusDate) parts.add("%K <= %@", {"statusDate", *maxStatusDate});
-  if (!pageNumbers.empty()) {
-    Predicates pages;
-    for (const TaskPageNumber page : pageNumbers) pages.push_back(isOnPage(page));
-    parts.addAnyOf(std::move(pages));
-  }
-  if (userProfile) parts.add("%K = %@", {"userProfile", userProfile});
-  if (!uniqueIds.empty()) parts.add("%K IN %@", {"uniqueId", textsOf(uniqueIds)});
+  std::vector<Tasks> parts;
+  if (!includeStatuses.isEmpty()) parts.push_back(statusIn(includeStatuses));
+  if (!includeShareStatuses.isEmpty()) parts.push_back(anyOf(predicates(includeShareStatuses)));
+  if (!includeTaskTypeFilter.isEmpty()) parts.push_back(anyOf(predicates(includeTaskTypeFilter)));
+  for (const TaskTypeFilter filter : excludeTaskTypeFilter) parts.push_back(!predicate(filter));
+  if (maxStatusDate) parts.push_back(Columns::statusDate <= *maxStatusDate);
+  if (!pageNumbers.empty()) parts.push_back(anyOf(predicates(pageNumbers)));
+  if (userProfile) parts.push_back(Columns::userProfile == userProfile);
+  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(textsOf(uniqueIds)));
   if (!includeCategories.empty()) {
-    const std::vector categories(includeCategories.begin(), includeCategories.end());
-    parts.add("ANY %K IN %@", {"taskCategories", categories});
+    parts.push_back(any(Columns::taskCategories).in(includeCategories));
   }
-  NSFetchRequest request{std::string(TaskEntity::entityName())};
-  request.setPredicate(std::move(parts).all());
-  request.setSortDescriptors(sortDescriptors(direction));
-  setFetchLimit(request, fetchLimit);
-  return request;
+  return requestOf(parts, order(direction), fetchLimit);
 }
 
 }  // namespace velloro

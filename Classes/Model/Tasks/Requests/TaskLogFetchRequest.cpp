@@ -1,49 +1,55 @@
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 
-#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Requests/RequestOf.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 
 namespace velloro {
 namespace {
 
-/// The number stands in the format itself: a day of a request is a constant of its query.
-void addDates(PredicateParts& parts, std::optional<YYYYMMDD> from, std::optional<YYYYMMDD> to) {
-  const auto add = [&](const char* comparison, YYYYMMDD date) {
-    parts.add(comparison + std::to_string(date.intValue()), {"entryDate"});
-  };
-  if (from && from == to) return add("%K = ", *from);
-  if (from) add("%K >= ", *from);
-  if (to) add("%K <= ", *to);
+using Columns = TaskLogEntryEntity;
+using Entries = Predicate<TaskLogEntryEntity>;
+
+/// A day of a request is a constant of its query.
+void addDates(std::vector<Entries>& parts, std::optional<YYYYMMDD> from,
+              std::optional<YYYYMMDD> to) {
+  if (from && from == to) {
+    parts.push_back(Columns::entryDate == constant(from->intValue()));
+    return;
+  }
+  if (from) parts.push_back(Columns::entryDate >= constant(from->intValue()));
+  if (to) parts.push_back(Columns::entryDate <= constant(to->intValue()));
 }
 
-std::vector<NSSortDescriptor> sortDescriptors(TaskLogFetchRequest::Direction direction) {
-  if (direction == TaskLogFetchRequest::Direction::none) return {};
-  const bool ascending = direction == TaskLogFetchRequest::Direction::oldestToNewest;
-  return {{"entryDate", ascending}, {"createdTimestamp", ascending}};
+std::vector<SortDescriptor<Columns>> order(TaskLogFetchRequest::Direction direction) {
+  switch (direction) {
+    case TaskLogFetchRequest::Direction::newestToOldest:
+      return {Columns::entryDate.descending(), Columns::createdTimestamp.descending()};
+    case TaskLogFetchRequest::Direction::oldestToNewest:
+      return {Columns::entryDate.ascending(), Columns::createdTimestamp.ascending()};
+    case TaskLogFetchRequest::Direction::none:
+      break;
+  }
+  return {};
 }
 
 }  // namespace
 
 NSFetchRequest TaskLogFetchRequest::fetchRequest(const TaskEntity* task) const {
-  PredicateParts parts;
-  if (task != nullptr) parts.add("%K = %@", {"task", *task});
-  if (!uniqueIds.empty()) parts.add("%K IN %@", {"uniqueId", textsOf(uniqueIds)});
+  std::vector<Entries> parts;
+  if (task != nullptr) parts.push_back(Columns::task == *task);
+  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(textsOf(uniqueIds)));
   addDates(parts, minDate, maxDate);
   if (!includeStatuses.isEmpty()) {
-    parts.add("%K IN %@", {"entryType", rawValuesOf(includeStatuses)});
+    parts.push_back(Columns::entryType.in(rawValuesOf(includeStatuses)));
   }
   if (!excludeStatuses.isEmpty()) {
-    parts.add("NOT (%K IN %@)", {"entryType", rawValuesOf(excludeStatuses)});
+    parts.push_back(!Columns::entryType.in(rawValuesOf(excludeStatuses)));
   }
   if (temporaryEntriesOnly) {
-    parts.add("%K = %@", {"cloudStatus", TaskLogEntryEntity::temporaryRecordIdentifier});
+    parts.push_back(Columns::cloudStatus == Columns::temporaryRecordIdentifier);
   }
-  NSFetchRequest request{std::string(TaskLogEntryEntity::entityName())};
-  request.setPredicate(std::move(parts).all());
-  request.setSortDescriptors(sortDescriptors(direction));
-  setFetchLimit(request, fetchLimit);
-  return request;
+  return requestOf(parts, order(direction), fetchLimit);
 }
 
 }  // namespace velloro

@@ -1,41 +1,50 @@
 #include "Tasks/Requests/TaskNoteRequest.h"
 
-#include "Tasks/Requests/PredicateParts.h"
+#include "Tasks/Requests/RequestOf.h"
 #include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
 namespace {
 
+using Columns = TaskNoteEntity;
+using Notes = Predicate<TaskNoteEntity>;
 using Request = TaskNoteEntity::Request;
 
-void addDate(PredicateParts& parts, const Request::NoteDate& date) {
+void addDate(std::vector<Notes>& parts, const Request::NoteDate& date) {
   const auto* range = std::get_if<YYYYMMDD::Range>(&date.value);
-  if (range == nullptr) return parts.add("%K = %@", {"noteDate", YYYYMMDD::emptyValue});
-  if (range->minDate) parts.add("%K >= %@", {"noteDate", range->minDate->intValue()});
-  if (range->maxDate) parts.add("%K <= %@", {"noteDate", range->maxDate->intValue()});
+  if (range == nullptr) {
+    parts.push_back(Columns::noteDate == YYYYMMDD::emptyValue);
+    return;
+  }
+  if (range->minDate) parts.push_back(Columns::noteDate >= range->minDate->intValue());
+  if (range->maxDate) parts.push_back(Columns::noteDate <= range->maxDate->intValue());
 }
 
-std::vector<NSSortDescriptor> sortDescriptors(Request::SortDirection direction) {
-  if (direction == Request::SortDirection::none) return {};
-  const bool ascending = direction == Request::SortDirection::oldestToNewest;
-  return {{"noteDate", ascending}, {"createdTimestamp", ascending}};
+std::vector<SortDescriptor<Columns>> order(Request::SortDirection direction) {
+  switch (direction) {
+    case Request::SortDirection::newestToOldest:
+      return {Columns::noteDate.descending(), Columns::createdTimestamp.descending()};
+    case Request::SortDirection::oldestToNewest:
+      return {Columns::noteDate.ascending(), Columns::createdTimestamp.ascending()};
+    case Request::SortDirection::none:
+      break;
+  }
+  return {};
 }
 
 }  // namespace
 
 NSFetchRequest TaskNoteEntity::Request::fetchRequest() const {
-  PredicateParts parts;
-  if (task != nullptr) parts.add("%K = %@", {"task", *task});
+  std::vector<Notes> parts;
+  if (task != nullptr) parts.push_back(Columns::task == *task);
   if (date) addDate(parts, *date);
-  if (!includeStatuses.isEmpty()) parts.add("%K IN %@", {"status", rawValuesOf(includeStatuses)});
-  if (!excludeStatuses.isEmpty()) {
-    parts.add("NOT (%K IN %@)", {"status", rawValuesOf(excludeStatuses)});
+  if (!includeStatuses.isEmpty()) {
+    parts.push_back(Columns::status.in(rawValuesOf(includeStatuses)));
   }
-  NSFetchRequest request{std::string(entityName())};
-  request.setPredicate(std::move(parts).all());
-  request.setSortDescriptors(sortDescriptors(sortDirection));
-  setFetchLimit(request, limit);
-  return request;
+  if (!excludeStatuses.isEmpty()) {
+    parts.push_back(!Columns::status.in(rawValuesOf(excludeStatuses)));
+  }
+  return requestOf(parts, order(sortDirection), limit);
 }
 
 }  // namespace velloro

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreData/Model/NSEntityDescription.h"
+#include "CoreData/Fetch/KeyPath.h"
 #include "Foundation/Time/Date.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxKit/Platform.h"
@@ -31,12 +31,10 @@ class UserProfileEntity;
 /// `Columns/StoredForms.h`; those forms are of files that others wrote, and never change. The
 /// columns stand apart from `TaskEntity` since its functions have some of the same names.
 ///
-///     task->value(TaskAttributes::status);          // TaskStatus::paused; absent for an unknown
-///     one task->stored(TaskAttributes::status);         // "P"
-struct TaskAttributes {
+///     task->value(TaskAttributes::status);     // TaskStatus::paused; absent for an unknown one
+///     task->stored(TaskAttributes::status);    // "P"
+struct TaskAttributes : platform::DeclaredBy<TaskEntity> {
   using Text = std::optional<std::string>;
-  template <typename T, typename Form = platform::AttributeForm<T>>
-  using Attribute = platform::Attribute<T, Form>;
 
   [[nodiscard]] static std::shared_ptr<platform::NSManagedObject> makeObject();
   inline static platform::NSEntityDescription description{
@@ -117,10 +115,6 @@ struct TaskAttributes {
 
   // What a task owns goes with it.
   static constexpr auto owned = platform::NSDeleteRule::cascade;
-  template <typename T>
-  using ToOne = platform::ToOne<T>;
-  template <typename T>
-  using ToMany = platform::ToMany<T>;
   inline static const ToMany<TaskLogEntryEntity> taskEntry{description, "taskEntry", "task", owned};
   inline static const ToMany<TaskNoteEntity> taskNote{description, "taskNote", "task", owned};
   inline static const ToMany<TaskCounterEntity> taskCounter{description, "taskCounter", "task",
