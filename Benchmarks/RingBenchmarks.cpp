@@ -1,6 +1,7 @@
 #include "CheckableTasks/CheckableTaskView.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/ImageCache.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
 #include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 #include "UIKit/UIView.h"

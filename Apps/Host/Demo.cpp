@@ -3,6 +3,7 @@
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
 #include "Host/TaskWriter.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 
 #include <cstdint>
 

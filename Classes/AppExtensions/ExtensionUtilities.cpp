@@ -1,6 +1,7 @@
 #include "AppExtensions/ExtensionUtilities.h"
 
 #include "Foundation/Files/NSFileManager.h"
+#include "Settings/AppGroup.h"
 #include "Settings/SettingsStorageLocal.h"
 
 namespace velloro {
@@ -11,8 +12,7 @@ ExtensionUtilities& ExtensionUtilities::shared() {
 }
 
 std::optional<std::filesystem::path> ExtensionUtilities::sharedContainer() {
-  return NSFileManager::containerURLForSecurityApplicationGroupIdentifier(
-      SettingsStorageLocalShared::suiteName);
+  return NSFileManager::containerURLForSecurityApplicationGroupIdentifier(appGroupIdentifier);
 }
 
 std::optional<std::filesystem::path> ExtensionUtilities::iconCacheFile(const DataCacheKey& icon) {

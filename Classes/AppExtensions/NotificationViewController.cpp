@@ -4,6 +4,7 @@
 #include "Foundation/Text/Locale.h"
 #include "Notifications/NotificationCategory.h"
 #include "Notifications/TaskSharingBadge.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxKit/RuntimeError.h"
 #include "OxLog/Log.h"
 #include "Settings/PendingReportableError.h"

@@ -185,47 +185,34 @@ void View::Painter::drawAbove(CGContext& context) const {
 void View::Painter::drawCaptions(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const ColorProfile& colors = profileWhenChecked();
-  const double height = view_.bounds().size.height;
-  const double icon = height * CheckableTaskConstants::defaultIconPaddingScale;
-  drawCaption(context, ring.bottomCaption, colors.bottomCaption,
-              ((height - trackWidth()) + (height + icon) / 2) / 2);
-  drawCaption(context, ring.topCaption, colors.topCaption,
-              (trackWidth() + (height - icon) / 2) / 2);
-}
-
-void View::Painter::drawCaption(CGContext& context, const Caption& caption,
-                                const OxCodableColor& color, double y) const {
-  if (!caption.font) return;
   const auto [width, height] = view_.bounds().size;
-  const auto layout = layOutCaption(
-      [&](double factor) { return line(caption, color, factor); },
-      {.radius = std::min(width, height) / 2,
-       .trackWidth = trackWidth(),
-       .distance = std::abs(y - height / 2),
-       .isBesideDot = view_.configuration().subProgressBehaviour == SubProgressBehaviour::timer},
-      view_.contentsScale());
-  if (layout) layout->drawCentered(context, {width / 2, y});
+  const CaptionRing place{.frame = view_.bounds(),
+                          .radius = std::min(width, height) / 2,
+                          .trackWidth = trackWidth(),
+                          .iconHeight = height * CheckableTaskConstants::defaultIconPaddingScale,
+                          .hasDot = ring.subProgressBehaviour == SubProgressBehaviour::timer,
+                          .scale = view_.contentsScale()};
+  drawBottomCaption(context, line(ring.bottomCaption, colors.bottomCaption), place);
+  drawTopCaption(context, line(ring.topCaption, colors.topCaption), place);
 }
 
-NSAttributedString View::Painter::line(const Caption& caption, const OxCodableColor& color,
-                                       double factor) const {
-  const NSWritingDirection direction = view_.configuration().writingDirection;
-  const UIFont font = caption.font->withSize(caption.font->pointSize * factor);
-  const NSAttributedString::Attributes attributes{
-      .font = font, .color = color, .writingDirection = direction};
-  std::vector<NSAttributedString> items;
-  const auto addIcons = [&](const std::vector<CaptionIcon>& icons) {
+CaptionLine View::Painter::line(const Caption& caption, const OxCodableColor& color) const {
+  if (!caption.font) return {};
+  const auto inked = [&](const std::vector<CaptionIcon>& icons) {
+    std::vector<CaptionLine::Icon> result;
     for (const CaptionIcon& icon : icons) {
-      const auto shown = icon.visualRepresentation();
       // The surface adds the profile's own alpha, as it does to the text.
       const CGColor ink = CGColor(color).withAlpha(icon.alpha());
-      if (shown) items.push_back(shown->inlineAttributedString(font, ink, direction, {}));
+      if (const auto shown = icon.visualRepresentation()) result.push_back({*shown, ink});
     }
+    return result;
   };
-  addIcons(caption.leadingIcons);
-  if (!caption.text.value_or("").empty()) items.emplace_back(*caption.text, attributes);
-  addIcons(caption.trailingIcons);
-  return joinedCaption(items, attributes);
+  return {.leadingIcons = inked(caption.leadingIcons),
+          .text = caption.text.value_or(""),
+          .trailingIcons = inked(caption.trailingIcons),
+          .attributes = {.font = *caption.font,
+                         .color = color,
+                         .writingDirection = view_.configuration().writingDirection}};
 }
 
 OxCodableColor View::Painter::badgeCircle() const {
@@ -238,15 +225,13 @@ void View::Painter::drawBadges(CGContext& context) const {
   const Configuration& ring = view_.configuration();
   const CGRect bounds = view_.bounds();
   for (const Badge& badge : ring.badges) {
-    CGRect frame = badge.frame(bounds, trackWidth());
-    frame.origin.y = bounds.size.height - frame.origin.y - frame.size.height;
-    const BadgeDrawing drawing{
-        .badge = badge,
-        .frame = frame,
-        .circleColor = badgeCircle(),
-        .contentColor = ring.uncheckedColorProfile.badgeContent,
-        .contentDiameter = frame.size.width * std::min(badge.normalizedContentDiameter, 1.0),
-        .scale = view_.contentsScale()};
+    const auto drawing =
+        BadgeDrawing::of(badge, {.ring = bounds,
+                                 .trackWidth = trackWidth(),
+                                 .surface = bounds,
+                                 .circleColor = badgeCircle(),
+                                 .contentColor = ring.uncheckedColorProfile.badgeContent,
+                                 .scale = view_.contentsScale()});
     context.setAlpha(1);
     // Where the page is not known the badge lets it through, but not the track.
     if (drawing.circleColor.a < 1) context.setBlendMode(CGBlendMode::copy);
@@ -283,9 +268,7 @@ void View::Painter::drawIcon(CGContext& context) const {
   if (!image.cgImage) return;
   const CGSize fitted = calculateImageSize(image.size(), box);
   const CGSize size{.width = std::round(fitted.width), .height = std::round(fitted.height)};
-  context.draw(*image.cgImage, {.origin = {.x = std::round((width - size.width) / 2),
-                                           .y = std::round((height - size.height) / 2)},
-                                .size = size});
+  context.draw(*image.cgImage, iconFrame(size, view_.bounds()));
 }
 
 }  // namespace velloro

@@ -2,6 +2,7 @@
 
 #include "CheckableTasks/CheckableTaskView.h"
 #include "CoreGraphics/CGImage.h"
+#include "OxCheckableTasks/StaticImages/CaptionText.h"
 
 #include <memory>
 #include <optional>
@@ -37,10 +38,8 @@ class CheckableTaskView::Painter {
   [[nodiscard]] bool cutsThrough() const;
   void drawAbove(CGContext& context) const;
   void drawCaptions(CGContext& context) const;
-  void drawCaption(CGContext& context, const Caption& caption, const OxCodableColor& color,
-                   double y) const;
-  [[nodiscard]] NSAttributedString line(const Caption& caption, const OxCodableColor& color,
-                                        double factor) const;
+  /// Empty without a font.
+  [[nodiscard]] CaptionLine line(const Caption& caption, const OxCodableColor& color) const;
   [[nodiscard]] OxCodableColor badgeCircle() const;
   void drawBadges(CGContext& context) const;
   void drawIcon(CGContext& context) const;

@@ -2,6 +2,7 @@
 
 #include "OxCache/DataCacheKey.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
@@ -19,11 +20,28 @@ struct CacheFolder {
   [[nodiscard]] std::filesystem::path url() const;
   [[nodiscard]] std::filesystem::path file(int version, const DataCacheKey& key) const;
   void removeAllFiles() const;
-  /// Removes the oldest files of a folder until the others are no more than so many bytes. Files
-  /// that go meanwhile are no failure: several processes may trim one folder.
-  static void trim(const std::filesystem::path& folder, std::uint64_t mostBytes);
   /// Notes that `version` is in use from now on. Files of a lower one are removed when so asked.
   void setVersion(int version, bool shouldClearOldFiles) const;
+};
+
+/// Keeps the files of a folder within a bound: the oldest ones beyond it are removed in the
+/// background. Between two looks at the folder it may grow by a sixteenth. Several processes may
+/// trim one folder. Safe from any thread.
+class CacheTrimmer {
+ public:
+  /// \param folder Must outlive this.
+  CacheTrimmer(const CacheFolder& folder, std::uint64_t most) : mostBytes(most), folder_(folder) {}
+
+  /// To be called for each file of so many bytes that was put into the folder.
+  void fileWasAdded(std::uint64_t bytes);
+  /// Returns when the folders have been looked at for all that was added up to now.
+  static void waitUntilTrimmed();
+
+  std::atomic<std::uint64_t> mostBytes;
+
+ private:
+  const CacheFolder& folder_;
+  std::atomic<std::uint64_t> bytesUntilTrimming_ = 0;
 };
 
 }  // namespace velloro

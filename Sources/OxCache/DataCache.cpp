@@ -2,6 +2,7 @@
 
 #include "Foundation/Files/NSFileManager.h"
 
+#include <string>
 #include <string_view>
 
 namespace velloro {
@@ -27,6 +28,8 @@ DataCache::Error::Error(Reason reason, const DataCacheKey& key, std::string_view
     : platform::Error("OxCache.DataCache", static_cast<int>(reason),
                       description(reason, key, details)) {}
 
+DataCache::DataCache() : trimmer(folder, 32'000'000) {}
+
 void DataCache::saveEncoded(const std::function<Data()>& encode, const Place& place) {
   if (!isEnabled) throw Error(Error::Reason::cacheDisabled, place.key);
   try {
@@ -41,13 +44,14 @@ void DataCache::saveEncoded(const std::function<Data()>& encode, const Place& pl
   }
 }
 
-void DataCache::write(const CacheItem& item, const DataCacheKey& key) const {
-  const auto written =
-      NSFileManager::write(JSONEncoder{}.encode(item), folder.file(version_, key),
-                           NewItemAccess::owner, NSFileManager::Durability::process);
+void DataCache::write(const CacheItem& item, const DataCacheKey& key) {
+  const std::string json = JSONEncoder{}.encode(item);
+  const auto written = NSFileManager::write(json, folder.file(version_, key), NewItemAccess::owner,
+                                            NSFileManager::Durability::process);
   if (!written) {
     throw Error(Error::Reason::storageError, key, written.error()->localizedDescription());
   }
+  trimmer.fileWasAdded(json.size());
 }
 
 DataCache::Item DataCache::find(const Lookup& lookup) {

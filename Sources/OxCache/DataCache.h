@@ -19,7 +19,7 @@
 namespace velloro {
 
 /// Keeps values that can be had again, in memory and as JSON files, where later processes find
-/// them. Safe from any thread.
+/// them: the newest 32 MB. Safe from any thread.
 ///
 ///     DataCache cache;
 ///     cache.save(series, {.key = key});
@@ -63,6 +63,8 @@ class DataCache {
     CacheStorageLocation location = CacheStorageLocation::automatic;
   };
 
+  DataCache();
+
   /// \throws Error `cacheDisabled`; `storageError` when the value has no JSON or the file can't be
   /// written.
   template <typename T>
@@ -90,12 +92,14 @@ class DataCache {
 
   /// When off, every call fails with `cacheDisabled`.
   std::atomic<bool> isEnabled = true;
+  /// Bounds the files.
+  CacheTrimmer trimmer;
 
  private:
   using Item = std::shared_ptr<const CacheItem>;
 
   void saveEncoded(const std::function<Data()>& encode, const Place& place);
-  void write(const CacheItem& item, const DataCacheKey& key) const;
+  void write(const CacheItem& item, const DataCacheKey& key);
   [[nodiscard]] Item find(const Lookup& lookup);
   [[nodiscard]] Item stored(const Lookup& lookup);
   [[nodiscard]] Item read(const DataCacheKey& key) const;

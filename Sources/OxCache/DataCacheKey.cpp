@@ -15,6 +15,10 @@ bool isWhole(double value) {
   return value == std::round(value);
 }
 
+bool isWhole(CGSize size) {
+  return isWhole(size.width) && isWhole(size.height);
+}
+
 std::string partsText(const std::vector<DataCacheKey::Part>& parts) {
   std::string text;
   for (const auto& [key, value] : parts) text.append(",").append(key).append("=").append(value);
@@ -29,6 +33,8 @@ void DataCacheKey::add(std::string_view value, std::string_view key) {
 
 void DataCacheKey::add(CGSize value, std::string_view key) {
   add(sizeText(value), key);
+  if (isWhole(value)) return;
+  add(stringWithFormat("%.17gx%.17g", value.width, value.height), "exact");
 }
 
 void DataCacheKey::add(const DataCacheKey& value, std::string_view key) {
@@ -56,7 +62,7 @@ std::string ImageCacheKey::text() const {
   const std::string scale = stringWithFormat("%01.0fx,", scale_);
   const CGSize size = size_.value_or(CGSize{});
   const std::string text = (size_ ? sizeText(size) + "@" : "") + scale + DataCacheKey::text();
-  if (isWhole(size.width) && isWhole(size.height) && isWhole(scale_)) return text;
+  if (isWhole(size) && isWhole(scale_)) return text;
   return text + stringWithFormat(",exact=%.17gx%.17g@%.17g", size.width, size.height, scale_);
 }
 

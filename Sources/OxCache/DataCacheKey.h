@@ -32,7 +32,7 @@ class DataCacheKey {
   /// A text, or a URL's.
   void add(std::string_view value, std::string_view key);
   void add(std::integral auto value, std::string_view key) { add(std::to_string(value), key); }
-  /// As whole points: "100x50".
+  /// As whole points: "100x50". A size that this rounds takes a further part, "exact".
   void add(CGSize value, std::string_view key);
   /// As the other key's text.
   void add(const DataCacheKey& value, std::string_view key);

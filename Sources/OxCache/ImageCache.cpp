@@ -1,12 +1,11 @@
 #include "OxCache/ImageCache.h"
 
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/Dispatch/DispatchQueue.h"
 #include "Foundation/Files/NSFileManager.h"
-#include "OxCache/CacheFolder.h"
 #include "OxLog/Log.h"
 
 #include <span>
+#include <system_error>
 
 namespace velloro {
 namespace {
@@ -14,17 +13,13 @@ namespace {
 constexpr CacheFolder folder{
     .name = "image-cache", .extension = ".png", .versionKey = "_OxCache_Image_version"};
 
-/// Never destroyed: it may be at work until the very end.
-const DispatchQueue& trimming() {
-  static const auto* queue = new DispatchQueue("velloro.cache.trim", QualityOfService::utility);
-  return *queue;
-}
-
 std::size_t cost(const UIImage& image) {
   return image.cgImage->pixels().size_bytes();
 }
 
 }  // namespace
+
+ImageCache::ImageCache() : trimmer(folder, 64'000'000) {}
 
 ImageCache& ImageCache::shared() {
   static auto* cache = new ImageCache;  // background work may draw until the very end
@@ -72,23 +67,8 @@ Result<void> ImageCache::write(std::string_view png, const ImageCacheKey& key) {
   // Saving must not wait for the disk: a file that a power cut damages is drawn again.
   auto written = NSFileManager::write(png, imageUrl(key), NewItemAccess::owner,
                                       NSFileManager::Durability::process);
-  if (written) trimAfter(png.size());
+  if (written) trimmer.fileWasAdded(png.size());
   return written;
-}
-
-void ImageCache::trimAfter(std::uint64_t bytes) {
-  const std::uint64_t left = bytesUntilTrimming_;
-  if (bytes < left) {
-    bytesUntilTrimming_ = left - bytes;
-    return;
-  }
-  bytesUntilTrimming_ = mostDiskBytes / 16;
-  trimming().async(
-      [path = folder.url(), most = mostDiskBytes.load()] { CacheFolder::trim(path, most); });
-}
-
-void ImageCache::waitUntilTrimmed() {
-  trimming().sync([] {});
 }
 
 std::filesystem::path ImageCache::imageUrl(const ImageCacheKey& key) const {
@@ -106,6 +86,13 @@ void ImageCache::moveToCache(const std::filesystem::path& url, const ImageCacheK
   const auto own = imageUrl(key);
   auto moved = NSFileManager::replaceItem(own, url);
   if (moved) moved = NSFileManager::makePrivate(own);
+  if (moved) {
+    std::error_code gone;
+    // Trimming goes by the time at which a file came into the cache.
+    std::filesystem::last_write_time(own, std::filesystem::file_time_type::clock::now(), gone);
+    const std::uint64_t bytes = std::filesystem::file_size(own, gone);
+    if (!gone) trimmer.fileWasAdded(bytes);
+  }
   if (!moved && logWriteErrors) Log::cache.error(moved.error());
   forget(key);
 }

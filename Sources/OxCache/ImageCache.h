@@ -2,6 +2,7 @@
 
 #include "Foundation/Values/Error.h"
 #include "Foundation/Values/NSCache.h"
+#include "OxCache/CacheFolder.h"
 #include "OxCache/CacheMode.h"
 #include "OxCache/DataCacheKey.h"
 #include "UIKit/UIImage.h"
@@ -26,9 +27,7 @@ class ImageCache {
 
   [[nodiscard]] static ImageCache& shared();
 
-  /// Bytes that the files may take up. Whoever saves has the oldest ones removed beyond that, in
-  /// the background; between two looks the folder may grow by a sixteenth.
-  std::atomic<std::uint64_t> mostDiskBytes = 64'000'000;
+  ImageCache();
 
   /// \param useMemoryCache Whether it may come from memory, and stay there.
   [[nodiscard]] std::optional<UIImage> image(const ImageCacheKey& key, bool useMemoryCache);
@@ -44,13 +43,12 @@ class ImageCache {
   /// Another one whenever images come out differently: files of another version are not found.
   void setVersion(int version, bool shouldClearOldFiles);
   [[nodiscard]] int version() const { return version_; }
-  /// Returns when the folder has been looked at for all that was saved up to now.
-  static void waitUntilTrimmed();
-
   std::atomic<CacheMode> cacheMode = CacheMode::diskAndMemory;
   std::atomic<bool> logCacheHits = false;
   std::atomic<bool> logCacheMisses = false;
   std::atomic<bool> logWriteErrors = true;
+  /// Bounds the files.
+  CacheTrimmer trimmer;
 
   /// Costs are bytes.
   MemoryCache staticMemoryCache{{.totalCost = 32'000'000}};
@@ -60,12 +58,10 @@ class ImageCache {
  private:
   [[nodiscard]] std::optional<UIImage> read(const ImageCacheKey& key) const;
   [[nodiscard]] Result<void> write(std::string_view png, const ImageCacheKey& key);
-  void trimAfter(std::uint64_t bytes);
   void forget(const ImageCacheKey& key);
   void note(const std::atomic<bool>& isWanted, const char* what, const ImageCacheKey& key) const;
 
   std::atomic<int> version_ = 0;
-  std::atomic<std::uint64_t> bytesUntilTrimming_ = 0;
 };
 
 }  // namespace velloro

@@ -3,6 +3,7 @@
 #include "Foundation/Files/NSUserDefaults.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Foundation/Text/String.h"
+#include "Settings/AppGroup.h"
 #include "Settings/PendingReportableError.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Support/SampleTasks.h"
@@ -106,8 +107,8 @@ struct NotificationViewControllerTest : ::testing::Test {
   }
   [[nodiscard]] std::string title() const { return controller->view()->titleLabel().text.string(); }
   static std::optional<PendingReportableError> recordedError() {
-    const auto data = NSUserDefaults::initWithSuiteName("group.velloro.app.today")
-                          ->dataForKey("PendingReportableError");
+    const auto data =
+        NSUserDefaults::initWithSuiteName(appGroupIdentifier)->dataForKey("PendingReportableError");
     if (!data) return std::nullopt;
     return JSONDecoder{}.decode<PendingReportableError>(data->text());
   }
@@ -344,7 +345,7 @@ TEST_F(NotificationViewControllerTest, ShowsTheTextOfWhatCannotBeRead) {
   };
   for (const Damage& damage : cases) {
     SCOPED_TRACE(damage.path.back());
-    NSUserDefaults::initWithSuiteName("group.velloro.app.today")
+    NSUserDefaults::initWithSuiteName(appGroupIdentifier)
         ->removeObjectForKey("PendingReportableError");
     show(sampleTask());
     controller->didReceive(notificationOf(damaged(damage)));

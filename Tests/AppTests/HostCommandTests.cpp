@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Coding/PropertyList.h"
 #include "Foundation/Files/NSFileManager.h"
+#include "Settings/AppGroup.h"
 #include "Support/TaskStore.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 
@@ -50,7 +51,7 @@ class HostCommands : public testing::Test {
   /// Changes the store as another program does.
   void behindItsBack(const std::function<void(NSManagedObjectContext&)>& work) const {
     const TaskStore store(NSPersistentStoreDescription::initWithURL(
-        folder_ / "groups" / DataManager::groupIdentifier / "Velloro-CloudKit.sqlite"));
+        folder_ / "groups" / appGroupIdentifier / "Velloro-CloudKit.sqlite"));
     work(*store.viewContext());
     EXPECT_TRUE(store.viewContext()->save());
   }
@@ -377,7 +378,7 @@ TEST_F(HostCommands, FinishASwitchThatWasKilledAndTakeBackOneThatFails) {
   // As if it had been killed after the copy.
   const std::string isCloud = "Settings_CloudSyncEnabled";
   set("velloro.app", {{isCloud, true}, {"Settings_StartOfDay", 0}});
-  set("group.velloro.app.today", {{isCloud, true}, {"storeSwitch.choosesCloud", false}});
+  set(appGroupIdentifier, {{isCloud, true}, {"storeSwitch.choosesCloud", false}});
   run("log add Read --process widget");
   EXPECT_THAT(run("settings get cloudSyncTasksEnabled"), HasSubstr("true"))
       << "a look ends nothing";

@@ -35,9 +35,10 @@ TEST(RingCommand, DrawsARing) {
   ASSERT_TRUE(ringAlone);
   EXPECT_EQ(ringAlone->pixel(0, 0), 0U);
   EXPECT_NE(ringAlone->pixel(50, 3), 0U);
-  const auto faded = ring("--size 50 --transparent --status s");
+  const auto faded = ring("--size 50 --transparent --status s --badge topTrailing");
   ASSERT_TRUE(faded);
   EXPECT_NEAR(faded->pixel(50, 30) >> 24U, 128, 1);
+  EXPECT_NEAR(faded->pixel(82, 18) >> 24U, 128, 1) << "the badge lets the page through, too";
 }
 
 TEST(RingCommand, PutsAllSchemesByAllStatusesOnASheet) {

@@ -2,6 +2,7 @@
 #include "CoreGraphics/CGImage.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
 #include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 

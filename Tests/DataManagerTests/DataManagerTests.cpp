@@ -5,6 +5,7 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "Settings/AppGroup.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
@@ -37,7 +38,7 @@ class DataManagerTest : public testing::Test {
   void setSync(bool isEnabled) {
     const std::string key = Setting(Setting::cloudSyncTasksEnabled).key();
     NSUserDefaults::standardUserDefaults().setObject(isEnabled, key);
-    NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier)->setObject(isEnabled, key);
+    NSUserDefaults::initWithSuiteName(appGroupIdentifier)->setObject(isEnabled, key);
   }
   void post(const DataManager& manager, const Event& event) {
     manager.cloudPersistentContainer()->post(event);

@@ -22,7 +22,9 @@ TEST(DataCacheKey, SaysAllThatTheValueDependsOn) {
   key.add(inner, "hash");
   key.add(3, "or");
   key.add(CGSize{8, 9.6}, "box");
-  EXPECT_EQ(key.text(), "100x50@2x,sig,hash=lp,prog=0.5,or=3,box=8x10");
+  key.add(CGSize{8, 10}, "box");
+  EXPECT_EQ(key.text(),
+            "100x50@2x,sig,hash=lp,prog=0.5,or=3,box=8x10,exact=8x9.5999999999999996,box=8x10");
   EXPECT_EQ(ImageCacheKey("sig", 3).text(), "3x,sig");
   EXPECT_EQ(DataCacheKey("").nsCacheKey(), 5381U);
   EXPECT_EQ(DataCacheKey("ab").nsCacheKey(), (5381U * 127 + 'a') * 127 + 'b');
@@ -105,6 +107,16 @@ TEST_F(DataCacheTest, FindsNoFileOfAnotherVersion) {
   EXPECT_EQ(files().size(), 2U) << "the same version keeps its files";
   next.setVersion(3, true);
   EXPECT_TRUE(files().empty());
+}
+
+TEST_F(DataCacheTest, RemovesFilesBeyondItsLimit) {
+  cache.trimmer.mostBytes = 2000;
+  for (int number = 0; number < 100; ++number) {
+    cache.save(numbers, {.key = DataCacheKey(std::to_string(number))});
+  }
+  CacheTrimmer::waitUntilTrimmed();
+  EXPECT_LT(files().size(), 30U);
+  EXPECT_GT(files().size(), 9U);
 }
 
 }  // namespace

@@ -104,10 +104,12 @@ TEST_F(ImageCacheTest, RemovesTheOldestFilesBeyondItsLimit) {
     const auto age = std::chrono::hours(number % 2 == 0 ? number : 20 + number);
     std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - age);
   }
+  const auto moved = cache.imageUrl(keyOf(9));
+  std::filesystem::rename(cache.imageUrl(keyOf(7)), moved);
   ImageCache other;
-  other.mostDiskBytes = bytes * 4;
-  other.save(plain(red), keyOf(8), false);
-  ImageCache::waitUntilTrimmed();
+  other.trimmer.mostBytes = bytes * 4;
+  other.moveToCache(moved, keyOf(8));  // an old file that is new to the cache
+  CacheTrimmer::waitUntilTrimmed();
   std::string kept;
   for (int number = 0; number < 9; ++number) {
     if (found(other, keyOf(number), false)) kept += std::to_string(number);

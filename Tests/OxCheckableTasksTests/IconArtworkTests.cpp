@@ -1,6 +1,7 @@
 #include "CoreGraphics/FontGlyph.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCheckableTasks/Icons/IconArtwork.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/Icons/IconTable.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "CoreGraphics/CGImage.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "Support/Fixtures.h"
 
 #include <cmath>

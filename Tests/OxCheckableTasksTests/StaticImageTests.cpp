@@ -1,6 +1,7 @@
 #include "CoreGraphics/CGContext.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCache/ImageCache.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/StaticImages/CaptionText.h"
 #include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 

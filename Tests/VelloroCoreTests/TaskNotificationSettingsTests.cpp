@@ -1,4 +1,5 @@
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "Support/Fixtures.h"
 #include "VelloroCore/Reminders/TaskNotificationSettings.h"
 

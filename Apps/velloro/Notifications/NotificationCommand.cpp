@@ -6,6 +6,7 @@
 #include "Host/HostStore.h"
 #include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
+#include "Settings/AppGroup.h"
 #include "Settings/SettingsStorage.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Notifications/NotificationPlay.h"
@@ -52,8 +53,7 @@ NotificationViewController::Screen screenOf(const NotificationOptions& options) 
 
 /// Null where there is none yet.
 std::shared_ptr<DataManager::Container> openCloudContainer() {
-  const auto group =
-      Environment::current().directories().groupContainers / DataManager::groupIdentifier;
+  const auto group = Environment::current().directories().groupContainers / appGroupIdentifier;
   if (!NSFileManager::exists(group)) return nullptr;  // to ask for its files would make it
   const auto file = DataManager::StoreUrls::make().sharedGroupUrlModernCloud;
   if (!NSFileManager::exists(file)) return nullptr;

@@ -71,8 +71,9 @@ double share(const char* name, const Text& text, double otherwise) {
 }  // namespace
 
 RingPicture RingArguments::picture() const {
-  RingPicture picture{.isTransparent = isTransparent};
+  RingPicture picture;
   RingLook& look = picture.look;
+  look.isTransparent = isTransparent;
   look.theme = chosenTheme();
   if (position) look.order.position = countArgument("--position", *position);
   look.status = status ? statusArgument("--status", *status) : Status{};

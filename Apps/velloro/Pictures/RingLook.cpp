@@ -1,5 +1,7 @@
 #include "velloro/Pictures/RingLook.h"
 
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
+
 namespace velloro {
 namespace {
 
@@ -52,7 +54,7 @@ void RingLook::configure(View::Configuration& ring) const {
   ring.completedColorProfile = !isOpen      ? shown
                                : isNegative ? here.negativeMissedColorProfile({}, place)
                                             : here.positiveCompletedColorProfile({}, place);
-  ring.containingBackgroundColor = theme.backgroundType().plainColor();
+  if (!isTransparent) ring.containingBackgroundColor = theme.backgroundType().plainColor();
   ring.habitMode = isNegative ? View::HabitMode::negative : View::HabitMode::positive;
   ring.fillDirection =
       fillDirection.value_or(isNegative ? FillDirection::antiClockwise : FillDirection::clockwise);

@@ -33,7 +33,8 @@ struct RingLook {
   Caption bottomCaption = {};
   Caption topCaption = {};
   std::vector<Badge> badges = {};
-  double diameter = 84;  ///< Points.
+  double diameter = 84;        ///< Points.
+  bool isTransparent = false;  ///< Nothing lies behind the ring, else the theme's background.
 
   /// The view, with its state and progress.
   [[nodiscard]] std::shared_ptr<CheckableTaskView> view() const;

@@ -56,7 +56,7 @@ void Canvas::show(UIWindow& window, CGPoint origin) {
 std::shared_ptr<const CGImage> RingPicture::pictureOf(UIWindow& window) const {
   const CGRect frame = window.contentView()->bounds();
   Canvas canvas(frame.size, scale);
-  if (!isTransparent) canvas.paint(frame, look.theme.backgroundType());
+  if (!look.isTransparent) canvas.paint(frame, look.theme.backgroundType());
   canvas.show(window, {});
   return canvas.image();
 }

@@ -37,7 +37,6 @@ class Canvas {
 struct RingPicture {
   RingLook look = {};
   double scale = 2;  ///< Pixels per point.
-  bool isTransparent = false;
 
   [[nodiscard]] std::shared_ptr<const CGImage> image() const;
 

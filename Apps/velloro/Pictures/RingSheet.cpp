@@ -63,6 +63,7 @@ class Sheet {
   void drawRow(ColorScheme scheme, double y) {
     RingLook look = ring_.look;
     look.theme.colorScheme = scheme;
+    look.isTransparent = false;
     canvas_.paint({.origin = {0, y}, .size = {size_.width, cell_}}, look.theme.backgroundType());
     canvas_.write(localizedTitle(scheme), {names_ / 2, y + cell_ / 2}, font(UIFont::Weight::medium),
                   look.theme.taskTextColor({look.order, {}}));

@@ -7,6 +7,7 @@
 #include "DataManager/TaskDeduplicator.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "OxLog/Log.h"
+#include "Settings/AppGroup.h"
 #include "Settings/SettingsStorageLocal.h"
 #include "Tasks/Rows/VelloroModel.h"
 
@@ -32,8 +33,8 @@ std::string key(Setting::Case setting) {
 /// As this process sees it, without the tiers of the settings: they stand on the store.
 bool cloudSyncTasksEnabled() {
   if (const auto choice = StoreChoice::underWay()) return !choice->isCloud;
-  const auto suite = isExtension() ? NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier)
-                                   : std::nullopt;
+  const auto suite =
+      isExtension() ? NSUserDefaults::initWithSuiteName(appGroupIdentifier) : std::nullopt;
   const auto& defaults = suite ? *suite : NSUserDefaults::standardUserDefaults();
   return defaults.boolForKey(key(Setting::cloudSyncTasksEnabled));
 }
@@ -53,7 +54,7 @@ std::string description(const DataManager::Event& event) {
 
 DataManager::StoreUrls DataManager::StoreUrls::make() {
   const auto group =
-      NSFileManager::containerURLForSecurityApplicationGroupIdentifier(groupIdentifier);
+      NSFileManager::containerURLForSecurityApplicationGroupIdentifier(appGroupIdentifier);
   const auto folder = group ? *group : NSFileManager::documentDirectory();
   return {.sharedGroupUrlLegacy =
               group ? std::optional(*group / "Velloro-Production.sqlite") : std::nullopt,
@@ -177,7 +178,7 @@ void DataManager::runFirstRunWorkflow() const {
   const auto settings = SettingsStorageLocalShared::open();
   const auto alone = settings ? settings->exclusiveAccess() : nullptr;
   if (standard.boolForKey(hasRun)) return;
-  if (auto suite = NSUserDefaults::initWithSuiteName(groupIdentifier)) {
+  if (auto suite = NSUserDefaults::initWithSuiteName(appGroupIdentifier)) {
     suite->setObject(true, isEnabled);
   }
   standard.setObjects({{hasRun, true}, {isEnabled, true}});

@@ -61,7 +61,6 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   using ContainerLocation = std::variant<Url, InMemory>;
 
   static constexpr const char* cloudContainerIdentifier = "iCloud.velloro.app.coreData";
-  static constexpr const char* groupIdentifier = "group.velloro.app.today";
 
   /// \name Posted on the default centre, without an object.
   /// @{

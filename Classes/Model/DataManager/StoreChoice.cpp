@@ -2,6 +2,7 @@
 
 #include "DataManager/DataManager.h"
 #include "Foundation/Files/NSUserDefaults.h"
+#include "Settings/AppGroup.h"
 
 namespace velloro {
 namespace {
@@ -10,7 +11,7 @@ constexpr const char* choosesCloud = "storeSwitch.choosesCloud";
 constexpr const char* keepsTasksKey = "storeSwitch.keepsTasks";
 
 std::optional<NSUserDefaults> suite() {
-  return NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
+  return NSUserDefaults::initWithSuiteName(appGroupIdentifier);
 }
 
 Result<void> keep(const NSUserDefaults::Changes& changes) {

@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Files/NSUserDefaults.h"
 #include "OxLog/Log.h"
+#include "Settings/AppGroup.h"
 
 namespace velloro {
 
@@ -14,7 +15,7 @@ PendingReportableError PendingReportableError::of(const Error& error) {
 }
 
 void PendingReportableError::save() const {
-  auto defaults = NSUserDefaults::initWithSuiteName(suiteName);
+  auto defaults = NSUserDefaults::initWithSuiteName(appGroupIdentifier);
   if (!defaults) return;
   try {
     // A write of the defaults returns when it is on the disk: nothing is left to synchronise.

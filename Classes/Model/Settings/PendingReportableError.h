@@ -16,8 +16,8 @@ struct PendingReportableError {
   std::string errorDescription;
   std::string underlyingError;  ///< All that is known: "velloro.store 2: The file is no database."
 
-  /// Where it is kept, as the bytes of its JSON; the newest takes the place of the one before.
-  static constexpr std::string_view suiteName = "group.velloro.app.today";
+  /// Where the suite of the application's group keeps it, as the bytes of its JSON; the newest
+  /// takes the place of the one before.
   static constexpr std::string_view storageKey = "PendingReportableError";
 
   /// As of now.

@@ -1,5 +1,7 @@
 #include "Settings/Settings.h"
 
+#include "CloudKit/CKError.h"
+
 #include <algorithm>
 #include <functional>
 
@@ -19,7 +21,7 @@ Settings::CloudKitErrorDescriptor descriptor(const Error& error) {
                                            .ckErrorCode = {},
                                            .nsErrorCode = {},
                                            .nsErrorDomain = {}};
-  if (error.domain() == Settings::cloudKitErrorDomain) {
+  if (error.domain() == CKErrorDomain) {
     result.ckErrorCode = error.code();
   } else {
     result.nsErrorCode = error.code();

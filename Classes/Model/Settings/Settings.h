@@ -41,9 +41,6 @@ class Settings {
              key("nsErrorDomain", &CloudKitErrorDescriptor::nsErrorDomain));
   };
 
-  /// The domain of the cloud service's errors.
-  static constexpr const char* cloudKitErrorDomain = "CKErrorDomain";
-
   /// The process's own, over `SettingsStorage::shared`.
   [[nodiscard]] static Settings& shared();
   /// \param storage Must outlive this.

@@ -3,6 +3,7 @@
 #include "Foundation/Files/FileLock.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/Environment.h"
+#include "Settings/AppGroup.h"
 
 namespace velloro {
 namespace {
@@ -65,7 +66,7 @@ std::shared_ptr<void> SettingsStorageLocalShared::exclusiveAccess() const {
 }
 
 std::shared_ptr<SettingsStorageLocalShared> SettingsStorageLocalShared::open() {
-  const auto suite = NSUserDefaults::initWithSuiteName(suiteName);
+  const auto suite = NSUserDefaults::initWithSuiteName(appGroupIdentifier);
   return suite ? std::make_shared<SettingsStorageLocalShared>(*suite) : nullptr;
 }
 

@@ -44,7 +44,6 @@ class SettingsStorageLocalShared final : public SettingsStorageLocalUserDefaults
 
   [[nodiscard]] std::shared_ptr<void> exclusiveAccess() const override;
 
-  static constexpr std::string_view suiteName = "group.velloro.app.today";
   /// Null where the suite can't be opened.
   [[nodiscard]] static std::shared_ptr<SettingsStorageLocalShared> open();
 };

@@ -231,7 +231,6 @@ struct DeclaredBy {
   using Attribute = Declared<Entity, platform::Attribute<T, Form>>;
   template <typename T>
   using BoxedAttribute = Declared<Entity, platform::BoxedAttribute<T>>;
-  using IdentifierAttribute = Declared<Entity, platform::IdentifierAttribute>;
   template <typename T>
   using ToOne = Declared<Entity, platform::ToOne<T>, RelatedObject<T>>;
   template <typename T>

@@ -4,7 +4,6 @@
 #include "Foundation/Text/String.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -12,6 +11,7 @@
 #include <new>
 #include <optional>
 #include <sstream>
+#include <type_traits>
 #include <utility>
 
 #include <rapidjson/memorystream.h>
@@ -19,22 +19,35 @@
 #include <simdjson.h>
 
 namespace platform {
-namespace {
 
 namespace dom = simdjson::dom;
 
-// A node is the parser's own handle; so is a position in an array or an object.
-dom::element elementOf(JSONNode node) {
-  return std::bit_cast<dom::element>(node);
-}
+/// Keeps a handle of the parser, an element or a position, in a node: the parser documents them as
+/// small values that may be copied while it lives.
+struct JSONHandle {
+  template <typename Handle>
+  static JSONNode keep(const Handle& handle) {
+    static_assert(std::is_trivially_copyable_v<Handle>);
+    static_assert(sizeof(Handle) <= sizeof(JSONNode) && alignof(Handle) <= alignof(JSONNode));
+    JSONNode node;
+    ::new (node.handle_.data()) Handle(handle);
+    return node;
+  }
 
-template <typename Handle>
-JSONNode nodeOf(Handle handle) {
-  return std::bit_cast<JSONNode>(handle);
+  template <typename Handle>
+  static Handle kept(const JSONNode& node) {
+    return *std::launder(reinterpret_cast<const Handle*>(node.handle_.data()));
+  }
+};
+
+namespace {
+
+dom::element elementOf(const JSONNode& node) {
+  return JSONHandle::kept<dom::element>(node);
 }
 
 template <typename Value>
-Value valueOf(JSONNode node) {
+Value valueOf(const JSONNode& node) {
   return elementOf(node).get<Value>().value_unsafe();
 }
 
@@ -48,6 +61,7 @@ std::string shortened(std::string_view text) {
 
 /// What stands in for a number beyond the range of a double.
 constexpr std::string_view infiniteNumber = "1.7976931348623157e308";
+
 template <typename Integer>
 bool fits(std::string_view digits) {
   Integer number{};
@@ -245,27 +259,27 @@ std::string JSONNode::description() const {
 }
 
 JSONElements::JSONElements(JSONNode array)
-    : position_(nodeOf(valueOf<dom::array>(array).begin())),
-      end_(nodeOf(valueOf<dom::array>(array).end())) {}
+    : position_(JSONHandle::keep(valueOf<dom::array>(array).begin())),
+      end_(JSONHandle::keep(valueOf<dom::array>(array).end())) {}
 
 bool JSONElements::next(JSONNode& element) {
-  auto position = std::bit_cast<dom::array::iterator>(position_);
-  if (position == std::bit_cast<dom::array::iterator>(end_)) return false;
-  element = nodeOf(*position);
-  position_ = nodeOf(++position);
+  auto position = JSONHandle::kept<dom::array::iterator>(position_);
+  if (position == JSONHandle::kept<dom::array::iterator>(end_)) return false;
+  element = JSONHandle::keep(*position);
+  position_ = JSONHandle::keep(++position);
   return true;
 }
 
 JSONFields::JSONFields(JSONNode object)
-    : position_(nodeOf(valueOf<dom::object>(object).begin())),
-      end_(nodeOf(valueOf<dom::object>(object).end())) {}
+    : position_(JSONHandle::keep(valueOf<dom::object>(object).begin())),
+      end_(JSONHandle::keep(valueOf<dom::object>(object).end())) {}
 
 bool JSONFields::next(std::string_view& key, JSONNode& value) {
-  auto position = std::bit_cast<dom::object::iterator>(position_);
-  if (position == std::bit_cast<dom::object::iterator>(end_)) return false;
+  auto position = JSONHandle::kept<dom::object::iterator>(position_);
+  if (position == JSONHandle::kept<dom::object::iterator>(end_)) return false;
   key = position.key();
-  value = nodeOf(position.value());
-  position_ = nodeOf(++position);
+  value = JSONHandle::keep(position.value());
+  position_ = JSONHandle::keep(++position);
   return true;
 }
 
@@ -310,7 +324,7 @@ JSONDocument::JSONDocument(std::string_view text, std::size_t readableBehind)
     throw DecodingError(DecodingError::Kind::dataCorrupted, "", reasonText(failure, text))
         .ofMoreThanOneValue();
   }
-  root_ = nodeOf(root);
+  root_ = JSONHandle::keep(root);
 }
 
 JSONDocument::~JSONDocument() = default;

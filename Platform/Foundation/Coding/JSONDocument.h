@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -43,8 +44,9 @@ class JSONNode {
   [[nodiscard]] std::string description() const;
 
  private:
-  const void* document_;
-  std::size_t index_;
+  friend struct JSONHandle;
+  /// A handle of the parser, whose type stays in one source.
+  alignas(void*) std::array<std::byte, 2 * sizeof(void*)> handle_;
 };
 
 /// Walks the elements of an array.

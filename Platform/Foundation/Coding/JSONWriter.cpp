@@ -7,67 +7,13 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <initializer_list>
+#include <utility>
 #include <vector>
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/writer.h>
 #include <simdjson.h>
 
 namespace platform {
 namespace {
-
-/// The stream under the writer: one buffer that is handed on when it is full. Most texts fit the
-/// first buffer, which costs no allocation.
-class ChunkStream {
- public:
-  using Ch = char;
-
-  explicit ChunkStream(const JSONWriter::Sink& sink) : sink_(sink) {}
-  ChunkStream(const ChunkStream&) = delete;
-  ChunkStream& operator=(const ChunkStream&) = delete;
-
-  void Put(char c) {
-    if (at_ == end_) spill();
-    *at_++ = c;
-  }
-  void Flush() {}
-
-  void append(std::string_view text) {
-    while (text.size() > room()) {
-      const std::size_t count = room();
-      copy(text.substr(0, count));
-      text.remove_prefix(count);
-      spill();
-    }
-    copy(text);
-  }
-
-  void finish() {
-    if (at_ != start_) sink_(std::string_view(start_, static_cast<std::size_t>(at_ - start_)));
-    at_ = start_;
-  }
-
- private:
-  [[nodiscard]] std::size_t room() const { return static_cast<std::size_t>(end_ - at_); }
-
-  void copy(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
-
-  void spill() {
-    finish();
-    if (!large_.empty()) return;
-    large_.resize(256 * 1024);
-    at_ = start_ = large_.data();
-    end_ = start_ + large_.size();
-  }
-
-  const JSONWriter::Sink& sink_;
-  std::array<char, 4096> small_;
-  std::vector<char> large_;
-  char* start_ = small_.data();
-  char* at_ = start_;
-  char* end_ = start_ + small_.size();
-};
 
 constexpr std::uint64_t everyByte(std::uint8_t byte) {
   return 0x0101010101010101U * byte;
@@ -111,109 +57,201 @@ Contents contentsOf(std::string_view text) {
   return {.needsEscapes = escapes != 0, .isASCII = (bytes & everyByte(0x80)) == 0};
 }
 
+/// The letter behind the backslash of a short escape; 0 where there is none.
+char shortEscape(char c) {
+  switch (c) {
+    case '"':
+    case '\\':
+      return c;
+    case '\b':
+      return 'b';
+    case '\f':
+      return 'f';
+    case '\n':
+      return 'n';
+    case '\r':
+      return 'r';
+    case '\t':
+      return 't';
+    default:
+      return 0;
+  }
+}
+
 }  // namespace
 
-struct JSONWriter::Engine {
-  ChunkStream stream;
-  rapidjson::Writer<ChunkStream> compact{stream};
-  rapidjson::PrettyWriter<ChunkStream> pretty{stream};
-  Layout layout;
-  std::size_t depth = 0;
+/// One buffer that is handed to the sink when it is full. Most texts fit the first one, which costs
+/// no allocation.
+class JSONWriter::Buffer {
+ public:
+  explicit Buffer(const Sink& sink) : sink_(sink) {}
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
 
-  Engine(const Sink& sink, Layout wanted) : stream(sink), layout(wanted) {
-    pretty.SetIndent(' ', 2);
+  void append(char c) {
+    if (at_ == end_) spill();
+    *at_++ = c;
   }
 
-  template <typename Write>
-  void write(Write write) {
-    layout == Layout::compact ? write(compact) : write(pretty);
+  void append(std::size_t count, char c) {
+    for (; count > 0; --count) append(c);
   }
 
-  /// A value or key that is ready as it stands: what the writer puts before it, then a plain copy.
-  void writeReady(rapidjson::Type type, std::initializer_list<std::string_view> pieces) {
-    write([&](auto& writer) { writer.RawValue("", 0, type); });
-    for (const std::string_view piece : pieces) stream.append(piece);
+  void append(std::string_view text) {
+    while (text.size() > room()) {
+      const std::size_t count = room();
+      copy(text.substr(0, count));
+      text.remove_prefix(count);
+      spill();
+    }
+    copy(text);
   }
+
+  void appendEscaped(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    for (const char c : text) {
+      if (const char letter = shortEscape(c)) {
+        append('\\');
+        append(letter);
+      } else if (static_cast<unsigned char>(c) < 0x20) {
+        append("\\u00");
+        append(digits[static_cast<std::size_t>(c) / 16]);
+        append(digits[static_cast<std::size_t>(c) % 16]);
+      } else {
+        append(c);
+      }
+    }
+  }
+
+  void finish() {
+    if (at_ != start_) sink_(std::string_view(start_, static_cast<std::size_t>(at_ - start_)));
+    at_ = start_;
+  }
+
+ private:
+  [[nodiscard]] std::size_t room() const { return static_cast<std::size_t>(end_ - at_); }
+
+  void copy(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
+
+  void spill() {
+    finish();
+    if (!large_.empty()) return;
+    large_.resize(256 * 1024);
+    at_ = start_ = large_.data();
+    end_ = start_ + large_.size();
+  }
+
+  const Sink& sink_;
+  std::array<char, 4096> small_;
+  std::vector<char> large_;
+  char* start_ = small_.data();
+  char* at_ = start_;
+  char* end_ = start_ + small_.size();
 };
 
 JSONWriter::JSONWriter(const Sink& sink, Layout layout)
-    : engine_(std::make_unique<Engine>(sink, layout)) {}
+    : buffer_(std::make_unique<Buffer>(sink)), layout_(layout) {}
 
 JSONWriter::~JSONWriter() = default;
 
 void JSONWriter::null() {
-  engine_->write([](auto& writer) { writer.Null(); });
+  write("null");
 }
 
 void JSONWriter::boolean(bool value) {
-  engine_->write([&](auto& writer) { writer.Bool(value); });
+  write(value ? "true" : "false");
 }
 
 void JSONWriter::integer(std::int64_t value) {
-  engine_->write([&](auto& writer) { writer.Int64(value); });
+  std::array<char, 24> digits;
+  write({digits.data(), std::to_chars(digits.begin(), digits.end(), value).ptr});
 }
 
 void JSONWriter::unsignedInteger(std::uint64_t value) {
-  engine_->write([&](auto& writer) { writer.Uint64(value); });
+  std::array<char, 24> digits;
+  write({digits.data(), std::to_chars(digits.begin(), digits.end(), value).ptr});
 }
 
 void JSONWriter::real(double value) {
   const bool isNegativeZero = value == 0 && std::signbit(value);
-  if (isNegativeZero) return engine_->writeReady(rapidjson::kNumberType, {"-0.0"});
+  if (isNegativeZero) return write("-0.0");
   if (const auto whole = exactInteger(value)) return integer(*whole);
   std::array<char, 32> digits;
-  char* const last = digits.data() + digits.size();
   // Many digits without an exponent would be taken for an integer, one too large for a reader.
   const auto end =
       std::abs(value) < 0x1p63
-          ? std::to_chars(digits.data(), last, value).ptr
-          : std::to_chars(digits.data(), last, value, std::chars_format::scientific).ptr;
-  engine_->writeReady(rapidjson::kNumberType, {std::string_view(digits.data(), end)});
+          ? std::to_chars(digits.begin(), digits.end(), value).ptr
+          : std::to_chars(digits.begin(), digits.end(), value, std::chars_format::scientific).ptr;
+  write({digits.data(), end});
 }
 
 bool JSONWriter::text(std::string_view value) {
   const Contents contents = contentsOf(value);
   if (!contents.isASCII && !simdjson::validate_utf8(value)) return false;
-  if (contents.needsEscapes) {
-    engine_->write([&](auto& writer) {
-      writer.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-    });
-  } else {
-    engine_->writeReady(rapidjson::kStringType, {"\"", value, "\""});
-  }
+  startValue();
+  buffer_->append('"');
+  contents.needsEscapes ? buffer_->appendEscaped(value) : buffer_->append(value);
+  buffer_->append('"');
   return true;
 }
 
 bool JSONWriter::key(std::string_view name) {
-  return text(name);
+  if (!text(name)) return false;
+  buffer_->append(layout_ == Layout::pretty ? ": " : ":");
+  isBehindKey_ = true;
+  return true;
 }
 
 void JSONWriter::startObject() {
-  ++engine_->depth;
-  engine_->write([](auto& writer) { writer.StartObject(); });
+  start('{');
 }
 
 void JSONWriter::endObject() {
-  --engine_->depth;
-  engine_->write([](auto& writer) { writer.EndObject(); });
+  end('}');
 }
 
 void JSONWriter::startArray() {
-  ++engine_->depth;
-  engine_->write([](auto& writer) { writer.StartArray(); });
+  start('[');
 }
 
 void JSONWriter::endArray() {
-  --engine_->depth;
-  engine_->write([](auto& writer) { writer.EndArray(); });
+  end(']');
+}
+
+void JSONWriter::start(char bracket) {
+  startValue();
+  buffer_->append(bracket);
+  ++depth_;
+  isFirst_ = true;
+}
+
+void JSONWriter::end(char bracket) {
+  --depth_;
+  if (!isFirst_) startLine();
+  buffer_->append(bracket);
+  isFirst_ = false;
+}
+
+void JSONWriter::write(std::string_view ready) {
+  startValue();
+  buffer_->append(ready);
+}
+
+/// What stands between the value before, if there is one, and the next.
+void JSONWriter::startValue() {
+  if (std::exchange(isBehindKey_, false)) return;
+  if (!std::exchange(isFirst_, false)) buffer_->append(',');
+  if (depth_ > 0) startLine();
+}
+
+void JSONWriter::startLine() {
+  if (layout_ == Layout::compact) return;
+  buffer_->append('\n');
+  buffer_->append(2 * depth_, ' ');
 }
 
 void JSONWriter::finish() {
-  engine_->stream.finish();
-}
-
-std::size_t JSONWriter::depth() const {
-  return engine_->depth;
+  buffer_->finish();
 }
 
 }  // namespace platform

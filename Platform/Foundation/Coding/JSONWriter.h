@@ -41,11 +41,22 @@ class JSONWriter {
   void finish();
 
   /// The objects and arrays that are open.
-  [[nodiscard]] std::size_t depth() const;
+  [[nodiscard]] std::size_t depth() const { return depth_; }
 
  private:
-  struct Engine;
-  std::unique_ptr<Engine> engine_;
+  class Buffer;
+
+  void start(char bracket);
+  void end(char bracket);
+  void write(std::string_view ready);
+  void startValue();
+  void startLine();
+
+  std::unique_ptr<Buffer> buffer_;
+  Layout layout_;
+  std::size_t depth_ = 0;
+  bool isFirst_ = true;  // in the object or array, or in the whole text
+  bool isBehindKey_ = false;
 };
 
 }  // namespace platform

@@ -13,10 +13,15 @@
 
 namespace platform {
 
-/// The threads behind all background queues. It starts with none, grows at once to the number of
-/// processors, and beyond that slowly, while work waits and no worker comes to an end: so blocked
-/// workers hold up others for a few milliseconds. Workers never end; the pool is never
-/// destroyed, so that process exit neither waits for them nor pulls anything from under them.
+/// The threads behind all background queues. The standard library has no pool, and those of other
+/// libraries have a fixed number of threads, where blocks that wait for each other stop all work,
+/// and join them at exit; none lets a virtual clock wait until all that was handed in has ended. So
+/// this one is our own.
+///
+/// It starts with none, grows at once to the number of processors, and beyond that slowly, while
+/// work waits and no worker comes to an end: so blocked workers hold up others for a few
+/// milliseconds. Workers never end; the pool is never destroyed, so that process exit neither waits
+/// for them nor pulls anything from under them.
 class WorkerPool {
  public:
   [[nodiscard]] static WorkerPool& shared();

@@ -293,4 +293,10 @@ CGSize calculateImageSize(CGSize image, CGSize box) {
   return {.width = image.width * factor, .height = image.height * factor};
 }
 
+CGRect iconFrame(CGSize image, CGRect frame) {
+  return {.origin = {.x = frame.origin.x + std::round((frame.size.width - image.width) / 2),
+                     .y = frame.origin.y + std::round((frame.size.height - image.height) / 2)},
+          .size = image};
+}
+
 }  // namespace velloro

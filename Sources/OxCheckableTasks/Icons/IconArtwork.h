@@ -29,5 +29,7 @@ struct IconArtwork {
 
 /// The size in which an image fits into a box: never enlarged, and as wide for its height as it is.
 [[nodiscard]] CGSize calculateImageSize(CGSize image, CGSize box);
+/// An image of that size in the middle of a frame, its origin as many whole units from the frame's.
+[[nodiscard]] CGRect iconFrame(CGSize image, CGRect frame);
 
 }  // namespace velloro

@@ -1,6 +1,7 @@
 #include "OxCheckableTasks/Icons/IconManagerIcon.h"
 
 #include "Foundation/Process/Environment.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 
 #include <algorithm>
 #include <array>
@@ -10,6 +11,19 @@ namespace velloro {
 namespace {
 
 using enum IconManagerIcon;
+
+struct Row {
+  IconManagerIcon value;
+  std::string_view raw;
+  IconCategory category;
+};
+
+constexpr Row rows[] = {
+#define VELLORO_ICON(name, category) {IconManagerIcon::name, #name, IconCategory::category},
+#include "OxCheckableTasks/Icons/IconManagerIcon.inc"
+};
+
+constexpr auto names = rawColumn(rows);
 
 struct IconText {
   IconManagerIcon icon;
@@ -47,7 +61,7 @@ using Groups = std::array<std::vector<IconManagerIcon>, allCases<IconCategory>()
 
 Groups makeGroups() {
   Groups groups;
-  for (const auto& row : iconManagerIconRows) {
+  for (const Row& row : rows) {
     groups[static_cast<std::size_t>(row.category)].push_back(row.value);
   }
   return groups;
@@ -63,6 +77,26 @@ std::vector<IconManagerIcon> choices(EnumSet<IconCategory> excludeCategories,
 }
 
 }  // namespace
+
+std::span<const IconManagerIcon> IconManagerIconNames::cases() const {
+  return names.cases();
+}
+
+std::string_view IconManagerIconNames::rawValue(IconManagerIcon icon) const {
+  return names.rawValue(icon);
+}
+
+std::optional<IconManagerIcon> IconManagerIconNames::fromRawValue(std::string_view name) const {
+  return names.fromRawValue(name);
+}
+
+IconCategory category(IconManagerIcon icon) {
+  return rows[names.indexOf(icon)].category;
+}
+
+bool isDynamic(IconManagerIcon icon) {
+  return icon == activity_rings;
+}
 
 std::span<const IconManagerIcon> sortedIcons(IconCategory category) {
   static const Groups groups = makeGroups();

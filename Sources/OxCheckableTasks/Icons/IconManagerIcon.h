@@ -17,40 +17,33 @@
 
 namespace velloro {
 
-/// The program's own icons, 725 of them; the table is IconManagerIcon.inc. The raw value of a case
-/// is its name: "water_glass". A name that no case has is absent.
+/// The program's own icons, 725 of them. The cases stand in IconManagerIconCases.h, for sources
+/// that name one; all others do without, so that a new icon compiles few of them again. The raw
+/// value of a case is its name: "water_glass". A name that no case has is absent.
 ///
 ///     rawValue(IconManagerIcon::water_glass);               // "water_glass"
 ///     fromRawValue<IconManagerIcon>("water_glas");          // absent
 ///     category(IconManagerIcon::water_glass);               // IconCategory::drink
-enum class IconManagerIcon : std::int16_t {
-#define VELLORO_ICON(name, category) name,
-#include "OxCheckableTasks/Icons/IconManagerIcon.inc"
+enum class IconManagerIcon : std::int16_t;
+
+/// The raw values, as `RawValueTable` has them, compiled in one place.
+struct IconManagerIconNames {
+  using RawType = std::string_view;
+  static constexpr bool isKeyed = false;
+
+  [[nodiscard]] std::span<const IconManagerIcon> cases() const;
+  [[nodiscard]] std::string_view rawValue(IconManagerIcon icon) const;
+  [[nodiscard]] std::optional<IconManagerIcon> fromRawValue(std::string_view name) const;
 };
 
-struct IconManagerIconRow {
-  IconManagerIcon value;
-  std::string_view raw;
-  IconCategory category;
-};
-
-inline constexpr IconManagerIconRow iconManagerIconRows[] = {
-#define VELLORO_ICON(name, category) {IconManagerIcon::name, #name, IconCategory::category},
-#include "OxCheckableTasks/Icons/IconManagerIcon.inc"
-};
-
-constexpr auto rawValues(std::type_identity<IconManagerIcon>) {
-  return rawColumn(iconManagerIconRows);
+constexpr IconManagerIconNames rawValues(std::type_identity<IconManagerIcon>) {
+  return {};
 }
 
-[[nodiscard]] constexpr IconCategory category(IconManagerIcon icon) {
-  return iconManagerIconRows[static_cast<std::size_t>(icon)].category;
-}
+[[nodiscard]] IconCategory category(IconManagerIcon icon);
 
 /// Whether the image changes with a task's state: true for the activity rings alone.
-[[nodiscard]] constexpr bool isDynamic(IconManagerIcon icon) {
-  return icon == IconManagerIcon::activity_rings;
-}
+[[nodiscard]] bool isDynamic(IconManagerIcon icon);
 static_assert(OxIconProtocol<IconManagerIcon>);
 
 /// The icon of a digit or of a letter from a to z, in either case.

@@ -4,6 +4,8 @@
 #include "OxCheckableTasks/Icons/IconArtwork.h"
 #include "UIKit/TextLayout.h"
 
+#include <algorithm>
+
 namespace velloro {
 namespace {
 
@@ -66,6 +68,19 @@ struct ContentDrawer {
 };
 
 }  // namespace
+
+BadgeDrawing BadgeDrawing::of(const Badge& badge, const Place& place) {
+  CGRect frame = badge.frame(place.ring, place.trackWidth);
+  const CGRect& surface = place.surface;
+  frame.origin.y = 2 * surface.origin.y + surface.size.height - frame.origin.y - frame.size.height;
+  const double part = std::clamp(badge.normalizedContentDiameter, 0.0, 1.0);
+  return {.badge = badge,
+          .frame = frame,
+          .circleColor = place.circleColor,
+          .contentColor = place.contentColor,
+          .contentDiameter = part * frame.size.width,
+          .scale = place.scale};
+}
 
 void drawBadgeCircle(CGContext& context, const BadgeDrawing& drawing) {
   context.setFillColor(drawing.circleColor);

@@ -9,13 +9,24 @@ class CGContext;
 
 namespace velloro {
 
+/// A badge on a surface whose y grows downwards.
 struct BadgeDrawing {
   const Badge& badge;
-  CGRect frame;  ///< On a surface whose y grows downwards.
+  CGRect frame;
   OxCodableColor circleColor;
   OxCodableColor contentColor;  ///< Clear cuts an icon out.
   double contentDiameter = 0;
   double scale = 1;  ///< Pixels per unit of the surface.
+
+  struct Place {
+    CGRect ring;
+    double trackWidth = 0;
+    CGRect surface;  ///< In which the frame of the badge, whose y grows upwards, is turned over.
+    OxCodableColor circleColor;
+    OxCodableColor contentColor;
+    double scale = 1;
+  };
+  [[nodiscard]] static BadgeDrawing of(const Badge& badge, const Place& place);
 };
 
 /// Draws a badge's disc.

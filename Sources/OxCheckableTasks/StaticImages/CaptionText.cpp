@@ -1,12 +1,16 @@
 #include "OxCheckableTasks/StaticImages/CaptionText.h"
 
+#include "UIKit/TextLayout.h"
+
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace velloro {
+namespace {
 
-NSAttributedString joinedCaption(const std::vector<NSAttributedString>& items,
-                                 const NSAttributedString::Attributes& attributes) {
+NSAttributedString joined(const std::vector<NSAttributedString>& items,
+                          const NSAttributedString::Attributes& attributes) {
   constexpr double spaceSize = 0.6;
   NSAttributedString::Attributes narrow = attributes;
   narrow.font = attributes.font.withSize(attributes.font.pointSize * spaceSize);
@@ -16,6 +20,47 @@ NSAttributedString joinedCaption(const std::vector<NSAttributedString>& items,
     line.append(item);
   }
   return line;
+}
+
+/// None for an empty line.
+std::shared_ptr<TextLayout> layOut(const CaptionLine& line, const CaptionPlace& place,
+                                   double scale) {
+  const NSAttributedString natural = line.inFont(1);
+  if (natural.isEmpty()) return nullptr;
+  auto layout = TextLayout::make(natural, {.scale = scale});
+  if (!layout) return nullptr;
+  const double factor = captionFactor(layout->size(), place);
+  return factor < 1 ? TextLayout::make(line.inFont(factor), {.scale = scale}) : layout;
+}
+
+/// \param y The middle of the line, below the ring's upper edge.
+void drawCaption(CGContext& context, const CaptionLine& line, const CaptionRing& ring, double y) {
+  const auto& [origin, size] = ring.frame;
+  const auto layout = layOut(line,
+                             {.radius = ring.radius,
+                              .trackWidth = ring.trackWidth,
+                              .distance = std::abs(y - size.height / 2),
+                              .isBesideDot = ring.hasDot},
+                             ring.scale);
+  if (layout) layout->drawCentered(context, {origin.x + size.width / 2, origin.y + y});
+}
+
+}  // namespace
+
+NSAttributedString CaptionLine::inFont(double factor) const {
+  NSAttributedString::Attributes sized = attributes;
+  sized.font = attributes.font.withSize(attributes.font.pointSize * factor);
+  std::vector<NSAttributedString> items;
+  const auto addIcons = [&](const std::vector<Icon>& icons) {
+    for (const auto& [representation, color] : icons) {
+      items.push_back(
+          representation.inlineAttributedString(sized.font, color, sized.writingDirection, {}));
+    }
+  };
+  addIcons(leadingIcons);
+  if (!text.empty()) items.emplace_back(text, sized);
+  addIcons(trailingIcons);
+  return joined(items, sized);
 }
 
 double captionFactor(CGSize line, const CaptionPlace& place) {
@@ -33,15 +78,15 @@ double captionFactor(CGSize line, const CaptionPlace& place) {
   return std::min(1.0, (root - d * letters) / a);
 }
 
-std::shared_ptr<TextLayout> layOutCaption(
-    const std::function<NSAttributedString(double factor)>& line, const CaptionPlace& place,
-    double scale) {
-  const NSAttributedString natural = line(1);
-  if (natural.isEmpty()) return nullptr;
-  auto layout = TextLayout::make(natural, {.scale = scale});
-  if (!layout) return nullptr;
-  const double factor = captionFactor(layout->size(), place);
-  return factor < 1 ? TextLayout::make(line(factor), {.scale = scale}) : layout;
+void drawBottomCaption(CGContext& context, const CaptionLine& line, const CaptionRing& ring) {
+  const double height = ring.frame.size.height;
+  drawCaption(context, line, ring,
+              ((height - ring.trackWidth) + (height + ring.iconHeight) / 2) / 2);
+}
+
+void drawTopCaption(CGContext& context, const CaptionLine& line, const CaptionRing& ring) {
+  drawCaption(context, line, ring,
+              (ring.trackWidth + (ring.frame.size.height - ring.iconHeight) / 2) / 2);
 }
 
 }  // namespace velloro

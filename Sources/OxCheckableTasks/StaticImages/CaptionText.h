@@ -1,19 +1,34 @@
 #pragma once
 
 #include "Foundation/Values/Geometry.h"
+#include "OxCheckableTasks/Icons/IconVisualRepresentation.h"
 #include "OxKit/Platform.h"
 #include "UIKit/NSAttributedString.h"
-#include "UIKit/TextLayout.h"
 
-#include <functional>
-#include <memory>
+#include <string>
 #include <vector>
+
+namespace platform {
+class CGContext;
+}
 
 namespace velloro {
 
 /// One line of a ring's caption: what there is of icons and text, with a narrow space between.
-[[nodiscard]] NSAttributedString joinedCaption(const std::vector<NSAttributedString>& items,
-                                               const NSAttributedString::Attributes& attributes);
+struct CaptionLine {
+  struct Icon {
+    IconVisualRepresentation representation;
+    CGColor color;
+  };
+
+  std::vector<Icon> leadingIcons = {};
+  std::string text = {};
+  std::vector<Icon> trailingIcons = {};
+  NSAttributedString::Attributes attributes = {};
+
+  /// In a font of so many times the size.
+  [[nodiscard]] NSAttributedString inFont(double factor) const;
+};
 
 /// Where a caption stands in a ring.
 struct CaptionPlace {
@@ -30,10 +45,19 @@ struct CaptionPlace {
 ///     captionFactor({60, 12}, {.radius = 42, .trackWidth = 6, .distance = 27});    // 0.53
 [[nodiscard]] double captionFactor(CGSize line, const CaptionPlace& place);
 
-/// The layout of a caption, as large as it may be. None for an empty line.
-/// \param line The line in fonts of so many times their size.
-[[nodiscard]] std::shared_ptr<TextLayout> layOutCaption(
-    const std::function<NSAttributedString(double factor)>& line, const CaptionPlace& place,
-    double scale);
+/// The ring round two captions.
+struct CaptionRing {
+  CGRect frame;           ///< On a surface whose y grows downwards.
+  double radius = 0;      ///< To the outer edge of the track.
+  double trackWidth = 0;  ///< 0 without a track.
+  double iconHeight = 0;  ///< Of the box in the middle.
+  bool hasDot = false;    ///< The dot of a timer runs inside the track.
+  double scale = 1;       ///< Pixels per unit of the surface.
+};
+
+// Draws a line as large as it may be, halfway between the icon and the inner edge of the track.
+
+void drawBottomCaption(CGContext& context, const CaptionLine& line, const CaptionRing& ring);
+void drawTopCaption(CGContext& context, const CaptionLine& line, const CaptionRing& ring);
 
 }  // namespace velloro

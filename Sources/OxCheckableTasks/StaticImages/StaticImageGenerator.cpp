@@ -125,51 +125,33 @@ class Drawing {
   }
 
   void drawCaptions() {
-    const double height = layout_.frame.size.height;
-    const double icon = properties_.iconPaddingScale * layout_.ring.size.height;
-    const double track = layout_.trackWidth.value_or(0);
-    drawCaption(properties_.bottomCaption, ((height - track) + (icon + height) / 2) / 2,
-                properties_.colors.bottomCaption);
-    drawCaption(properties_.topCaption, (track + (height - icon) / 2) / 2,
-                properties_.colors.topCaption);
+    const CaptionRing ring{.frame = layout_.frame,
+                           .radius = layout_.radius(),
+                           .trackWidth = layout_.trackWidth.value_or(0),
+                           .iconHeight = properties_.iconPaddingScale * layout_.ring.size.height};
+    const ColorProfile& colors = properties_.colors;
+    if (const auto& caption = properties_.bottomCaption) {
+      drawBottomCaption(context_, line(*caption, colors.bottomCaption), ring);
+    }
+    if (const auto& caption = properties_.topCaption) {
+      drawTopCaption(context_, line(*caption, colors.topCaption), ring);
+    }
   }
 
-  void drawCaption(const std::optional<Caption>& caption, double y, const OxCodableColor& color) {
-    if (!caption) return;
-    const auto [width, height] = layout_.frame.size;
-    const double perWidth =
-        caption->size == Caption::Size::large ? largeCaptions : standardCaptions;
-    NSAttributedString::Attributes attributes{
-        .font = {.name = caption->fontName, .pointSize = width / perWidth},
-        .color = color,
-        .writingDirection = caption->writingDirection};
-    const auto shrunk = [&](double factor) {
-      attributes.font.pointSize = width / perWidth * factor;
-      return line(*caption, attributes);
+  [[nodiscard]] CaptionLine line(const Caption& caption, const OxCodableColor& color) const {
+    const double perWidth = caption.size == Caption::Size::large ? largeCaptions : standardCaptions;
+    const auto inked = [&](const std::vector<IconVisualRepresentation>& icons) {
+      std::vector<CaptionLine::Icon> result;
+      for (const auto& icon : icons) result.push_back({icon, color});
+      return result;
     };
-    const auto layout = layOutCaption(shrunk,
-                                      {.radius = layout_.radius(),
-                                       .trackWidth = layout_.trackWidth.value_or(0),
-                                       .distance = std::abs(y - height / 2)},
-                                      1);
-    if (!layout) return;
-    layout->drawCentered(
-        context_, {.x = layout_.frame.origin.x + width / 2, .y = layout_.frame.origin.y + y});
-  }
-
-  static NSAttributedString line(const Caption& caption,
-                                 const NSAttributedString::Attributes& attributes) {
-    std::vector<NSAttributedString> items;
-    const auto addIcons = [&](const std::vector<IconVisualRepresentation>& icons) {
-      for (const auto& icon : icons) {
-        items.push_back(icon.inlineAttributedString(attributes.font, attributes.color,
-                                                    attributes.writingDirection, {}));
-      }
-    };
-    addIcons(caption.leadingIcons);
-    if (!caption.text.value_or("").empty()) items.emplace_back(*caption.text, attributes);
-    addIcons(caption.trailingIcons);
-    return joinedCaption(items, attributes);
+    return {.leadingIcons = inked(caption.leadingIcons),
+            .text = caption.text.value_or(""),
+            .trailingIcons = inked(caption.trailingIcons),
+            .attributes = {.font = {.name = caption.fontName,
+                                    .pointSize = layout_.frame.size.width / perWidth},
+                           .color = color,
+                           .writingDirection = caption.writingDirection}};
   }
 
   void drawIcon() {
@@ -181,11 +163,7 @@ class Drawing {
     if (!image.cgImage) return;
     const CGSize points = calculateImageSize(image.size(), box);
     const CGSize size{.width = points.width * scale, .height = points.height * scale};
-    const CGRect frame = layout_.frame;
-    const CGRect rect{
-        .origin = {.x = frame.origin.x + std::round((frame.size.width - size.width) / 2),
-                   .y = frame.origin.y + std::round((frame.size.height - size.height) / 2)},
-        .size = size};
+    const CGRect rect = iconFrame(size, layout_.frame);
     const SavedGState saved(context_);
     if (properties_.colors.imageMask.a == 0) {
       context_.setBlendMode(CGBlendMode::destinationOut);
@@ -215,18 +193,14 @@ class Drawing {
         .image();
   }
 
+  /// The finished image fades as a whole, badges included.
   void drawBadges(double trackWidth) {
     for (const Badge& badge : properties_.badges) {
-      const CGRect upwards = badge.frame(layout_.ring, trackWidth);
-      const double y = 2 * layout_.frame.origin.y + layout_.frame.size.height - upwards.origin.y -
-                       upwards.size.height;
-      const BadgeDrawing drawing{
-          .badge = badge,
-          .frame = {.origin = {.x = upwards.origin.x, .y = y}, .size = upwards.size},
-          .circleColor = badge.badgeColor,
-          .contentColor = badge.contentColor,
-          .contentDiameter =
-              std::clamp(badge.normalizedContentDiameter, 0.0, 1.0) * upwards.size.width};
+      const auto drawing = BadgeDrawing::of(badge, {.ring = layout_.ring,
+                                                    .trackWidth = trackWidth,
+                                                    .surface = layout_.frame,
+                                                    .circleColor = badge.badgeColor,
+                                                    .contentColor = badge.contentColor});
       drawBadgeCircle(context_, drawing);
       drawBadgeContent(context_, drawing);
     }

@@ -1,5 +1,6 @@
 #include "VelloroCore/Appearance/CaptionIcons.h"
 
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/Ring/CheckableTaskTextKeys.h"
 #include "OxKit/Localization.h"
 

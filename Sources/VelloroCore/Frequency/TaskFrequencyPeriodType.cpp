@@ -1,12 +1,30 @@
 #include "VelloroCore/Frequency/TaskFrequencyPeriodType.h"
 
 #include "Foundation/Time/CivilDay.h"
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "VelloroCore/Frequency/TaskFrequencyPeriod.h"
 
 #include <algorithm>
 
 namespace velloro {
 namespace {
+
+struct Page {
+  MultiDayCount value;
+  IconManagerIcon icon;
+};
+
+constexpr Page pages[] = {
+    {MultiDayCount::duration1, IconManagerIcon::duration_1},
+    {MultiDayCount::duration7, IconManagerIcon::duration_7},
+    {MultiDayCount::duration14, IconManagerIcon::duration_14},
+    {MultiDayCount::duration28, IconManagerIcon::duration_28},
+    {MultiDayCount::duration29, IconManagerIcon::duration_29},
+    {MultiDayCount::duration30, IconManagerIcon::duration_30},
+    {MultiDayCount::duration31, IconManagerIcon::duration_31},
+    {MultiDayCount::duration365, IconManagerIcon::duration_365},
+    {MultiDayCount::duration366, IconManagerIcon::duration_366},
+};
 
 MultiDayCount countOf(std::int64_t days) {
   const auto* row = std::ranges::find(multiDayCountRows, days, &MultiDayCountRow::numDays);
@@ -22,6 +40,10 @@ YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstD
 
 YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
   return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).finishDate;
+}
+
+IconManagerIcon icon(MultiDayCount count) {
+  return rowOf(pages, count).icon;
 }
 
 MultiDayCount multiDayCountTypeForCurrentPeriod(TaskFrequencyPeriodType type, HHMMSS startOfDay,

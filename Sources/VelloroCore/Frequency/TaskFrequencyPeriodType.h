@@ -47,20 +47,14 @@ struct MultiDayCountRow {
   MultiDayCount value;
   std::string_view raw;
   std::int64_t numDays;
-  /// A calendar page that shows the number of days.
-  IconManagerIcon icon;
 };
 
 inline constexpr MultiDayCountRow multiDayCountRows[] = {
-    {MultiDayCount::duration1, "d1", 1, IconManagerIcon::duration_1},
-    {MultiDayCount::duration7, "d7", 7, IconManagerIcon::duration_7},
-    {MultiDayCount::duration14, "d14", 14, IconManagerIcon::duration_14},
-    {MultiDayCount::duration28, "d28", 28, IconManagerIcon::duration_28},
-    {MultiDayCount::duration29, "d29", 29, IconManagerIcon::duration_29},
-    {MultiDayCount::duration30, "d30", 30, IconManagerIcon::duration_30},
-    {MultiDayCount::duration31, "d31", 31, IconManagerIcon::duration_31},
-    {MultiDayCount::duration365, "d365", 365, IconManagerIcon::duration_365},
-    {MultiDayCount::duration366, "d366", 366, IconManagerIcon::duration_366},
+    {MultiDayCount::duration1, "d1", 1},       {MultiDayCount::duration7, "d7", 7},
+    {MultiDayCount::duration14, "d14", 14},    {MultiDayCount::duration28, "d28", 28},
+    {MultiDayCount::duration29, "d29", 29},    {MultiDayCount::duration30, "d30", 30},
+    {MultiDayCount::duration31, "d31", 31},    {MultiDayCount::duration365, "d365", 365},
+    {MultiDayCount::duration366, "d366", 366},
 };
 
 constexpr auto rawValues(std::type_identity<MultiDayCount>) {
@@ -74,9 +68,8 @@ constexpr auto rawValues(std::type_identity<MultiDayCount>) {
 [[nodiscard]] constexpr std::string_view id(MultiDayCount count) {
   return rawValue(count);
 }
-[[nodiscard]] constexpr IconManagerIcon icon(MultiDayCount count) {
-  return rowOf(multiDayCountRows, count).icon;
-}
+/// A calendar page that shows the number of days.
+[[nodiscard]] IconManagerIcon icon(MultiDayCount count);
 
 /// The length of the period of this type that holds today's logical day.
 [[nodiscard]] MultiDayCount multiDayCountTypeForCurrentPeriod(

@@ -45,23 +45,20 @@ struct TimeOfDay {};
 struct UnitRow {
   TypeUnit value;
   std::variant<Measured, Counted, Enclosed, Mass, Duration, TimeOfDay> form;
-  /// What anything but 0 is shown as at least, rounded to one place. 0: the amount stays as it is.
-  double lowest = 0;
 };
 
 constexpr UnitRow unitRows[] = {
-    {TypeUnit::distanceKm, Measured{&F::taskQuantityTenthFormatter, Measure::kilometers}, 0.1},
-    {TypeUnit::distanceMeters, Measured{&F::taskQuantityWholeFormatter, Measure::meters}, 0.1},
-    {TypeUnit::distanceMiles, Measured{&F::taskQuantityTenthFormatter, Measure::miles}, 0.1},
-    {TypeUnit::distanceYards, Measured{&F::taskQuantityWholeFormatter, Measure::yards}, 0.1},
+    {TypeUnit::distanceKm, Measured{&F::taskQuantityTenthFormatter, Measure::kilometers}},
+    {TypeUnit::distanceMeters, Measured{&F::taskQuantityWholeFormatter, Measure::meters}},
+    {TypeUnit::distanceMiles, Measured{&F::taskQuantityTenthFormatter, Measure::miles}},
+    {TypeUnit::distanceYards, Measured{&F::taskQuantityWholeFormatter, Measure::yards}},
     {TypeUnit::steps, Counted{title_text::steps}},
     {TypeUnit::pushes, Counted{title_text::pushes}},
     {TypeUnit::drinks, Counted{title_text::drinks}},
-    {TypeUnit::fluidOuncesUS, Enclosed{title_text::ounces, &F::taskQuantityVolumeOunces}, 1},
-    {TypeUnit::litres, Enclosed{title_text::litres, &F::taskQuantityVolumeLitres}, 0.1},
-    {TypeUnit::millilitres, Enclosed{title_text::millilitres, &F::taskQuantityVolumeMillilitres},
-     0.1},
-    {TypeUnit::cupsUS, Counted{title_text::cups, &F::taskQuantityVolumeCups, true}, 1},
+    {TypeUnit::fluidOuncesUS, Enclosed{title_text::ounces, &F::taskQuantityVolumeOunces}},
+    {TypeUnit::litres, Enclosed{title_text::litres, &F::taskQuantityVolumeLitres}},
+    {TypeUnit::millilitres, Enclosed{title_text::millilitres, &F::taskQuantityVolumeMillilitres}},
+    {TypeUnit::cupsUS, Counted{title_text::cups, &F::taskQuantityVolumeCups, true}},
     {TypeUnit::calories, Measured{&F::taskQuantityEnergyFormatter, Measure::kilocalories}},
     {TypeUnit::kilojoules, Measured{&F::taskQuantityEnergyFormatter, Measure::kilojoules}},
     {TypeUnit::durationSeconds, Duration{}},
@@ -79,9 +76,11 @@ bool isNumberOnly(Context context) {
          context == Context::notificationBracket;
 }
 
-double shownAmount(double amount, double lowest) {
+double shownAmount(double amount, TypeUnit unit) {
   const double exact = wholeUnlessFractional(amount);
-  return exact == 0 || lowest == 0 ? exact : std::max(roundToPlaces(exact, 1), lowest);
+  if (isVolume(unit)) return normalizeWaterValue(exact, unit);
+  if (!isDistance(unit) || exact == 0) return exact;
+  return std::max(normalizeDistanceValue(exact), 0.1);
 }
 
 /// Writes one amount on one surface, by the form of its unit.
@@ -160,8 +159,9 @@ struct Writer {
 }  // namespace
 
 std::optional<std::string> TaskDisplayTitle::Quantity::localizedFormatted(Context context) const {
-  const UnitRow& row = rowOf(unitRows, quantity.unit);
-  return std::visit(Writer{*this, context, shownAmount(quantity.quantity, row.lowest)}, row.form);
+  const TypeUnit unit = quantity.unit;
+  const double amount = shownAmount(quantity.quantity, unit);
+  return std::visit(Writer{*this, context, amount}, rowOf(unitRows, unit).form);
 }
 
 }  // namespace velloro

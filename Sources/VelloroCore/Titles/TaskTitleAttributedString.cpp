@@ -1,5 +1,7 @@
 #include "VelloroCore/Titles/TaskTitleAttributedString.h"
 
+#include "OxCheckableTasks/Icons/IconManagerIconCases.h"
+
 namespace velloro {
 namespace {
 

@@ -85,6 +85,9 @@ constexpr auto rawValues(std::type_identity<TypeUnit>) {
 [[nodiscard]] constexpr bool isDistance(TypeUnit unit) {
   return rowOf(type_unit_detail::rows, unit).kind == type_unit_detail::Kind::distance;
 }
+[[nodiscard]] constexpr bool isVolume(TypeUnit unit) {
+  return rowOf(type_unit_detail::rows, unit).kind == type_unit_detail::Kind::volume;
+}
 [[nodiscard]] constexpr bool isEnergy(TypeUnit unit) {
   return rowOf(type_unit_detail::rows, unit).kind == type_unit_detail::Kind::energy;
 }
