@@ -176,7 +176,9 @@ void registerCalendarRoad() {
   using benchmark::State;
   RegisterBenchmark("next_day_by_calendar/velloro", [](State& state) {
     overAll(state, days(),
-            [](const YYYYMMDD& day, const auto&) { return day.nextDayUsingCalendar(); });
+            [calendar = Calendar(TimeZone::current())](const YYYYMMDD& day, const auto&) {
+              return day.nextDayUsingCalendar(calendar);
+            });
   });
   RegisterBenchmark("next_day_by_calendar/memo", [](State& state) {
     NSCache<std::int64_t, YYYYMMDD> memo;

@@ -57,8 +57,8 @@ SkipMode skipMode(const TaskFrequency& frequency, const YYYYMMDD& day,
              return TaskFrequency::DaysInPeriodCallbackResponse{.numUniqueCompletions = 2,
                                                                 .taskCreatedDate = seriesStart};
            },
-       .dayIntervalCallback =
-           [&](const auto&) { return TaskFrequency::DayIntervalResponse{last}; }});
+       .dayIntervalCallback = [&](const auto&) { return TaskFrequency::DayIntervalResponse{last}; },
+       .now = {}});
 }
 
 bool isDue(SkipMode mode) {

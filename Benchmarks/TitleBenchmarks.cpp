@@ -38,11 +38,12 @@ class IcuTitle {
 
 void ofVelloro(State& state) {
   const VirtualEnvironment environment;
+  const Locale locale = Locale::current();
   const TaskDisplayTitle title{
       .localizedPrimary = "Run",
       .quantity = TaskDisplayTitle::Quantity{.quantity = {5, TypeUnit::distanceKm}}};
   for (auto each : state) {
-    benchmark::DoNotOptimize(title.localizedTitle(TaskDisplayTitle::Context::iPhoneWidget));
+    benchmark::DoNotOptimize(title.localizedTitle(TaskDisplayTitle::Context::iPhoneWidget, locale));
   }
 }
 BENCHMARK(ofVelloro)->Name("title_of_5_km/velloro");

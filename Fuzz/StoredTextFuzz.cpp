@@ -47,16 +47,20 @@ void checkReminder(std::string_view json) {
   } catch (const DecodingError&) {
     return;
   }
+  const Date now = Date::now(), later = now + 200000;
   TaskNotificationSettings settings;
   using enum NotificationTimeZone;
   for (const NotificationTimeZone zone : {taskOwner, taskViewer}) {
-    settings.reminders.push_back(reminder->convert(zone, TimeZone::gmt(), apia));
+    settings.reminders.push_back(reminder->convert(zone, TimeZone::gmt(), apia, now));
   }
   const HHMMSS time = reminder->snoozeTime.value_or(HHMMSS::midday);
-  const Date now = Date::now(), later = now + 200000;
-  (void)settings.snoozeNow(reminder->uniqueId, time, apia, taskViewer);
+  (void)settings.snoozeNow(reminder->uniqueId, {.startOfDay = time,
+                                                .timeZone = apia,
+                                                .deviceTimeZone = TimeZone::gmt(),
+                                                .notificationTimeZone = taskViewer,
+                                                .now = now});
   (void)settings.sortedEstimatedRelevantTimes({.from = now, .to = later, .startOfDay = time});
-  (void)settings.remainingTimeOfDayReminders({{now}}, 1, time, apia);
+  (void)settings.remainingTimeOfDayReminders({{now}}, 1, time, apia, now);
   (void)settings.sortedTimerReminders();
   const HHMMSS of = reminder->trigger.timeOfDay.value_or(time);
   (void)of.occurrences(now, later, apia);

@@ -57,6 +57,12 @@ SYSTEM_HEADERS = set(
 )
 SYSTEM_FOLDERS = ("sys/", "linux/", "asm/", "net/", "netinet/", "arpa/", "bits/")
 
+# What Sources/ is given instead; the log alone dates its lines by the clock.
+READS_OF_THE_PROCESS = re.compile(
+    r"Date::now\(|(?:TimeZone|Locale)::current\b|"
+    r"Environment::current\(\)\s*\.\s*(?:now|mediaTime|timeZone|locale)\b"
+)
+DATES_ITS_LINES = "Sources/OxLog/"
 LITERAL_KEY = re.compile(r'\blocalized(?:String)?\(\s*("[^"]*")')
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 CMAKE_COMMAND = re.compile(r"^\s*(\w+)\s*\(([^)]*)\)", re.MULTILINE)
@@ -335,6 +341,17 @@ def check_text_keys(tree):
             yield Finding(file, line_of(text, match.start(1)), f"{match[1]} {why}")
 
 
+def check_clock(tree):
+    """Code of Sources/ is given the instant, the zone and the locale, and asks for none of them."""
+    for file in tree.sources:
+        if top(file) != "Sources" or file.startswith(DATES_ITS_LINES):
+            continue
+        code = re.sub(r"//[^\n]*", "", tree.text(file) or "")
+        for match in READS_OF_THE_PROCESS.finditer(code):
+            text = f"{match[0]} asks the process; take the instant, the zone or the locale"
+            yield Finding(file, line_of(code, match.start()), text)
+
+
 def count_lines(tree):
     """Non-blank lines of (tests, code)."""
     tests = code = 0
@@ -364,6 +381,7 @@ CHECKS = [
     check_registration,
     check_pragma,
     check_text_keys,
+    check_clock,
     check_test_share,
 ]
 

@@ -74,18 +74,18 @@ void logDay(TaskEntity& task, YYYYMMDD day, unsigned dice, unsigned diligence) {
   }
 }
 
-bool isDue(const TaskEntity& task, YYYYMMDD day) {
+bool isDue(const TaskEntity& task, YYYYMMDD day, TimeZone zone) {
   const TaskFrequency frequency = task.frequency();
-  return frequency.dayMode != DayMode::specificDaysOfWeek || frequency.hasDay(day.dayOfWeek());
+  return frequency.dayMode != DayMode::specificDaysOfWeek || frequency.hasDay(day.dayOfWeek(zone));
 }
 
 void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t number) {
   const Date created = Date::now() - static_cast<double>(demoDays) * 86400;
   const auto task = addTask(store, demo.fields, created);
-  const YYYYMMDD today = YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
+  const TaskLogRules rules = task->logRules();
   for (std::int64_t i = demoDays; i >= 0; --i) {
-    const YYYYMMDD day = today.add(-i);
-    if (isDue(*task, day)) {
+    const YYYYMMDD day = rules.today().add(-i, rules.timeZone);
+    if (isDue(*task, day, rules.timeZone)) {
       logDay(*task, day, luck(number, static_cast<std::uint64_t>(i)), demo.diligence);
     }
   }

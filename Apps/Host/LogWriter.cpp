@@ -16,16 +16,12 @@ namespace {
 using Entry = TaskLogEntryEntity;
 using Temporal = TaskTemporalDataEntity;
 
-TaskFrequencyPeriod periodOf(const TaskEntity& task, YYYYMMDD date) {
-  return task.frequency().period(date, task.firstDayOfWeek()).period;
-}
-
 /// Those that read as entries of the period, from the oldest.
-TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskFrequencyPeriod& period) {
+TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskLogRules& rules,
+                              const TaskFrequencyPeriod& period) {
   auto entries = task.entriesOrNone({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
                                      .minDate = period.startDate,
                                      .maxDate = period.finishDate});
-  const TaskLogRules rules = task.logRules();
   std::erase_if(entries, [&](const auto& entry) {
     const auto own = entry->period();
     return !own || rules.period(own->date) != period;
@@ -98,8 +94,8 @@ void keepAmount(TaskEntity& task, const TaskFrequencyPeriod& period, double amou
 /// Health data are counted into the row by whoever reads them. What is entered by hand stands in
 /// for them until then: while the row says what the log did before it changed.
 void keepEnteredAmount(TaskEntity& task, const TaskFrequencyPeriod& period, double before,
-                       double after) {
-  if (!isReadFromHealth(task) || period != task.currentPeriod().period) return;
+                       double after, const TaskLogRules& rules) {
+  if (!isReadFromHealth(task) || period != rules.period(rules.today())) return;
   constexpr double closeness = 0.00001;
   const auto kept = keptAmount(task, period);
   if (!kept || std::abs(*kept - before) < closeness) keepAmount(task, period, after);
@@ -114,26 +110,28 @@ bool settles(const Entry& entry, bool isNegative) {
 /// amount is what the title shows and what the next entry completes; once an entry has completed
 /// it, nothing is left.
 double done(const TaskEntity& task, const TaskFrequencyPeriod& period,
-            const TaskEntity::Entries& entries, double entered) {
+            const TaskEntity::Entries& entries, double entered, Date now) {
   if (!isReadFromHealth(task)) return entered;
   const double known = std::max(entered, keptAmount(task, period).value_or(0));
   const bool isSettled = std::ranges::any_of(
       entries, [&](const auto& entry) { return settles(*entry, task.isNegative()); });
-  return isSettled ? std::max(known, task.progress(period, known).targetValue()) : known;
+  return isSettled ? std::max(known, task.progress(period, known, now).targetValue()) : known;
 }
 
 }  // namespace
 
 std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
-  const TaskFrequencyPeriod period = periodOf(task, entry.date);
-  const auto others = entriesIn(task, period);
+  const TaskLogRules rules = task.logRules();
+  const TaskFrequencyPeriod period = rules.period(entry.date);
+  const auto others = entriesIn(task, rules, period);
   const double entered = totalOf(task, others);
-  const double reached = done(task, period, others, entered);
+  const double reached = done(task, period, others, entered, rules.now);
   const LogStep step = nextLogStep({.type = entry.type,
                                     .amount = entry.amount,
                                     .isNegative = task.isNegative(),
-                                    .progress = task.progress(period, reached),
-                                    .done = reached});
+                                    .progress = task.progress(period, reached, rules.now),
+                                    .done = reached,
+                                    .now = rules.now});
   const double total = entered + step.counted(task.isNegative());
   auto written = LogEntryRow{.id = UniqueID::create(),
                              .period = period,
@@ -143,15 +141,16 @@ std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
                              .total = total}
                      .insert(task);
   if (!others.empty() && isBefore(*written, *others.back())) {
-    correctTotals(task, entriesIn(task, period), *written);
+    correctTotals(task, entriesIn(task, rules, period), *written);
   }
-  keepEnteredAmount(task, period, entered, total);
+  keepEnteredAmount(task, period, entered, total, rules);
   return written;
 }
 
 std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
-  const TaskFrequencyPeriod period = periodOf(task, date);
-  auto left = entriesIn(task, period);
+  const TaskLogRules rules = task.logRules();
+  const TaskFrequencyPeriod period = rules.period(date);
+  auto left = entriesIn(task, rules, period);
   const auto newest = std::ranges::find_if(left.rbegin(), left.rend(), isMadeByHand);
   if (newest == left.rend()) return nullptr;
   const auto undone = *newest;
@@ -159,22 +158,18 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
   left.erase(std::next(newest).base());
   task.managedObjectContext()->deleteObject(*undone);
   correctTotals(task, left, *undone);
-  keepEnteredAmount(task, period, before, totalOf(task, left));
-  const Date start = period.startDate.startOfDay(task.startOfDay(), task.taskCurrentTimeZone());
+  keepEnteredAmount(task, period, before, totalOf(task, left), rules);
+  const Date start = period.startDate.startOfDay(rules.startOfDay, rules.timeZone);
   const auto processed = task.value(TaskAttributes::lastProcessedDate);
-  if (processed && start < *processed && period < task.currentPeriod().period) {
+  if (processed && start < *processed && period < rules.period(rules.today())) {
     task.setValue(TaskAttributes::lastProcessedDate, start);  // to be closed again
   }
   return undone;
 }
 
 void updateDerivedData(TaskEntity& task) {
-  const bool isNew = task.value(TaskAttributes::taskTemporalData) == nullptr;
-  const TimeZone zone = task.taskCurrentTimeZone();
-  task.updateTemporalData(YYYYMMDD::today(task.startOfDay(), zone), zone);
-  if (!isNew || !isReadFromHealth(task)) return;
-  const TaskFrequencyPeriod period = task.currentPeriod().period;
-  keepAmount(task, period, totalOf(task, entriesIn(task, period)));
+  const TaskLogRules rules = task.logRules();
+  task.updateTemporalData(rules.today(), rules.timeZone, rules.now);
 }
 
 }  // namespace velloro

@@ -1,6 +1,8 @@
 #include "Host/PeriodCloser.h"
 
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
+#include "Host/HostStore.h"
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"
@@ -31,21 +33,13 @@ struct PeriodCloser::Changes {
 
 namespace {
 
-YYYYMMDD dayOf(const TaskEntity& task, Date instant) {
-  return YYYYMMDD::fromDate(task.startOfDay(), instant, task.taskCurrentTimeZone());
-}
-
-YYYYMMDD today(const TaskEntity& task) {
-  return dayOf(task, Date::now());
-}
-
 /// Whether what is kept of the log tells of an entry of a kind that closes periods, in the current
 /// one or later.
-bool mayBeAhead(const TaskEntity& task) {
+bool mayBeAhead(const TaskEntity& task, const TaskLogRules& rules) {
   const TaskTemporalData kept = task.temporalData();
   const auto newest =
       std::max(task.isNegative() ? kept.lastCompleted : kept.lastMissed, kept.lastSkipped);
-  return newest && *newest >= task.currentPeriod().period.startDate;
+  return newest && *newest >= rules.period(rules.today()).startDate;
 }
 
 bool closesPeriodAhead(const Entry& entry, const UniqueID& task, YYYYMMDD today) {
@@ -65,13 +59,25 @@ std::map<UniqueID, std::shared_ptr<Entry>> entriesByID(const TaskEntity::Entries
   return byID;
 }
 
-void write(TaskEntity& task, const std::vector<PeriodClosing>& closings) {
+/// Before it no period is closed, whatever a damaged row says of when its task was made.
+constexpr YYYYMMDD earliestClosed{.y = 1970, .m = 1, .d = 1};
+
+/// A clock that is centuries ahead would fill the log with entries, one for each period.
+void expectClosable(const TaskEntity& task, YYYYMMDD from, const TaskLogRules& rules) {
+  constexpr std::int64_t mostYears = 150;
+  const YYYYMMDD today = rules.today();
+  if (today.y - from.y <= mostYears) return;
+  throw HostError("the log of " + inQuotes(task.title()) + " reaches " + from.debugDescription() +
+                  ", more than " + std::to_string(mostYears) + " years before " +
+                  today.debugDescription() + ": check the clock or --now");
+}
+
+void write(TaskEntity& task, const std::vector<PeriodClosing>& closings, Date now) {
   if (closings.empty()) return;
   const auto there =
       entriesByID(task.entriesOrNone({.minDate = closings.front().period.startDate,
                                       .includeStatuses = TaskLogEntryTypes::allAutomaticTypes}));
   const auto own = task.taskUniqueId();
-  const Date now = Date::now();
   for (const PeriodClosing& closing : closings) {
     const LogEntryRow row{
         .id = own ? closingEntryID(*own, closing.period.startDate) : UniqueID::create(),
@@ -95,7 +101,7 @@ void write(TaskEntity& task, const std::vector<PeriodClosing>& closings) {
 bool PeriodCloser::isClockTrusted() {
   if (!isClockTrusted_) {
     PredicateParts parts;
-    parts.add("%K > %@", {"createdTimestamp", Date::now()});
+    parts.add("%K > %@", {"createdTimestamp", now_});
     parts.add("%K IN %@", {"entryType", rawValuesOf(TaskLogEntryTypes::allManualTypes)});
     NSFetchRequest request{std::string(Entry::entityName())};
     request.setPredicate(std::move(parts).all());
@@ -107,15 +113,17 @@ bool PeriodCloser::isClockTrusted() {
   return *isClockTrusted_;
 }
 
-PeriodCloser::Entries PeriodCloser::entriesAhead(const TaskEntity& task) {
+PeriodCloser::Entries PeriodCloser::entriesAhead(const TaskEntity& task,
+                                                 const TaskLogRules& rules) {
   const auto id = task.taskUniqueId();
   if (!id) return {};
-  const YYYYMMDD day = today(task);
+  const YYYYMMDD today = rules.today();
   // Where fortnights overlap, another one that has not ended may have begun a week before.
   constexpr std::int64_t week = 7;
-  auto entries = task.entriesOrNone({.minDate = task.currentPeriod().period.startDate.add(-week),
-                                     .includeStatuses = TaskLogEntryTypes::allAutomaticTypes});
-  std::erase_if(entries, [&](const auto& entry) { return !closesPeriodAhead(*entry, *id, day); });
+  auto entries =
+      task.entriesOrNone({.minDate = rules.startOfPeriod(today).add(-week, rules.timeZone),
+                          .includeStatuses = TaskLogEntryTypes::allAutomaticTypes});
+  std::erase_if(entries, [&](const auto& entry) { return !closesPeriodAhead(*entry, *id, today); });
   return entries;
 }
 
@@ -123,26 +131,30 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
   Changes changes;
   if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) return changes;
   auto processed = task.value(TaskAttributes::lastProcessedDate);
-  const bool isAhead = processed && *processed > Date::now();
-  if ((isAhead || mayBeAhead(task)) && !Environment::current().isTimeGiven()) {
-    auto ahead = entriesAhead(task);
+  const TaskLogRules rules = task.logRules(now_);
+  const bool isAhead = processed && *processed > now_;
+  if ((isAhead || mayBeAhead(task, rules)) && !Environment::current().isTimeGiven()) {
+    auto ahead = entriesAhead(task, rules);
     if ((isAhead || !ahead.empty()) && isClockTrusted()) {
       changes.ahead = std::move(ahead);
       changes.isProcessed = isAhead;
-      if (isAhead) processed = Date::now();
+      if (isAhead) processed = now_;
     }
   }
-  const TaskLogRules rules = task.logRules();
-  const YYYYMMDD created = task.createdDay();
-  const PeriodClosings due{.rules = rules,
-                           .status = task.taskStatus(),
-                           .shareStatus = task.taskShareStatus(),
-                           .since = processed ? dayOf(task, *processed) : created,
-                           .createdDay = created};
+  const YYYYMMDD created = task.createdDay(now_);
+  const PeriodClosings due{
+      .rules = rules,
+      .status = task.taskStatus(),
+      .shareStatus = task.taskShareStatus(),
+      .since = std::max(
+          earliestClosed,
+          processed ? YYYYMMDD::fromDate(rules.startOfDay, *processed, rules.timeZone) : created),
+      .createdDay = created};
   const bool isAnyDue = due.isAnyDue();
   changes.isProcessed |= isAnyDue || !processed;
   // Whoever takes a task out of the trash has missed nothing while it was there.
   if (!isAnyDue || task.taskStatus() == TaskStatus::trashed) return changes;
+  expectClosable(task, due.firstDay(), rules);
   const StoredLog log(task, {.direction = Direction::newestToOldest, .minDate = due.firstDay()});
   changes.closings = due.fromLog(log.rows());
   if (changes.ahead.empty()) {
@@ -154,8 +166,8 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
 bool PeriodCloser::close(TaskEntity& task) {
   const Changes changes = changesOf(task);
   for (const auto& entry : changes.ahead) context_.deleteObject(*entry);
-  write(task, changes.closings);
-  if (changes.isProcessed) task.setValue(TaskAttributes::lastProcessedDate, Date::now());
+  write(task, changes.closings, now_);
+  if (changes.isProcessed) task.setValue(TaskAttributes::lastProcessedDate, now_);
   return changes.isLogChanged();
 }
 
@@ -164,15 +176,15 @@ std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
   const bool hasRow = task.value(TaskAttributes::taskTemporalData) != nullptr;
   if (!changes.isLogChanged() && hasRow) return {};
   TaskEntity::Outlook outlook{.temporal = hasRow ? changes.temporal : std::nullopt};
-  const Date now = Date::now();
   for (const PeriodClosing& closing : changes.closings | std::views::reverse) {
-    outlook.added.push_back(closing.row(now));
+    outlook.added.push_back(closing.row(now_));
   }
   for (const auto& entry : changes.ahead) outlook.withdrawn.insert(entry->objectID());
   const bool isWalkNeeded = !outlook.temporal;
   task.setOutlook(outlook);
   if (isWalkNeeded) {
-    outlook.temporal = task.temporalDataFromLog(today(task), task.taskCurrentTimeZone());
+    const TaskLogRules rules = task.logRules(now_);
+    outlook.temporal = task.temporalDataFromLog(rules.today(), rules.timeZone, now_);
     task.setOutlook(std::move(outlook));
   }
   return std::move(changes.closings);

@@ -15,6 +15,8 @@ namespace velloro {
 /// each. It is a miss or a skip, as the task's skip mode says; for a negative task that stayed
 /// clean it is a completion in place of the miss.
 ///
+/// Both fail with a `HostError` where the clock is more than 150 years ahead of the log.
+///
 /// Streaks go by full entries alone, so this comes before anything else is read or written on a new
 /// day. Whoever pauses or resumes a task closes first: the periods behind are then closed as what
 /// they were.
@@ -29,7 +31,9 @@ namespace velloro {
 /// that is wrong.
 class PeriodCloser {
  public:
-  explicit PeriodCloser(NSManagedObjectContext& context) : context_(context) {}
+  /// \param now The instant by which it goes, whenever it is asked.
+  explicit PeriodCloser(NSManagedObjectContext& context, Date now = Date::now())
+      : context_(context), now_(now) {}
 
   /// Within a transaction; whoever calls it calls `updateDerivedData` when something has changed.
   /// Whether the log has.
@@ -44,9 +48,10 @@ class PeriodCloser {
 
   [[nodiscard]] Changes changesOf(const TaskEntity& task);
   [[nodiscard]] bool isClockTrusted();
-  [[nodiscard]] Entries entriesAhead(const TaskEntity& task);
+  [[nodiscard]] Entries entriesAhead(const TaskEntity& task, const TaskLogRules& rules);
 
   NSManagedObjectContext& context_;
+  Date now_;
   std::optional<bool> isClockTrusted_;
 };
 

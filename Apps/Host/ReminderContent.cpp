@@ -23,8 +23,9 @@ NotificationCategory categoryOf(const TaskEntity& task, bool hasExternalUrl) {
 
 }  // namespace
 
-UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequencyPeriod& period) {
-  const auto snapshot = task.notificationTaskCurrentProgress(period);
+UNNotificationContent reminderContent(const TaskEntity& task, const TaskFrequencyPeriod& period,
+                                      Date now) {
+  const auto snapshot = task.notificationTaskCurrentProgress(period, now);
   const auto category = categoryOf(task, snapshot && snapshot->externalUrl);
   UNNotificationContent content{.categoryIdentifier = std::string(rawValue(category)),
                                 .body = localized(reminder_wording::reminder.noTask)};

@@ -9,6 +9,6 @@ namespace velloro {
 /// `NotificationData`; drawn in the theme that the user has chosen for its page. Without an
 /// identifier a task has no record, and its reminder text alone.
 [[nodiscard]] UNNotificationContent reminderContent(const TaskEntity& task,
-                                                    const TaskFrequencyPeriod& period);
+                                                    const TaskFrequencyPeriod& period, Date now);
 
 }  // namespace velloro

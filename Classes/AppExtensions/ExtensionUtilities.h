@@ -14,7 +14,7 @@ namespace velloro {
 /// What the program and its extensions have in common on the disk. Safe from any thread.
 ///
 ///     ExtensionUtilities& utilities = ExtensionUtilities::shared();
-///     utilities.saveActivityRingsProgress(rings);
+///     utilities.saveActivityRingsProgress(rings, today);
 ///     utilities.savedActivityRingsProgress({2024, 3, 7});    // the rings, on their own day
 class ExtensionUtilities {
  public:
@@ -29,8 +29,8 @@ class ExtensionUtilities {
   [[nodiscard]] static std::optional<std::filesystem::path> iconCacheFile(const DataCacheKey& icon);
 
   // What `SavedActivityRings` keeps.
-  void saveActivityRingsProgress(const TaskProgressActivityRings& progress) {
-    rings_->save(progress);
+  void saveActivityRingsProgress(const TaskProgressActivityRings& progress, YYYYMMDD today) {
+    rings_->save(progress, today);
   }
   [[nodiscard]] std::optional<TaskProgressActivityRings> savedActivityRingsProgress(
       YYYYMMDD date) const {

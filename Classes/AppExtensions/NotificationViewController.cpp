@@ -156,8 +156,8 @@ std::optional<std::string> NotificationViewController::showTexts(
   const auto config = TaskDisplayTitle::AttributedStringConfig::create(
       request, theme.theme.taskQuantityTextColor(place),
       TaskDisplayTitle::Context::iPhoneNotificationUI);
-  show(task_->displayTitle.buildAttributedString(icon, config));
-  return task_->displayTitle.localizedAccessibilityLabel();
+  show(task_->displayTitle.buildAttributedString(icon, config, Locale::current()));
+  return task_->displayTitle.localizedAccessibilityLabel(Locale::current());
 }
 
 void NotificationViewController::configureRing(const PositionedTheme& theme,
@@ -203,13 +203,13 @@ bool NotificationViewController::isChecking() const {
 
 void NotificationViewController::setProgress(const TaskProgress& progress, double duration) {
   if (isChecking()) return;
-  view_->checkableTaskView()->setProgress(progress.progressPct(),
+  view_->checkableTaskView()->setProgress(progress.progressPct(Date::now()),
                                           subFraction(progress, *nextProgress_), duration);
 }
 
 void NotificationViewController::showProgress() {
   const TaskProgress& progress = task_->completionStatus.progress();
-  const bool isFull = progress.progressPct() >= 1;
+  const bool isFull = progress.progressPct(Date::now()) >= 1;
   if (!isChecking()) {
     view_->checkableTaskView()->setState(isFull ? State::completed : State::checkable);
   }
@@ -232,9 +232,10 @@ void NotificationViewController::showCaptions(const StreakRecord& streak) {
        .streak = streak,
        .sharedWithStatus = sharedWith(*task_),
        .startOfDay = task_->startOfDay,
-       .timeZone = task_->timeZone});
+       .timeZone = task_->timeZone,
+       .now = Date::now()});
   view_->checkableTaskView()->update([&](CheckableTaskView::Configuration& look) {
-    look.bottomCaption.text = streak.localizedCurrent();
+    look.bottomCaption.text = streak.localizedCurrent(Locale::current());
     look.topCaption.leadingIcons = std::move(icons.topLeading);
     look.topCaption.trailingIcons = std::move(icons.topTrailing);
     look.bottomCaption.leadingIcons = std::move(icons.bottomLeading);
@@ -279,7 +280,7 @@ void NotificationViewController::didReceive(const UNNotificationResponse& respon
 }
 
 void NotificationViewController::playCompletion() {
-  if (nextProgress_->progressPct() >= 1) {
+  if (nextProgress_->progressPct(Date::now()) >= 1) {
     return view_->checkableTaskView()->checkAutomatically(completionDuration);
   }
   setProgress(*nextProgress_, stepDuration);

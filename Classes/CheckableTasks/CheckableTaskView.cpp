@@ -340,7 +340,7 @@ std::string CheckableTaskView::accessibilityLabel() const {
 }
 
 std::string CheckableTaskView::stateSentence() const {
-  const FormatManager& formats = FormatManager::shared();
+  const FormatManager& formats = FormatManager::shared(Locale::current());
   const auto& sentences = configuration_.habitMode == HabitMode::negative
                               ? checkable_task_text::negative
                               : checkable_task_text::positive;

@@ -34,7 +34,7 @@ void DataCache::saveEncoded(const std::function<Data()>& encode, const Place& pl
   if (!isEnabled) throw Error(Error::Reason::cacheDisabled, place.key);
   try {
     const auto item = std::make_shared<const CacheItem>(
-        CacheItem{.savedDate = Date::now(), .expiredDate = place.expiredDate, .data = encode()});
+        CacheItem{.savedDate = place.now, .expiredDate = place.expiredDate, .data = encode()});
     if (usesMemory(place.location)) {
       memoryCache_.setObject(place.key.nsCacheKey(), item, item->data.size());
     }
@@ -58,9 +58,9 @@ DataCache::Item DataCache::find(const Lookup& lookup) {
   if (!isEnabled) throw Error(Error::Reason::cacheDisabled, lookup.key);
   const Item item = stored(lookup);
   if (!item) throw Error(Error::Reason::keyNotFound, lookup.key);
-  const Date now = Date::now();
-  const bool isPast = item->expiredDate && *item->expiredDate < now;
-  const bool isOld = lookup.maxAge && now.timeIntervalSince(item->savedDate) > *lookup.maxAge;
+  const bool isPast = item->expiredDate && *item->expiredDate < lookup.now;
+  const bool isOld =
+      lookup.maxAge && lookup.now.timeIntervalSince(item->savedDate) > *lookup.maxAge;
   if (isPast || isOld) throw Error(Error::Reason::expired, lookup.key);
   return item;
 }

@@ -22,9 +22,9 @@ namespace velloro {
 /// them: the newest 32 MB. Safe from any thread.
 ///
 ///     DataCache cache;
-///     cache.save(series, {.key = key});
+///     cache.save(series, {.key = key, .now = now});
 ///     try {
-///       const auto series = cache.item<Series>({.key = key, .maxAge = 3600});
+///       const auto series = cache.item<Series>({.key = key, .maxAge = 3600, .now = now});
 ///     } catch (const DataCache::Error&) {
 ///       // a miss, whatever the reason: make it anew
 ///     }
@@ -55,12 +55,14 @@ class DataCache {
     const DataCacheKey& key;
     std::optional<Date> expiredDate = {};  ///< From then on it isn't found any more.
     CacheStorageLocation location = CacheStorageLocation::automatic;
+    Date now;  ///< From which its age counts.
   };
 
   struct Lookup {
     const DataCacheKey& key;
     std::optional<TimeInterval> maxAge = {};  ///< Seconds since it was saved.
     CacheStorageLocation location = CacheStorageLocation::automatic;
+    Date now;  ///< At which it must not have expired.
   };
 
   DataCache();

@@ -12,24 +12,24 @@ std::size_t index(DayOfWeek day) {
 
 }  // namespace
 
-std::string localizedTitle(DayOfWeek day) {
-  return OxDateTimeCache::formatters().symbols.weekdaySymbols().at(index(day));
+std::string localizedTitle(DayOfWeek day, const Locale& locale) {
+  return OxDateTimeCache::formatters(locale).symbols.weekdaySymbols().at(index(day));
 }
 
-std::string localizedShortTitle(DayOfWeek day) {
-  return OxDateTimeCache::formatters().symbols.shortWeekdaySymbols().at(index(day));
+std::string localizedShortTitle(DayOfWeek day, const Locale& locale) {
+  return OxDateTimeCache::formatters(locale).symbols.shortWeekdaySymbols().at(index(day));
 }
 
-std::string localizedVeryShortTitle(DayOfWeek day) {
-  return OxDateTimeCache::formatters().symbols.veryShortWeekdaySymbols().at(index(day));
+std::string localizedVeryShortTitle(DayOfWeek day, const Locale& locale) {
+  return OxDateTimeCache::formatters(locale).symbols.veryShortWeekdaySymbols().at(index(day));
 }
 
-std::optional<DayOfWeek> defaultFirstDayOfWeek() {
-  return fromRawValue<DayOfWeek>(Locale::current().firstWeekday() - 1);
+std::optional<DayOfWeek> defaultFirstDayOfWeek(const Locale& locale) {
+  return fromRawValue<DayOfWeek>(locale.firstWeekday() - 1);
 }
 
-DayOfWeek localesFirstDayOfWeek() {
-  return defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+DayOfWeek localesFirstDayOfWeek(const Locale& locale) {
+  return defaultFirstDayOfWeek(locale).value_or(DayOfWeek::sunday);
 }
 
 }  // namespace velloro

@@ -11,6 +11,10 @@
 #include <optional>
 #include <string>
 
+namespace platform {
+class Locale;
+}
+
 namespace velloro {
 
 /// A day of the week; its raw value is stored.
@@ -84,15 +88,15 @@ constexpr auto rawValues(std::type_identity<CalendarDayOfWeek>) {
   return week;
 }
 
-// The day's name in the device's locale: "Tuesday", "Tue", "T".
-[[nodiscard]] std::string localizedTitle(DayOfWeek day);
-[[nodiscard]] std::string localizedShortTitle(DayOfWeek day);
-[[nodiscard]] std::string localizedVeryShortTitle(DayOfWeek day);
+// The day's name in a locale: "Tuesday", "Tue", "T".
+[[nodiscard]] std::string localizedTitle(DayOfWeek day, const Locale& locale);
+[[nodiscard]] std::string localizedShortTitle(DayOfWeek day, const Locale& locale);
+[[nodiscard]] std::string localizedVeryShortTitle(DayOfWeek day, const Locale& locale);
 
-/// The day on which weeks begin in the device's locale.
-[[nodiscard]] std::optional<DayOfWeek> defaultFirstDayOfWeek();
+/// The day on which weeks begin in a locale.
+[[nodiscard]] std::optional<DayOfWeek> defaultFirstDayOfWeek(const Locale& locale);
 /// The same, and Sunday where there is none.
-[[nodiscard]] DayOfWeek localesFirstDayOfWeek();
+[[nodiscard]] DayOfWeek localesFirstDayOfWeek(const Locale& locale);
 
 /// A set of weekdays in the 16 bits that are stored: Sunday is 1, Monday 2, … Saturday 64.
 ///

@@ -29,9 +29,8 @@ std::int64_t wholeSeconds(TimeInterval seconds) {
 /// dial shows counts as the one to which it wraps.
 class DailyInstants {
  public:
-  DailyInstants(const HHMMSS& time, std::optional<TimeZone> zone)
-      : time_(fromSeconds(floorModulo(time.intValue(), secondsPerDay))),
-        calendar_(zone ? *zone : TimeZone::current()) {}
+  DailyInstants(const HHMMSS& time, TimeZone zone)
+      : time_(fromSeconds(floorModulo(time.intValue(), secondsPerDay))), calendar_(zone) {}
 
   [[nodiscard]] Date on(YYYYMMDD day) const {
     return day.dateAt(HHMMSS::midnight, time_, calendar_.timeZone());
@@ -50,7 +49,7 @@ std::optional<HHMMSS> HHMMSS::fromRawValue(std::int64_t secondsSinceMidnight) {
   return fromSeconds(secondsSinceMidnight);
 }
 
-HHMMSS HHMMSS::fromDate(Date date, std::optional<TimeZone> timeZone) {
+HHMMSS HHMMSS::fromDate(Date date, TimeZone timeZone) {
   return fromSeconds(currentThreadCalendar(timeZone).clockTime(date).secondOfDay);
 }
 
@@ -112,14 +111,14 @@ HHMMSS HHMMSS::roundToNearestInterval(TimeInterval duration) const {
   return fromSeconds(isDown ? lower : lower + interval);
 }
 
-Date HHMMSS::nextOccurrence(Date from, std::optional<TimeZone> timeZone) const {
+Date HHMMSS::nextOccurrence(Date from, TimeZone timeZone) const {
   const DailyInstants instants(*this, timeZone);
   const YYYYMMDD day = YYYYMMDD::fromDate(midnight, from, timeZone);
   const Date today = instants.on(day);
   return today < from ? instants.on(instants.next(day)) : today;
 }
 
-std::vector<Date> HHMMSS::occurrences(Date from, Date to, std::optional<TimeZone> timeZone) const {
+std::vector<Date> HHMMSS::occurrences(Date from, Date to, TimeZone timeZone) const {
   const DailyInstants instants(*this, timeZone);
   const Date end = std::min(to, Date::distantFuture());
   std::vector<Date> all;

@@ -19,8 +19,6 @@ namespace velloro {
 /// A time of day. Stored and compared as its seconds since midnight.
 ///
 ///     HHMMSS{.h = 23, .m = 30}.add({.h = 1}, /*canWrap=*/true)->intValue();  // 1800: 00:30:00
-///
-/// Where a function takes a time zone, absent means the device's current one.
 struct HHMMSS {
   std::int64_t h = 0;
   std::int64_t m = 0;
@@ -35,8 +33,8 @@ struct HHMMSS {
     return fromRawValue(secondsSinceMidnight);
   }
   /// What the clock shows at an instant.
-  [[nodiscard]] static HHMMSS fromDate(Date date, std::optional<TimeZone> timeZone = {});
-  [[nodiscard]] static HHMMSS now() { return fromDate(Date::now()); }
+  [[nodiscard]] static HHMMSS fromDate(Date date, TimeZone timeZone);
+  [[nodiscard]] static HHMMSS now(TimeZone timeZone, Date now) { return fromDate(now, timeZone); }
 
   /// Seconds since midnight.
   [[nodiscard]] constexpr std::int64_t intValue() const {
@@ -86,13 +84,12 @@ struct HHMMSS {
 
   /// The first of this time's instants, one on each calendar day, that is not before `from`. A day
   /// whose clock skips the time has it by the gap later; of a repeated one, the first counts.
-  [[nodiscard]] Date nextOccurrence(Date from, std::optional<TimeZone> timeZone = {}) const;
-  [[nodiscard]] Date nextOccurrence(std::optional<TimeZone> timeZone = {}) const {
-    return nextOccurrence(Date::now(), timeZone);
+  [[nodiscard]] Date nextOccurrence(Date from, TimeZone timeZone) const;
+  [[nodiscard]] Date nextOccurrence(TimeZone timeZone, Date now) const {
+    return nextOccurrence(now, timeZone);
   }
   /// The instants from `from` on and strictly before `to`, in order; none behind `distantFuture`.
-  [[nodiscard]] std::vector<Date> occurrences(Date from, Date to,
-                                              std::optional<TimeZone> timeZone = {}) const;
+  [[nodiscard]] std::vector<Date> occurrences(Date from, Date to, TimeZone timeZone) const;
 };
 
 inline constexpr HHMMSS HHMMSS::midnight{};

@@ -7,7 +7,7 @@ namespace {
 
 OxDateTimeCache::Formatters made(const Locale& locale) {
   const auto fromTemplate = [&](const char* fields) {
-    return NSDateFormatter::withTemplate(fields, {.locale = locale});
+    return NSDateFormatter::withTemplate(fields, {.locale = locale, .timeZone = TimeZone::gmt()});
   };
   return {.titleWithYear = fromTemplate("MMMM yyyy"),
           .shortTitleWithYear = fromTemplate("MMM yyyy"),
@@ -17,8 +17,8 @@ OxDateTimeCache::Formatters made(const Locale& locale) {
 
 }  // namespace
 
-const OxDateTimeCache::Formatters& OxDateTimeCache::formatters() {
-  return keptForLocale<made>();
+const OxDateTimeCache::Formatters& OxDateTimeCache::formatters(const Locale& locale) {
+  return keptForLocale<made>(locale);
 }
 
 }  // namespace velloro

@@ -20,8 +20,8 @@ class OxDateTimeCache {
     NSDateFormatter symbols;             ///< Read for the names of months and weekdays.
   };
 
-  /// Those of the device's locale.
-  [[nodiscard]] static const Formatters& formatters();
+  /// Those of a locale, which write the instants of Greenwich mean time.
+  [[nodiscard]] static const Formatters& formatters(const Locale& locale);
 };
 
 }  // namespace velloro

@@ -2,10 +2,9 @@
 
 namespace velloro {
 
-Calendar& currentThreadCalendar(std::optional<TimeZone> timeZone) {
-  const TimeZone zone = timeZone ? *timeZone : TimeZone::current();
-  thread_local Calendar calendar(zone);
-  calendar.setTimeZone(zone);
+Calendar& currentThreadCalendar(TimeZone timeZone) {
+  thread_local Calendar calendar(timeZone);
+  calendar.setTimeZone(timeZone);
   return calendar;
 }
 

@@ -16,8 +16,9 @@ std::int64_t daysUpTo(DayOfWeek to, DayOfWeek from) {
   return difference < 0 ? difference + 7 : difference;
 }
 
+/// In the zone of the formatters.
 Date noonOfFirst(YYYYMM month) {
-  return month.firstDay().dateAt(HHMMSS::midnight, HHMMSS::midday);
+  return month.firstDay().dateAt(HHMMSS::midnight, HHMMSS::midday, TimeZone::gmt());
 }
 
 }  // namespace
@@ -35,8 +36,8 @@ std::optional<YYYYMM> YYYYMM::fromString(std::string_view text) {
   return YYYYMM{.y = *year, .m = *month};
 }
 
-YYYYMM YYYYMM::thisMonth(HHMMSS startOfDay, std::optional<TimeZone> timeZone) {
-  return YYYYMMDD::today(startOfDay, timeZone).yyyymm();
+YYYYMM YYYYMM::thisMonth(HHMMSS startOfDay, TimeZone timeZone, Date now) {
+  return YYYYMMDD::today(startOfDay, timeZone, now).yyyymm();
 }
 
 std::string YYYYMM::debugDescription() const {
@@ -88,21 +89,21 @@ std::int64_t YYYYMM::numberOfDaysInWeekAfterMonthEnds(DayOfWeek firstDayOfWeek) 
   return daysUpTo(previousDay(firstDayOfWeek), lastDay().dayOfWeek());
 }
 
-std::string YYYYMM::localizedTitle() const {
-  const auto& names = OxDateTimeCache::formatters().symbols.monthSymbols();
+std::string YYYYMM::localizedTitle(const Locale& locale) const {
+  const auto& names = OxDateTimeCache::formatters(locale).symbols.monthSymbols();
   return m >= 1 && m <= 12 ? names[static_cast<std::size_t>(m - 1)] : debugDescription();
 }
 
-std::string YYYYMM::localizedTitleWithYear() const {
-  return OxDateTimeCache::formatters().titleWithYear.string(noonOfFirst(*this));
+std::string YYYYMM::localizedTitleWithYear(const Locale& locale) const {
+  return OxDateTimeCache::formatters(locale).titleWithYear.string(noonOfFirst(*this));
 }
 
-std::string YYYYMM::localizedShortTitleWithYear() const {
-  return OxDateTimeCache::formatters().shortTitleWithYear.string(noonOfFirst(*this));
+std::string YYYYMM::localizedShortTitleWithYear(const Locale& locale) const {
+  return OxDateTimeCache::formatters(locale).shortTitleWithYear.string(noonOfFirst(*this));
 }
 
-std::string YYYYMM::localizedYear() const {
-  return OxDateTimeCache::formatters().localizedYear.string(noonOfFirst(*this));
+std::string YYYYMM::localizedYear(const Locale& locale) const {
+  return OxDateTimeCache::formatters(locale).localizedYear.string(noonOfFirst(*this));
 }
 
 void YYYYMM::encode(Encoder& to) const {

@@ -15,6 +15,7 @@
 namespace platform {
 class Decoder;
 class Encoder;
+class Locale;
 }  // namespace platform
 
 namespace velloro {
@@ -37,7 +38,7 @@ struct YYYYMM {
   /// Exactly six digits, "202403"; the month's range is not tested.
   [[nodiscard]] static std::optional<YYYYMM> fromString(std::string_view text);
   /// The month of today's logical day.
-  [[nodiscard]] static YYYYMM thisMonth(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {});
+  [[nodiscard]] static YYYYMM thisMonth(HHMMSS startOfDay, TimeZone timeZone, Date now);
 
   [[nodiscard]] constexpr std::int64_t intValue() const {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(y) * 100 +
@@ -78,11 +79,11 @@ struct YYYYMM {
   [[nodiscard]] std::int64_t numberOfDaysInWeekBeforeMonthStarts(DayOfWeek firstDayOfWeek) const;
   [[nodiscard]] std::int64_t numberOfDaysInWeekAfterMonthEnds(DayOfWeek firstDayOfWeek) const;
 
-  // Texts in the device's locale: "March", "March 2024", "Mar 2024", "2024".
-  [[nodiscard]] std::string localizedTitle() const;
-  [[nodiscard]] std::string localizedTitleWithYear() const;
-  [[nodiscard]] std::string localizedShortTitleWithYear() const;
-  [[nodiscard]] std::string localizedYear() const;
+  // Texts in a locale: "March", "March 2024", "Mar 2024", "2024".
+  [[nodiscard]] std::string localizedTitle(const Locale& locale) const;
+  [[nodiscard]] std::string localizedTitleWithYear(const Locale& locale) const;
+  [[nodiscard]] std::string localizedShortTitleWithYear(const Locale& locale) const;
+  [[nodiscard]] std::string localizedYear(const Locale& locale) const;
 };
 
 }  // namespace velloro

@@ -1,7 +1,6 @@
 #include "OxDateTime/YYYYMMDD.h"
 
 #include "Foundation/Coding/Coding.h"
-#include "Foundation/Process/Environment.h"
 #include "Foundation/Text/String.h"
 #include "Foundation/Time/CivilDay.h"
 #include "OxDateTime/Digits.h"
@@ -17,14 +16,9 @@ constexpr YYYYMMDD fortnightAnchor{.y = 2000, .m = 1, .d = 1};
 /// Beyond this many days, sums could leave 64 bits; no date that can be named is so far away.
 constexpr std::int64_t largestCount = 1'000'000'000'000;
 
-/// Whether counting days needs no calendar: true where the device's zone never skipped or repeated
-/// one.
-bool daysAreNumbers() {
-  return !Environment::current().timeZone().hasSkippedOrRepeatedDays();
-}
-
-Calendar deviceCalendar() {
-  return Calendar(Environment::current().timeZone());
+/// Whether counting days needs no calendar: true where the zone never skipped or repeated one.
+bool daysAreNumbers(const CountedIn& timeZone) {
+  return !timeZone || !timeZone->hasSkippedOrRepeatedDays();
 }
 
 Date noon(const YYYYMMDD& day, const Calendar& calendar) {
@@ -85,31 +79,30 @@ DateComponents YYYYMMDD::dateComponents() const {
   return {.year = y, .month = m, .day = d};
 }
 
-YYYYMMDD YYYYMMDD::nextDay() const {
-  if (!daysAreNumbers()) return nextDayUsingCalendar();
+YYYYMMDD YYYYMMDD::nextDay(CountedIn timeZone) const {
+  if (!daysAreNumbers(timeZone)) return nextDayUsingCalendar(Calendar(*timeZone));
   if (m >= 1 && m <= 12 && d >= 1 && d < 28) return {.y = y, .m = m, .d = d + 1};
   return fromDayNumber(dayNumber() + 1);
 }
 
-YYYYMMDD YYYYMMDD::previousDay() const {
-  if (!daysAreNumbers()) {
-    const Calendar here = deviceCalendar();
-    return readBack(noon(*this, here) - secondsPerDay, here);
+YYYYMMDD YYYYMMDD::previousDay(CountedIn timeZone) const {
+  if (!daysAreNumbers(timeZone)) {
+    const Calendar calendar(*timeZone);
+    return readBack(noon(*this, calendar) - secondsPerDay, calendar);
   }
   if (m >= 1 && m <= 12 && d > 1 && d <= 28) return {.y = y, .m = m, .d = d - 1};
   return fromDayNumber(dayNumber() - 1);
 }
 
-YYYYMMDD YYYYMMDD::nextDayUsingCalendar() const {
-  const Calendar here = deviceCalendar();
-  const YYYYMMDD next = readBack(noon(*this, here) + secondsPerDay, here);
+YYYYMMDD YYYYMMDD::nextDayUsingCalendar(const Calendar& calendar) const {
+  const YYYYMMDD next = readBack(noon(*this, calendar) + secondsPerDay, calendar);
   // Where a day stood twice, the way leads to its second showing; a walk must not stop there.
   return fromDayNumber(std::max(next.dayNumber(), dayNumber() + 1));
 }
 
-YYYYMMDD YYYYMMDD::add(std::int64_t numDays) const {
+YYYYMMDD YYYYMMDD::add(std::int64_t numDays, CountedIn timeZone) const {
   if (numDays == 0) return *this;
-  if (!daysAreNumbers()) return addUsingCalendar(deviceCalendar(), numDays);
+  if (!daysAreNumbers(timeZone)) return addUsingCalendar(Calendar(*timeZone), numDays);
   // Few days mostly end in the month that they began in.
   const auto behindFirst = static_cast<std::uint64_t>(d) + static_cast<std::uint64_t>(numDays) - 1;
   if (m >= 1 && m <= 12 && behindFirst < 28) return {.y = y, .m = m, .d = d + numDays};
@@ -124,69 +117,77 @@ YYYYMMDD YYYYMMDD::addUsingCalendar(const Calendar& calendar, std::int64_t numDa
   return fromDayNumber(numDays < 0 ? std::min(number, dayNumber() - 1) : number);
 }
 
-DayOfWeek YYYYMMDD::dayOfWeek() const {
-  if (!daysAreNumbers()) {
-    const Calendar here = deviceCalendar();
-    return static_cast<DayOfWeek>(here.weekday(noon(*this, here)) - 1);
+DayOfWeek YYYYMMDD::dayOfWeek(CountedIn timeZone) const {
+  if (!daysAreNumbers(timeZone)) {
+    const Calendar calendar(*timeZone);
+    return static_cast<DayOfWeek>(calendar.weekday(noon(*this, calendar)) - 1);
   }
   return static_cast<DayOfWeek>(weekdayOfDays(dayNumber()));
 }
 
-std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay) const {
+std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay, CountedIn timeZone) const {
   const std::int64_t from = dayNumber();
-  const std::int64_t days =
-      daysAreNumbers() ? to.dayNumber() - from : deviceCalendar().daysBetween(from, to.dayNumber());
+  const std::int64_t days = daysAreNumbers(timeZone)
+                                ? to.dayNumber() - from
+                                : Calendar(*timeZone).daysBetween(from, to.dayNumber());
   return days + (includeThisDay ? 1 : 0);
 }
 
-YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek) const {
-  return add(-floorModulo(static_cast<int>(dayOfWeek()) - static_cast<int>(firstDayOfWeek), 7));
+YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const {
+  const int weekday = static_cast<int>(dayOfWeek(timeZone));
+  return add(-floorModulo(weekday - static_cast<int>(firstDayOfWeek), 7), timeZone);
 }
 
-YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek) const {
-  return startOfWeek(firstDayOfWeek).add(6);
+YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const {
+  return startOfWeek(firstDayOfWeek, timeZone).add(6, timeZone);
 }
 
-YYYYMMDD YYYYMMDD::startOfFortnight(DayOfWeek firstDayOfWeek,
-                                    std::optional<YYYYMMDD> referenceDate) const {
-  const std::int64_t days = referenceDate.value_or(fortnightAnchor).distance(*this);
+YYYYMMDD YYYYMMDD::startOfFortnight(DayOfWeek firstDayOfWeek, std::optional<YYYYMMDD> referenceDate,
+                                    CountedIn timeZone) const {
+  const std::int64_t days =
+      referenceDate.value_or(fortnightAnchor).distance(*this, false, timeZone);
   // The remainder has the sign of its dividend: no day before the anchor is in a second week.
   const bool isSecondWeek = days % 14 > 6;
-  return (isSecondWeek ? add(-7) : *this).startOfWeek(firstDayOfWeek);
+  return (isSecondWeek ? add(-7, timeZone) : *this).startOfWeek(firstDayOfWeek, timeZone);
 }
 
-YYYYMMDD YYYYMMDD::endOfFortnight(DayOfWeek firstDayOfWeek,
-                                  std::optional<YYYYMMDD> referenceDate) const {
-  return startOfFortnight(firstDayOfWeek, referenceDate).add(13);
+YYYYMMDD YYYYMMDD::endOfFortnight(DayOfWeek firstDayOfWeek, std::optional<YYYYMMDD> referenceDate,
+                                  CountedIn timeZone) const {
+  return startOfFortnight(firstDayOfWeek, referenceDate, timeZone).add(13, timeZone);
 }
 
-std::int64_t YYYYMMDD::numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek,
-                                                     bool includeThisDay) const {
-  return distance(endOfWeek(firstDayOfWeek), includeThisDay);
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek, bool includeThisDay,
+                                                     CountedIn timeZone) const {
+  return distance(endOfWeek(firstDayOfWeek, timeZone), includeThisDay, timeZone);
 }
 
-std::int64_t YYYYMMDD::numberOfDaysRemainingThisFortnight(
-    DayOfWeek firstDayOfWeek, bool includeThisDay, std::optional<YYYYMMDD> referenceDate) const {
-  return distance(endOfFortnight(firstDayOfWeek, referenceDate), includeThisDay);
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisFortnight(DayOfWeek firstDayOfWeek,
+                                                          bool includeThisDay,
+                                                          std::optional<YYYYMMDD> referenceDate,
+                                                          CountedIn timeZone) const {
+  return distance(endOfFortnight(firstDayOfWeek, referenceDate, timeZone), includeThisDay,
+                  timeZone);
 }
 
-std::int64_t YYYYMMDD::numberOfDaysRemainingThisMonth(bool includeThisDay) const {
-  return distance(yyyymm().lastDay(), includeThisDay);
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisMonth(bool includeThisDay,
+                                                      CountedIn timeZone) const {
+  return distance(yyyymm().lastDay(), includeThisDay, timeZone);
 }
 
-std::int64_t YYYYMMDD::numberOfDaysRemainingThisYear(bool includeThisDay) const {
-  return distance(yyyymm().lastMonthOfYear().lastDay(), includeThisDay);
+std::int64_t YYYYMMDD::numberOfDaysRemainingThisYear(bool includeThisDay,
+                                                     CountedIn timeZone) const {
+  return distance(yyyymm().lastMonthOfYear().lastDay(), includeThisDay, timeZone);
 }
 
-Date YYYYMMDD::dateAt(HHMMSS startOfDay, HHMMSS time, std::optional<TimeZone> timeZone) const {
-  const Calendar calendar(timeZone ? *timeZone : Environment::current().timeZone());
+Date YYYYMMDD::dateAt(HHMMSS startOfDay, HHMMSS time, TimeZone timeZone) const {
+  const Calendar calendar(timeZone);
   const Date date =
       calendar.date(ClockTime{.dayNumber = dayNumber(), .secondOfDay = time.intValue()});
   return calendar.dateByAddingDays(daysBehindName(time.intValue(), startOfDay.intValue()), date)
       .value_or(date);
 }
 
-Calendar& YYYYMMDD::calendar(std::optional<TimeZone> timeZone) {
+Calendar& YYYYMMDD::calendar(TimeZone timeZone) {
   return currentThreadCalendar(timeZone);
 }
 

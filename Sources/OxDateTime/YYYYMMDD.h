@@ -17,6 +17,9 @@
 
 namespace velloro {
 
+/// The zone in which days are counted; absent for days of which none was ever skipped or repeated.
+using CountedIn = std::optional<TimeZone>;
+
 /// A logical day. Stored and compared as y × 10000 + m × 100 + d.
 ///
 /// A logical day begins at a user's `startOfDay`, at any hour of the clock. Up to noon it begins on
@@ -29,10 +32,10 @@ namespace velloro {
 ///     YYYYMMDD::fromDate(three, night, berlin);                      // 20240306
 ///     YYYYMMDD{2024, 3, 6}.dateAt(three, {.h = 2}, berlin);          // 02:00 on 7 March
 ///
-/// Days are counted from noon to noon in the device's zone, so no clock change moves a result by a
-/// day; only where that zone once skipped or repeated a whole day does the count follow it. Values
-/// that name no real day (20241345) count on from the ones that do. Where a function takes a time
-/// zone, absent means the device's current one.
+/// Days are counted from noon to noon, so no clock change moves a result by a day; only where a
+/// zone once skipped or repeated a whole day does the count follow it. So a function that counts
+/// takes the zone as its last argument. Without one, no day is skipped or repeated. Values that
+/// name no real day (20241345) count on from the ones that do.
 struct YYYYMMDD {
   std::int64_t y = 0;
   std::int64_t m = 0;
@@ -55,10 +58,10 @@ struct YYYYMMDD {
   /// the second pass up to it reads as the day before once more. One inside an hour that the clock
   /// skips has been passed as soon as the clock moves on, while `startOfDay` names an instant by
   /// the length of the gap behind it.)
-  [[nodiscard]] static YYYYMMDD fromDate(HHMMSS startOfDay, Date date,
-                                         std::optional<TimeZone> timeZone = {});
-  [[nodiscard]] static YYYYMMDD today(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {}) {
-    return fromDate(startOfDay, Date::now(), timeZone);
+  [[nodiscard]] static YYYYMMDD fromDate(HHMMSS startOfDay, Date date, TimeZone timeZone);
+  /// The logical day that holds the present instant.
+  [[nodiscard]] static YYYYMMDD today(HHMMSS startOfDay, TimeZone timeZone, Date now) {
+    return fromDate(startOfDay, now, timeZone);
   }
 
   [[nodiscard]] constexpr std::int64_t intValue() const {
@@ -84,55 +87,60 @@ struct YYYYMMDD {
   /// \throws DecodingError for an integer below 1.
   [[nodiscard]] static YYYYMMDD decode(const Decoder& from);
 
-  [[nodiscard]] YYYYMMDD nextDay() const;
-  [[nodiscard]] YYYYMMDD previousDay() const;
-  [[nodiscard]] YYYYMMDD add(std::int64_t numDays) const;
-  [[nodiscard]] DayOfWeek dayOfWeek() const;
+  [[nodiscard]] YYYYMMDD nextDay(CountedIn timeZone = {}) const;
+  [[nodiscard]] YYYYMMDD previousDay(CountedIn timeZone = {}) const;
+  [[nodiscard]] YYYYMMDD add(std::int64_t numDays, CountedIn timeZone = {}) const;
+  [[nodiscard]] DayOfWeek dayOfWeek(CountedIn timeZone = {}) const;
   /// Days from this one to another, positive when that lies later, and 1 more with
   /// `includeThisDay`, whatever the sign.
-  [[nodiscard]] std::int64_t distance(YYYYMMDD to, bool includeThisDay) const;
+  [[nodiscard]] std::int64_t distance(YYYYMMDD to, bool includeThisDay,
+                                      CountedIn timeZone = {}) const;
   // The two operations of a strideable value, in days.
   [[nodiscard]] YYYYMMDD advanced(std::int64_t by) const { return add(by); }
   [[nodiscard]] std::int64_t distance(YYYYMMDD to) const { return distance(to, false); }
 
   // The same by the calendar's instants: noon, moved, and read back. The functions above take this
   // road themselves where it can lead elsewhere.
-  [[nodiscard]] YYYYMMDD nextDayUsingCalendar() const;
+  [[nodiscard]] YYYYMMDD nextDayUsingCalendar(const Calendar& calendar) const;
   [[nodiscard]] YYYYMMDD addUsingCalendar(const Calendar& calendar, std::int64_t numDays) const;
 
-  [[nodiscard]] YYYYMMDD startOfWeek(DayOfWeek firstDayOfWeek) const;
-  [[nodiscard]] YYYYMMDD endOfWeek(DayOfWeek firstDayOfWeek) const;
+  [[nodiscard]] YYYYMMDD startOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone = {}) const;
+  [[nodiscard]] YYYYMMDD endOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone = {}) const;
   /// The two weeks that hold this day. Their phase is that of the day itself, counted from the
   /// reference day (2000-01-01 when absent), not that of its week's first day.
   [[nodiscard]] YYYYMMDD startOfFortnight(DayOfWeek firstDayOfWeek,
-                                          std::optional<YYYYMMDD> referenceDate = {}) const;
+                                          std::optional<YYYYMMDD> referenceDate = {},
+                                          CountedIn timeZone = {}) const;
   [[nodiscard]] YYYYMMDD endOfFortnight(DayOfWeek firstDayOfWeek,
-                                        std::optional<YYYYMMDD> referenceDate = {}) const;
+                                        std::optional<YYYYMMDD> referenceDate = {},
+                                        CountedIn timeZone = {}) const;
 
   // Days from this one to the last of its week, fortnight, month or year: 0 on the last day, and 1
   // more with `includeThisDay`.
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek,
-                                                           bool includeThisDay) const;
+                                                           bool includeThisDay,
+                                                           CountedIn timeZone = {}) const;
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisFortnight(
-      DayOfWeek firstDayOfWeek, bool includeThisDay,
-      std::optional<YYYYMMDD> referenceDate = {}) const;
-  [[nodiscard]] std::int64_t numberOfDaysRemainingThisMonth(bool includeThisDay) const;
-  [[nodiscard]] std::int64_t numberOfDaysRemainingThisYear(bool includeThisDay) const;
+      DayOfWeek firstDayOfWeek, bool includeThisDay, std::optional<YYYYMMDD> referenceDate = {},
+      CountedIn timeZone = {}) const;
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisMonth(bool includeThisDay,
+                                                            CountedIn timeZone = {}) const;
+  [[nodiscard]] std::int64_t numberOfDaysRemainingThisYear(bool includeThisDay,
+                                                           CountedIn timeZone = {}) const;
 
   /// The instant of a time of the clock within this logical day: the reverse of `fromDate`. A time
   /// that a clock change skips moves forward by the gap, a repeated one means its first showing.
-  [[nodiscard]] Date dateAt(HHMMSS startOfDay, HHMMSS time,
-                            std::optional<TimeZone> timeZone = {}) const;
+  [[nodiscard]] Date dateAt(HHMMSS startOfDay, HHMMSS time, TimeZone timeZone) const;
   [[nodiscard]] Date dateAt(HHMMSS startOfDay, std::int64_t hour, std::int64_t minute,
-                            std::int64_t second, std::optional<TimeZone> timeZone = {}) const {
+                            std::int64_t second, TimeZone timeZone) const {
     return dateAt(startOfDay, HHMMSS{.h = hour, .m = minute, .s = second}, timeZone);
   }
   /// The instant at which this logical day begins.
-  [[nodiscard]] Date startOfDay(HHMMSS startOfDay, std::optional<TimeZone> timeZone = {}) const {
+  [[nodiscard]] Date startOfDay(HHMMSS startOfDay, TimeZone timeZone) const {
     return dateAt(startOfDay, startOfDay, timeZone);
   }
   /// This thread's calendar, set to a zone; see `currentThreadCalendar`.
-  [[nodiscard]] static Calendar& calendar(std::optional<TimeZone> timeZone = {});
+  [[nodiscard]] static Calendar& calendar(TimeZone timeZone);
 
   /// Days since 1970-01-01, as if no zone had ever skipped or repeated a day.
   [[nodiscard]] constexpr std::int64_t dayNumber() const {
@@ -170,14 +178,13 @@ inline std::int64_t YYYYMMDD::logicalDayNumber(std::int64_t localSeconds, HHMMSS
 }
 
 // In the header, since every walk over entries and samples calls it for each of them.
-inline YYYYMMDD YYYYMMDD::fromDate(HHMMSS startOfDay, Date date, std::optional<TimeZone> timeZone) {
-  const TimeZone zone = timeZone ? *timeZone : TimeZone::current();
-  const std::int64_t local = zone.localSecondsAt(date);
+inline YYYYMMDD YYYYMMDD::fromDate(HHMMSS startOfDay, Date date, TimeZone timeZone) {
+  const std::int64_t local = timeZone.localSecondsAt(date);
   const std::int64_t logicalDay = logicalDayNumber(local, startOfDay);
-  if (!zone.hasSkippedOrRepeatedDays()) [[likely]]
+  if (!timeZone.hasSkippedOrRepeatedDays()) [[likely]]
     return fromDayNumber(logicalDay);
   const std::int64_t clockDay = dayOfSeconds(local);
-  return fromClockDay(clockDay, logicalDay - clockDay, zone);
+  return fromClockDay(clockDay, logicalDay - clockDay, timeZone);
 }
 
 }  // namespace velloro

@@ -9,17 +9,16 @@
 
 namespace velloro {
 
-/// What `make` gives for the device's locale: made at the first call in each locale, once, and kept
-/// for the life of the process. Safe from any thread.
+/// What `make` gives for a locale: made at the first call for each locale, once, and kept for the
+/// life of the process. Safe from any thread.
 ///
 ///     Formatters made(const Locale& locale);
-///     const Formatters& formatters = keptForLocale<made>();
+///     const Formatters& formatters = keptForLocale<made>(locale);
 template <auto make>
-const auto& keptForLocale() {
+const auto& keptForLocale(const Locale& locale) {
   using Value = std::invoke_result_t<decltype(make), Locale>;
   static std::mutex mutex;
   static auto& byLocale = *new std::unordered_map<Locale, Value>;
-  const Locale locale = Locale::current();
   const std::scoped_lock lock(mutex);
   if (const auto found = byLocale.find(locale); found != byLocale.end()) return found->second;
   return byLocale.emplace(locale, make(locale)).first->second;

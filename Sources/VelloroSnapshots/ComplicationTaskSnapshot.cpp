@@ -16,12 +16,14 @@ std::optional<TaskDisplayTitle::TitleIcon> ComplicationTaskSnapshot::titleIcon()
   return velloro::titleIcon(automaticTaskType, isNegative);
 }
 
-TaskDisplayTitle ComplicationTaskSnapshot::displayTitle() const {
+TaskDisplayTitle ComplicationTaskSnapshot::displayTitle(Date now, const Locale& locale) const {
   return TaskDisplayTitle::build({.title = title.value_or(""),
                                   .automaticTaskType = automaticTaskType,
                                   .isNegative = isNegative,
                                   .isTimed = isTimed(),
-                                  .progress = completionStatus.progress()});
+                                  .progress = completionStatus.progress(),
+                                  .now = now},
+                                 locale);
 }
 
 }  // namespace velloro

@@ -3,6 +3,7 @@
 #include "Foundation/Coding/CodingKeys.h"
 #include "Foundation/Time/Date.h"
 #include "Foundation/Time/TimeZone.h"
+#include "OxDateTime/StandIns.h"
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
 #include "VelloroCore/Appearance/TaskDisplayOrder.h"
@@ -100,8 +101,8 @@ struct ComplicationTaskSnapshot {
       key("taskStatus", &Self::taskStatus, initialWhenUnknown),
       key("createdDate", &Self::createdDate),
       key("startOfDay", &Self::startOfDay, initialWhenUnknown),
-      key("firstDayOfWeek", &Self::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
-      key("taskCurrentTimeZone", &Self::taskCurrentTimeZone, whenUnknown(&TimeZone::current)),
+      key("firstDayOfWeek", &Self::firstDayOfWeek, whenUnknown(&firstDayOfWeekStandIn)),
+      key("taskCurrentTimeZone", &Self::taskCurrentTimeZone, whenUnknown(&timeZoneStandIn)),
       key("title", &Self::title),
       key("snapshotDisplayRepresentation", &Self::snapshotDisplayRepresentation),
       key("automaticTaskType", &Self::automaticTaskType),
@@ -125,7 +126,7 @@ struct ComplicationTaskSnapshot {
   /// Runs against a clock.
   [[nodiscard]] bool isTimed() const;
   [[nodiscard]] std::optional<TaskDisplayTitle::TitleIcon> titleIcon() const;
-  [[nodiscard]] TaskDisplayTitle displayTitle() const;
+  [[nodiscard]] TaskDisplayTitle displayTitle(Date now, const Locale& locale) const;
 };
 
 /// A category for the watch.

@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/CodingKeys.h"
 #include "Foundation/Time/TimeZone.h"
+#include "OxDateTime/StandIns.h"
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
 #include "VelloroCore/Appearance/TaskDisplayOrder.h"
@@ -43,9 +44,9 @@ struct NotificationTask {
   bool operator==(const NotificationTask&) const = default;
   static constexpr auto codingKeys = keys(
       key("taskId", &NotificationTask::taskId),
-      key("firstDayOfWeek", &NotificationTask::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      key("firstDayOfWeek", &NotificationTask::firstDayOfWeek, whenUnknown(&firstDayOfWeekStandIn)),
       key("startOfDay", &NotificationTask::startOfDay, initialWhenUnknown),
-      key("timeZone", &NotificationTask::timeZone, whenUnknown(&TimeZone::current)),
+      key("timeZone", &NotificationTask::timeZone, whenUnknown(&timeZoneStandIn)),
       key("displayTitle", &NotificationTask::displayTitle),
       key("titleIcon", &NotificationTask::titleIcon),
       key("displayOrder", &NotificationTask::displayOrder),

@@ -5,6 +5,7 @@
 #include "Foundation/Time/TimeZone.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
+#include "OxDateTime/StandIns.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/EnumSet.h"
 #include "VelloroCore/Frequency/TaskFrequency.h"
@@ -39,10 +40,10 @@ struct TaskDescriptor {
   bool operator==(const TaskDescriptor&) const = default;
   static constexpr auto codingKeys = keys(
       key("created", &TaskDescriptor::created),
-      key("createdTimeZone", &TaskDescriptor::createdTimeZone, whenUnknown(&TimeZone::current)),
-      key("currentTimeZone", &TaskDescriptor::currentTimeZone, whenUnknown(&TimeZone::current)),
+      key("createdTimeZone", &TaskDescriptor::createdTimeZone, whenUnknown(&timeZoneStandIn)),
+      key("currentTimeZone", &TaskDescriptor::currentTimeZone, whenUnknown(&timeZoneStandIn)),
       key("startOfDay", &TaskDescriptor::startOfDay, initialWhenUnknown),
-      key("firstDayOfWeek", &TaskDescriptor::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      key("firstDayOfWeek", &TaskDescriptor::firstDayOfWeek, whenUnknown(&firstDayOfWeekStandIn)),
       key("title", &TaskDescriptor::title),
       key("automaticTaskType", &TaskDescriptor::automaticTaskType),
       key("frequency", &TaskDescriptor::frequency), key("isNegative", &TaskDescriptor::isNegative),
@@ -76,7 +77,7 @@ struct History {
 
   bool operator==(const History&) const = default;
   static constexpr auto codingKeys =
-      keys(key("firstDayOfWeek", &History::firstDayOfWeek, whenUnknown(&localesFirstDayOfWeek)),
+      keys(key("firstDayOfWeek", &History::firstDayOfWeek, whenUnknown(&firstDayOfWeekStandIn)),
            key("single", &History::single), key("multi", &History::multi));
 };
 

@@ -248,6 +248,10 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   refuses(now, "log add Reed", "no task is called \"Reed\"; did you mean \"Read\"?");
   refuses(now, "log add Read done", "TYPE \"done\": not a type of entry");
   refuses(now, "log add Read --date 20240305", "--date \"20240305\": in the future");
+  refuses(now, "log add Read --date 19691231", "--date \"19691231\": lies before 1970");
+  const auto late =
+      runProgram("log add Read --now 9999-03-07T12:00:00Z --store '" + folder_.string() + "'");
+  EXPECT_THAT(late.errors, HasSubstr("more than 150 years before 9999-03-07"));
   refuses(now, "log undo Read", "nothing to undo");
   refuses(now, "history Read --from 20240405", "after --to");
   refuses(now, "demo", "has tasks already");

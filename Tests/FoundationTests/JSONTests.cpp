@@ -119,6 +119,7 @@ TEST(JSON, ReadsNumbersOnlyWhereTheyFit) {
       {integer, "-123456789012345678901",
        "Expected an integer of 64 bits, found the number -123456789012345683968."},
       {real, "123456789012345678901", "1.2345678901234568e+20"},
+      {real, "-1.7976931348623157e308", "-1.7976931348623157e+308"},
       {real, "-1e999", "Expected a number, found a number beyond the range of a double."},
       {real, "1e-999", "0"},
       {real, "true", "Expected a number, found true."},

@@ -48,59 +48,58 @@ struct DataCacheTest : ::testing::Test {
   }
 
   VirtualEnvironment environment;
+  Date now;
   DataCache cache;
   DataCacheKey key{"numbers"};
   Numbers numbers{1, 2, 3};
 };
 
 TEST_F(DataCacheTest, FindsAValueWhereItWasPut) {
-  cache.save(numbers, {.key = key, .location = memory});
+  cache.save(numbers, {.key = key, .location = memory, .now = now});
   EXPECT_TRUE(files().empty());
-  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers);
-  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::keyNotFound);
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), numbers);
+  EXPECT_EQ(failure({.key = key, .location = disk, .now = now}), Reason::keyNotFound);
 
-  cache.save(Numbers{4}, {.key = key, .location = disk});
-  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = disk}), Numbers{4});
-  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers) << "memory comes first";
+  cache.save(Numbers{4}, {.key = key, .location = disk, .now = now});
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = disk, .now = now}), Numbers{4});
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), numbers) << "memory comes first";
   cache.clearCache(memory);
-  EXPECT_EQ(DataCache().item<Numbers>({.key = key}), Numbers{4}) << "another process";
+  EXPECT_EQ(DataCache().item<Numbers>({.key = key, .now = now}), Numbers{4}) << "another process";
   cache.remove(key);
-  EXPECT_EQ(failure({.key = key}), Reason::keyNotFound);
+  EXPECT_EQ(failure({.key = key, .now = now}), Reason::keyNotFound);
 }
 
 TEST_F(DataCacheTest, KeepsInMemoryWhatItReadFromAFile) {
-  cache.save(numbers, {.key = key, .location = disk});
-  EXPECT_EQ(cache.item<Numbers>({.key = key}), numbers);
+  cache.save(numbers, {.key = key, .location = disk, .now = now});
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), numbers);
   cache.clearCache(disk);
-  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = memory}), numbers);
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = memory, .now = now}), numbers);
 }
 
 TEST_F(DataCacheTest, ExpiresByDateAndByAge) {
-  cache.save(numbers, {.key = key, .expiredDate = Date::now() + 60});
-  environment.advance(60);
-  EXPECT_EQ(failure({.key = key, .maxAge = 60}), std::nullopt);
-  EXPECT_EQ(failure({.key = key, .maxAge = 59.5}), Reason::expired);
-  environment.advance(0.5);
-  EXPECT_EQ(failure({.key = key}), Reason::expired);
-  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::expired);
+  cache.save(numbers, {.key = key, .expiredDate = now + 60, .now = now});
+  EXPECT_EQ(failure({.key = key, .maxAge = 60, .now = now + 60}), std::nullopt);
+  EXPECT_EQ(failure({.key = key, .maxAge = 59.5, .now = now + 60}), Reason::expired);
+  EXPECT_EQ(failure({.key = key, .now = now + 60.5}), Reason::expired);
+  EXPECT_EQ(failure({.key = key, .location = disk, .now = now + 60.5}), Reason::expired);
 }
 
 TEST_F(DataCacheTest, FailsForAReason) {
-  cache.save(std::string("text"), {.key = key});
-  EXPECT_EQ(failure({.key = key}), Reason::unableToDecode);
+  cache.save(std::string("text"), {.key = key, .now = now});
+  EXPECT_EQ(failure({.key = key, .now = now}), Reason::unableToDecode);
   const auto file = NSFileManager::cachesDirectory() / "data-cache" / files().at(0);
   ASSERT_TRUE(NSFileManager::write("{", file));
-  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::unableToDecode);
+  EXPECT_EQ(failure({.key = key, .location = disk, .now = now}), Reason::unableToDecode);
   cache.isEnabled = false;
-  EXPECT_EQ(failure({.key = key}), Reason::cacheDisabled);
-  EXPECT_THROW(cache.save(numbers, {.key = key}), DataCache::Error);
+  EXPECT_EQ(failure({.key = key, .now = now}), Reason::cacheDisabled);
+  EXPECT_THROW(cache.save(numbers, {.key = key, .now = now}), DataCache::Error);
 }
 
 TEST_F(DataCacheTest, FindsNoFileOfAnotherVersion) {
-  cache.save(numbers, {.key = key});
+  cache.save(numbers, {.key = key, .now = now});
   cache.setVersion(2, false);
-  EXPECT_EQ(failure({.key = key, .location = disk}), Reason::keyNotFound);
-  cache.save(numbers, {.key = key});
+  EXPECT_EQ(failure({.key = key, .location = disk, .now = now}), Reason::keyNotFound);
+  cache.save(numbers, {.key = key, .now = now});
   EXPECT_EQ(files().size(), 2U);
   DataCache next;
   next.setVersion(2, true);

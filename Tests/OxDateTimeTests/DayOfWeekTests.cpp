@@ -1,4 +1,4 @@
-#include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/Locale.h"
 #include "OxDateTime/DayOfWeek.h"
 
 #include <gtest/gtest.h>
@@ -18,12 +18,9 @@ TEST(DayOfWeek, CountsRoundTheWeek) {
 }
 
 TEST(DayOfWeek, StartsTheWeekAsTheLocaleDoes) {
-  VirtualEnvironment environment;
-  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::sunday);
-  environment.setLocale("de_DE");
-  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::monday);
-  environment.setLocale("ar_EG");
-  EXPECT_EQ(defaultFirstDayOfWeek(), DayOfWeek::saturday);
+  EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("en_US")), DayOfWeek::sunday);
+  EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("de_DE")), DayOfWeek::monday);
+  EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("ar_EG")), DayOfWeek::saturday);
 }
 
 TEST(DaysOfWeek, IsASetOfBits) {

@@ -1,6 +1,5 @@
 // Times of day, and the days that begin at one of them.
 
-#include "Foundation/Process/VirtualEnvironment.h"
 #include "OxDateTime/DateExtensions.h"
 #include "OxDateTime/ThreadCalendar.h"
 
@@ -156,40 +155,37 @@ TEST(LogicalDay, LastsAsLongAsTheClockMakesIt) {
   }
 }
 
-TEST(LogicalDay, GoesByTheEnvironmentWhereNoZoneIsGiven) {
-  VirtualEnvironment environment;
-  environment.setTimeZone(zone("America/New_York"));
-  environment.setNow(at("2024-03-08T06:30:00Z"));
-  EXPECT_EQ(YYYYMMDD::today(time(2)).intValue(), 20240307);
-  EXPECT_TRUE(isToday(at("2024-03-07T08:00:00Z"), time(2)));
-  EXPECT_FALSE(isToday(at("2024-03-07T06:59:59Z"), time(2)));
-  EXPECT_TRUE(isSameDayAs(at("2024-03-07T08:00:00Z"), time(2), at("2024-03-08T06:59:59Z")));
-  EXPECT_EQ(YYYYMM::thisMonth(time(2)).intValue(), 202403);
-  EXPECT_EQ(hhmmss(Date::now()), time(1, 30));
-  EXPECT_EQ(dayOfWeek(Date::now(), currentThreadCalendar()), DayOfWeek::friday);
+TEST(LogicalDay, IsTodayByTheGivenInstantAndZone) {
+  const TimeZone newYork = zone("America/New_York");
+  const Date now = at("2024-03-08T06:30:00Z");
+  EXPECT_EQ(YYYYMMDD::today(time(2), newYork, now).intValue(), 20240307);
+  EXPECT_TRUE(isToday(at("2024-03-07T08:00:00Z"), time(2), newYork, now));
+  EXPECT_FALSE(isToday(at("2024-03-07T06:59:59Z"), time(2), newYork, now));
+  EXPECT_EQ(YYYYMM::thisMonth(time(2), newYork, now).intValue(), 202403);
+  EXPECT_EQ(HHMMSS::now(newYork, now), time(1, 30));
+  EXPECT_EQ(dayOfWeek(now, currentThreadCalendar(newYork)), DayOfWeek::friday);
 }
 
 /// Samoa crossed the date line at the end of 29 December 2011: its 30th never was.
 TEST(LogicalDay, FollowsAZoneThatSkippedADay) {
-  VirtualEnvironment environment;
-  environment.setTimeZone(zone("Pacific/Apia"));
+  const TimeZone apia = zone("Pacific/Apia");
   const YYYYMMDD before{.y = 2011, .m = 12, .d = 29};
   const YYYYMMDD after{.y = 2011, .m = 12, .d = 31};
-  EXPECT_EQ(before.nextDay(), after);
-  EXPECT_EQ(after.previousDay(), before);
-  EXPECT_EQ(before.add(1), after);
-  EXPECT_EQ(before.add(2).intValue(), 20120101);
-  EXPECT_EQ(after.add(-1), before);
-  EXPECT_EQ(before.distance(after), 1);
-  EXPECT_EQ(after.distance(before), -1);
-  EXPECT_EQ(before.dayOfWeek(), DayOfWeek::thursday);
-  EXPECT_EQ(after.dayOfWeek(), DayOfWeek::saturday);
+  EXPECT_EQ(before.nextDay(apia), after);
+  EXPECT_EQ(after.previousDay(apia), before);
+  EXPECT_EQ(before.add(1, apia), after);
+  EXPECT_EQ(before.add(2, apia).intValue(), 20120101);
+  EXPECT_EQ(after.add(-1, apia), before);
+  EXPECT_EQ(before.distance(after, false, apia), 1);
+  EXPECT_EQ(after.distance(before, false, apia), -1);
+  EXPECT_EQ(before.dayOfWeek(apia), DayOfWeek::thursday);
+  EXPECT_EQ(after.dayOfWeek(apia), DayOfWeek::saturday);
   // 01:00 on the 31st belongs to the logical day before, which is the 29th.
-  EXPECT_EQ(YYYYMMDD::fromDate(time(3), at("2011-12-30T11:00:00Z")), before);
-  EXPECT_EQ(before.dateAt(time(3), time(1)).iso8601(), "2011-12-30T11:00:00Z");
-  environment.setTimeZone(zone("America/Juneau"));  // had 18 October 1867 twice
+  EXPECT_EQ(YYYYMMDD::fromDate(time(3), at("2011-12-30T11:00:00Z"), apia), before);
+  EXPECT_EQ(before.dateAt(time(3), time(1), apia).iso8601(), "2011-12-30T11:00:00Z");
+  const TimeZone juneau = zone("America/Juneau");  // had 18 October 1867 twice
   YYYYMMDD day{.y = 1867, .m = 10, .d = 15};
-  for (int i = 0; i < 6; ++i) day = day.nextDay();
+  for (int i = 0; i < 6; ++i) day = day.nextDay(juneau);
   EXPECT_GE(day.intValue(), 18671020) << "a walk goes on";
 }
 

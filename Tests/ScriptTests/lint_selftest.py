@@ -114,6 +114,18 @@ SPOILED = [
         {"Sources/Kit/Kit.cpp": 'auto a = localized("Done");\n'},
         [("Sources/Kit/Kit.cpp", 1, "in no catalogue")],
     ),
+    (
+        {
+            "Sources/Kit/Kit.cpp": "// Not Date::now().\nauto a = Date::now();\n"
+                                   "auto b = Environment::current().timeZone();\n",
+            "Sources/OxLog/CMakeLists.txt": "velloro_library(OxLog Log.cpp)\n",
+            "Sources/OxLog/Log.cpp": "auto a = Date::now();\n",
+        },
+        [
+            ("Sources/Kit/Kit.cpp", 2, "asks the process"),
+            ("Sources/Kit/Kit.cpp", 3, "asks the process"),
+        ],
+    ),
     ({"Tests/KitTests/KitTests.cpp": "\n"}, [("Tests/CMakeLists.txt", 1, "not 25 to 33 %")]),
     (
         {"Platform/Base/Base.h": HEADER + filler(70)},

@@ -41,7 +41,8 @@ class TaskStatusTest : public TasksTest {
     update();
     const auto [status, streak] = task_->streakedCompletionStatus(Date::now());
     const TaskProgress& progress = status.progress();
-    return status.status.stringValue() + " " + std::to_string(progress.numCompletions()) + "/" +
+    return status.status.stringValue() + " " +
+           std::to_string(progress.numCompletions(Date::now())) + "/" +
            std::to_string(progress.expectedCompletions()) + " " + std::to_string(streak.current) +
            "/" + std::to_string(streak.best);
   }
@@ -149,19 +150,35 @@ TEST_F(TaskStatusTest, TakesATimersAmountFromTheLog) {
   EXPECT_EQ(task_->progress(current()).as<TaskProgressTimer>()->currentCompletionDuration, 70);
 }
 
+TEST_F(TaskStatusTest, LetsEntriesStandInForHealthData) {
+  const TaskTarget cups{.quantity = 8, .unit = TypeUnit::cupsUS};
+  task_->setAutomaticTaskType(AutomaticTaskType(HealthType::dietaryDrinkWater, cups));
+  const auto keptAfter = [&](double amount) {
+    const auto entry = add(today, completedManuallyPartial);
+    entry->setValue(TaskLogEntryEntity::progress, amount);
+    update();
+    return task_->temporalData().progress;
+  };
+  EXPECT_EQ(keptAfter(1), 1);
+  add(today, completedManuallyPartial)->setValue(TaskLogEntryEntity::progress, 0.5);
+  EXPECT_EQ(keptAfter(2), 3.5) << "as when two come from another device";
+  task_->value(Columns::taskTemporalData)->setValue(Row::progress, 5);
+  EXPECT_EQ(keptAfter(4), 5) << "what was read stays";
+}
+
 TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
   task_->setAutomaticTaskType(AutomaticTaskType(HealthType::activity));
   const auto row = make<Row>();
   row->setValue(Row::task, task_);
   row->setValue(Row::progress, 150100029);
   row->setStored(Row::progressDate, 20240307);
-  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 0.7633);
+  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct({}), 0.7633);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 
   // A missed day of a negative task shows a full ring; what is kept stays as it was measured.
   task_->setValue(Columns::isNegative, true);
   row->setStored(Row::lastMissed, 20240307);
-  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct(), 1);
+  EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct({}), 1);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
 }
 

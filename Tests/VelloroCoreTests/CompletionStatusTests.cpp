@@ -1,5 +1,6 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/Locale.h"
 #include "Support/Fixtures.h"
 #include "VelloroCore/Status/StreakRecord.h"
 
@@ -95,7 +96,7 @@ StreakedCompletionStatus expected(const CompletionStatus& before, StreakRecord r
   const std::string old = before.status.stringValue();
   const TaskProgress p = before.progress(), next = p.nextProgress();
   const bool isNegative = old == "nm" || old == "a" || old.starts_with("nc");
-  const bool fills = p.progressPct() < 1 && next.progressPct() >= 1;
+  const bool fills = p.progressPct({}) < 1 && next.progressPct({}) >= 1;
   const StreakRecord more(run.current + 1, run.best), none(0, run.best);
   const StreakRecord done = old == "c" ? run : more;
   const StreakedCompletionStatus same{before, run};
@@ -137,17 +138,18 @@ TEST(CompletionStatus, FollowsEveryEntry) {
     for (const Status each : Status::allCases()) {
       for (const StreakRecord run : {StreakRecord(4, 4), StreakRecord(4, 9)}) {
         const CompletionStatus before(each, progress);
-        SCOPED_TRACE(each.stringValue() + " " + progress.debugDescription());
+        SCOPED_TRACE(each.stringValue() + " " + progress.debugDescription({}));
         for (const auto type : allCases<TaskLogEntryType>()) {
-          EXPECT_EQ(before.applyEntryType(run, type), expected(before, run, type))
+          EXPECT_EQ(before.applyEntryType(run, type, {}), expected(before, run, type))
               << debugDescription(type);
         }
         const auto full = each.isNegative() ? missedManuallyFull : completedManuallyFull;
         const auto partial = each.isNegative() ? missedManuallyPartial : completedManuallyPartial;
-        EXPECT_EQ(before.nextCompletionStatus(run, false), expected(before, run, full));
-        EXPECT_EQ(before.nextCompletionStatus(run, true), expected(before, run, partial));
+        EXPECT_EQ(before.nextCompletionStatus(run, false, {}), expected(before, run, full));
+        EXPECT_EQ(before.nextCompletionStatus(run, true, {}), expected(before, run, partial));
         if (!progress.as<Timer>()) {
-          EXPECT_EQ(before.nextCompletionStatus(run, 1e6), (StreakedCompletionStatus{before, run}));
+          EXPECT_EQ(before.nextCompletionStatus(run, 1e6, {}),
+                    (StreakedCompletionStatus{before, run}));
         }
       }
     }
@@ -156,7 +158,7 @@ TEST(CompletionStatus, FollowsEveryEntry) {
 
 TEST(CompletionStatus, LooksAheadOfARunningTimer) {
   const auto next = [](const char* from, const Timer& before, double pending) {
-    return CompletionStatus(status(from), before).nextCompletionStatus({4, 9}, pending);
+    return CompletionStatus(status(from), before).nextCompletionStatus({4, 9}, pending, {});
   };
   const auto gives = [](const char* to, const Timer& after, std::int64_t run) {
     return StreakedCompletionStatus{{status(to), after}, {run, 9}};
@@ -205,9 +207,10 @@ TEST(StreakRecord, IsShown) {
           "fortnights.quantity": "{0} f", "months.quantity": "{0} m", "years.quantity": "{0} y"})",
       texts / "en/Localizable.json"));
   environment.setResources(texts);
-  EXPECT_EQ(StreakRecord(0, 9).localizedCurrent(), std::nullopt);
-  EXPECT_EQ(StreakRecord(0, 9).localizedCurrentWithZero(), "0");
-  EXPECT_EQ(StreakRecord(1234, 0).localizedCurrent(), "1,234");
+  const Locale locale = Locale::fromIdentifier("en_US");
+  EXPECT_EQ(StreakRecord(0, 9).localizedCurrent(locale), std::nullopt);
+  EXPECT_EQ(StreakRecord(0, 9).localizedCurrentWithZero(locale), "0");
+  EXPECT_EQ(StreakRecord(1234, 0).localizedCurrent(locale), "1,234");
   std::string all =
       StreakRecord(1, 1).localizedWithMeasurementDuration(TaskFrequencyPeriodType::day);
   for (const auto type : allCases<TaskFrequencyPeriodType>()) {

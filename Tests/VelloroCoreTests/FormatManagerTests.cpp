@@ -64,14 +64,12 @@ TEST(FormatManager, WritesDurationsByFormatter) {
        {"0 min", "1 min", "10 min", "11 min", "1 godz.", "10 godz. i 5 min"}},
       // clang-format on
   };
-  VirtualEnvironment environment;
   for (const Row& row : rows) {
-    for (const auto& [locale, texts] : {std::pair("en_US", row.english), {"pl_PL", row.polish}}) {
-      environment.setLocale(locale);
-      const auto& formatter = FormatManager::shared().*row.formatter;
+    for (const auto& [name, texts] : {std::pair("en_US", row.english), {"pl_PL", row.polish}}) {
+      const auto& formatter = FormatManager::shared(Locale::fromIdentifier(name)).*row.formatter;
       for (std::size_t i = 0; i < durations.size(); ++i) {
         EXPECT_EQ(visible(formatter.string(durations[i]).value()), texts[i])
-            << locale << ", " << durations[i] << " s, row " << &row - rows;
+            << name << ", " << durations[i] << " s, row " << &row - rows;
       }
     }
   }
@@ -96,18 +94,18 @@ TEST(FormatManager, WritesNumbersByFormatter) {
       {&F::percentageWholeFormatter, 1.15, "115%", "115 %"},
       {&F::percentageTenthFormatter, 0.29, "29.0%", "29,0 %"},
       {&F::percentageBodyFatFormatter, 0.20125, "20.12%", "20,12 %"}};
-  VirtualEnvironment environment;
   for (const auto& [formatter, number, english, german] : rows) {
-    environment.setLocale("en_US");
-    EXPECT_EQ((FormatManager::shared().*formatter).string(number), english);
-    environment.setLocale("de_DE");
-    EXPECT_EQ(visible((FormatManager::shared().*formatter).string(number)), german);
+    EXPECT_EQ((FormatManager::shared(Locale::fromIdentifier("en_US")).*formatter).string(number),
+              english);
+    EXPECT_EQ(
+        visible((FormatManager::shared(Locale::fromIdentifier("de_DE")).*formatter).string(number)),
+        german);
   }
 }
 
 TEST(FormatManager, WritesDatesInTheirZone) {
   VirtualEnvironment environment;
-  const FormatManager& formats = FormatManager::shared();
+  const FormatManager& formats = FormatManager::shared(Locale::fromIdentifier("en_US"));
   const auto date = Date::fromISO8601("2024-03-07T23:05:09Z").value();
   const auto zone = TimeZone::fromIdentifier("Asia/Kathmandu").value();
   const std::pair<NSDateFormatter, const char*> rows[] = {
@@ -128,8 +126,7 @@ TEST(FormatManager, WritesDatesInTheirZone) {
 }
 
 TEST(FormatManager, ChoosesTheFormatterOfADuration) {
-  VirtualEnvironment environment;
-  const FormatManager& formats = FormatManager::shared();
+  const FormatManager& formats = FormatManager::shared(Locale::fromIdentifier("en_US"));
   const std::tuple<double, const char*, const char*, const char*, const char*> rows[] = {
       // duration, configuration, notification, countdown, sleep
       {0, "0 seconds", "0 seconds", "0.0", "0 hours"},
@@ -155,8 +152,7 @@ TEST(FormatManager, ChoosesTheFormatterOfADuration) {
 }
 
 TEST(FormatManager, ShowsAClockWhateverTheDuration) {
-  VirtualEnvironment environment;
-  const FormatManager& formats = FormatManager::shared();
+  const FormatManager& formats = FormatManager::shared(Locale::fromIdentifier("en_US"));
   EXPECT_EQ(formats.formattedDurationForTimedTaskCountdown(3.6e15), "1000000000000:00:00");
   EXPECT_EQ(formats.formattedDurationForTimedTaskCountdown(std::nan("")), "00:00");
   EXPECT_EQ(formats.formattedDurationForComplication(std::nan("")), "00:00");
@@ -166,7 +162,7 @@ TEST(FormatManager, ShowsAClockWhateverTheDuration) {
 
 TEST(FormatManager, WritesMasses) {
   VirtualEnvironment environment;
-  const FormatManager& formats = FormatManager::shared();
+  const FormatManager& formats = FormatManager::shared(Locale::fromIdentifier("en_US"));
   EXPECT_EQ(formats.formattedGrams(40, true), "40 g");
   EXPECT_EQ(formats.formattedGrams(1234.56, false), "1,234.6");
   EXPECT_EQ(formats.formattedMilligrams(1.3, true), "1.3 mg");

@@ -45,6 +45,16 @@ TEST(LogEntryRules, SayWhatIsWritten) {
       {timer, 450, {}, {}, {completedManuallyFull, 150}, {missedManuallyFull, 150}},
       {timer, 250, {}, {}, {completedManuallyPartial, 150}, {missedManuallyPartial, 150}},
       {tenths, 0.1 + 0.1, {}, {}, {completedManuallyFull, 0.1}, {missedManuallyFull, 0.1}},
+      // A tap on what is done begins another completion; of the whole nothing is left.
+      {steps, 4, {}, {}, {completedManuallyFull, 1}, {missedManuallyFull, 1}},
+      {hours, 12, {}, {}, {completedManuallyFull, 12}, {missedManuallyFull, 12}},
+      {timer, 600, {}, {}, {completedManuallyFull, 200}, {missedManuallyFull, 200}},
+      {hours,
+       12,
+       completedManuallyFull,
+       {},
+       {completedManuallyFull, 0},
+       {completedManuallyFull, 0}},
       // What does not count for the task takes nothing, keeps what was said, and settles nothing.
       {hours, 5, missedManuallyPartial, {}, {missedManuallyPartial, 0}, wholeMiss},
       {hours, 5, missedManuallyPartial, 7, {missedManuallyPartial, 7}, wholeMiss},
@@ -57,7 +67,8 @@ TEST(LogEntryRules, SayWhatIsWritten) {
                                         .amount = one.amount,
                                         .isNegative = isNegative,
                                         .progress = one.progress(one.done),
-                                        .done = one.done});
+                                        .done = one.done,
+                                        .now = {}});
       const LogStep& expected = isNegative ? one.negative : one.positive;
       EXPECT_EQ(step.type, expected.type) << &one - cases << isNegative;
       EXPECT_NEAR(step.amount, expected.amount, 1e-12) << &one - cases << isNegative;

@@ -1,7 +1,6 @@
 // The closing of periods over all frequencies, first weekdays and random logs: at once, day by day,
 // and told plainly, with every question put to the whole log.
 
-#include "Foundation/Process/VirtualEnvironment.h"
 #include "VelloroCore/Log/TaskRecentHistory.h"
 #include "VelloroCore/Status/PeriodClosing.h"
 #include "VelloroCore/Status/TaskLogCounts.h"
@@ -22,14 +21,13 @@ constexpr YYYYMMDD created{2023, 12, 21};
 
 /// A task and its log, at noon of some day.
 struct Task {
-  VirtualEnvironment& environment;
   TaskLogRules rules;
   std::vector<TaskLogRow> rows = {};
   YYYYMMDD createdDay = created;
   YYYYMMDD since = createdDay;
 
-  void setToday(YYYYMMDD day) const {
-    environment.setNow(day.dateAt(HHMMSS::midnight, HHMMSS::midday));
+  void setToday(YYYYMMDD day) {
+    rules.now = day.dateAt(HHMMSS::midnight, HHMMSS::midday, rules.timeZone);
   }
   void add(const TaskLogRow& row) {
     const auto place = [](const TaskLogRow& one) {
@@ -42,7 +40,7 @@ struct Task {
   }
   std::vector<PeriodClosing> close() {
     const auto closings = due().fromLog(rowsWithin(rows, YYYYMMDD::Range::from(due().firstDay())));
-    for (const PeriodClosing& closing : closings) add(closing.row(Date::now()));
+    for (const PeriodClosing& closing : closings) add(closing.row(rules.now));
     since = rules.today();
     return closings;
   }
@@ -50,7 +48,7 @@ struct Task {
   [[nodiscard]] TaskLogEntryType plainType(const TaskFrequencyPeriod& period) const {
     const auto createdOn = [] { return created; };
     const auto count = [&](YYYYMMDD from, YYYYMMDD to) {
-      return NumUniqueCompletions::fromLog(rows, rules.isNegative, from, to, rules.today());
+      return NumUniqueCompletions::fromLog(rows, rules, from, to);
     };
     const auto last = [&](YYYYMMDD day) { return lastCompletedDate(rows, day); };
     return closingType(willSkip(period, {.rules = rules,
@@ -72,17 +70,16 @@ struct Task {
 };
 
 void forAllTasks(const std::function<void(Task&)>& check) {
-  VirtualEnvironment environment;
   for (const DayMode mode : allCases<DayMode>()) {
     for (const DayOfWeek first : allCases<DayOfWeek>()) {
       for (const bool isNegative : {false, true}) {
-        Task task{.environment = environment,
-                  .rules = {.frequency = {.dayMode = mode,
+        Task task{.rules = {.frequency = {.dayMode = mode,
                                           .days = {DayOfWeek::monday, DayOfWeek::friday},
                                           .numCompletions = 3,
                                           .dayInterval = 4},
                             .firstDayOfWeek = first,
-                            .isNegative = isNegative}};
+                            .isNegative = isNegative,
+                            .now = {}}};
         SCOPED_TRACE(task.rules.frequency.debugDescription() + platform::debugDescription(first));
         check(task);
         if (testing::Test::HasFailure()) return;
@@ -164,7 +161,7 @@ TEST(PeriodClosing, FollowsFromTheLogAndKeepsWhatTheLogSays) {
       const auto kept = afterClosing(before, plain.rows, task.rules, closings);
       for (const PeriodClosing& closing : closings) {
         ASSERT_EQ(closing.type, plain.plainType(closing.period));
-        plain.add(closing.row(Date::now()));
+        plain.add(closing.row(task.rules.now));
       }
       ASSERT_EQ(kept.value_or(task.kept()), task.kept());
       if (kept && !closings.empty()) ++numKept;

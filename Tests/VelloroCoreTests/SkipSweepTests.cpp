@@ -1,4 +1,3 @@
-#include "Foundation/Process/VirtualEnvironment.h"
 #include "VelloroCore/Frequency/TaskFrequency.h"
 
 #include <algorithm>
@@ -36,6 +35,7 @@ struct Log {
   std::optional<sys_days> last = {};
   int countQuestions = 0;
   int intervalQuestions = 0;
+  Date now = {};
 
   SkipMode answer(const TaskFrequency& frequency, const TaskFrequencyPeriod& period) {
     return frequency.shouldSkipPeriod(
@@ -53,7 +53,8 @@ struct Log {
                ++intervalQuestions;
                return last ? TaskFrequency::DayIntervalResponse{dayPeriod(*last)}
                            : TaskFrequency::DayIntervalResponse{};
-             }});
+             },
+         .now = now});
   }
 };
 
@@ -165,7 +166,6 @@ TEST(SkipSweep, WaitsForTheInterval) {
 }
 
 TEST(SkipSweep, WarnsOnTheLastDayOfATotal) {
-  VirtualEnvironment environment;
   for (const DayMode mode : {DayMode::aggregateOverWeek, DayMode::aggregateOverFortnight,
                              DayMode::aggregateOverMonth, DayMode::aggregateOverYear}) {
     const TaskFrequency frequency{.dayMode = mode};
@@ -173,8 +173,7 @@ TEST(SkipSweep, WarnsOnTheLastDayOfATotal) {
     bool isOver = false;
     for (sys_days day = firstDay - days(20); day <= lastDay + days(20); day += days(1)) {
       isOver = isOver || date(day) == period.finishDate;
-      environment.setNow(date(day).dateAt(HHMMSS::midnight, HHMMSS::midday));
-      Log log;
+      Log log{.now = date(day).dateAt(HHMMSS::midnight, HHMMSS::midday, TimeZone::gmt())};
       ASSERT_EQ(log.answer(frequency, period),
                 isOver ? willMissWithIndicator : willMissWithoutIndicator)
           << frequency.debugDescription() << date(day).debugDescription();

@@ -1,5 +1,6 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/Locale.h"
 #include "Support/Fixtures.h"
 #include "Support/VisibleText.h"
 #include "VelloroCore/Titles/HealthTitle.h"
@@ -55,6 +56,7 @@ class TaskDisplayTitleTest : public testing::Test {
   })";
 
   VirtualEnvironment environment_;
+  const Locale locale = Locale::fromIdentifier("en_US");
 };
 
 std::string text(const std::optional<std::string>& of) {
@@ -143,13 +145,13 @@ TEST_F(TaskDisplayTitleTest, HasATextForEverySurface) {
         {{voiceOver}, "Social media: 1 hr, 30 min"},
         {{notificationWithQuantity}, "Social media: 1 hour, 30 minutes"}}}};
   for (const Case& each : cases) {
-    const auto title = TaskDisplayTitle::build(each.task);
+    const auto title = TaskDisplayTitle::build(each.task, locale);
     for (const Context context : allCases<Context>()) {
       const char* wanted = each.usual;
       for (const auto& [contexts, other] : each.others) {
         if (std::ranges::find(contexts, context) != contexts.end()) wanted = other;
       }
-      EXPECT_EQ(text(title.localizedTitle(context)), wanted)
+      EXPECT_EQ(text(title.localizedTitle(context, locale)), wanted)
           << each.name << ", " << rawValue(context);
     }
   }
@@ -188,12 +190,13 @@ TEST_F(TaskDisplayTitleTest, WritesAmountsByUnit) {
       {{standHours, {12, durationHours}}, "12h", "12h"},
       {{mindfulMinutes, {0.1 * 3, durationHours}}, "18:00", "18:00"}};
   for (const auto& [quantity, withUnit, number] : cases) {
-    EXPECT_EQ(text(quantity.localizedFormatted(iPhoneInlineTaskTitle)), withUnit);
-    EXPECT_EQ(text(quantity.localizedFormatted(notificationBracket)), number) << withUnit;
+    EXPECT_EQ(text(quantity.localizedFormatted(iPhoneInlineTaskTitle, locale)), withUnit);
+    EXPECT_EQ(text(quantity.localizedFormatted(notificationBracket, locale)), number) << withUnit;
   }
   const Quantity endless{{}, {1e17, durationHours}};
-  EXPECT_EQ(text(endless.localizedFormatted(iPhoneSiriIntent)), "360,000,000,000,000,000,000");
-  EXPECT_EQ(text(endless.localizedFormatted(voiceOver)), "absent");
+  EXPECT_EQ(text(endless.localizedFormatted(iPhoneSiriIntent, locale)),
+            "360,000,000,000,000,000,000");
+  EXPECT_EQ(text(endless.localizedFormatted(voiceOver, locale)), "absent");
 }
 
 TEST_F(TaskDisplayTitleTest, ShowsThePartsThatThereAre) {
@@ -209,7 +212,7 @@ TEST_F(TaskDisplayTitleTest, ShowsThePartsThatThereAre) {
       {{"Rise", Quantity{bedtime, {-1, timeOfDay}}}, iPhoneEditPicker, "Rise"},
       {TaskDisplayTitle::empty(), voiceOver, ""}};
   for (const auto& [title, context, wanted] : cases) {
-    EXPECT_EQ(text(title.localizedTitle(context)), wanted) << rawValue(context);
+    EXPECT_EQ(text(title.localizedTitle(context, locale)), wanted) << rawValue(context);
   }
 }
 
@@ -246,20 +249,23 @@ TEST_F(TaskDisplayTitleTest, IsBuiltFromWhatIsLeft) {
       {{.automaticTaskType = typeOf(workout, 30, durationMinutes)}, "Work out for: 30:00"},
       {{.title = "Fit", .automaticTaskType = golf}, "Fit"}};
   for (const auto& [task, wanted] : cases) {
-    EXPECT_EQ(text(TaskDisplayTitle::build(task).localizedTitle(iPhoneWidget)), wanted);
+    EXPECT_EQ(text(TaskDisplayTitle::build(task, locale).localizedTitle(iPhoneWidget, locale)),
+              wanted);
   }
 }
 
 TEST_F(TaskDisplayTitleTest, TellsTheNumberOfADeficitWithItsSign) {
   const auto deficit = typeOf(energyDeficit, 500, calories);
-  EXPECT_EQ(text(formattedQuantityNumber(deficit, 250)), "+250");
-  EXPECT_EQ(text(formattedQuantityNumber(typeOf(runOrWalk, 5, distanceKm), 3)), "3.0");
-  EXPECT_EQ(text(formattedQuantityNumber(AutomaticTaskType(activity), 3)), "absent");
-  EXPECT_EQ(displayTitleForQuantity(dietarySugar, {.customTitle = "Sweets", .target = {40, grams}}),
+  EXPECT_EQ(text(formattedQuantityNumber(deficit, 250, locale)), "+250");
+  EXPECT_EQ(text(formattedQuantityNumber(typeOf(runOrWalk, 5, distanceKm), 3, locale)), "3.0");
+  EXPECT_EQ(text(formattedQuantityNumber(AutomaticTaskType(activity), 3, locale)), "absent");
+  EXPECT_EQ(displayTitleForQuantity(dietarySugar, {.customTitle = "Sweets", .target = {40, grams}},
+                                    locale),
             DisplayTitleType::separate("Sweets"));
-  EXPECT_EQ(displayTitleForQuantity(dietarySugar, {.customTitle = "", .target = {40, grams}}),
-            DisplayTitleType::integrated({.localizedPrimary = "Sugar more than",
-                                          .quantity = Quantity{dietarySugar, {40, grams}}}));
+  EXPECT_EQ(
+      displayTitleForQuantity(dietarySugar, {.customTitle = "", .target = {40, grams}}, locale),
+      DisplayTitleType::integrated({.localizedPrimary = "Sugar more than",
+                                    .quantity = Quantity{dietarySugar, {40, grams}}}));
 }
 
 TEST_F(TaskDisplayTitleTest, IsWrittenForALiveAmount) {
@@ -288,11 +294,11 @@ TEST_F(TaskDisplayTitleTest, IsWrittenForALiveAmount) {
                                  .type = typeOf(TaskType::timer(), 300, durationSeconds)},
        "Sit", "3 sec", 120}};
   for (const auto& [formatter, primary, subtitle, value] : cases) {
-    EXPECT_EQ(text(formatter.formattedTitle(3)), primary);
-    EXPECT_EQ(text(formatter.formattedSubtitle(3)), subtitle);
+    EXPECT_EQ(text(formatter.formattedTitle(3, locale)), primary);
+    EXPECT_EQ(text(formatter.formattedSubtitle(3, locale)), subtitle);
     EXPECT_DOUBLE_EQ(formatter.currentValue(0.6), value);
   }
-  EXPECT_EQ(cases[0].formatter.displayTitle(3), TaskDisplayTitle{});
+  EXPECT_EQ(cases[0].formatter.displayTitle(3, locale), TaskDisplayTitle{});
   EXPECT_EQ(cases[6].formatter.currentValue(1.5), 0);
 }
 
@@ -314,9 +320,9 @@ TEST_F(TaskDisplayTitleTest, IsARichText) {
       icon.inlineAttributedString(request.font, red, NSWritingDirection::natural, {});
   wanted.append(" Drink ", request.textAttributes());
   wanted.append("8 cups", {.font = UIFont::system(12), .color = grey, .baselineOffset = 2});
-  EXPECT_EQ(title.buildAttributedString(icon, config), wanted);
+  EXPECT_EQ(title.buildAttributedString(icon, config, locale), wanted);
 
-  const auto half = title.titleAttributedText(icon, 72, config).runs();
+  const auto half = title.titleAttributedText(icon, 72, config, locale).runs();
   EXPECT_EQ(half.front().attributes.font.pointSize, 9 * 0.75);
   EXPECT_EQ(half.back().attributes,
             (NSAttributedString::Attributes{
@@ -324,10 +330,11 @@ TEST_F(TaskDisplayTitleTest, IsARichText) {
 
   config.quantityPosition = leading;
   config.request.iconPosition = AttributedWithIconRequest::IconPosition::trailing;
-  EXPECT_EQ(title.buildAttributedString(icon, config).string(), "8 cups Drink \uFFFC");
+  EXPECT_EQ(title.buildAttributedString(icon, config, locale).string(), "8 cups Drink \uFFFC");
   config.context = notificationWithoutQuantity;
-  EXPECT_EQ(title.buildAttributedString({}, config).string(), "Drink");
-  EXPECT_EQ(TaskDisplayTitle::empty().buildAttributedString(icon, config).string(), "\uFFFC");
+  EXPECT_EQ(title.buildAttributedString({}, config, locale).string(), "Drink");
+  EXPECT_EQ(TaskDisplayTitle::empty().buildAttributedString(icon, config, locale).string(),
+            "\uFFFC");
 }
 
 }  // namespace

@@ -154,20 +154,21 @@ TEST(TaskFrequencyPeriod, CountsItsDays) {
 }
 
 TEST(TaskFrequencyPeriod, KnowsToday) {
-  VirtualEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
+  const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
+  const Date noon = Date::fromISO8601("2024-03-07T11:00:00Z").value();
   const HHMMSS evening{.h = 18}, midnight = HHMMSS::midnight;
   const auto today = period(day, 20240307);
-  EXPECT_TRUE(today.isCurrentPeriod(midnight));
-  EXPECT_FALSE(today.isCurrentPeriod(midnight, TimeZone::fromIdentifier("Pacific/Auckland")));
-  EXPECT_TRUE(today.isCurrentPeriod(evening));
-  environment.setNow(Date::fromISO8601("2024-03-07T17:00:00Z").value());
-  EXPECT_FALSE(today.isCurrentPeriod(evening)) << "the 8th has begun";
+  EXPECT_TRUE(today.isCurrentPeriod(midnight, berlin, noon));
+  EXPECT_FALSE(
+      today.isCurrentPeriod(midnight, TimeZone::fromIdentifier("Pacific/Auckland").value(), noon));
+  EXPECT_TRUE(today.isCurrentPeriod(evening, berlin, noon));
+  EXPECT_FALSE(today.isCurrentPeriod(evening, berlin, noon + 6 * 3600)) << "the 8th has begun";
 
   const struct {
     std::int64_t inWeekOf, latest;
   } cases[] = {{20240307, 20240307}, {20240221, 20240224}, {20240310, 20240310}};
   for (const auto& [inWeekOf, latest] : cases) {
-    const auto dated = period(week, inWeekOf).latestPossibleDatedPeriod(midnight);
+    const auto dated = period(week, inWeekOf).latestPossibleDatedPeriod(midnight, berlin, noon);
     EXPECT_EQ(dated, (DatedPeriod{date(latest), period(week, inWeekOf)}));
   }
 }
@@ -192,7 +193,7 @@ TEST(MultiDayCount, IsThatOfTheCurrentPeriod) {
   EXPECT_EQ(id(MultiDayCount::duration29), "d29");
   EXPECT_EQ(icon(MultiDayCount::duration29), IconManagerIcon::duration_29);
   expectRawValues<MultiDayCount>({"d1", "d7", "d14", "d28", "d29", "d30", "d31", "d365", "d366"});
-  VirtualEnvironment environment;
+  const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
   const struct {
     const char* now;
     std::vector<int> days;
@@ -201,10 +202,10 @@ TEST(MultiDayCount, IsThatOfTheCurrentPeriod) {
                {"2024-04-10T12:00:00Z", {1, 7, 14, 30, 366}},
                {"2023-12-31T23:30:00Z", {1, 7, 14, 31, 366}}};  // 2024 has begun in Berlin
   for (const auto& [now, days] : cases) {
-    environment.setNow(Date::fromISO8601(now).value());
     std::vector<int> found;
     for (const auto type : allCases<TaskFrequencyPeriodType>()) {
-      const auto count = multiDayCountTypeForCurrentPeriod(type, HHMMSS::midnight);
+      const auto count = multiDayCountTypeForCurrentPeriod(type, HHMMSS::midnight, berlin,
+                                                           Date::fromISO8601(now).value());
       found.push_back(static_cast<int>(numDays(count)));
     }
     EXPECT_EQ(found, days) << now;

@@ -74,7 +74,8 @@ TEST(DayMode, SortsForChoice) {
 TEST(TaskFrequency, FindsItsPeriod) {
   VirtualEnvironment environment;  // noon of Thursday 2024-03-07 in Berlin
   const auto dated = [&](DayMode mode) {
-    return TaskFrequency{.dayMode = mode}.currentPeriod(HHMMSS::midnight, DayOfWeek::monday);
+    return TaskFrequency{.dayMode = mode}.currentPeriod(HHMMSS::midnight, DayOfWeek::monday,
+                                                        TimeZone::current(), Date::now());
   };
   EXPECT_EQ(dated(numberOfDaysInYear).period.numberOfDays(), 1);
   EXPECT_EQ(dated(aggregateOverWeek).date, date(20240307));
@@ -82,7 +83,8 @@ TEST(TaskFrequency, FindsItsPeriod) {
   EXPECT_EQ(dated(aggregateOverMonth).period.periodType, Type::month);
   const TaskFrequency yearly{.dayMode = aggregateOverYear};
   const Date newYear = Date::fromISO8601("2024-01-01T01:30:00Z").value();
-  EXPECT_EQ(yearly.period({.h = 3}, newYear, DayOfWeek::monday).date, date(20231231));
+  EXPECT_EQ(yearly.period({.h = 3}, newYear, DayOfWeek::monday, TimeZone::current()).date,
+            date(20231231));
   EXPECT_EQ(yearly.startOfPeriod(date(20231231), DayOfWeek::monday), date(20230101));
 }
 

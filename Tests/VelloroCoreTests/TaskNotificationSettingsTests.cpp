@@ -146,7 +146,7 @@ TEST(TaskNotificationSettings, EstimateWhenATaskMatters) {
   VirtualEnvironment environment;
   for (const auto& [given, from, to, completions, times, startOfDay] : cases) {
     const auto found = given.sortedEstimatedRelevantTimes(
-        {hour(from), hour(to), startOfDay, {}, dates(completions), 3600});
+        {hour(from), hour(to), startOfDay, TimeZone::current(), dates(completions), 3600});
     EXPECT_EQ(found, dates(times)) << "from " << from << " to " << to;
   }
 }
@@ -155,18 +155,22 @@ TEST(TaskNotificationSettings, KnowWhatACompletionDealsWith) {
   VirtualEnvironment environment;
   const Settings all =
       settings("tod 3 4 tod 9.5 4 tod 10 1 tod 10.001 4 tod - 4 loc - 4 todm 20 4");
-  EXPECT_EQ(places(all.remainingTimeOfDayReminders({}, 3600, {4})), "01234");
-  EXPECT_EQ(places(all.remainingTimeOfDayReminders(dates({9, 7}), 3600, {4})), "034");
+  const Date now = Date::now();
+  EXPECT_EQ(places(all.remainingTimeOfDayReminders({}, 3600, {4}, TimeZone::current(), now)),
+            "01234");
+  EXPECT_EQ(
+      places(all.remainingTimeOfDayReminders(dates({9, 7}), 3600, {4}, TimeZone::current(), now)),
+      "034");
 }
 
 TEST(TaskNotificationSettings, TellWhatARunningTimerHasYetToSay) {
-  VirtualEnvironment environment;
-  const auto pending = [](const char* timers, double total, double remaining) {
+  const Date now;
+  const auto pending = [&](const char* timers, double total, double remaining) {
     std::ostringstream text;
     for (const auto& [type, duration, date] :
-         settings(timers).sortedPendingTimerReminderTimes(total, Date::now() + remaining)) {
+         settings(timers).sortedPendingTimerReminderTimes(total, now + remaining, now)) {
       text << (type == TimerReminderType::completed ? "completed " : "remaining ") << duration
-           << " in " << date.timeIntervalSince(Date::now()) << "; ";
+           << " in " << date.timeIntervalSince(now) << "; ";
     }
     return text.str();
   };
@@ -191,14 +195,18 @@ TEST(TaskNotificationSettings, PutAReminderOff) {
                   .reminders = {{}, full(Trigger::fromTimeOfDay({10}))}};
   Settings after = before;
   after.liveActivityDisplayMode = LiveActivityDisplayMode::automatic;
-  const TimeZone auckland = zone("Pacific/Auckland");
-  EXPECT_TRUE(before.snoozeNow(UniqueID::create(), {}, auckland, taskViewer) == after);
+  const Settings::SnoozeRequest request{.startOfDay = {},
+                                        .timeZone = zone("Pacific/Auckland"),
+                                        .deviceTimeZone = TimeZone::current(),
+                                        .notificationTimeZone = taskViewer,
+                                        .now = Date::now()};
+  EXPECT_TRUE(before.snoozeNow(UniqueID::create(), request) == after);
   TaskReminder& snoozed = after.reminders[1];
   snoozed.dayIndexesFromStart = snoozed.dayIndexesFromFinish = std::nullopt;
   snoozed.timeZone = taskViewer;
   snoozed.snoozeTime = HHMMSS::midday;
   snoozed.snoozeDate = YYYYMMDD{2024, 3, 8};
-  EXPECT_TRUE(before.snoozeNow(snoozed.uniqueId, {}, auckland, taskViewer) == after);
+  EXPECT_TRUE(before.snoozeNow(snoozed.uniqueId, request) == after);
 }
 
 TEST(TaskReminder, MovesToTheOtherPersonsClockAndBack) {
@@ -219,22 +227,23 @@ TEST(TaskReminder, MovesToTheOtherPersonsClockAndBack) {
   };
   VirtualEnvironment environment;
   for (const auto& [owner, viewer, to, time, newTime, shift, now] : cases) {
-    environment.setNow(hour(now));
     TaskReminder before = full(Trigger::fromMutedTimeOfDay(time));
     TaskReminder after = full(Trigger::fromMutedTimeOfDay(newTime), shift);
     if (to == taskOwner) before.timeZone.reset();
     after.timeZone = to;
     after.timeSensitive.reset();
-    EXPECT_TRUE(before.convert(to, zone(owner), zone(viewer)) == after) << viewer << now << shift;
+    EXPECT_TRUE(before.convert(to, zone(owner), zone(viewer), hour(now)) == after)
+        << viewer << now << shift;
     before.timeZone = to == taskOwner ? taskViewer : taskOwner;
     before.timeSensitive.reset();
-    EXPECT_TRUE(after.convert(*before.timeZone, zone(owner), zone(viewer)) == before) << shift;
+    EXPECT_TRUE(after.convert(*before.timeZone, zone(owner), zone(viewer), hour(now)) == before)
+        << shift;
   }
 }
 
 TEST(TaskReminder, StaysWhereThereIsNothingToMove) {
   const auto isUnmoved = [](const Trigger& trigger, NotificationTimeZone to) {
-    return full(trigger).convert(to, zone("GMT"), zone("Asia/Kathmandu")) == full(trigger);
+    return full(trigger).convert(to, zone("GMT"), zone("Asia/Kathmandu"), {}) == full(trigger);
   };
   EXPECT_TRUE(isUnmoved(Trigger::fromTimeOfDay({9}), taskOwner));
   EXPECT_TRUE(isUnmoved(Trigger::fromRegion(gym), taskViewer));

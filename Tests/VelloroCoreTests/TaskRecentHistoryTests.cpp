@@ -22,7 +22,7 @@ const std::vector<TaskLogRow> log = {
 
 TEST(TaskRecentHistory, TellsEachPeriod) {
   VirtualEnvironment environment;
-  TaskLogRules rules{.timeZone = TimeZone::current()};
+  TaskLogRules rules{.timeZone = TimeZone::current(), .now = Date::now()};
   const auto statuses = [&](YYYYMMDD from, YYYYMMDD to, TaskLogRows rows = log) {
     std::string text;
     const auto history = TaskRecentHistory::fromLog(
@@ -53,7 +53,7 @@ TEST(TaskRecentHistory, TellsEachPeriod) {
 
 TEST(TaskRecentHistory, CountsSuccess) {
   VirtualEnvironment environment;
-  const TaskLogRules rules{.timeZone = TimeZone::current()};
+  const TaskLogRules rules{.timeZone = TimeZone::current(), .now = Date::now()};
   const auto rate = [&](std::optional<YYYYMMDD> lastCompleted, bool isNegative, TaskLogRows rows) {
     TaskLogRules own = rules;
     own.isNegative = isNegative;

@@ -14,7 +14,8 @@ class TaskStandingTest : public testing::Test {
   TaskStanding task{
       .frequency = {.numPartialCompletions = 3},
       .timeZone = TimeZone::current(),
-      .temporal = {.streak = StreakRecord(4, 9), .progress = 1, .progressDate = today}};
+      .temporal = {.streak = StreakRecord(4, 9), .progress = 1, .progressDate = today},
+      .now = Date::now()};
   int questions = 0;
 
   TaskFrequencyPeriod day(YYYYMMDD date) {
@@ -28,8 +29,9 @@ class TaskStandingTest : public testing::Test {
     };
     const auto [status, streak] = task.streakedCompletionStatus(day(date), willSkip);
     const TaskProgress& progress = status.progress();
-    return status.status.stringValue() + " " + std::to_string(progress.numCompletions()) + "/" +
-           std::to_string(progress.expectedCompletions()) + " " + std::to_string(streak.current);
+    return status.status.stringValue() + " " + std::to_string(progress.numCompletions(task.now)) +
+           "/" + std::to_string(progress.expectedCompletions()) + " " +
+           std::to_string(streak.current);
   }
 };
 
@@ -82,12 +84,12 @@ TEST_F(TaskStandingTest, MeasuresByTheAutomaticType) {
     task.typeTarget = target;
     task.temporal.progress = value;
     task.temporal.lastCompleted.reset();
-    EXPECT_EQ(task.progress(day(today)).debugDescription(), expected);
+    EXPECT_EQ(task.progress(day(today)).debugDescription(task.now), expected);
     task.temporal.lastCompleted = today;
     EXPECT_EQ(shown().front(), 'c');
-    EXPECT_EQ(task.progress(day(yesterday)).progressPct(), 0) << expected;
+    EXPECT_EQ(task.progress(day(yesterday)).progressPct(task.now), 0) << expected;
     if (type == TaskType::screenTime()) continue;  // what is measured stays what it is
-    EXPECT_EQ(task.progress(day(today)).progressPct(), 1) << expected;
+    EXPECT_EQ(task.progress(day(today)).progressPct(task.now), 1) << expected;
   }
 }
 

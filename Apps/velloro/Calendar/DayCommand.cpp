@@ -23,18 +23,19 @@ struct DayOptions {
   bool json = false;
 };
 
-YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay) {
+YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay, TimeZone timeZone) {
   if (options.day) return dayArgument("YYYYMMDD", *options.day);
   const Date instant = options.at ? instantArgument("--at", *options.at) : Date::now();
-  const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, instant);
+  const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, instant, timeZone);
   if (day.y >= 1) return day;
   throw UsageError("--at " + inQuotes(*options.at) + ": lies before the year 1");
 }
 
 void run(const DayOptions& options) {
   const HHMMSS startOfDay = timeArgument("--start-of-day", options.startOfDay);
-  const auto report =
-      DayReport::of(chosenDay(options, startOfDay), startOfDay, options.firstDayOfWeek.value());
+  const TimeZone zone = TimeZone::current();
+  const auto report = DayReport::of(chosenDay(options, startOfDay, zone), startOfDay,
+                                    options.firstDayOfWeek.value(), zone);
   print(options.json ? report.json() : report.text());
 }
 

@@ -20,21 +20,24 @@ std::string rangeText(const char* name, const std::vector<YYYYMMDD>& days, std::
 
 }  // namespace
 
-DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek) {
+DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
+                        TimeZone timeZone) {
   const YYYYMM month = day.yyyymm();
   return {
       .day = day,
-      .dayOfWeek = day.dayOfWeek(),
-      .start = {day.startOfDay(startOfDay)},
-      .end = {day.nextDay().startOfDay(startOfDay)},
-      .week = {day.startOfWeek(firstDayOfWeek), day.endOfWeek(firstDayOfWeek)},
-      .fortnight = {day.startOfFortnight(firstDayOfWeek), day.endOfFortnight(firstDayOfWeek)},
+      .dayOfWeek = day.dayOfWeek(timeZone),
+      .start = {day.startOfDay(startOfDay, timeZone)},
+      .end = {day.nextDay(timeZone).startOfDay(startOfDay, timeZone)},
+      .week = {day.startOfWeek(firstDayOfWeek, timeZone), day.endOfWeek(firstDayOfWeek, timeZone)},
+      .fortnight = {day.startOfFortnight(firstDayOfWeek, {}, timeZone),
+                    day.endOfFortnight(firstDayOfWeek, {}, timeZone)},
       .month = {month.firstDay(), month.lastDay()},
       .year = {month.firstMonthOfYear().firstDay(), month.lastMonthOfYear().lastDay()},
-      .daysRemaining = {.week = day.numberOfDaysRemainingThisWeek(firstDayOfWeek, false),
-                        .fortnight = day.numberOfDaysRemainingThisFortnight(firstDayOfWeek, false),
-                        .month = day.numberOfDaysRemainingThisMonth(false),
-                        .year = day.numberOfDaysRemainingThisYear(false)}};
+      .daysRemaining = {
+          .week = day.numberOfDaysRemainingThisWeek(firstDayOfWeek, false, timeZone),
+          .fortnight = day.numberOfDaysRemainingThisFortnight(firstDayOfWeek, false, {}, timeZone),
+          .month = day.numberOfDaysRemainingThisMonth(false, timeZone),
+          .year = day.numberOfDaysRemainingThisYear(false, timeZone)}};
 }
 
 std::string DayReport::json() const {
@@ -43,8 +46,8 @@ std::string DayReport::json() const {
 
 std::string DayReport::text() const {
   const double hours = end.date.timeIntervalSince(start.date) / 3600;
-  return localizedTitle(dayOfWeek) + ", " + day.debugDescription() + "\n\n" + "begins     " +
-         instantText(start.date) + "\n" + "ends       " + instantText(end.date) +
+  return localizedTitle(dayOfWeek, Locale::current()) + ", " + day.debugDescription() + "\n\n" +
+         "begins     " + instantText(start.date) + "\n" + "ends       " + instantText(end.date) +
          stringWithFormat("   %g hours\n", hours) + rangeText("week", week, daysRemaining.week) +
          rangeText("fortnight", fortnight, daysRemaining.fortnight) +
          rangeText("month", month, daysRemaining.month) +

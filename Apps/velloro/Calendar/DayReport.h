@@ -44,7 +44,8 @@ struct DayReport {
       key("fortnight", &DayReport::fortnight), key("month", &DayReport::month),
       key("year", &DayReport::year), key("daysRemaining", &DayReport::daysRemaining));
 
-  [[nodiscard]] static DayReport of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek);
+  [[nodiscard]] static DayReport of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
+                                    TimeZone timeZone);
 
   [[nodiscard]] std::string json() const;
   [[nodiscard]] std::string text() const;

@@ -24,10 +24,11 @@ struct PeriodOptions {
 
 void run(const PeriodOptions& options) {
   const TaskFrequency frequency = options.frequency.over(TaskFrequency::defaultFrequency);
-  const YYYYMMDD date =
-      options.date ? dayArgument("--date", *options.date) : YYYYMMDD::today(HHMMSS::midnight);
+  const TimeZone zone = TimeZone::current();
+  const YYYYMMDD date = options.date ? dayArgument("--date", *options.date)
+                                     : YYYYMMDD::today(HHMMSS::midnight, zone, Date::now());
   const auto report =
-      PeriodReport::of(frequency, date, options.firstDayOfWeek.value(frequency.dayMode));
+      PeriodReport::of(frequency, date, options.firstDayOfWeek.value(frequency.dayMode), zone);
   print(options.json ? report.json() : report.text());
 }
 

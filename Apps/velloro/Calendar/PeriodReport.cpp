@@ -15,17 +15,18 @@ std::string line(const char* name, const PeriodStretch& stretch) {
 }  // namespace
 
 PeriodReport PeriodReport::of(const TaskFrequency& frequency, YYYYMMDD date,
-                              DayOfWeek firstDayOfWeek) {
-  const TaskFrequencyPeriod period = frequency.period(date, firstDayOfWeek).period;
+                              DayOfWeek firstDayOfWeek, TimeZone timeZone) {
+  const TaskFrequencyPeriod period = frequency.period(date, firstDayOfWeek, timeZone).period;
   const YYYYMMDD longAgo{};
   return {.mode = modeName(frequency.dayMode),
           .date = date,
+          .dayOfWeek = date.dayOfWeek(timeZone),
           .period = PeriodStretch::of(period),
-          .previous = PeriodStretch::of(period.previous()),
-          .next = PeriodStretch::of(period.next()),
-          .numberOfDays = period.numberOfDays(),
-          .remainingDays = period.remainingDays(date, false),
-          .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo),
+          .previous = PeriodStretch::of(period.previous(timeZone)),
+          .next = PeriodStretch::of(period.next(timeZone)),
+          .numberOfDays = period.numberOfDays(timeZone),
+          .remainingDays = period.remainingDays(date, false, timeZone),
+          .expectedCompletions = frequency.numberOfExpectedTimes(period, longAgo, timeZone),
           .countedOver = periodName(periodTypeForCompletionCountCalculation(frequency.dayMode)),
           .isEmpty = frequency.isEmpty()};
 }
@@ -36,9 +37,9 @@ std::string PeriodReport::json() const {
 
 std::string PeriodReport::text() const {
   const auto number = [](std::int64_t n) { return static_cast<long long>(n); };
-  return mode + ", " + localizedTitle(date.dayOfWeek()) + ", " + date.debugDescription() + "\n\n" +
-         line(("the " + period.type).c_str(), period) + line("previous", previous) +
-         line("next", next) +
+  return mode + ", " + localizedTitle(dayOfWeek, Locale::current()) + ", " +
+         date.debugDescription() + "\n\n" + line(("the " + period.type).c_str(), period) +
+         line("previous", previous) + line("next", next) +
          stringWithFormat("days       %lld, %lld to go\n", number(numberOfDays),
                           number(remainingDays)) +
          (countedOver == period.type

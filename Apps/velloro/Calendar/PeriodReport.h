@@ -13,6 +13,7 @@ namespace velloro {
 struct PeriodReport {
   std::string mode;  ///< "numberOfDaysInWeek"
   YYYYMMDD date = {};
+  DayOfWeek dayOfWeek = DayOfWeek::sunday;  ///< Of the date; in the text alone.
   PeriodStretch period;
   PeriodStretch previous;
   PeriodStretch next;
@@ -33,7 +34,7 @@ struct PeriodReport {
            key("countedOver", &PeriodReport::countedOver), key("isEmpty", &PeriodReport::isEmpty));
 
   [[nodiscard]] static PeriodReport of(const TaskFrequency& frequency, YYYYMMDD date,
-                                       DayOfWeek firstDayOfWeek);
+                                       DayOfWeek firstDayOfWeek, TimeZone timeZone);
 
   [[nodiscard]] std::string json() const;
   [[nodiscard]] std::string text() const;

@@ -26,8 +26,7 @@ struct HistoryOptions {
 void run(const HistoryOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
-  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to)
-                                 : YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
+  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to) : task->logRules().today();
   const YYYYMMDD from =
       options.from ? dayArgument("--from", *options.from) : to.yyyymm().previousMonth().firstDay();
   if (from > to) throw UsageError("--from " + inQuotes(from.debugDescription()) + ": after --to");

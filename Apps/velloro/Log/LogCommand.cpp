@@ -49,6 +49,13 @@ NewLogEntry newEntry(const TaskEntity& task, const LogOptions& options) {
   if (entry.date > logicalDay(task, Date::now())) {
     throw UsageError("--date " + inQuotes(*options.date) + ": in the future");
   }
+  // No task can have been made earlier.
+  if (entry.at < Date::since1970(0)) {
+    throw UsageError("--at " + inQuotes(*options.at) + ": lies before 1970");
+  }
+  if (options.date && entry.date.y < 1970) {
+    throw UsageError("--date " + inQuotes(*options.date) + ": lies before 1970");
+  }
   if (options.type) entry.type = typeArgument(*options.type);
   if (options.progress) {
     entry.amount = amountArgument("--progress", *options.progress);

@@ -174,11 +174,10 @@ void sample(const NotificationOptions& options) {
 void make(const NotificationOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
+  const TaskLogRules rules = task->logRules();
   const bool isToday = options.period == "today";
-  const auto period = isToday ? task->currentPeriod()
-                              : task->frequency().period(dayArgument("--period", options.period),
-                                                         task->firstDayOfWeek());
-  printContent(reminderContent(*task, period.period));
+  const YYYYMMDD day = isToday ? rules.today() : dayArgument("--period", options.period);
+  printContent(reminderContent(*task, rules.period(day), rules.now));
 }
 
 void addLook(CLI::App& command, NotificationOptions& options) {

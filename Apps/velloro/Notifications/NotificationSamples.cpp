@@ -21,7 +21,8 @@ struct Scene {
 };
 
 DatedPeriod today() {
-  return TaskFrequency::defaultFrequency.currentPeriod(HHMMSS::midnight, DayOfWeek::monday);
+  return TaskFrequency::defaultFrequency.currentPeriod(HHMMSS::midnight, DayOfWeek::monday,
+                                                       TimeZone::current(), Date::now());
 }
 
 ComplicationSnapshotDisplayRepresentation snapshotOf(std::string storedIcon) {

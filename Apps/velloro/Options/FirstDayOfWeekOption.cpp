@@ -25,7 +25,7 @@ DayOfWeek FirstDayOfWeekOption::value(DayMode mode) const {
 
 DayOfWeek FirstDayOfWeekOption::value() const {
   if (text) return weekdayArgument(name, *text);
-  return defaultFirstDayOfWeek().value_or(DayOfWeek::sunday);
+  return localesFirstDayOfWeek(Locale::current());
 }
 
 }  // namespace velloro

@@ -19,7 +19,7 @@ std::optional<TypeUnit> unitOf(const AutomaticTaskType& type) {
 
 std::string ringsText(double encoded) {
   const auto rings = TaskProgressActivityRings::fromEncoded({}, encoded);
-  const auto& percent = FormatManager::shared().percentageWholeFormatter;
+  const auto& percent = FormatManager::shared(Locale::current()).percentageWholeFormatter;
   return percent.string(rings.energy) + " " + percent.string(rings.exercise) + " " +
          percent.string(rings.stand);
 }
@@ -48,9 +48,9 @@ std::string AmountText::written(double value, Context context) const {
   if (unit_) {
     const TaskDisplayTitle::Quantity quantity{.type = type_,
                                               .quantity = {.quantity = value, .unit = *unit_}};
-    text = quantity.localizedFormatted(context);
+    text = quantity.localizedFormatted(context, Locale::current());
   }
-  return text ? *text : FormatManager::shared().decimalFormatter.string(value);
+  return text ? *text : FormatManager::shared(Locale::current()).decimalFormatter.string(value);
 }
 
 }  // namespace velloro

@@ -45,7 +45,9 @@ SettingsReport debugLogReport() {
                         .key = "__lm.level",
                         .kind = Setting::Kind::string,
                         .tier = SettingSource::local,
-                        .value = {}};
+                        .value = {},
+                        .description = "The least level of log lines, and of which categories.",
+                        .fallback = "none"};
   std::string names;
   std::optional<LogLevel> least;
   bool isEvery = true;

@@ -50,7 +50,9 @@ SettingsReport SettingsReport::of(const SettingsStorage& storage, const Setting&
           .key = setting.key(),
           .kind = setting.row().kind,
           .tier = storage.source(setting),
-          .value = std::visit(Read{storage}, setting.wrapper())};
+          .value = std::visit(Read{storage}, setting.wrapper()),
+          .description = std::string(setting.row().description),
+          .fallback = std::string(setting.row().fallback)};
 }
 
 bool SettingsReport::hasValue() const {
@@ -60,14 +62,19 @@ bool SettingsReport::hasValue() const {
 std::string table(const std::vector<SettingsReport>& reports) {
   constexpr std::size_t gap = 2;
   const std::string nothing = "-";
-  std::size_t nameWidth = 0;
-  for (const SettingsReport& report : reports)
+  constexpr std::size_t widestValue = 24;  // a longer one moves what stands behind it
+  std::size_t nameWidth = 0, valueWidth = 0;
+  for (const SettingsReport& report : reports) {
     nameWidth = std::max(nameWidth, columns(terminalText(report.name)));
+    valueWidth = std::clamp(columns(valueText(report)), valueWidth, widestValue);
+  }
   std::string text;
   for (const SettingsReport& report : reports) {
     const std::string tier = report.tier ? std::string(rawValue(*report.tier)) : nothing;
     text += padded(terminalText(report.name), nameWidth + gap) +
-            padded(tier, rawValue(SettingSource::shared).size() + gap) + valueText(report) + "\n";
+            padded(tier, rawValue(SettingSource::shared).size() + gap) +
+            padded(valueText(report), valueWidth + gap) + report.description +
+            " (default: " + report.fallback + ")\n";
   }
   return text;
 }

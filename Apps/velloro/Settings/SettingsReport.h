@@ -17,11 +17,15 @@ struct SettingsReport {
   Setting::Kind kind = Setting::Kind::noOp;
   std::optional<SettingSource> tier;  ///< Absent where nothing is looked at.
   PropertyList value;                 ///< Null where there is none.
+  std::string description;            ///< One sentence.
+  std::string fallback;               ///< What holds where nothing is stored.
 
   static constexpr auto codingKeys = keys(
       platform::key("name", &SettingsReport::name), platform::key("key", &SettingsReport::key),
       platform::key("kind", &SettingsReport::kind), platform::key("tier", &SettingsReport::tier),
-      platform::key("value", &SettingsReport::value));
+      platform::key("value", &SettingsReport::value),
+      platform::key("description", &SettingsReport::description),
+      platform::key("default", &SettingsReport::fallback));
 
   [[nodiscard]] static SettingsReport of(const SettingsStorage& storage, const Setting& setting);
 

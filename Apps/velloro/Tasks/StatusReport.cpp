@@ -66,22 +66,21 @@ std::string statusText(const Status& status, SkipMode willSkip) {
 }  // namespace
 
 StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date) {
-  const TaskFrequencyPeriod period =
-      date ? task.frequency().period(*date, task.firstDayOfWeek()).period
-           : task.currentPeriod().period;
-  const auto [standing, streak] = task.streakedCompletionStatus(period);
+  const TaskLogRules rules = task.logRules();
+  const TaskFrequencyPeriod period = rules.period(date.value_or(rules.today()));
+  const auto [standing, streak] = task.streakedCompletionStatus(period, rules.now);
   const TaskProgress& progress = standing.progress();
   const TaskTemporalData kept = task.temporalData();
   return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
           .title = textOf(task.text(TaskAttributes::title)),
           .status = standing.status,
-          .willSkip = task.willSkip(period),
+          .willSkip = task.willSkip(period, rules.now),
           .progress = {.type = progress.type(),
-                       .numCompletions = progress.numCompletions(),
+                       .numCompletions = progress.numCompletions(rules.now),
                        .expectedCompletions = progress.expectedCompletions(),
-                       .currentValue = progress.currentValue(),
+                       .currentValue = progress.currentValue(rules.now),
                        .targetValue = progress.targetValue(),
-                       .progressPct = progress.progressPct()},
+                       .progressPct = progress.progressPct(rules.now)},
           .streak = streak,
           .period = PeriodStretch::of(period),
           .lastCompleted = kept.lastCompleted,

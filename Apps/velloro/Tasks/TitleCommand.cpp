@@ -55,7 +55,8 @@ TaskProgress chosenProgress(const TitleOptions& options, const AutomaticTaskType
 }
 
 TaskTitleSource chosenTask(const TitleOptions& options) {
-  TaskTitleSource task{.title = options.title.value_or(""), .isNegative = options.isNegative};
+  TaskTitleSource task{
+      .title = options.title.value_or(""), .isNegative = options.isNegative, .now = Date::now()};
   task.automaticTaskType = options.type.value();
   if (task.automaticTaskType) {
     task.isTimed = task.automaticTaskType->isTimed();
@@ -74,7 +75,8 @@ void run(const TitleOptions& options) {
   const auto context = options.context
                            ? std::optional(contextArgument("--context", *options.context))
                            : std::nullopt;
-  const auto report = TitleReport::of(TaskDisplayTitle::build(chosenTask(options)), context);
+  const auto report =
+      TitleReport::of(TaskDisplayTitle::build(chosenTask(options), Locale::current()), context);
   print(options.json ? report.json() : report.text());
 }
 

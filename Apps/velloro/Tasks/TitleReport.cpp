@@ -10,7 +10,8 @@ TitleReport TitleReport::of(const TaskDisplayTitle& title,
                             std::optional<TaskDisplayTitle::Context> context) {
   TitleReport report{.title = title, .texts = {}};
   for (const auto each : allCases<TaskDisplayTitle::Context>()) {
-    if (!context || each == *context) report.texts.push_back({each, title.localizedTitle(each)});
+    if (!context || each == *context)
+      report.texts.push_back({each, title.localizedTitle(each, Locale::current())});
   }
   return report;
 }

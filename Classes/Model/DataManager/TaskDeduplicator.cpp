@@ -54,7 +54,8 @@ Result<void> bringUpToDate(TaskEntity& task) {
     return std::unexpected(removed.error());
   }
   const TimeZone timeZone = task.taskCurrentTimeZone();
-  task.updateTemporalData(YYYYMMDD::today(task.startOfDay(), timeZone), timeZone);
+  const Date now = Date::now();
+  task.updateTemporalData(YYYYMMDD::today(task.startOfDay(), timeZone, now), timeZone, now);
   return {};
 }
 

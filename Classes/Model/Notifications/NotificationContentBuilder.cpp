@@ -126,8 +126,8 @@ NotificationContent NotificationContentBuilder::timedProgressRemaining(
 NotificationContent NotificationContentBuilder::timedProgress(const TimedProgress& progress,
                                                               NotificationCategory category,
                                                               const LocalizedKey& title) const {
-  const auto duration =
-      FormatManager::shared().formattedDurationForTimedTaskNotification(progress.duration);
+  const auto duration = FormatManager::shared(Locale::current())
+                            .formattedDurationForTimedTaskNotification(progress.duration);
   return {.notificationId = progress.id,
           .trigger = progress.trigger,
           .category = category,
@@ -152,8 +152,8 @@ NotificationContent NotificationContentBuilder::badge(const BadgeUpdate& update,
 
 std::string NotificationContentBuilder::title(const TaskDisplayTitle& displayTitle,
                                               const NotificationData& data) const {
-  const auto written =
-      displayTitle.localizedTitle(TaskDisplayTitle::Context::notificationWithQuantity);
+  const auto written = displayTitle.localizedTitle(
+      TaskDisplayTitle::Context::notificationWithQuantity, Locale::current());
   const std::string text = written.value_or("");
   if (isVoiceOverRunning || !data.task.titleIcon) return text;
   return std::string(textVersion(*data.task.titleIcon)) + " " + text;
@@ -171,9 +171,9 @@ std::optional<std::filesystem::path> NotificationContentBuilder::image(
       .image = StaticImageGenerator::Request::Image{.icon = icon->visualRepresentation,
                                                     .displayProperties = icon->displayProperties}};
   request.layoutProperties.colors = data.theme.colorProfile(
-      task.completionStatus.status, task.color, progress.period().period.numberOfDays(),
-      Theme::Context::notificationAttachment);
-  request.layoutProperties.progress = progress.progressPct();
+      task.completionStatus.status, task.color,
+      progress.period().period.numberOfDays(task.timeZone), Theme::Context::notificationAttachment);
+  request.layoutProperties.progress = progress.progressPct(now);
   if (task.shareStatus == TaskShareStatus::isSharedWithMe) {
     request.layoutProperties.badges = {
         taskSharingBadge(iconOf(task.shareOwnerDisplayRepresentation), data.theme, task.color)};

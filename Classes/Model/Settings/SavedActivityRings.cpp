@@ -14,7 +14,10 @@ std::shared_ptr<SettingsStorageContainer> sharedOrLocalStorage() {
   return std::make_shared<SettingsStorageLocal>();
 }
 
-bool isNews(const TaskProgressActivityRings& progress, const TaskProgressActivityRings& held) {
+bool isNews(const TaskProgressActivityRings& progress, const TaskProgressActivityRings& held,
+            YYYYMMDD today) {
+  const auto isAhead = [&](const auto& rings) { return rings.period.period.startsAfter(today); };
+  if (isAhead(held) && !isAhead(progress)) return true;
   if (held.period.period > progress.period.period) return false;
   return held.energy != progress.energy || held.exercise != progress.exercise ||
          held.stand != progress.stand;
@@ -28,14 +31,14 @@ const std::shared_ptr<SavedActivityRings>& SavedActivityRings::shared() {
   return *rings;
 }
 
-void SavedActivityRings::save(const TaskProgressActivityRings& progress) {
+void SavedActivityRings::save(const TaskProgressActivityRings& progress, YYYYMMDD today) {
   const std::lock_guard lock(mutex_);
   if (!held_) held_ = storage_->codableForKey<TaskProgressActivityRings>(activityProgressKey);
-  if (held_ && !isNews(progress, *held_)) return;
+  if (held_ && !isNews(progress, *held_, today)) return;
   held_ = progress;
   storage_->setCodable(held_, activityProgressKey);
   Log::healthKit.info(
-      [&] { return "Saving progress: " + TaskProgress(progress).debugDescription(); });
+      [&] { return "Saving progress: " + TaskProgress(progress).debugDescription(Date()); });
 }
 
 std::optional<TaskProgressActivityRings> SavedActivityRings::saved(YYYYMMDD date) const {

@@ -23,8 +23,9 @@ class SavedActivityRings {
   explicit SavedActivityRings(std::shared_ptr<SettingsStorageContainer> storage)
       : storage_(std::move(storage)) {}
 
-  /// Rings that stand as the kept ones do, and those of an earlier period, change nothing.
-  void save(const TaskProgressActivityRings& progress);
+  /// Rings that stand as the kept ones do, and those of an earlier period, change nothing, unless
+  /// the kept ones are of a period that begins after `today`: a clock that was ahead kept those.
+  void save(const TaskProgressActivityRings& progress, YYYYMMDD today);
   /// The rings kept last; absent when their period does not hold the date.
   [[nodiscard]] std::optional<TaskProgressActivityRings> saved(YYYYMMDD date) const;
 

@@ -114,7 +114,7 @@ void Settings::reloadFirstDayOfWeek() {
   if (const auto chosen = fromRawValue<CalendarDayOfWeek>(weekday)) {
     cachedFirstDayOfWeek_ = dayOfWeek(*chosen);
   } else {
-    cachedFirstDayOfWeek_ = localesFirstDayOfWeek();
+    cachedFirstDayOfWeek_ = localesFirstDayOfWeek(Locale::current());
   }
 }
 

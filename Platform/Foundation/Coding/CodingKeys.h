@@ -37,10 +37,10 @@ struct WhenUnknown {
 
 /// What a member takes for a value that can't be made out (`DecodingError::isOfOneValue`), while
 /// its key must be there: `initialValue` (`initialWhenUnknown`), a value, or a function that gives
-/// one.
+/// one, of the decoder or of nothing.
 ///
 ///     key("mode", &Task::mode, initialWhenUnknown)
-///     key("zone", &Task::zone, whenUnknown(&TimeZone::current))
+///     key("count", &Task::count, whenUnknown(1))
 template <typename Value>
 consteval auto whenUnknown(Value value) {
   return WhenUnknown<Value>{value};

@@ -1,7 +1,9 @@
 #include "Foundation/Coding/Decoder.h"
 
 #include "Foundation/Coding/ExactInteger.h"
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
+#include "Foundation/Time/TimeZone.h"
 
 #include <cmath>
 #include <utility>
@@ -73,6 +75,14 @@ double Decoder::real() const {
 std::string_view Decoder::text() const {
   expect(Kind::text, "a text");
   return node_.text();
+}
+
+TimeZone Decoder::timeZone() const {
+  return TimeZone::current();
+}
+
+Locale Decoder::locale() const {
+  return Locale::current();
 }
 
 Date Decoder::date() const {

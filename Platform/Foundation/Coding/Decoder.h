@@ -16,6 +16,9 @@
 
 namespace platform {
 
+class Locale;
+class TimeZone;
+
 /// How values of one type are written and read (Coding.h).
 template <typename T>
 struct Coding;
@@ -103,6 +106,11 @@ class Decoder {
   [[nodiscard]] std::string_view text() const;
   /// In the coder's date form.
   [[nodiscard]] Date date() const;
+
+  // What stands in for a zone or a locale of which nothing is known: those of the device that
+  // reads.
+  [[nodiscard]] TimeZone timeZone() const;
+  [[nodiscard]] Locale locale() const;
 
   /// To be thrown when this value has the right type, but says nothing that can be.
   [[nodiscard]] DecodingError dataCorrupted(std::string debugDescription) const;

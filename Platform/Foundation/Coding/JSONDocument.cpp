@@ -59,9 +59,10 @@ std::string shortened(std::string_view text) {
   return std::string(text.substr(0, end)) + "…";
 }
 
-/// What stands in for a number beyond the range of a double.
-constexpr std::string_view infiniteNumber = "1.7976931348623157e308";
-
+/// What stands in for a number beyond the range of a double: a number that nobody writes, unlike
+/// the largest one.
+constexpr std::string_view infiniteNumber = "1.6180339887498949e308";
+constexpr double infiniteMark = 1.6180339887498949e308;
 template <typename Integer>
 bool fits(std::string_view digits) {
   Integer number{};
@@ -218,9 +219,9 @@ std::uint64_t JSONNode::unsignedInteger() const {
 
 double JSONNode::real() const {
   const double value = valueOf<double>(*this);
-  constexpr double largest = std::numeric_limits<double>::max();
-  const bool isBeyond = value == largest || value == -largest;
-  return isBeyond ? std::copysign(std::numeric_limits<double>::infinity(), value) : value;
+  return std::abs(value) == infiniteMark
+             ? std::copysign(std::numeric_limits<double>::infinity(), value)
+             : value;
 }
 
 std::string_view JSONNode::text() const {

@@ -9,6 +9,7 @@
 #include <array>
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -98,14 +99,14 @@ struct RecordCoding {
       expected = index + 1;
       seen |= std::uint64_t{1} << index;
       if (replacers[index] == nullptr) return readers[index](fresh, value);
-      if (!value.succeeds([&] { readers[index](fresh, value); })) replacers[index](fresh);
+      if (!value.succeeds([&] { readers[index](fresh, value); })) replacers[index](fresh, from);
     });
     supplyMissing(fresh, from, seen, Indexes{});
   }
 
  private:
   using Reader = void (*)(T&, const Decoder&);
-  using Replacer = void (*)(T&);
+  using Replacer = void (*)(T&, const Decoder&);
 
   template <std::size_t I>
   static constexpr const auto& keyAt = get<I>(keys.entries);
@@ -126,7 +127,7 @@ struct RecordCoding {
       decodeOptional(member, from);
     } else {
       if constexpr (mayBeMissing<I>) {
-        if (from.isNull()) return replace<I>(record);
+        if (from.isNull()) return replace<I>(record, from);
       }
       member = from.decode<Member>();
     }
@@ -134,23 +135,25 @@ struct RecordCoding {
 
   /// Gives a member that something was read into what it has when its value can't be made out.
   template <std::size_t I>
-  static void replace(T& record) {
+  static void replace(T& record, const Decoder& from) {
     auto& member = record.*keyAt<I>.member;
     using Member = typename Key<I>::MemberType;
     if constexpr (isOptional<Member>) {
       member.reset();
     } else if constexpr (isWhenUnknown<typename Key<I>::FallbackType>) {
-      set<I>(member, keyAt<I>.fallback.value);
+      set<I>(member, keyAt<I>.fallback.value, from);
     } else {
-      set<I>(member, keyAt<I>.fallback);
+      set<I>(member, keyAt<I>.fallback, from);
     }
   }
 
   template <std::size_t I, typename Member, typename Value>
-  static void set(Member& member, const Value& value) {
+  static void set(Member& member, const Value& value, const Decoder& from) {
     if constexpr (std::same_as<Value, InitialValue>) {
       T blank{};
       member = std::move(blank.*keyAt<I>.member);
+    } else if constexpr (std::invocable<Value, const Decoder&>) {
+      member = std::invoke(value, from);
     } else if constexpr (std::invocable<Value>) {
       member = value();
     } else {
@@ -170,7 +173,7 @@ struct RecordCoding {
     if constexpr (!mayBeMissing<I>) {
       throw from.keyNotFound(keys.names[I]);
     } else if constexpr (!std::same_as<typename Key<I>::FallbackType, InitialValue>) {
-      replace<I>(fresh);
+      replace<I>(fresh, from);
     }
   }
 

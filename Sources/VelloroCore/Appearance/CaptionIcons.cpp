@@ -55,7 +55,7 @@ class Signs {
     const TaskFrequencyPeriod& period = request_.todayStatus.period.period;
     if (period.numberOfDays() < 2) return;
     const auto count = multiDayCountTypeForCurrentPeriod(period.periodType, request_.startOfDay,
-                                                         request_.timeZone);
+                                                         request_.timeZone, request_.now);
     if (count != MultiDayCount::duration1) {
       icons_.topLeading.push_back(CaptionIcon::multiDay(count));
     }

@@ -89,6 +89,7 @@ struct StreakIconsRequest {
   bool hasNotes = false;
   HHMMSS startOfDay = {};
   const TimeZone& timeZone;
+  Date now;
 };
 
 /// What the signs round a ring tell of a streak: how long the period is, what is about to end, what

@@ -4,10 +4,10 @@
 
 namespace velloro {
 
-double DatedPeriod::periodProgressAtEndOfToday() const {
-  const std::int64_t total = period.numberOfDays();
+double DatedPeriod::periodProgressAtEndOfToday(CountedIn timeZone) const {
+  const std::int64_t total = period.numberOfDays(timeZone);
   if (total < 1) return 1;
-  const std::int64_t gone = total - period.remainingDays(date, false);
+  const std::int64_t gone = total - period.remainingDays(date, false, timeZone);
   return static_cast<double>(std::max<std::int64_t>(gone, 0)) / static_cast<double>(total);
 }
 

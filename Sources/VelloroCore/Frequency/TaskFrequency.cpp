@@ -27,21 +27,23 @@ std::string TaskFrequency::debugDescription() const {
 }
 
 DatedPeriod TaskFrequency::currentPeriod(HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
-                                         std::optional<TimeZone> timeZone) const {
-  return period(YYYYMMDD::today(startOfDay, timeZone), firstDayOfWeek);
+                                         TimeZone timeZone, Date now) const {
+  return period(startOfDay, now, firstDayOfWeek, timeZone);
 }
 
-DatedPeriod TaskFrequency::period(YYYYMMDD date, DayOfWeek firstDayOfWeek) const {
-  return DatedPeriod::fromDate(date, measurementDuration(dayMode), firstDayOfWeek);
+DatedPeriod TaskFrequency::period(YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                                  CountedIn timeZone) const {
+  return DatedPeriod::fromDate(date, measurementDuration(dayMode), firstDayOfWeek, timeZone);
 }
 
 DatedPeriod TaskFrequency::period(HHMMSS startOfDay, Date date, DayOfWeek firstDayOfWeek,
-                                  std::optional<TimeZone> timeZone) const {
-  return period(YYYYMMDD::fromDate(startOfDay, date, timeZone), firstDayOfWeek);
+                                  TimeZone timeZone) const {
+  return period(YYYYMMDD::fromDate(startOfDay, date, timeZone), firstDayOfWeek, timeZone);
 }
 
-YYYYMMDD TaskFrequency::startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek) const {
-  return firstDate(measurementDuration(dayMode), date, firstDayOfWeek);
+YYYYMMDD TaskFrequency::startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                                      CountedIn timeZone) const {
+  return firstDate(measurementDuration(dayMode), date, firstDayOfWeek, timeZone);
 }
 
 void TaskFrequency::set(DayOfWeek day, bool include) {
@@ -53,8 +55,9 @@ void TaskFrequency::set(DayOfWeek day, bool include) {
 }
 
 std::int64_t TaskFrequency::numberOfExpectedTimes(const TaskFrequencyPeriod& period,
-                                                  YYYYMMDD taskCreatedDate) const {
-  return expectedTimes(countingPeriod(period), taskCreatedDate);
+                                                  YYYYMMDD taskCreatedDate,
+                                                  CountedIn timeZone) const {
+  return expectedTimes(countingPeriod(period, timeZone), taskCreatedDate, timeZone);
 }
 
 bool TaskFrequency::isEmpty() const {
@@ -83,12 +86,12 @@ bool TaskFrequency::isEmpty() const {
 }
 
 SkipMode TaskFrequency::shouldSkipPeriod(const SkipQuestion& question) const {
-  const auto& [period, startOfDay, timeZone, daysInPeriodCallback, dayIntervalCallback] = question;
+  const auto& [period, startOfDay, timeZone, ofDays, ofInterval, now] = question;
   switch (dayMode) {
     using enum DayMode;
     case specificDaysOfWeek:
-      return hasDay(period.startDate.dayOfWeek()) ? SkipMode::willMissWithoutIndicator
-                                                  : SkipMode::willSkipWithIndicator;
+      return hasDay(period.startDate.dayOfWeek(timeZone)) ? SkipMode::willMissWithoutIndicator
+                                                          : SkipMode::willSkipWithIndicator;
     case numberOfDaysInWeek:
     case numberOfDaysInFortnight:
     case numberOfDaysInMonth:
@@ -100,7 +103,7 @@ SkipMode TaskFrequency::shouldSkipPeriod(const SkipQuestion& question) const {
     case aggregateOverFortnight:
     case aggregateOverMonth:
     case aggregateOverYear:
-      return period.latestPossibleDatedPeriod(startOfDay, timeZone).isLastDay()
+      return period.latestPossibleDatedPeriod(startOfDay, timeZone, now).isLastDay()
                  ? SkipMode::willMissWithIndicator
                  : SkipMode::willMissWithoutIndicator;
     case specificDaysOfMonth:
@@ -111,28 +114,33 @@ SkipMode TaskFrequency::shouldSkipPeriod(const SkipQuestion& question) const {
 
 SkipMode TaskFrequency::skipByInterval(const SkipQuestion& question) const {
   const auto last = question.dayIntervalCallback(question.period).periodOfLastCompletionBeforeToday;
-  const bool isTooEarly = last && question.period.startDate < last->startDate.add(dayInterval);
+  const bool isTooEarly =
+      last && question.period.startDate < last->startDate.add(dayInterval, question.timeZone);
   return isTooEarly ? SkipMode::willSkipWithIndicator : SkipMode::willMissWithoutIndicator;
 }
 
 SkipMode TaskFrequency::skipByCount(const SkipQuestion& question) const {
-  const TaskFrequencyPeriod whole = countingPeriod(question.period);
+  const TaskFrequencyPeriod whole = countingPeriod(question.period, question.timeZone);
   const DaysInPeriodCallbackResponse log = question.daysInPeriodCallback(question.period);
-  const std::int64_t needed = expectedTimes(whole, log.taskCreatedDate) - log.numUniqueCompletions;
+  const std::int64_t needed =
+      expectedTimes(whole, log.taskCreatedDate, question.timeZone) - log.numUniqueCompletions;
   if (needed <= 0) return SkipMode::willSkipWithIndicator;
-  const std::int64_t remaining = question.period.finishDate.distance(whole.finishDate);
+  const std::int64_t remaining =
+      question.period.finishDate.distance(whole.finishDate, false, question.timeZone);
   return remaining < needed ? SkipMode::willMissWithIndicator : SkipMode::willSkipWithoutIndicator;
 }
 
-TaskFrequencyPeriod TaskFrequency::countingPeriod(const TaskFrequencyPeriod& period) const {
+TaskFrequencyPeriod TaskFrequency::countingPeriod(const TaskFrequencyPeriod& period,
+                                                  const CountedIn& timeZone) const {
   return TaskFrequencyPeriod::fromDate(periodTypeForCompletionCountCalculation(dayMode),
-                                       period.startDate, period.firstDayOfWeek);
+                                       period.startDate, period.firstDayOfWeek, timeZone);
 }
 
 std::int64_t TaskFrequency::expectedTimes(const TaskFrequencyPeriod& countingPeriod,
-                                          YYYYMMDD taskCreatedDate) const {
+                                          YYYYMMDD taskCreatedDate,
+                                          const CountedIn& timeZone) const {
   const std::int64_t count = countingPeriod.contains(taskCreatedDate)
-                                 ? std::min(numCompletions, countingPeriod.numberOfDays())
+                                 ? std::min(numCompletions, countingPeriod.numberOfDays(timeZone))
                                  : numCompletions;
   return std::max<std::int64_t>(count, 1);
 }

@@ -19,8 +19,6 @@ namespace velloro {
 ///
 ///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
 ///     thrice.period({2024, 3, 6}, DayOfWeek::sunday).period.numberOfDays();   // 1: a tick per day
-///
-/// Where a function takes a time zone, absent means the device's current one.
 struct TaskFrequency {
   using DayMode = velloro::DayMode;
   using SkipMode = velloro::SkipMode;
@@ -66,11 +64,13 @@ struct TaskFrequency {
   // The period of the mode's `measurementDuration` that holds today's logical day, a day, or the
   // logical day of an instant.
   [[nodiscard]] DatedPeriod currentPeriod(HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
-                                          std::optional<TimeZone> timeZone = {}) const;
-  [[nodiscard]] DatedPeriod period(YYYYMMDD date, DayOfWeek firstDayOfWeek) const;
+                                          TimeZone timeZone, Date now) const;
+  [[nodiscard]] DatedPeriod period(YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                                   CountedIn timeZone = {}) const;
   [[nodiscard]] DatedPeriod period(HHMMSS startOfDay, Date date, DayOfWeek firstDayOfWeek,
-                                   std::optional<TimeZone> timeZone = {}) const;
-  [[nodiscard]] YYYYMMDD startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek) const;
+                                   TimeZone timeZone) const;
+  [[nodiscard]] YYYYMMDD startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                                       CountedIn timeZone = {}) const;
 
   [[nodiscard]] bool hasDay(DayOfWeek day) const { return days.contains(day); }
   void set(DayOfWeek day, bool include);
@@ -78,7 +78,8 @@ struct TaskFrequency {
   /// The completions that are called for in the counting period that holds `period.startDate`: at
   /// least 1, and, where the task was created in it, no more than it has days.
   [[nodiscard]] std::int64_t numberOfExpectedTimes(const TaskFrequencyPeriod& period,
-                                                   YYYYMMDD taskCreatedDate) const;
+                                                   YYYYMMDD taskCreatedDate,
+                                                   CountedIn timeZone = {}) const;
 
   /// Whether no day can ever be due, as without any weekday; such a task is not scheduled.
   [[nodiscard]] bool isEmpty() const;
@@ -100,9 +101,10 @@ struct TaskFrequency {
   struct SkipQuestion {
     const TaskFrequencyPeriod& period;
     HHMMSS startOfDay;
-    std::optional<TimeZone> timeZone = {};
+    TimeZone timeZone = TimeZone::gmt();
     FunctionRef<DaysInPeriodCallbackResponse(const TaskFrequencyPeriod&)> daysInPeriodCallback;
     FunctionRef<DayIntervalResponse(const TaskFrequencyPeriod&)> dayIntervalCallback;
+    Date now;
   };
 
   /// What an open period will become if it ends unfinished. Of three days a week none is due before
@@ -113,16 +115,19 @@ struct TaskFrequency {
   ///     thrice.shouldSkipPeriod({.period = friday,
   ///                              .startOfDay = HHMMSS::midnight,
   ///                              .daysInPeriodCallback = [&](const auto&) { return oneDone; },
-  ///                              .dayIntervalCallback = [&](const auto&) { return never; }});
+  ///                              .dayIntervalCallback = [&](const auto&) { return never; },
+  ///                              .now = now});
   ///     // SkipMode::willMissWithIndicator
   [[nodiscard]] SkipMode shouldSkipPeriod(const SkipQuestion& question) const;
 
  private:
   [[nodiscard]] SkipMode skipByInterval(const SkipQuestion& question) const;
   [[nodiscard]] SkipMode skipByCount(const SkipQuestion& question) const;
-  [[nodiscard]] TaskFrequencyPeriod countingPeriod(const TaskFrequencyPeriod& period) const;
+  [[nodiscard]] TaskFrequencyPeriod countingPeriod(const TaskFrequencyPeriod& period,
+                                                   const CountedIn& timeZone) const;
   [[nodiscard]] std::int64_t expectedTimes(const TaskFrequencyPeriod& countingPeriod,
-                                           YYYYMMDD taskCreatedDate) const;
+                                           YYYYMMDD taskCreatedDate,
+                                           const CountedIn& timeZone) const;
 };
 
 inline constexpr TaskFrequency TaskFrequency::defaultFrequency{};

@@ -9,9 +9,10 @@
 namespace velloro {
 
 TaskFrequencyPeriod TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType periodType, YYYYMMDD date,
-                                                  DayOfWeek firstDayOfWeek) {
+                                                  DayOfWeek firstDayOfWeek, CountedIn timeZone) {
   const auto weeks = [&](const YYYYMMDD& startDate, std::int64_t numDays) {
-    return TaskFrequencyPeriod{periodType, startDate, startDate.add(numDays - 1), firstDayOfWeek};
+    return TaskFrequencyPeriod{periodType, startDate, startDate.add(numDays - 1, timeZone),
+                               firstDayOfWeek};
   };
   const auto months = [&](YYYYMM first, YYYYMM last) {
     return TaskFrequencyPeriod{periodType, first.firstDay(), last.lastDay(), firstDayOfWeek};
@@ -21,9 +22,9 @@ TaskFrequencyPeriod TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType period
     case TaskFrequencyPeriodType::day:
       break;
     case TaskFrequencyPeriodType::week:
-      return weeks(date.startOfWeek(firstDayOfWeek), 7);
+      return weeks(date.startOfWeek(firstDayOfWeek, timeZone), 7);
     case TaskFrequencyPeriodType::fortnight:
-      return weeks(date.startOfFortnight(firstDayOfWeek), 14);
+      return weeks(date.startOfFortnight(firstDayOfWeek, {}, timeZone), 14);
     case TaskFrequencyPeriodType::month:
       return months(month, month);
     case TaskFrequencyPeriodType::year:
@@ -40,39 +41,39 @@ bool TaskFrequencyPeriod::contains(YYYYMM month) const {
   return month.lastDay() >= startDate && month.firstDay() <= finishDate;
 }
 
-bool TaskFrequencyPeriod::isCurrentPeriod(HHMMSS startOfDay,
-                                          std::optional<TimeZone> timeZone) const {
-  return contains(YYYYMMDD::today(startOfDay, timeZone));
+bool TaskFrequencyPeriod::isCurrentPeriod(HHMMSS startOfDay, TimeZone timeZone, Date now) const {
+  return contains(YYYYMMDD::today(startOfDay, timeZone, now));
 }
 
-std::int64_t TaskFrequencyPeriod::numberOfDays() const {
-  return startDate.distance(finishDate, true);
+std::int64_t TaskFrequencyPeriod::numberOfDays(CountedIn timeZone) const {
+  return startDate.distance(finishDate, true, timeZone);
 }
 
-std::int64_t TaskFrequencyPeriod::remainingDays(YYYYMMDD from, bool includeThisDay) const {
-  if (startsAfter(from)) return numberOfDays();
+std::int64_t TaskFrequencyPeriod::remainingDays(YYYYMMDD from, bool includeThisDay,
+                                                CountedIn timeZone) const {
+  if (startsAfter(from)) return numberOfDays(timeZone);
   if (endsBefore(from)) return 0;
-  return from.distance(finishDate, includeThisDay);
+  return from.distance(finishDate, includeThisDay, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::next() const {
-  return fromDate(periodType, finishDate.nextDay(), firstDayOfWeek);
+TaskFrequencyPeriod TaskFrequencyPeriod::next(CountedIn timeZone) const {
+  return fromDate(periodType, finishDate.nextDay(timeZone), firstDayOfWeek, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::previous() const {
-  return fromDate(periodType, startDate.previousDay(), firstDayOfWeek);
+TaskFrequencyPeriod TaskFrequencyPeriod::previous(CountedIn timeZone) const {
+  return fromDate(periodType, startDate.previousDay(timeZone), firstDayOfWeek, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::add(std::int64_t numPeriods) const {
+TaskFrequencyPeriod TaskFrequencyPeriod::add(std::int64_t numPeriods, CountedIn timeZone) const {
   TaskFrequencyPeriod period = *this;
-  for (; numPeriods > 0; --numPeriods) period = period.next();
-  for (; numPeriods < 0; ++numPeriods) period = period.previous();
+  for (; numPeriods > 0; --numPeriods) period = period.next(timeZone);
+  for (; numPeriods < 0; ++numPeriods) period = period.previous(timeZone);
   return period;
 }
 
-DatedPeriod TaskFrequencyPeriod::latestPossibleDatedPeriod(HHMMSS startOfDay,
-                                                           std::optional<TimeZone> timeZone) const {
-  const YYYYMMDD today = YYYYMMDD::today(startOfDay, timeZone);
+DatedPeriod TaskFrequencyPeriod::latestPossibleDatedPeriod(HHMMSS startOfDay, TimeZone timeZone,
+                                                           Date now) const {
+  const YYYYMMDD today = YYYYMMDD::today(startOfDay, timeZone, now);
   const YYYYMMDD date = endsBefore(today) ? finishDate : std::max(today, startDate);
   return {.date = date, .period = *this};
 }

@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/CodingKeys.h"
 #include "Foundation/Values/Hasher.h"
+#include "OxDateTime/StandIns.h"
 #include "VelloroCore/Frequency/TaskFrequencyPeriodType.h"
 
 #include <compare>
@@ -21,8 +22,8 @@ struct DatedPeriod;
 ///     week.add(-1).startDate;               // 20240225
 ///     week.remainingDays({2024, 3, 6}, /*includeThisDay=*/false);   // 3
 ///
-/// Two periods of the same days are equal, whatever their types: of a day in a month of one. Where
-/// a function takes a time zone, absent means the device's current one.
+/// Two periods of the same days are equal, whatever their types: of a day in a month of one. A
+/// function that counts days takes the zone in which it counts them, as `YYYYMMDD` does.
 struct TaskFrequencyPeriod {
   TaskFrequencyPeriodType periodType = TaskFrequencyPeriodType::day;
   YYYYMMDD startDate = {};
@@ -36,7 +37,8 @@ struct TaskFrequencyPeriod {
   /// with Sunday first, 2000-01-08 lies in that from 1999-12-26 and 2000-01-09 in that from
   /// 2000-01-02.
   [[nodiscard]] static TaskFrequencyPeriod fromDate(TaskFrequencyPeriodType periodType,
-                                                    YYYYMMDD date, DayOfWeek firstDayOfWeek);
+                                                    YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                                                    CountedIn timeZone = {});
 
   // The type is left out of both; periods are ordered by their first day, then by
   // `firstDayOfWeek`.
@@ -52,7 +54,7 @@ struct TaskFrequencyPeriod {
            key("startDate", &TaskFrequencyPeriod::startDate),
            key("finishDate", &TaskFrequencyPeriod::finishDate),
            key("firstDayOfWeek", &TaskFrequencyPeriod::firstDayOfWeek,
-               whenUnknown(&localesFirstDayOfWeek)));
+               whenUnknown(&firstDayOfWeekStandIn)));
 
   [[nodiscard]] bool contains(YYYYMMDD date) const {
     return startDate <= date && date <= finishDate;
@@ -62,22 +64,22 @@ struct TaskFrequencyPeriod {
   [[nodiscard]] bool endsBefore(YYYYMMDD date) const { return finishDate < date; }
   [[nodiscard]] bool startsAfter(YYYYMMDD date) const { return startDate > date; }
   /// Whether today's logical day lies in the period.
-  [[nodiscard]] bool isCurrentPeriod(HHMMSS startOfDay,
-                                     std::optional<TimeZone> timeZone = {}) const;
+  [[nodiscard]] bool isCurrentPeriod(HHMMSS startOfDay, TimeZone timeZone, Date now) const;
 
-  [[nodiscard]] std::int64_t numberOfDays() const;
+  [[nodiscard]] std::int64_t numberOfDays(CountedIn timeZone = {}) const;
   /// Days from a date to the last one: all of them for a date before the period, 0 behind it.
-  [[nodiscard]] std::int64_t remainingDays(YYYYMMDD from, bool includeThisDay) const;
+  [[nodiscard]] std::int64_t remainingDays(YYYYMMDD from, bool includeThisDay,
+                                           CountedIn timeZone = {}) const;
 
   /// The period of the same type that holds the day behind the last one, or before the first one.
-  [[nodiscard]] TaskFrequencyPeriod next() const;
-  [[nodiscard]] TaskFrequencyPeriod previous() const;
+  [[nodiscard]] TaskFrequencyPeriod next(CountedIn timeZone = {}) const;
+  [[nodiscard]] TaskFrequencyPeriod previous(CountedIn timeZone = {}) const;
   /// That many times `next`, or, below 0, `previous`.
-  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods) const;
+  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods, CountedIn timeZone = {}) const;
 
   /// The period with today's logical day, or, when that lies outside, with the nearest day in it.
-  [[nodiscard]] DatedPeriod latestPossibleDatedPeriod(HHMMSS startOfDay,
-                                                      std::optional<TimeZone> timeZone = {}) const;
+  [[nodiscard]] DatedPeriod latestPossibleDatedPeriod(HHMMSS startOfDay, TimeZone timeZone,
+                                                      Date now) const;
 
   // How many days of the period lie in the month of its first day, and in that of its last day.
   [[nodiscard]] std::int64_t numberOfDaysInStartingMonth() const;

@@ -33,13 +33,15 @@ MultiDayCount countOf(std::int64_t days) {
 
 }  // namespace
 
-YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
+YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                   CountedIn timeZone) {
   if (type == TaskFrequencyPeriodType::day) return date;  // asked for each entry of a log
-  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).startDate;
+  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek, timeZone).startDate;
 }
 
-YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek) {
-  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek).finishDate;
+YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek,
+                  CountedIn timeZone) {
+  return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek, timeZone).finishDate;
 }
 
 IconManagerIcon icon(MultiDayCount count) {
@@ -47,8 +49,8 @@ IconManagerIcon icon(MultiDayCount count) {
 }
 
 MultiDayCount multiDayCountTypeForCurrentPeriod(TaskFrequencyPeriodType type, HHMMSS startOfDay,
-                                                std::optional<TimeZone> timeZone) {
-  const YYYYMM thisMonth = YYYYMM::thisMonth(startOfDay, timeZone);
+                                                TimeZone timeZone, Date now) {
+  const YYYYMM thisMonth = YYYYMM::thisMonth(startOfDay, timeZone, now);
   switch (type) {
     using enum TaskFrequencyPeriodType;
     case day:

@@ -26,9 +26,9 @@ constexpr auto rawValues(std::type_identity<TaskFrequencyPeriodType>) {
 // The first and the last day of the period of this type that holds a date; see
 // `TaskFrequencyPeriod::fromDate`.
 [[nodiscard]] YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date,
-                                 DayOfWeek firstDayOfWeek);
+                                 DayOfWeek firstDayOfWeek, CountedIn timeZone = {});
 [[nodiscard]] YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date,
-                                DayOfWeek firstDayOfWeek);
+                                DayOfWeek firstDayOfWeek, CountedIn timeZone = {});
 
 /// The length of a period in days, for choosing an icon.
 enum class MultiDayCount : std::int8_t {
@@ -72,7 +72,8 @@ constexpr auto rawValues(std::type_identity<MultiDayCount>) {
 [[nodiscard]] IconManagerIcon icon(MultiDayCount count);
 
 /// The length of the period of this type that holds today's logical day.
-[[nodiscard]] MultiDayCount multiDayCountTypeForCurrentPeriod(
-    TaskFrequencyPeriodType type, HHMMSS startOfDay, std::optional<TimeZone> timeZone = {});
+[[nodiscard]] MultiDayCount multiDayCountTypeForCurrentPeriod(TaskFrequencyPeriodType type,
+                                                              HHMMSS startOfDay, TimeZone timeZone,
+                                                              Date now);
 
 }  // namespace velloro

@@ -46,7 +46,7 @@ Type fullForm(Type type) {
 }
 
 LogStep nextLogStep(const LogStepQuestion& question) {
-  const auto& [wantedType, wantedAmount, isNegative, progress, done] = question;
+  const auto& [wantedType, wantedAmount, isNegative, progress, done, now] = question;
   const Type type = wantedType.value_or(isNegative ? Type::missedManuallyPartial
                                                    : Type::completedManuallyPartial);
   if (!countedTypes(isNegative).contains(type) || isTimer(type)) {
@@ -54,7 +54,7 @@ LogStep nextLogStep(const LogStepQuestion& question) {
   }
   const double target = progress.targetValue();
   const double left =
-      isFull(type) ? difference(target, done) : progress.remainingValueForCurrentCompletion();
+      isFull(type) ? difference(target, done) : progress.remainingValueForCurrentCompletion(now);
   const double amount = wantedAmount.value_or(std::max(left, 0.0));
   return {reaches(done + amount, target) ? fullForm(type) : type, amount};
 }

@@ -50,13 +50,15 @@ struct LogStepQuestion {
   bool isNegative = false;
   const TaskProgress& progress;  ///< Of the period, with what is done.
   double done = 0;               ///< What the entries of the period add up to.
+  Date now;
 };
 
 /// The entry to be written. A step that reaches the target is the full entry, since only full
-/// entries settle a period; one of a type that does not count for the task never is.
+/// entries settle a period; one of a type that does not count for the task never is. A tap on what
+/// is done begins another completion: nothing is left of the whole, and a whole step of the next.
 ///
 ///     // 5 of 12 hours are done
-///     nextLogStep({.progress = hours, .done = 5});    // completedManuallyFull, 7
+///     nextLogStep({.progress = hours, .done = 5, .now = now});    // completedManuallyFull, 7
 [[nodiscard]] LogStep nextLogStep(const LogStepQuestion& question);
 
 }  // namespace velloro

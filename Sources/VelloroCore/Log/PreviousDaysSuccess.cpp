@@ -66,12 +66,12 @@ TaskFrequencyPeriod PreviousDaysSuccess::Question::lastPeriod() const {
   const TaskFrequencyPeriod last = rules.period(ref);
   const bool isOpen = !rules.isNegative && last == rules.period(rules.today());
   const bool isDone = lastCompleted && last.contains(*lastCompleted);
-  return isOpen && !isDone ? last.previous() : last;
+  return isOpen && !isDone ? last.previous(rules.timeZone) : last;
 }
 
 TaskFrequencyPeriod PreviousDaysSuccess::Question::firstPeriod(PreviousSuccessType type) const {
   const auto count = numPeriods(type);
-  return count ? lastPeriod().add(1 - *count) : rules.period(createdDay);
+  return count ? lastPeriod().add(1 - *count, rules.timeZone) : rules.period(createdDay);
 }
 
 PreviousDaysSuccess PreviousDaysSuccess::fromLog(PreviousSuccessType type, TaskLogRows rows,
@@ -82,7 +82,7 @@ PreviousDaysSuccess PreviousDaysSuccess::fromLog(PreviousSuccessType type, TaskL
       rows, question.rules, {.minDate = first.startDate, .maxDate = last.finishDate});
   Samples samples;
   bool lastHasEntry = false;
-  auto walk = PeriodWalk::forwards(first);
+  auto walk = PeriodWalk::forwards(first, question.rules.timeZone);
   for (const PeriodEntry& entry : entries | std::views::reverse) {
     if (entry.periodStart == last.startDate.intValue()) lastHasEntry = true;
     if (entry.periodStart <= last.startDate.intValue() && walk.comesTo(entry)) {

@@ -88,33 +88,34 @@ std::vector<PeriodEntry> fullEntriesByPeriod(TaskLogRows rows, const TaskLogRule
     const TaskLogEntryType type = row.type();
     const auto date = isFull(type) ? row.date() : std::nullopt;
     if (!date) continue;
-    const YYYYMMDD start = rules.frequency.startOfPeriod(*date, rules.firstDayOfWeek);
+    const YYYYMMDD start = rules.startOfPeriod(*date);
     entries.add(PeriodEntry::of(start, &row - rows.data(), type));
   }
   return entries.take();
 }
 
-PeriodWalk PeriodWalk::forwards(const TaskFrequencyPeriod& from) {
-  return {from, true};
+PeriodWalk PeriodWalk::forwards(const TaskFrequencyPeriod& from, TimeZone timeZone) {
+  return {from, timeZone, true};
 }
 
-PeriodWalk PeriodWalk::backwards(const TaskFrequencyPeriod& from) {
-  return {from, false};
+PeriodWalk PeriodWalk::backwards(const TaskFrequencyPeriod& from, TimeZone timeZone) {
+  return {from, timeZone, false};
 }
 
-PeriodWalk::PeriodWalk(const TaskFrequencyPeriod& from, bool isForwards)
+PeriodWalk::PeriodWalk(const TaskFrequencyPeriod& from, TimeZone timeZone, bool isForwards)
     : at_(from),
+      timeZone_(timeZone),
       start_(from.startDate.intValue()),
       isForwards_(isForwards),
       canJump_(from.periodType != TaskFrequencyPeriodType::fortnight &&
-               !TimeZone::current().hasSkippedOrRepeatedDays()) {}
+               !timeZone.hasSkippedOrRepeatedDays()) {}
 
 bool PeriodWalk::isAhead(std::int64_t periodStart) const {
   return isForwards_ ? periodStart > start_ : periodStart < start_;
 }
 
 void PeriodWalk::step() {
-  at_ = isForwards_ ? at_.next() : at_.previous();
+  at_ = isForwards_ ? at_.next(timeZone_) : at_.previous(timeZone_);
   start_ = at_.startDate.intValue();
   hasStepped_ = true;
 }

@@ -40,19 +40,23 @@ using TaskLogRows = std::span<const TaskLogRow>;
 /// The rows whose `entryDate` lies in a stretch of days; an absent end is open.
 [[nodiscard]] TaskLogRows rowsWithin(TaskLogRows rows, const YYYYMMDD::Range& dates);
 
-/// By what a task's log is read: which period of the present frequency an entry falls into, and
-/// which of several entries stands for its period.
+/// By what a task's log is read: which period of the present frequency an entry falls into, which
+/// of several entries stands for its period, and which day is today.
 struct TaskLogRules {
   TaskFrequency frequency = {};
   HHMMSS startOfDay = HHMMSS::midnight;
   DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
   TimeZone timeZone = TimeZone::gmt();  ///< The task's current one.
   bool isNegative = false;
+  Date now;
 
   [[nodiscard]] TaskFrequencyPeriod period(YYYYMMDD date) const {
-    return frequency.period(date, firstDayOfWeek).period;
+    return frequency.period(date, firstDayOfWeek, timeZone).period;
   }
-  [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone); }
+  [[nodiscard]] YYYYMMDD startOfPeriod(YYYYMMDD date) const {
+    return frequency.startOfPeriod(date, firstDayOfWeek, timeZone);
+  }
+  [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone, now); }
 };
 
 /// The full entry that stands for a period.
@@ -98,18 +102,19 @@ class PeriodEntries {
 /// zone that skipped a day has no period on it, and fortnights of neighbouring days overlap.
 class PeriodWalk {
  public:
-  [[nodiscard]] static PeriodWalk forwards(const TaskFrequencyPeriod& from);
-  [[nodiscard]] static PeriodWalk backwards(const TaskFrequencyPeriod& from);
+  [[nodiscard]] static PeriodWalk forwards(const TaskFrequencyPeriod& from, TimeZone timeZone);
+  [[nodiscard]] static PeriodWalk backwards(const TaskFrequencyPeriod& from, TimeZone timeZone);
 
   [[nodiscard]] bool comesTo(const PeriodEntry& entry);
 
  private:
-  PeriodWalk(const TaskFrequencyPeriod& from, bool isForwards);
+  PeriodWalk(const TaskFrequencyPeriod& from, TimeZone timeZone, bool isForwards);
 
   [[nodiscard]] bool isAhead(std::int64_t periodStart) const;
   void step();
 
   TaskFrequencyPeriod at_;
+  TimeZone timeZone_;
   std::int64_t start_;
   bool isForwards_;
   bool canJump_;  ///< From one period to any other; the first step has to be taken, though.

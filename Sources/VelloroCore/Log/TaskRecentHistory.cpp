@@ -36,9 +36,10 @@ Status statusOf(const TaskFrequencyPeriod& period, const PeriodEntry* entry,
 Infos statuses(const TaskFrequencyPeriod& first, const std::vector<PeriodEntry>& entries,
                const TaskRecentHistory::Question& question, const YYYYMMDD& ref) {
   Infos infos;
-  const TaskFrequencyPeriod last = question.rules.period(question.to);
+  const TaskLogRules& rules = question.rules;
+  const TaskFrequencyPeriod last = rules.period(question.to);
   auto entry = entries.rbegin();  // from the oldest on
-  for (TaskFrequencyPeriod period = first; !(last < period); period = period.next()) {
+  for (TaskFrequencyPeriod period = first; !(last < period); period = period.next(rules.timeZone)) {
     const std::int64_t start = period.startDate.intValue();
     while (entry != entries.rend() && entry->periodStart < start) ++entry;
     const bool hasEntry = entry != entries.rend() && entry->periodStart == start;

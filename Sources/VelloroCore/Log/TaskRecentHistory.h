@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OxDateTime/StandIns.h"
 #include "VelloroCore/Frequency/TaskCalendarPeriodInfo.h"
 #include "VelloroCore/Log/PreviousDaysSuccess.h"
 
@@ -32,7 +33,7 @@ struct TaskRecentHistory {
   bool operator==(const TaskRecentHistory&) const = default;
   static constexpr auto codingKeys =
       keys(key("firstDayOfWeek", &TaskRecentHistory::firstDayOfWeek,
-               whenUnknown(&localesFirstDayOfWeek)),
+               whenUnknown(&firstDayOfWeekStandIn)),
            key("single", &TaskRecentHistory::single), key("multi", &TaskRecentHistory::multi),
            key("shortTerm", &TaskRecentHistory::shortTerm, initialWhenUnknown),
            key("longTerm", &TaskRecentHistory::longTerm, initialWhenUnknown));

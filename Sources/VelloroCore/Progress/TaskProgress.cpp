@@ -8,11 +8,22 @@ namespace velloro {
 namespace {
 
 template <typename Record>
-double progressPctOf(const Record& record) {
-  if constexpr (requires { record.progressPct(); }) {
+double progressPctOf(const Record& record, Date now) {
+  if constexpr (requires { record.progressPct(now); }) {
+    return record.progressPct(now);
+  } else if constexpr (requires { record.progressPct(); }) {
     return record.progressPct();
   } else {
     return record.progressPct;
+  }
+}
+
+template <typename Record>
+double remainingValueOf(const Record& record, Date now) {
+  if constexpr (requires { record.remainingValue(now); }) {
+    return record.remainingValue(now);
+  } else {
+    return record.remainingValue();
   }
 }
 
@@ -22,11 +33,11 @@ void TaskProgress::hash(Hasher& hasher) const {
   std::visit([&]<typename R>(const R& it) { hasher.combine(R::type, it); }, record);
 }
 
-std::string TaskProgress::debugDescription() const {
+std::string TaskProgress::debugDescription(Date now) const {
   return stringWithFormat(
       "TaskProgress[%s, %lld of %lld completions, %g of %g]",
-      platform::debugDescription(type()).c_str(), static_cast<long long>(numCompletions()),
-      static_cast<long long>(expectedCompletions()), currentValue(), targetValue());
+      platform::debugDescription(type()).c_str(), static_cast<long long>(numCompletions(now)),
+      static_cast<long long>(expectedCompletions()), currentValue(now), targetValue());
 }
 
 TaskProgressType TaskProgress::type() const {
@@ -55,13 +66,13 @@ std::int64_t TaskProgress::expectedCompletions() const {
       record);
 }
 
-std::int64_t TaskProgress::numCompletions() const {
+std::int64_t TaskProgress::numCompletions(Date now) const {
   return std::visit(
-      []<typename R>(const R& it) -> std::int64_t {
+      [&]<typename R>(const R& it) -> std::int64_t {
         if constexpr (requires { &R::numCompletions; }) {
           return std::invoke(&R::numCompletions, it);
         } else {
-          return progressPctOf(it) >= 1 ? 1 : 0;
+          return progressPctOf(it, now) >= 1 ? 1 : 0;
         }
       },
       record);
@@ -79,13 +90,13 @@ double TaskProgress::targetValue() const {
       record);
 }
 
-double TaskProgress::currentValue() const {
+double TaskProgress::currentValue(Date now) const {
   return std::visit(
-      []<typename R>(const R& it) -> double {
+      [&]<typename R>(const R& it) -> double {
         if constexpr (requires { &R::currentValue; }) {
           return std::invoke(&R::currentValue, it);
         } else {
-          return progressPctOf(it);
+          return progressPctOf(it, now);
         }
       },
       record);
@@ -103,24 +114,24 @@ double TaskProgress::valuePerCompletion() const {
       record);
 }
 
-double TaskProgress::remainingValue() const {
-  return std::visit([](const auto& it) { return it.remainingValue(); }, record);
+double TaskProgress::remainingValue(Date now) const {
+  return std::visit([&](const auto& it) { return remainingValueOf(it, now); }, record);
 }
 
-double TaskProgress::remainingValueForCurrentCompletion() const {
+double TaskProgress::remainingValueForCurrentCompletion(Date now) const {
   return std::visit(
-      []<typename R>(const R& it) -> double {
+      [&]<typename R>(const R& it) -> double {
         if constexpr (requires { it.remainingValueForCurrentCompletion(); }) {
           return it.remainingValueForCurrentCompletion();
         } else {
-          return it.remainingValue();
+          return remainingValueOf(it, now);
         }
       },
       record);
 }
 
-double TaskProgress::progressPct() const {
-  return std::visit([](const auto& it) { return progressPctOf(it); }, record);
+double TaskProgress::progressPct(Date now) const {
+  return std::visit([&](const auto& it) { return progressPctOf(it, now); }, record);
 }
 
 double TaskProgress::currentCompletionProgressPct() const {

@@ -23,9 +23,11 @@ concept TaskProgressRecord = std::same_as<decltype(T::type), const TaskProgressT
 ///
 ///     const TaskProgress progress =
 ///         TaskProgressDiscrete{.period = today, .expectedCompletions = 2, .numCompletions = 1};
-///     progress.progressPct();                           // 0.5
-///     progress.nextProgress().progressPct();            // 1
+///     progress.progressPct(now);                        // 0.5
+///     progress.nextProgress().progressPct(now);         // 1
 ///     if (const auto* timer = progress.as<TaskProgressTimer>()) …    // the record itself
+///
+/// Only a `TaskProgressDateRange` looks at `now`.
 ///
 /// A record has members for what is its own. Where it has none, it is one whole: one completion is
 /// expected and done when `progressPct` reaches 1, target and value per completion are 1, the
@@ -50,24 +52,24 @@ struct TaskProgress {
   /// The record's type and all its members.
   void hash(Hasher& hasher) const;
   /// "TaskProgress[discrete, 1 of 2 completions, 1 of 2]", with the current value and the target.
-  [[nodiscard]] std::string debugDescription() const;
+  [[nodiscard]] std::string debugDescription(Date now) const;
 
   [[nodiscard]] TaskProgressType type() const;
   [[nodiscard]] const DatedPeriod& period() const;
   void setPeriod(const DatedPeriod& period);
 
   [[nodiscard]] std::int64_t expectedCompletions() const;
-  [[nodiscard]] std::int64_t numCompletions() const;
+  [[nodiscard]] std::int64_t numCompletions(Date now) const;
 
   // Amounts, in the unit of the record.
   [[nodiscard]] double targetValue() const;
-  [[nodiscard]] double currentValue() const;
+  [[nodiscard]] double currentValue(Date now) const;
   [[nodiscard]] double valuePerCompletion() const;
-  [[nodiscard]] double remainingValue() const;
-  [[nodiscard]] double remainingValueForCurrentCompletion() const;
+  [[nodiscard]] double remainingValue(Date now) const;
+  [[nodiscard]] double remainingValueForCurrentCompletion(Date now) const;
 
   // Shares: 1 is complete.
-  [[nodiscard]] double progressPct() const;
+  [[nodiscard]] double progressPct(Date now) const;
   /// Of the completion under way.
   [[nodiscard]] double currentCompletionProgressPct() const;
 

@@ -2,6 +2,8 @@
 
 #include "Foundation/Coding/Coding.h"
 
+#include <algorithm>
+#include <limits>
 #include <type_traits>
 
 namespace velloro {
@@ -16,6 +18,14 @@ TaskProgress decodeBase(TaskProgressType type, const Decoder& from,
 }
 
 }  // namespace
+
+ExpectedCompletions expectedCompletionsStandIn(const Decoder& record) {
+  const auto none = [] { return std::int64_t{0}; };
+  const auto stored = record.find("numCompletions");
+  const auto done = stored ? stored->firstOf([&] { return stored->integer(); }, none) : 0;
+  constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+  return std::max<std::int64_t>(2, done < most ? done + 1 : most);
+}
 
 bool TaskProgressCodable::operator==(const TaskProgressCodable& other) const {
   return hashValue(*this) == hashValue(other);

@@ -15,14 +15,10 @@ Date TaskProgressDateRange::start() const {
 }
 
 Date TaskProgressDateRange::end() const {
-  return period.period.finishDate.nextDay().startOfDay(startOfDay, timeZone);
+  return period.period.finishDate.nextDay(timeZone).startOfDay(startOfDay, timeZone);
 }
 
-double TaskProgressDateRange::progressPct() const {
-  return progressPct(currentDate ? *currentDate : Date::now());
-}
-
-double TaskProgressDateRange::progressPct(Date at) const {
+double TaskProgressDateRange::progressPctAt(Date at) const {
   const Date first = start();
   const Date last = end();
   if (at < first) return 0;

@@ -2,6 +2,7 @@
 
 #include "Foundation/Time/Date.h"
 #include "Foundation/Time/TimeZone.h"
+#include "OxDateTime/StandIns.h"
 #include "VelloroCore/Frequency/DatedPeriod.h"
 #include "VelloroCore/Progress/TaskProgressDiscrete.h"
 #include "VelloroCore/Progress/TaskProgressType.h"
@@ -16,7 +17,7 @@ namespace velloro {
 ///     // Noon in Berlin, of a day that begins at midnight
 ///     const auto progress = TaskProgressDateRange::from(
 ///         {.period = today, .timeZone = berlin, .currentDate = noon, .enabled = true});
-///     progress.progressPct();    // 0.5
+///     progress.progressPct(now);    // 0.5, at any time
 struct TaskProgressDateRange {
   static constexpr TaskProgressType type = TaskProgressType::dateRange;
 
@@ -39,7 +40,7 @@ struct TaskProgressDateRange {
   bool operator==(const TaskProgressDateRange&) const = default;
   static constexpr auto codingKeys =
       keys(key("startOfDay", &TaskProgressDateRange::startOfDay, initialWhenUnknown),
-           key("timeZone", &TaskProgressDateRange::timeZone, whenUnknown(&TimeZone::current)),
+           key("timeZone", &TaskProgressDateRange::timeZone, whenUnknown(&timeZoneStandIn)),
            key("scale", &TaskProgressDateRange::scale, initialWhenUnknown),
            key("currentDate", &TaskProgressDateRange::currentDate),
            key("period", &TaskProgressDateRange::period));
@@ -49,9 +50,12 @@ struct TaskProgressDateRange {
   /// The instant at which the day behind the last one begins.
   [[nodiscard]] Date end() const;
 
-  [[nodiscard]] double progressPct(Date at) const;
-  [[nodiscard]] double progressPct() const;
-  [[nodiscard]] double remainingValue() const { return 1 - progressPct(); }
+  /// At an instant, whatever `currentDate` says.
+  [[nodiscard]] double progressPctAt(Date at) const;
+  [[nodiscard]] double progressPct(Date now) const {
+    return progressPctAt(currentDate.value_or(now));
+  }
+  [[nodiscard]] double remainingValue(Date now) const { return 1 - progressPct(now); }
 
   [[nodiscard]] TaskProgressDiscrete zeroProgress() const { return {.period = period}; }
   [[nodiscard]] TaskProgressDiscrete nextProgress() const { return completeProgress(); }

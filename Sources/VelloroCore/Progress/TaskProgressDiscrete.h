@@ -22,10 +22,11 @@ struct TaskProgressDiscrete {
   std::int64_t numCompletions = 0;
 
   bool operator==(const TaskProgressDiscrete&) const = default;
-  static constexpr auto codingKeys = keys(
-      key("period", &TaskProgressDiscrete::period),
-      key("expectedCompletions", &TaskProgressDiscrete::expectedCompletions, initialWhenUnknown),
-      key("numCompletions", &TaskProgressDiscrete::numCompletions, initialWhenUnknown));
+  static constexpr auto codingKeys =
+      keys(key("period", &TaskProgressDiscrete::period),
+           key("expectedCompletions", &TaskProgressDiscrete::expectedCompletions,
+               whenUnknown(&expectedCompletionsStandIn)),
+           key("numCompletions", &TaskProgressDiscrete::numCompletions, initialWhenUnknown));
 
   [[nodiscard]] double targetValue() const {
     return static_cast<double>(expectedCompletions.count);

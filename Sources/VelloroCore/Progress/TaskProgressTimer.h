@@ -39,7 +39,8 @@ struct TaskProgressTimer {
   static constexpr auto codingKeys =
       keys(key("period", &TaskProgressTimer::period),
            key("unit", &TaskProgressTimer::unit, whenUnknown(Unit::seconds)),
-           key("expectedCompletions", &TaskProgressTimer::expectedCompletions, initialWhenUnknown),
+           key("expectedCompletions", &TaskProgressTimer::expectedCompletions,
+               whenUnknown(&expectedCompletionsStandIn)),
            key("numCompletions", &TaskProgressTimer::numCompletions, initialWhenUnknown),
            key("totalTargetDuration", &TaskProgressTimer::totalTargetDuration, initialWhenUnknown),
            key("currentCompletionDuration", &TaskProgressTimer::currentCompletionDuration,

@@ -52,4 +52,8 @@ struct ExpectedCompletions {
   }
 };
 
+/// What stands in for a count of which nothing is known: one more than the record says are done,
+/// and at least 2, so that neither what is done nor the next step makes the task look complete.
+[[nodiscard]] ExpectedCompletions expectedCompletionsStandIn(const Decoder& record);
+
 }  // namespace velloro

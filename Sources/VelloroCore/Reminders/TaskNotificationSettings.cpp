@@ -123,8 +123,8 @@ std::vector<Date> TaskNotificationSettings::sortedEstimatedRelevantTimes(
 
   std::vector<Date> times;
   for (YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, from, timeZone); day <= last;
-       day = day.nextDay()) {
-    const DayOfWeek weekday = day.dayOfWeek();
+       day = day.nextDay(timeZone)) {
+    const DayOfWeek weekday = day.dayOfWeek(timeZone);
     for (const TaskReminder& reminder : reminders) {
       const Trigger& trigger = reminder.trigger;
       const bool isOfDay = trigger.type == type && reminder.daysOfWeek.contains(weekday);
@@ -139,11 +139,11 @@ std::vector<Date> TaskNotificationSettings::sortedEstimatedRelevantTimes(
 
 std::vector<TaskReminder> TaskNotificationSettings::remainingTimeOfDayReminders(
     std::span<const Date> recentCompletionTimes, TimeInterval allowance, HHMMSS startOfDay,
-    std::optional<TimeZone> timeZone) const {
+    TimeZone timeZone, Date now) const {
   std::vector<TaskReminder> remaining = timeOfDayReminders();
   const auto dealtWith = dealtWithUntil(recentCompletionTimes, allowance);
   if (!dealtWith) return remaining;
-  const YYYYMMDD today = YYYYMMDD::today(startOfDay, timeZone);
+  const YYYYMMDD today = YYYYMMDD::today(startOfDay, timeZone, now);
   std::erase_if(remaining, [&](const TaskReminder& reminder) {
     const auto& time = reminder.trigger.timeOfDay;
     return time && today.dateAt(startOfDay, *time, timeZone) <= *dealtWith;
@@ -152,9 +152,9 @@ std::vector<TaskReminder> TaskNotificationSettings::remainingTimeOfDayReminders(
 }
 
 std::vector<TimerReminderTime> TaskNotificationSettings::sortedPendingTimerReminderTimes(
-    TimeInterval totalDurationForPartialCompletion, Date currentFinishDate) const {
+    TimeInterval totalDurationForPartialCompletion, Date currentFinishDate, Date now) const {
   const Date start = currentFinishDate - totalDurationForPartialCompletion;
-  const Date after = std::max(start, Date::now());
+  const Date after = std::max(start, now);
   std::vector<TimerReminderTime> times;
   for (const TaskReminder& reminder : reminders) {
     const auto time =
@@ -165,18 +165,17 @@ std::vector<TimerReminderTime> TaskNotificationSettings::sortedPendingTimerRemin
   return times;
 }
 
-TaskNotificationSettings TaskNotificationSettings::snoozeNow(
-    const UniqueID& reminderId, HHMMSS startOfDay, std::optional<TimeZone> timeZone,
-    NotificationTimeZone notificationTimeZone) const {
-  const Date now = Date::now();
-  const YYYYMMDD today = YYYYMMDD::fromDate(startOfDay, now, timeZone);
+TaskNotificationSettings TaskNotificationSettings::snoozeNow(const UniqueID& reminderId,
+                                                             const SnoozeRequest& request) const {
+  const YYYYMMDD today = YYYYMMDD::today(request.startOfDay, request.timeZone, request.now);
+  const HHMMSS time = HHMMSS::now(request.deviceTimeZone, request.now);
   TaskNotificationSettings settings = *this;
   settings.liveActivityDisplayMode = LiveActivityDisplayMode::automatic;
   for (TaskReminder& reminder : settings.reminders) {
     if (reminder.uniqueId != reminderId) continue;
-    reminder = reminder.withSnooze(today, HHMMSS::fromDate(now), reminder.snoozeTimeZone)
+    reminder = reminder.withSnooze(today, time, reminder.snoozeTimeZone)
                    .with(reminder.daysOfWeek, reminder.trigger);
-    reminder.timeZone = notificationTimeZone;
+    reminder.timeZone = request.notificationTimeZone;
   }
   return settings;
 }

@@ -27,12 +27,11 @@ struct TimerReminderTime {
 ///
 ///     const auto settings = TaskNotificationSettings::default_(
 ///         DefaultSettingsTaskType::timer(600), NotificationTimeZone::taskOwner);
-///     settings.sortedPendingTimerReminderTimes(600, Date::now() + 600);
+///     settings.sortedPendingTimerReminderTimes(600, now + 600, now);
 ///     // one: 60 seconds remain, at nine minutes from now
 ///
-/// Where a function takes a time zone, absent means the device's current one. Completion times come
-/// in any order; the latest of them also deals with what is due in the `allowance` seconds behind
-/// it.
+/// Completion times come in any order; the latest of them also deals with what is due in the
+/// `allowance` seconds behind it.
 struct TaskNotificationSettings {
   BadgeMode badgeMode = BadgeMode::doNotInclude;
   std::optional<HHMMSS> badgeFrom = {}, badgeTo = {};  ///< Absent: open on that side.
@@ -72,7 +71,7 @@ struct TaskNotificationSettings {
     Date from;
     Date to;
     HHMMSS startOfDay;
-    std::optional<TimeZone> timeZone = {};
+    TimeZone timeZone = TimeZone::gmt();
     std::span<const Date> recentCompletionTimes = {};
     TimeInterval allowance = 0;
   };
@@ -86,19 +85,26 @@ struct TaskNotificationSettings {
   /// with the very end of the allowance. Their days are not looked at.
   [[nodiscard]] std::vector<TaskReminder> remainingTimeOfDayReminders(
       std::span<const Date> recentCompletionTimes, TimeInterval allowance, HHMMSS startOfDay,
-      std::optional<TimeZone> timeZone = {}) const;
+      TimeZone timeZone, Date now) const;
 
   /// What is still to be told of a timer that runs: after now, and strictly between its start and
   /// its finish.
   [[nodiscard]] std::vector<TimerReminderTime> sortedPendingTimerReminderTimes(
-      TimeInterval totalDurationForPartialCompletion, Date currentFinishDate) const;
+      TimeInterval totalDurationForPartialCompletion, Date currentFinishDate, Date now) const;
 
+  /// By whose clocks a reminder is put off.
+  struct SnoozeRequest {
+    HHMMSS startOfDay;
+    TimeZone timeZone;        ///< The task's.
+    TimeZone deviceTimeZone;  ///< That of the clock that its user sees.
+    NotificationTimeZone notificationTimeZone;
+    Date now;
+  };
   /// The settings with one reminder put off: from now by the device's clock, on the present logical
   /// day of the task. The reminder comes to stand in `notificationTimeZone` and loses its day
   /// indexes, and `liveActivityDisplayMode` becomes automatic.
-  [[nodiscard]] TaskNotificationSettings snoozeNow(const UniqueID& reminderId, HHMMSS startOfDay,
-                                                   std::optional<TimeZone> timeZone,
-                                                   NotificationTimeZone notificationTimeZone) const;
+  [[nodiscard]] TaskNotificationSettings snoozeNow(const UniqueID& reminderId,
+                                                   const SnoozeRequest& request) const;
 
   bool operator==(const TaskNotificationSettings&) const = default;
   static constexpr auto codingKeys = [] {

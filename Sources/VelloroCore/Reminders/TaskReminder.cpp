@@ -54,7 +54,7 @@ TaskReminder TaskReminder::withSnooze(std::optional<YYYYMMDD> date, std::optiona
 }
 
 TaskReminder TaskReminder::convert(NotificationTimeZone to, TimeZone ownerTimeZone,
-                                   TimeZone viewerTimeZone) const {
+                                   TimeZone viewerTimeZone, Date now) const {
   const bool isTimed =
       trigger.type == TriggerType::timeOfDay || trigger.type == TriggerType::timeOfDayMuted;
   if (timeZone == to || !isTimed || !trigger.timeOfDay) return *this;
@@ -62,7 +62,7 @@ TaskReminder TaskReminder::convert(NotificationTimeZone to, TimeZone ownerTimeZo
   const bool isForViewer = to == NotificationTimeZone::taskViewer;
   const TimeZone source = isForViewer ? ownerTimeZone : viewerTimeZone;
   const TimeZone target = isForViewer ? viewerTimeZone : ownerTimeZone;
-  const YYYYMMDD today = YYYYMMDD::today(HHMMSS::midnight, source);
+  const YYYYMMDD today = YYYYMMDD::today(HHMMSS::midnight, source, now);
   const Date moment = today.dateAt(HHMMSS::midnight, *trigger.timeOfDay, source);
   const YYYYMMDD newDay = YYYYMMDD::fromDate(HHMMSS::midnight, moment, target);
 

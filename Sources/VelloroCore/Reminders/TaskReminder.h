@@ -29,7 +29,8 @@ namespace velloro {
 ///         .trigger = TaskReminder::Trigger::fromTimeOfDay({.h = 23, .m = 30}),
 ///         .daysOfWeek = {DayOfWeek::monday}};
 ///     // For someone four hours further east, it is half past three on Tuesday:
-///     reminder.convert(NotificationTimeZone::taskViewer, ownerTimeZone, viewerTimeZone);
+///     reminder.convert(NotificationTimeZone::taskViewer, ownerTimeZone, viewerTimeZone,
+///                      now);
 struct TaskReminder {
   enum class TriggerType : std::int8_t {
     timeOfDay,
@@ -105,7 +106,7 @@ struct TaskReminder {
   /// A reminder that stands in the zone already, or has no time of day, is returned as it is; one
   /// with `timeZone` absent counts as standing in the other zone.
   [[nodiscard]] TaskReminder convert(NotificationTimeZone to, TimeZone ownerTimeZone,
-                                     TimeZone viewerTimeZone) const;
+                                     TimeZone viewerTimeZone, Date now) const;
 };
 
 constexpr auto rawValues(std::type_identity<TaskReminder::TriggerType>) {

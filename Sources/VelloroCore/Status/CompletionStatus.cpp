@@ -130,13 +130,13 @@ Status Status::completedStatus() const {
 }
 
 StreakedCompletionStatus CompletionStatus::applyEntryType(const StreakRecord& streak,
-                                                          TaskLogEntryType type) const {
+                                                          TaskLogEntryType type, Date now) const {
   const EntryRule* rule = ruleFor(status, type);
   if (!rule) return {*this, streak};
   if (rule->when == When::isNotClean && status.kind == rule->status.kind) return {*this, streak};
 
   const TaskProgress newProgress = changed(progress(), rule->progress);
-  const bool fills = !(progress().progressPct() >= 1) && newProgress.progressPct() >= 1;
+  const bool fills = !(progress().progressPct(now) >= 1) && newProgress.progressPct(now) >= 1;
   if (rule->when == When::stepFillsProgress && !fills) return {{status, newProgress}, streak};
 
   const bool counts = rule->run != RunChange::increment || status != rule->status;
@@ -144,15 +144,17 @@ StreakedCompletionStatus CompletionStatus::applyEntryType(const StreakRecord& st
 }
 
 StreakedCompletionStatus CompletionStatus::nextCompletionStatus(const StreakRecord& streak,
-                                                                bool isPartialCompletion) const {
+                                                                bool isPartialCompletion,
+                                                                Date now) const {
   using enum TaskLogEntryType;
   const auto full = isNegative() ? missedManuallyFull : completedManuallyFull;
   const auto partial = isNegative() ? missedManuallyPartial : completedManuallyPartial;
-  return applyEntryType(streak, isPartialCompletion ? partial : full);
+  return applyEntryType(streak, isPartialCompletion ? partial : full, now);
 }
 
-StreakedCompletionStatus CompletionStatus::nextCompletionStatus(
-    const StreakRecord& streak, TimeInterval pendingTimerDuration) const {
+StreakedCompletionStatus CompletionStatus::nextCompletionStatus(const StreakRecord& streak,
+                                                                TimeInterval pendingTimerDuration,
+                                                                Date now) const {
   const auto* timer = progress().as<TaskProgressTimer>();
   if (!timer || !(pendingTimerDuration > 0)) return {*this, streak};
   TaskProgressTimer running = *timer;
@@ -160,7 +162,7 @@ StreakedCompletionStatus CompletionStatus::nextCompletionStatus(
   const double behind =
       difference(running.currentCompletionDuration, running.durationPerCompletion());
   if (behind < 0) return {{status, running}, streak};
-  return nextCompletionStatus(streak, /*isPartialCompletion=*/true);
+  return nextCompletionStatus(streak, /*isPartialCompletion=*/true, now);
 }
 
 }  // namespace velloro

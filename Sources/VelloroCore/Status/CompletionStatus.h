@@ -111,14 +111,16 @@ struct CompletionStatus {
   /// What one entry of the log makes of the status and of the run that goes with it. Entries that
   /// say nothing of a task of this kind, such as a skip of a negative one, change nothing.
   [[nodiscard]] StreakedCompletionStatus applyEntryType(const StreakRecord& streak,
-                                                        TaskLogEntryType type) const;
+                                                        TaskLogEntryType type, Date now) const;
   /// What the next tap gives: a step or all of the completion, or of the miss of a negative task.
   [[nodiscard]] StreakedCompletionStatus nextCompletionStatus(const StreakRecord& streak,
-                                                              bool isPartialCompletion) const;
+                                                              bool isPartialCompletion,
+                                                              Date now) const;
   /// What a running timer gives that has so many seconds yet to be counted in. When they finish the
   /// completion under way that is one step, whatever is over. A progress that is not timed stays.
-  [[nodiscard]] StreakedCompletionStatus nextCompletionStatus(
-      const StreakRecord& streak, TimeInterval pendingTimerDuration) const;
+  [[nodiscard]] StreakedCompletionStatus nextCompletionStatus(const StreakRecord& streak,
+                                                              TimeInterval pendingTimerDuration,
+                                                              Date now) const;
 };
 
 constexpr auto rawValues(std::type_identity<CompletionStatus::Status::Kind>) {

@@ -42,7 +42,7 @@ class OpenPeriods {
   using Amount = std::pair<std::int64_t, double>;
 
   [[nodiscard]] std::int64_t startOf(YYYYMMDD date) const {
-    return rules_.frequency.startOfPeriod(date, rules_.firstDayOfWeek).intValue();
+    return rules_.startOfPeriod(date).intValue();
   }
 
   const TaskLogRules& rules_;
@@ -53,8 +53,7 @@ class OpenPeriods {
 /// What the skip mode of a period depends on, in a log that grows by closings from the oldest on.
 class CompletedDays {
  public:
-  CompletedDays(TaskLogRows rows, const TaskLogRules& rules)
-      : rows_(rows), isNegative_(rules.isNegative), today_(rules.today()) {}
+  CompletedDays(TaskLogRows rows, const TaskLogRules& rules) : rows_(rows), rules_(rules) {}
 
   void add(const PeriodClosing& closing) {
     if (isCompletedFull(closing.type)) closed_.push_back(closing.date);
@@ -64,7 +63,7 @@ class CompletedDays {
     const YYYYMMDD::Range dates{.minDate = from, .maxDate = to};
     if (counted_ != dates) {
       counted_ = dates;
-      inLog_ = NumUniqueCompletions::fromLog(rows_, isNegative_, from, to, today_);
+      inLog_ = NumUniqueCompletions::fromLog(rows_, rules_, from, to);
     }
     auto sum = inLog_;
     sum.count += std::ranges::upper_bound(closed_, to) - std::ranges::lower_bound(closed_, from);
@@ -78,15 +77,15 @@ class CompletedDays {
 
  private:
   TaskLogRows rows_;
-  bool isNegative_;
-  YYYYMMDD today_;
+  const TaskLogRules& rules_;
   std::vector<YYYYMMDD> closed_;
   std::optional<YYYYMMDD::Range> counted_;
   NumUniqueCompletions inLog_;
 };
 
 YYYYMMDD closingDay(const TaskFrequencyPeriod& period, const TaskLogRules& rules) {
-  for (YYYYMMDD day = period.finishDate; period.startDate < day; day = day.add(-1)) {
+  for (YYYYMMDD day = period.finishDate; period.startDate < day;
+       day = day.add(-1, rules.timeZone)) {
     if (rules.period(day) == period) return day;
   }
   return period.startDate;
@@ -124,19 +123,20 @@ UniqueID closingEntryID(const UniqueID& task, YYYYMMDD periodStart) {
 TaskFrequencyPeriod PeriodClosings::firstPeriod() const {
   const YYYYMMDD from = std::max(since, createdDay);
   const TaskFrequencyPeriod period = rules.period(from);
-  const TaskFrequencyPeriod next = period.next();
+  const TaskFrequencyPeriod next = period.next(rules.timeZone);
   if (period.endsBefore(next.startDate)) return period;
-  return next.startsAfter(from) ? rules.period(next.startDate.add(-next.numberOfDays())) : next;
+  if (!next.startsAfter(from)) return next;
+  return rules.period(next.startDate.add(-next.numberOfDays(rules.timeZone), rules.timeZone));
 }
 
 YYYYMMDD PeriodClosings::firstDay() const {
   const YYYYMMDD start = firstPeriod().startDate;
   const DayMode mode = rules.frequency.dayMode;
   if (mode == DayMode::dayInterval)
-    return start.add(-TaskFrequency::dailyCompletionMaxIntervalDays);
+    return start.add(-TaskFrequency::dailyCompletionMaxIntervalDays, rules.timeZone);
   const auto counted = periodTypeForCompletionCountCalculation(mode);
-  if (counted == TaskFrequencyPeriodType::fortnight) return start.add(-14);
-  return std::min(start, firstDate(counted, start, rules.firstDayOfWeek));
+  if (counted == TaskFrequencyPeriodType::fortnight) return start.add(-14, rules.timeZone);
+  return std::min(start, firstDate(counted, start, rules.firstDayOfWeek, rules.timeZone));
 }
 
 std::vector<PeriodClosing> PeriodClosings::fromLog(TaskLogRows rows) const {
@@ -153,7 +153,8 @@ std::vector<PeriodClosing> PeriodClosings::fromLog(TaskLogRows rows) const {
                                   .lastCompletedDate = last};
   const YYYYMMDD today = rules.today();
   std::vector<PeriodClosing> closings;
-  for (auto period = firstPeriod(); period.endsBefore(today); period = period.next()) {
+  for (auto period = firstPeriod(); period.endsBefore(today);
+       period = period.next(rules.timeZone)) {
     if (!periods.isOpen(period)) continue;
     closings.push_back({.period = period,
                         .date = closingDay(period, rules),
@@ -170,7 +171,7 @@ std::optional<TaskTemporalData> afterClosing(const TaskTemporalData& before, Tas
   if (closings.empty()) return before;
   const TaskFrequencyPeriod& first = closings.front().period;
   if (first.periodType == TaskFrequencyPeriodType::fortnight ||
-      TimeZone::current().hasSkippedOrRepeatedDays()) {
+      rules.timeZone.hasSkippedOrRepeatedDays()) {
     return std::nullopt;
   }
   const auto entries = fullEntriesByPeriod(rows, rules, {});

@@ -66,12 +66,12 @@ StreakRecord StreakRecord::adjust(const TaskFrequencyPeriod& from, const TaskFre
   return changed(completion_status_detail::rowOf(finalCompletionStatus).whenPeriodEnds);
 }
 
-std::optional<std::string> StreakRecord::localizedCurrent() const {
-  return current < 1 ? std::nullopt : std::optional(localizedCurrentWithZero());
+std::optional<std::string> StreakRecord::localizedCurrent(const Locale& locale) const {
+  return current < 1 ? std::nullopt : std::optional(localizedCurrentWithZero(locale));
 }
 
-std::string StreakRecord::localizedCurrentWithZero() const {
-  return FormatManager::shared().integerFormatter.string(current);
+std::string StreakRecord::localizedCurrentWithZero(const Locale& locale) const {
+  return FormatManager::shared(locale).integerFormatter.string(current);
 }
 
 std::string StreakRecord::localizedWithMeasurementDuration(

@@ -75,8 +75,8 @@ struct StreakRecord {
                                     const CompletionStatus::Status& finalCompletionStatus) const;
 
   /// The current run's number; absent below 1.
-  [[nodiscard]] std::optional<std::string> localizedCurrent() const;
-  [[nodiscard]] std::string localizedCurrentWithZero() const;
+  [[nodiscard]] std::optional<std::string> localizedCurrent(const Locale& locale) const;
+  [[nodiscard]] std::string localizedCurrentWithZero(const Locale& locale) const;
   /// The current run in words, as a number of periods of that type: "9 weeks".
   [[nodiscard]] std::string localizedWithMeasurementDuration(
       TaskFrequencyPeriodType measurementDuration) const;

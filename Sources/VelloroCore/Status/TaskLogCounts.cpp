@@ -9,8 +9,9 @@ namespace {
 TaskFrequency::DaysInPeriodCallbackResponse daysInPeriod(const TaskFrequencyPeriod& period,
                                                          const WillSkipQuestion& question) {
   const auto type = periodTypeForCompletionCountCalculation(question.rules.frequency.dayMode);
-  const YYYYMMDD from = firstDate(type, period.startDate, period.firstDayOfWeek);
-  const YYYYMMDD to = lastDate(type, period.startDate, period.firstDayOfWeek);
+  const TimeZone zone = question.rules.timeZone;
+  const YYYYMMDD from = firstDate(type, period.startDate, period.firstDayOfWeek, zone);
+  const YYYYMMDD to = lastDate(type, period.startDate, period.firstDayOfWeek, zone);
   // A day that is only clean so far does not count against the target yet.
   return {.firstDayOfWeek = period.firstDayOfWeek,
           .numUniqueCompletions = question.numUniqueCompletions(from, to).certainCount(),
@@ -22,10 +23,11 @@ TaskFrequency::DaysInPeriodCallbackResponse daysInPeriod(const TaskFrequencyPeri
 
 }  // namespace
 
-NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, bool isNegative, YYYYMMDD from,
-                                                   YYYYMMDD to, YYYYMMDD today) {
+NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, const TaskLogRules& rules,
+                                                   YYYYMMDD from, YYYYMMDD to) {
+  const YYYYMMDD today = rules.today();
   NumUniqueCompletions result;
-  PeriodEntries days(isNegative);
+  PeriodEntries days(rules.isNegative);
   for (const TaskLogRow& row : rowsWithin(rows, {.minDate = from, .maxDate = to})) {
     const TaskLogEntryType type = row.type();
     const auto day = isFull(type) ? YYYYMMDD::fromRawValue(row.entryDate) : std::nullopt;
@@ -33,13 +35,14 @@ NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, bool isNega
   }
   bool todayHasEntry = false;
   auto walk = PeriodWalk::forwards(
-      TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, from, DayOfWeek::sunday));
+      TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, from, DayOfWeek::sunday),
+      rules.timeZone);
   const auto entries = days.take();
   for (const PeriodEntry& day : entries | std::views::reverse) {
     if (day.periodStart == today.intValue()) todayHasEntry = true;
     if (walk.comesTo(day) && isCompletedFull(day.type)) ++result.count;
   }
-  result.assumesToday = isNegative && from <= today && today <= to && !todayHasEntry;
+  result.assumesToday = rules.isNegative && from <= today && today <= to && !todayHasEntry;
   if (result.assumesToday) ++result.count;
   return result;
 }
@@ -60,17 +63,18 @@ SkipMode willSkip(const TaskFrequencyPeriod& period, const WillSkipQuestion& que
   }
   const TaskLogRules& rules = question.rules;
   const auto lastPeriod = [&](const TaskFrequencyPeriod& asked) {
-    const auto day = question.lastCompletedDate(asked.previous().finishDate);
+    const auto day = question.lastCompletedDate(asked.previous(rules.timeZone).finishDate);
     if (!day) return TaskFrequency::DayIntervalResponse{};
     return TaskFrequency::DayIntervalResponse{
-        rules.frequency.period(*day, asked.firstDayOfWeek).period};
+        rules.frequency.period(*day, asked.firstDayOfWeek, rules.timeZone).period};
   };
   return rules.frequency.shouldSkipPeriod(
       {.period = period,
        .startOfDay = rules.startOfDay,
        .timeZone = rules.timeZone,
        .daysInPeriodCallback = [&](const auto& asked) { return daysInPeriod(asked, question); },
-       .dayIntervalCallback = lastPeriod});
+       .dayIntervalCallback = lastPeriod,
+       .now = rules.now});
 }
 
 }  // namespace velloro

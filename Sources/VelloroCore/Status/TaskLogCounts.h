@@ -23,8 +23,8 @@ struct NumUniqueCompletions {
 
   /// Of several full entries of one day, the one that `isFullEntryBefore` puts first counts, in any
   /// order of the rows.
-  [[nodiscard]] static NumUniqueCompletions fromLog(TaskLogRows rows, bool isNegative,
-                                                    YYYYMMDD from, YYYYMMDD to, YYYYMMDD today);
+  [[nodiscard]] static NumUniqueCompletions fromLog(TaskLogRows rows, const TaskLogRules& rules,
+                                                    YYYYMMDD from, YYYYMMDD to);
 };
 
 /// The day of the newest full completion up to a day; absent when there is none.

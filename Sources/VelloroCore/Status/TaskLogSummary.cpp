@@ -3,6 +3,7 @@
 #include "VelloroCore/Log/LogEntryRules.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <ranges>
 
@@ -32,7 +33,7 @@ Pass passOver(TaskLogRows rows, const TaskLogRules& rules, const YYYYMMDD& lastP
   for (const TaskLogRow& row : rows) {
     const auto date = row.date();
     if (!date) continue;
-    const YYYYMMDD start = rules.frequency.startOfPeriod(*date, rules.firstDayOfWeek);
+    const YYYYMMDD start = rules.startOfPeriod(*date);
     if (!pass.newest) pass.newest = date;
     pass.oldest = date;
     const TaskLogEntryType type = row.type();
@@ -61,7 +62,7 @@ struct NewestEntries {
 NewestEntries newestEntries(const Pass& pass, const TaskLogRules& rules) {
   NewestEntries found;
   const std::int64_t newest = rules.period(*pass.newest).startDate.intValue();
-  auto walk = PeriodWalk::forwards(rules.period(*pass.oldest));
+  auto walk = PeriodWalk::forwards(rules.period(*pass.oldest), rules.timeZone);
   for (const PeriodEntry& entry : pass.entries | std::views::reverse) {
     if (entry.periodStart <= newest && walk.comesTo(entry)) found.take(entry);
   }
@@ -78,7 +79,7 @@ StreakRecord runs(const Pass& pass, const TaskLogRules& rules,
     run = 0;
   };
   const std::int64_t oldest = rules.period(*pass.oldest).startDate.intValue();
-  auto walk = PeriodWalk::backwards(lastPeriod);
+  auto walk = PeriodWalk::backwards(lastPeriod, rules.timeZone);
   for (const PeriodEntry& entry : pass.entries) {
     if (entry.periodStart < oldest || !walk.comesTo(entry)) continue;
     if (isCompletedFull(entry.type)) ++run;
@@ -161,6 +162,22 @@ std::optional<double> amountInPeriod(TaskLogRows rows, const TaskLogRules& rules
     if (date && rules.period(*date) == period) return row.progressTotal;
   }
   return std::nullopt;
+}
+
+std::optional<double> enteredAmount(TaskLogRows rows, const TaskLogRules& rules,
+                                    const TaskFrequencyPeriod& period, double kept) {
+  constexpr double closeness = 0.00001;
+  double total = 0;
+  bool isEntered = std::abs(kept) < closeness;
+  const auto within = rowsWithin(rows, {.minDate = period.startDate, .maxDate = period.finishDate});
+  for (const TaskLogRow& row : within | std::views::reverse) {
+    const double amount = LogStep{row.type(), row.progress}.counted(rules.isNegative);
+    const auto date = amount != 0 ? row.date() : std::nullopt;
+    if (!date || rules.period(*date) != period) continue;
+    total += amount;
+    isEntered = isEntered || std::abs(kept - total) < closeness;
+  }
+  return isEntered ? std::optional(total) : std::nullopt;
 }
 
 }  // namespace velloro

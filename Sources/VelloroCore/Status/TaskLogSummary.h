@@ -66,4 +66,10 @@ struct TaskLogSummary {
 [[nodiscard]] std::optional<double> amountInPeriod(TaskLogRows rows, const TaskLogRules& rules,
                                                    const TaskFrequencyPeriod& period);
 
+/// The same for a task whose amount is read from health data, where entries made by hand stand in
+/// until that is done: absent where `kept` is an amount that the period's entries never added up
+/// to, and so was read.
+[[nodiscard]] std::optional<double> enteredAmount(TaskLogRows rows, const TaskLogRules& rules,
+                                                  const TaskFrequencyPeriod& period, double kept);
+
 }  // namespace velloro

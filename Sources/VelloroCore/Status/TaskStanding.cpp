@@ -27,8 +27,8 @@ TaskProgressTimer::Unit timerUnit(const AutomaticTaskType& type) {
   return Unit::seconds;
 }
 
-TaskProgress full(const TaskProgress& progress) {
-  return progress.progressPct() >= 1 ? progress : progress.completeProgress();
+TaskProgress full(const TaskProgress& progress, Date now) {
+  return progress.progressPct(now) >= 1 ? progress : progress.completeProgress();
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ bool TaskStanding::isSettled(const TaskFrequencyPeriod& current) const {
 }
 
 TaskProgress TaskStanding::progress(const TaskFrequencyPeriod& period) const {
-  const DatedPeriod dated = period.latestPossibleDatedPeriod(startOfDay, timeZone);
+  const DatedPeriod dated = period.latestPossibleDatedPeriod(startOfDay, timeZone, now);
   const std::int64_t expected = frequency.numPartialCompletions;
   const double stored = isIn(temporal.progressDate, period) ? temporal.progress : 0;
   const DatedPeriod current = currentPeriod();
@@ -105,11 +105,12 @@ CompletionStatus TaskStanding::completionStatus(const TaskFrequencyPeriod& perio
   };
   if (period != currentPeriod().period) return open();
   if (isNegative) {
-    if (isIn(temporal.lastMissed, period)) return {Status::negativeMiss, full(reached)};
-    if (isIn(temporal.lastSkipped, period)) return {Status::negativeAllowedMiss, full(reached)};
+    if (isIn(temporal.lastMissed, period)) return {Status::negativeMiss, full(reached, now)};
+    if (isIn(temporal.lastSkipped, period))
+      return {Status::negativeAllowedMiss, full(reached, now)};
     return open();
   }
-  if (isIn(temporal.lastCompleted, period)) return {Status::positiveComplete, full(reached)};
+  if (isIn(temporal.lastCompleted, period)) return {Status::positiveComplete, full(reached, now)};
   if (isIn(temporal.lastMissed, period)) return {Status::positiveMiss, reached};
   if (isIn(temporal.lastSkipped, period)) return {Status::positiveSkip, reached};
   return open();

@@ -31,9 +31,11 @@ struct RunningTimer {
 /// Where a task stands, by what is kept of its log. A period other than the current one has nothing
 /// kept of it, and shows as open, or, of a negative task, as clean.
 ///
-///     const TaskStanding task{.frequency = thriceADay, .temporal = {.streak = StreakRecord(4,
-///     9)}}; const auto status = task.streakedCompletionStatus(task.currentPeriod().period,
-///     willSkip); status.streak.current;    // 4; of a negative task without an entry today, 5
+///     const TaskStanding task{
+///         .frequency = thriceADay, .temporal = {.streak = StreakRecord(4, 9)}, .now = now};
+///     const auto status =
+///         task.streakedCompletionStatus(task.currentPeriod().period, willSkip);
+///     status.streak.current;    // 4; of a negative task without an entry today, 5
 struct TaskStanding {
   TaskFrequency frequency = {};
   HHMMSS startOfDay = HHMMSS::midnight;
@@ -44,6 +46,7 @@ struct TaskStanding {
   double typeTarget = 0;  ///< In the automatic type's unit.
   TaskTemporalData temporal = {};
   std::optional<RunningTimer> runningTimer = {};
+  Date now;
 
   /// What a period turns into if it ends as it stands; asked for open and clean periods alone,
   /// since the answer may have to be read from the log.
@@ -55,11 +58,12 @@ struct TaskStanding {
             .startOfDay = startOfDay,
             .firstDayOfWeek = firstDayOfWeek,
             .timeZone = timeZone,
-            .isNegative = isNegative};
+            .isNegative = isNegative,
+            .now = now};
   }
-  [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone); }
+  [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone, now); }
   [[nodiscard]] DatedPeriod currentPeriod() const {
-    return frequency.currentPeriod(startOfDay, firstDayOfWeek, timeZone);
+    return frequency.currentPeriod(startOfDay, firstDayOfWeek, timeZone, now);
   }
   [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period) const;
   [[nodiscard]] CompletionStatus completionStatus(const TaskFrequencyPeriod& period,

@@ -155,8 +155,8 @@ std::string formattedMass(const NSMeasurementFormatter& formatter, double quanti
 
 }  // namespace
 
-const FormatManager& FormatManager::shared() {
-  return keptForLocale<made>();
+const FormatManager& FormatManager::shared(const Locale& locale) {
+  return keptForLocale<made>(locale);
 }
 
 std::optional<std::string> FormatManager::formattedDurationForTimedTaskConfiguration(

@@ -12,11 +12,11 @@
 
 namespace velloro {
 
-/// The one set of formatters for what the program shows. They are those of the device's locale,
-/// made at first use and kept for the life of the process; each loads what it needs when it first
-/// writes something. Safe from any thread.
+/// The formatters for what the program shows: one set for each locale, made at first use and kept
+/// for the life of the process; each formatter loads what it needs when it first writes something.
+/// Safe from any thread.
 ///
-///     const FormatManager& formats = FormatManager::shared();
+///     const FormatManager& formats = FormatManager::shared(locale);
 ///     formats.integerFormatter.string(1234);                     // "1,234"
 ///     formats.integerDeficitFormatter.string(500);               // "+500"
 ///     formats.timeFormatter.string(date, task.timeZone);         // "10:00 PM"
@@ -24,8 +24,7 @@ namespace velloro {
 ///
 /// An amount's digits behind the decimal mark are "least-most" in the comments below.
 struct FormatManager {
-  /// Those of the device's locale as it is now.
-  [[nodiscard]] static const FormatManager& shared();
+  [[nodiscard]] static const FormatManager& shared(const Locale& locale);
 
   // Numbers.
   NSNumberFormatter integerFormatter;

@@ -13,7 +13,7 @@ bool isGiven(const std::optional<std::string>& title) {
   return title && !title->empty();
 }
 
-std::string workoutNames(const std::set<WorkoutType>& workouts) {
+std::string workoutNames(const std::set<WorkoutType>& workouts, const Locale& locale) {
   std::set<OxHKWorkoutActivityType> activities;
   std::vector<std::string> companions;
   for (const WorkoutType& workout : workouts) {
@@ -28,26 +28,30 @@ std::string workoutNames(const std::set<WorkoutType>& workouts) {
     names.push_back(localized(titleKey(activity)));
   }
   names.insert(names.end(), companions.begin(), companions.end());
-  return FormatManager::shared().listFormatter.string(names);
+  return FormatManager::shared(locale).listFormatter.string(names);
 }
 
-std::optional<std::string> word(HealthType type, const HealthTitleSource& source) {
+std::optional<std::string> word(HealthType type, const HealthTitleSource& source,
+                                const Locale& locale) {
   if (const auto key = titleKey(type, source.target, source.form)) return localized(*key);
   if (type != HealthType::workout) return std::nullopt;
-  return displayTitleForWorkouts(source.extra.value_or(TypeExtra{}).workoutTypes).localizedPrimary;
+  return displayTitleForWorkouts(source.extra.value_or(TypeExtra{}).workoutTypes, locale)
+      .localizedPrimary;
 }
 
 }  // namespace
 
-DisplayTitleType displayTitleForQuantity(HealthType type, const HealthTitleSource& source) {
+DisplayTitleType displayTitleForQuantity(HealthType type, const HealthTitleSource& source,
+                                         const Locale& locale) {
   if (isGiven(source.customTitle)) return DisplayTitleType::separate(*source.customTitle);
   return DisplayTitleType::integrated(
-      {.localizedPrimary = word(type, source),
+      {.localizedPrimary = word(type, source, locale),
        .quantity = TaskDisplayTitle::Quantity{.type = type, .quantity = source.target}});
 }
 
-TaskDisplayTitle displayTitleForWorkouts(const std::set<WorkoutType>& workouts) {
-  if (!workouts.empty()) return {.localizedPrimary = workoutNames(workouts)};
+TaskDisplayTitle displayTitleForWorkouts(const std::set<WorkoutType>& workouts,
+                                         const Locale& locale) {
+  if (!workouts.empty()) return {.localizedPrimary = workoutNames(workouts, locale)};
   return {.localizedPrimary = localized(*predefinedTitleKey(HealthType::workout))};
 }
 
@@ -60,7 +64,8 @@ std::optional<TaskDisplayTitle::Quantity> displayTitleQuantity(const AutomaticTa
 }
 
 std::optional<TaskDisplayTitle> displayTitleForTargetQuantity(const AutomaticTaskType& type,
-                                                              const TargetTitleSource& source) {
+                                                              const TargetTitleSource& source,
+                                                              const Locale& locale) {
   const auto quantity = displayTitleQuantity(type, source.quantity);
   if (!quantity) return std::nullopt;
   if (!quantity->type) {
@@ -68,20 +73,24 @@ std::optional<TaskDisplayTitle> displayTitleForTargetQuantity(const AutomaticTas
     if (isGiven(source.customTitle)) title.localizedPrimary = source.customTitle;
     return title;
   }
-  return displayTitleForQuantity(*quantity->type, {.customTitle = source.customTitle,
-                                                   .target = quantity->quantity,
-                                                   .extra = type.extra,
-                                                   .form = source.form})
+  return displayTitleForQuantity(*quantity->type,
+                                 {.customTitle = source.customTitle,
+                                  .target = quantity->quantity,
+                                  .extra = type.extra,
+                                  .form = source.form},
+                                 locale)
       .title(*quantity);
 }
 
-std::optional<std::string> formattedQuantityNumber(const AutomaticTaskType& type, double quantity) {
+std::optional<std::string> formattedQuantityNumber(const AutomaticTaskType& type, double quantity,
+                                                   const Locale& locale) {
   const auto amount = displayTitleQuantity(type, quantity);
   if (!amount) return std::nullopt;
   if (amount->type == HealthType::energyDeficit) {
-    return FormatManager::shared().integerDeficitFormatter.string(quantity);
+    return FormatManager::shared(locale).integerDeficitFormatter.string(quantity);
   }
-  return amount->localizedFormatted(TaskDisplayTitle::Context::appleWatchComplicationNumerator);
+  return amount->localizedFormatted(TaskDisplayTitle::Context::appleWatchComplicationNumerator,
+                                    locale);
 }
 
 }  // namespace velloro

@@ -23,17 +23,21 @@ struct HealthTitleSource {
 /// of predefined tasks are. Types whose tasks always have a title of their own have no word.
 ///
 ///     displayTitleForQuantity(HealthType::dietarySugar,
-///                             {.target = {40, TypeUnit::grams}, .form = {.isNegative = true}});
+///                             {.target = {40, TypeUnit::grams}, .form = {.isNegative = true}},
+///                             locale);
 ///         // integrated: the text of "DietarySugarLess", and 40 g
 [[nodiscard]] DisplayTitleType displayTitleForQuantity(HealthType type,
-                                                       const HealthTitleSource& source);
+                                                       const HealthTitleSource& source,
+                                                       const Locale& locale);
 
 /// The workouts by name, or the name of the predefined task where any workout counts.
 ///
 ///     displayTitleForWorkouts({WorkoutType::healthKit(OxHKWorkoutActivityType::yoga),
-///                              WorkoutType::healthKit(OxHKWorkoutActivityType::golf)});
+///                              WorkoutType::healthKit(OxHKWorkoutActivityType::golf)},
+///                             locale);
 ///         // "Golf and Yoga"
-[[nodiscard]] TaskDisplayTitle displayTitleForWorkouts(const std::set<WorkoutType>& workouts);
+[[nodiscard]] TaskDisplayTitle displayTitleForWorkouts(const std::set<WorkoutType>& workouts,
+                                                       const Locale& locale);
 
 // Of an automatic type with another amount than its own, in its unit. Absent without a unit.
 
@@ -49,10 +53,11 @@ struct TargetTitleSource {
 
 /// A health type's title as above; for the timer and screen time the custom title and the amount.
 [[nodiscard]] std::optional<TaskDisplayTitle> displayTitleForTargetQuantity(
-    const AutomaticTaskType& type, const TargetTitleSource& source);
+    const AutomaticTaskType& type, const TargetTitleSource& source, const Locale& locale);
 
 /// The bare number, "8" for 8 cups; of an energy deficit always with its sign.
 [[nodiscard]] std::optional<std::string> formattedQuantityNumber(const AutomaticTaskType& type,
-                                                                 double quantity);
+                                                                 double quantity,
+                                                                 const Locale& locale);
 
 }  // namespace velloro

@@ -33,16 +33,17 @@ std::optional<TaskDisplayTitle> TaskDisplayTitle::withoutQuantity() const {
                           .localizedSecondary = localizedSecondary};
 }
 
-TaskDisplayTitle::Shown TaskDisplayTitle::shown(Context context) const {
+TaskDisplayTitle::Shown TaskDisplayTitle::shown(Context context, const Locale& locale) const {
   if (leavesQuantityOut(context)) return {.text = localizedPrimary};
-  auto amount = quantity ? quantity->localizedFormatted(context) : std::nullopt;
+  auto amount = quantity ? quantity->localizedFormatted(context, locale) : std::nullopt;
   const bool isAmountAlone = context == Context::iPhoneEditPicker && amount;
   if (isAmountAlone || !localizedPrimary) return {.quantity = std::move(amount)};
   return {.text = localizedPrimary, .quantity = localizedSecondary ? localizedSecondary : amount};
 }
 
-std::optional<std::string> TaskDisplayTitle::localizedTitle(Context context) const {
-  const Shown parts = shown(context);
+std::optional<std::string> TaskDisplayTitle::localizedTitle(Context context,
+                                                            const Locale& locale) const {
+  const Shown parts = shown(context, locale);
   if (!parts.text) return parts.quantity;
   if (!parts.quantity) return parts.text;
   return localized(title_text::withQuantity, {*parts.text, *parts.quantity});

@@ -14,6 +14,7 @@
 #include <variant>
 
 namespace platform {
+class Locale;
 class NSAttributedString;
 }
 
@@ -29,10 +30,10 @@ struct TaskTitleSource;
 ///         .quantity = TaskDisplayTitle::Quantity{.type = HealthType::dietaryDrinkWater,
 ///                                                .quantity = {8, TypeUnit::cupsUS}}};
 ///     using enum TaskDisplayTitle::Context;
-///     title.localizedTitle(iPhoneInlineTaskTitle);            // "Drink water 8 cups"
-///     title.localizedTitle(notificationWithoutQuantity);      // "Drink water"
-///     title.localizedTitle(iPhoneEditPicker);                 // "8 cups"
-///     title.quantity->localizedFormatted(notificationBracket);    // "8"
+///     title.localizedTitle(iPhoneInlineTaskTitle, locale);            // "Drink water 8 cups"
+///     title.localizedTitle(notificationWithoutQuantity, locale);      // "Drink water"
+///     title.localizedTitle(iPhoneEditPicker, locale);                 // "8 cups"
+///     title.quantity->localizedFormatted(notificationBracket, locale);    // "8"
 struct TaskDisplayTitle {
   /// The surface for which a text is wanted.
   enum class Context : std::uint8_t {
@@ -84,7 +85,8 @@ struct TaskDisplayTitle {
     /// "5.0 km", "8 cups", "9:30"; "5.0" where a surface shows the bare number. Amounts are shown
     /// as their unit is read: 0.04 km is "0.1 km", since only nothing is shown as 0. Absent for a
     /// time of day that there isn't and for what is no duration.
-    [[nodiscard]] std::optional<std::string> localizedFormatted(Context context) const;
+    [[nodiscard]] std::optional<std::string> localizedFormatted(Context context,
+                                                                const Locale& locale) const;
 
     bool operator==(const Quantity&) const = default;
     static constexpr auto codingKeys =
@@ -108,26 +110,27 @@ struct TaskDisplayTitle {
 
   /// The title of a task with what is left of the completion under way: the amount that it still
   /// takes, not the target. See TaskTitleSource.h.
-  [[nodiscard]] static TaskDisplayTitle build(const TaskTitleSource& task);
+  [[nodiscard]] static TaskDisplayTitle build(const TaskTitleSource& task, const Locale& locale);
 
   /// Absent without a `localizedPrimary`.
   [[nodiscard]] std::optional<TaskDisplayTitle> withoutQuantity() const;
 
-  [[nodiscard]] Shown shown(Context context) const;
+  [[nodiscard]] Shown shown(Context context, const Locale& locale) const;
   /// The shown parts in one text, in the order of the language. Absent where there is none.
-  [[nodiscard]] std::optional<std::string> localizedTitle(Context context) const;
-  [[nodiscard]] std::optional<std::string> localizedAccessibilityLabel() const {
-    return localizedTitle(Context::voiceOver);
+  [[nodiscard]] std::optional<std::string> localizedTitle(Context context,
+                                                          const Locale& locale) const;
+  [[nodiscard]] std::optional<std::string> localizedAccessibilityLabel(const Locale& locale) const {
+    return localizedTitle(Context::voiceOver, locale);
   }
 
   /// The shown parts in runs, each with its look, and the icon at the side that the request says.
   [[nodiscard]] NSAttributedString buildAttributedString(
-      const std::optional<IconVisualRepresentation>& icon,
-      const AttributedStringConfig& config) const;
+      const std::optional<IconVisualRepresentation>& icon, const AttributedStringConfig& config,
+      const Locale& locale) const;
   /// The same in the size that suits a task's ring of that diameter, in points.
   [[nodiscard]] NSAttributedString titleAttributedText(
       const std::optional<IconVisualRepresentation>& icon, double taskIconDiameter,
-      const AttributedStringConfig& config) const;
+      const AttributedStringConfig& config, const Locale& locale) const;
 
   bool operator==(const TaskDisplayTitle&) const = default;
   static constexpr auto codingKeys =

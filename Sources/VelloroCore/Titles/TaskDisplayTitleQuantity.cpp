@@ -90,7 +90,8 @@ struct Writer {
   const TaskDisplayTitle::Quantity& quantity;
   Context context;
   double amount;
-  const FormatManager& formats = FormatManager::shared();
+  const Locale& locale;
+  const FormatManager& formats = FormatManager::shared(locale);
 
   Text operator()(const Measured& form) const {
     const NSMeasurementFormatter& formatter = formats.*form.formatter;
@@ -112,7 +113,7 @@ struct Writer {
     const TimeInterval seconds = convertToTimeInterval(amount, quantity.quantity.unit);
     if (quantity.type) {
       if (const auto text = ofHours(*quantity.type, seconds)) {
-        return Locale::current().capitalized(*text);
+        return locale.capitalized(*text);
       }
     }
     return ofDuration(seconds);
@@ -158,10 +159,11 @@ struct Writer {
 
 }  // namespace
 
-std::optional<std::string> TaskDisplayTitle::Quantity::localizedFormatted(Context context) const {
+std::optional<std::string> TaskDisplayTitle::Quantity::localizedFormatted(
+    Context context, const Locale& locale) const {
   const TypeUnit unit = quantity.unit;
-  const double amount = shownAmount(quantity.quantity, unit);
-  return std::visit(Writer{*this, context, amount}, rowOf(unitRows, unit).form);
+  return std::visit(Writer{*this, context, shownAmount(quantity.quantity, unit), locale},
+                    rowOf(unitRows, unit).form);
 }
 
 }  // namespace velloro

@@ -29,15 +29,16 @@ Config Config::create(const AttributedWithIconRequest& request, const CGColor& q
 
 NSAttributedString TaskDisplayTitle::titleAttributedText(
     const std::optional<IconVisualRepresentation>& icon, double taskIconDiameter,
-    const AttributedStringConfig& config) const {
+    const AttributedStringConfig& config, const Locale& locale) const {
   const double wanted = taskIconDiameter * fontSizePerDiameter;
-  return buildAttributedString(icon, scaled(config, wanted / config.request.font.pointSize));
+  return buildAttributedString(icon, scaled(config, wanted / config.request.font.pointSize),
+                               locale);
 }
 
 NSAttributedString TaskDisplayTitle::buildAttributedString(
-    const std::optional<IconVisualRepresentation>& icon,
-    const AttributedStringConfig& config) const {
-  const Shown parts = shown(config.context);
+    const std::optional<IconVisualRepresentation>& icon, const AttributedStringConfig& config,
+    const Locale& locale) const {
+  const Shown parts = shown(config.context, locale);
   const auto look = config.request.textAttributes();
   const NSAttributedString text(parts.text.value_or(""), look);
   const NSAttributedString amount(parts.quantity.value_or(""),

@@ -15,11 +15,13 @@ double TaskTitleDynamicFormatter::currentValue(double progress) const {
   return std::max(difference(each, each * progress), 0.0);
 }
 
-std::optional<TaskDisplayTitle> TaskTitleDynamicFormatter::displayTitle(double quantity) const {
+std::optional<TaskDisplayTitle> TaskTitleDynamicFormatter::displayTitle(
+    double quantity, const Locale& locale) const {
   if (type && type->unit) {
     return displayTitleForTargetQuantity(
         *type,
-        {.customTitle = customTitle, .quantity = quantity, .form = {.isNegative = isNegative}});
+        {.customTitle = customTitle, .quantity = quantity, .form = {.isNegative = isNegative}},
+        locale);
   }
   return customTitle ? std::optional(TaskDisplayTitle{.localizedPrimary = customTitle})
                      : std::nullopt;
@@ -29,28 +31,31 @@ double TaskTitleStaticFormatter::currentValue(double) const {
   return displayTitle.quantity ? displayTitle.quantity->quantity.quantity : 0;
 }
 
-std::optional<std::string> TaskTitleFormatter::formattedTitle(double quantity) const {
-  const auto title = displayTitle(quantity);
+std::optional<std::string> TaskTitleFormatter::formattedTitle(double quantity,
+                                                              const Locale& locale) const {
+  const auto title = displayTitle(quantity, locale);
   return title ? title->localizedPrimary : std::nullopt;
 }
 
-std::optional<std::string> TaskTitleFormatter::formattedSubtitle(double quantity) const {
-  const auto title = displayTitle(quantity);
+std::optional<std::string> TaskTitleFormatter::formattedSubtitle(double quantity,
+                                                                 const Locale& locale) const {
+  const auto title = displayTitle(quantity, locale);
   if (!title) return std::nullopt;
   if (title->localizedSecondary || !title->quantity) return title->localizedSecondary;
   const auto context = std::visit([](const auto& it) { return it.context; }, formatter);
-  return title->quantity->localizedFormatted(context);
+  return title->quantity->localizedFormatted(context, locale);
 }
 
 double TaskTitleFormatter::currentValue(double progress) const {
   return std::visit([&](const auto& it) { return it.currentValue(progress); }, formatter);
 }
 
-std::optional<TaskDisplayTitle> TaskTitleFormatter::displayTitle(double quantity) const {
+std::optional<TaskDisplayTitle> TaskTitleFormatter::displayTitle(double quantity,
+                                                                 const Locale& locale) const {
   return std::visit(
       [&](const auto& it) -> std::optional<TaskDisplayTitle> {
-        if constexpr (requires { it.displayTitle(quantity); }) {
-          return it.displayTitle(quantity);
+        if constexpr (requires { it.displayTitle(quantity, locale); }) {
+          return it.displayTitle(quantity, locale);
         } else {
           return it.displayTitle;
         }

@@ -22,7 +22,8 @@ struct TaskTitleDynamicFormatter {
 
   bool operator==(const TaskTitleDynamicFormatter&) const = default;
   [[nodiscard]] double currentValue(double progress) const;
-  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double quantity) const;
+  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double quantity,
+                                                             const Locale& locale) const;
 };
 
 /// One title, whatever the amount.
@@ -40,7 +41,7 @@ struct TaskTitlePlaceholderFormatter {
 
   bool operator==(const TaskTitlePlaceholderFormatter&) const = default;
   [[nodiscard]] double currentValue(double) const { return 0; }
-  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double) const {
+  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double, const Locale&) const {
     return TaskDisplayTitle{};
   }
 };
@@ -49,9 +50,9 @@ struct TaskTitlePlaceholderFormatter {
 ///
 ///     const TaskTitleFormatter water = TaskTitleDynamicFormatter{
 ///         .customTitle = "Drink", .type = eightCups, .numPartialCompletions = 2};
-///     water.formattedTitle(3);       // "Drink"
-///     water.formattedSubtitle(3);    // "3 cups"
-///     water.currentValue(0.25);      // 3: of the 4 cups of one part, a quarter is done
+///     water.formattedTitle(3, locale);       // "Drink"
+///     water.formattedSubtitle(3, locale);    // "3 cups"
+///     water.currentValue(0.25);              // 3: of the 4 cups of one part, a quarter is done
 struct TaskTitleFormatter {
   std::variant<TaskTitlePlaceholderFormatter, TaskTitleStaticFormatter, TaskTitleDynamicFormatter>
       formatter = {};
@@ -64,12 +65,15 @@ struct TaskTitleFormatter {
   bool operator==(const TaskTitleFormatter&) const = default;
 
   /// Absent for a title without a text.
-  [[nodiscard]] std::optional<std::string> formattedTitle(double quantity) const;
+  [[nodiscard]] std::optional<std::string> formattedTitle(double quantity,
+                                                          const Locale& locale) const;
   /// What stands beside it: a second text or the amount.
-  [[nodiscard]] std::optional<std::string> formattedSubtitle(double quantity) const;
+  [[nodiscard]] std::optional<std::string> formattedSubtitle(double quantity,
+                                                             const Locale& locale) const;
   /// The amount that is left of the completion under way when that share of it, 0 to 1, is done.
   [[nodiscard]] double currentValue(double progress) const;
-  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double quantity) const;
+  [[nodiscard]] std::optional<TaskDisplayTitle> displayTitle(double quantity,
+                                                             const Locale& locale) const;
 };
 
 }  // namespace velloro

@@ -13,25 +13,29 @@ double shownDuration(const TaskProgressTimer& timer, const AutomaticTaskType& ty
   return type.unit ? convert(shown, unit, *type.unit).value_or(shown) : shown;
 }
 
-double shownQuantity(const AutomaticTaskType& type, const std::optional<TaskProgress>& progress) {
+double shownQuantity(const AutomaticTaskType& type, const TaskTitleSource& task) {
+  const auto& progress = task.progress;
   if (!progress || type.type == TaskType::screenTime()) return type.quantity;
   if (const auto* timer = progress->as<TaskProgressTimer>()) return shownDuration(*timer, type);
   if (!type.quantityCanCountdown()) return type.quantity;
-  const double left = progress->remainingValueForCurrentCompletion();
+  const double left = progress->remainingValueForCurrentCompletion(task.now);
   return left == 0 ? type.quantity : left;
 }
 
-std::optional<TaskDisplayTitle> titleOfAutomaticType(const TaskTitleSource& task) {
+std::optional<TaskDisplayTitle> titleOfAutomaticType(const TaskTitleSource& task,
+                                                     const Locale& locale) {
   if (!task.automaticTaskType || task.automaticTaskType->type == TaskType::timer()) {
     return std::nullopt;
   }
   const AutomaticTaskType& type = *task.automaticTaskType;
-  auto title = displayTitleForTargetQuantity(type, {.customTitle = task.title,
-                                                    .quantity = shownQuantity(type, task.progress),
-                                                    .form = {.isNegative = task.isNegative}});
+  auto title = displayTitleForTargetQuantity(type,
+                                             {.customTitle = task.title,
+                                              .quantity = shownQuantity(type, task),
+                                              .form = {.isNegative = task.isNegative}},
+                                             locale);
   const bool isUnnamedWorkout = type.type == HealthType::workout && task.title.empty();
   if (title || !isUnnamedWorkout) return title;
-  return displayTitleForWorkouts(type.extra.value_or(TypeExtra{}).workoutTypes);
+  return displayTitleForWorkouts(type.extra.value_or(TypeExtra{}).workoutTypes, locale);
 }
 
 std::optional<TaskDisplayTitle> titleOfTimer(const TaskTitleSource& task) {
@@ -47,8 +51,8 @@ std::optional<TaskDisplayTitle> titleOfTimer(const TaskTitleSource& task) {
 
 }  // namespace
 
-TaskDisplayTitle TaskDisplayTitle::build(const TaskTitleSource& task) {
-  if (auto title = titleOfAutomaticType(task)) return *std::move(title);
+TaskDisplayTitle TaskDisplayTitle::build(const TaskTitleSource& task, const Locale& locale) {
+  if (auto title = titleOfAutomaticType(task, locale)) return *std::move(title);
   if (auto title = titleOfTimer(task)) return *std::move(title);
   return task.title.empty() ? empty() : TaskDisplayTitle{.localizedPrimary = task.title};
 }

@@ -11,8 +11,9 @@ namespace velloro {
 /// What the title of a task is built of.
 ///
 ///     const TaskTitleSource reading{.title = "Read", .isTimed = true, .progress = timer};
-///     TaskDisplayTitle::build(reading)
-///         .localizedTitle(TaskDisplayTitle::Context::iPhoneInlineTaskTitle);  // "Read 00:10"
+///     TaskDisplayTitle::build(reading, locale)
+///         .localizedTitle(TaskDisplayTitle::Context::iPhoneInlineTaskTitle, locale);  // "Read
+///         00:10"
 ///         // when 590 of the timer's 600 seconds are done
 struct TaskTitleSource {
   std::string title = {};  ///< Empty for none.
@@ -21,6 +22,7 @@ struct TaskTitleSource {
   bool isTimed = false;
   /// Absent where none is known; the title then has the target.
   std::optional<TaskProgress> progress = {};
+  Date now = {};  ///< By which a progress that follows the clock is read.
 };
 
 }  // namespace velloro

@@ -71,15 +71,15 @@ std::optional<Note> TaskEntity::pinnedNote() const {
   return notes.empty() ? std::nullopt : std::optional(std::move(notes.front()));
 }
 
-Date TaskEntity::creationDate() const {
+Date TaskEntity::creationDate(Date now) const {
   if (const auto stored = value(TaskAttributes::created)) return *stored;
-  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone());
+  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone(), now);
   const auto entries = entriesOrNone({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
                                       .maxDate = today,
                                       .fetchLimit = 1});
   const auto made =
       entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::createdTimestamp);
-  return made ? *made : Date::now();
+  return made.value_or(now);
 }
 
 }  // namespace velloro

@@ -29,6 +29,17 @@ bool progressIsOfLog(const std::optional<AutomaticTaskType>& type) {
   return !type || !type->usesHealthKit();
 }
 
+/// Of health data the log does not tell, and what was read of them stays. Until something was, the
+/// entries of the period, made here or on another device, stand in.
+void letEntriesStandIn(TaskTemporalData& kept, TaskLogRows rows, const TaskLogRules& rules,
+                       const TaskFrequencyPeriod& period) {
+  const bool isOfPeriod = kept.progressDate && period.contains(*kept.progressDate);
+  const auto entered = enteredAmount(rows, rules, period, isOfPeriod ? kept.progress : 0);
+  if (!entered || (!isOfPeriod && *entered == 0)) return;
+  kept.progress = *entered;
+  if (!isOfPeriod) kept.progressDate = period.startDate;
+}
+
 std::shared_ptr<Temporal> makeRow(NSManagedObjectContext& context,
                                   const std::shared_ptr<TaskEntity>& task) {
   auto row = Temporal::create(context);
@@ -47,6 +58,8 @@ void write(Temporal& row, const TaskTemporalData& data) {
   row.writeValue(Temporal::lastCompleted, data.lastCompleted);
   row.writeValue(Temporal::lastMissed, data.lastMissed);
   row.writeValue(Temporal::lastSkipped, data.lastSkipped);
+  row.writeValue(Temporal::progress, data.progress);
+  row.writeValue(Temporal::progressDate, data.progressDate);
 }
 
 void write(Temporal& row, const TaskRecentHistory& history) {
@@ -58,8 +71,7 @@ void write(Temporal& row, const TaskRecentHistory& history) {
 }
 
 /// A clock that was set back does not move it backwards.
-void dateChanges(Temporal& row) {
-  const Date now = Date::now();
+void dateChanges(Temporal& row, Date now) {
   const auto stored = row.value(Temporal::lastUpdated);
   const auto changed = row.changedValues();
   if (!stored) {
@@ -77,8 +89,8 @@ TaskLogFetchRequest wholeLogUpTo(const TaskLogRules& rules, YYYYMMDD day) {
 
 }  // namespace
 
-TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to) const {
-  const TaskLogRules rules = logRules();
+TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to, Date now) const {
+  const TaskLogRules rules = logRules(now);
   const TaskLogSummary::Question question{
       .rules = rules, .from = from, .to = to, .created = value(Columns::created)};
   const auto [minDate, maxDate] = question.dates();
@@ -87,12 +99,13 @@ TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to)
   return TaskLogSummary::fromLog(log.rows(), question);
 }
 
-TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to) const {
-  const TaskLogRules rules = logRules();
+TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to,
+                                            Date now) const {
+  const TaskLogRules rules = logRules(now);
   const TaskRecentHistory::Question question{.rules = rules,
                                              .from = from,
                                              .to = to,
-                                             .createdDay = createdDay(),
+                                             .createdDay = createdDay(now),
                                              .lastCompleted = temporalData().lastCompleted};
   const auto [minDate, maxDate] = question.dates();
   const StoredLog log(*this, {.direction = Direction::newestToOldest,
@@ -102,19 +115,18 @@ TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMM
   return TaskRecentHistory::fromLog(log.rows(), question);
 }
 
-void TaskEntity::repair() {
-  if (!value(Columns::created)) setValue(Columns::created, creationDate());
+void TaskEntity::repair(Date now) {
+  if (!value(Columns::created)) setValue(Columns::created, creationDate(now));
   if (!taskUniqueId()) setValue(Columns::uniqueId, UniqueID::create());
-  if (!value(Columns::statusDate)) setValue(Columns::statusDate, Date::now());
+  if (!value(Columns::statusDate)) setValue(Columns::statusDate, now);
 }
 
-/// What the log says of the task on a day. Of health data the log does not tell, so what is kept of
-/// the progress stays.
+/// What the log says of the task on a day.
 TaskTemporalData TaskEntity::temporalData(TaskLogRows rows, const TaskLogRules& rules,
                                           YYYYMMDD day) const {
   const auto summary = TaskLogSummary::fromLog(
       rows, {.rules = rules, .to = day, .created = value(Columns::created)});
-  TaskStanding task = standing();
+  TaskStanding task = standing(rules.now);
   task.timeZone = rules.timeZone;
   task.runningTimer.reset();
   task.temporal.streak = summary.streak;
@@ -128,24 +140,26 @@ TaskTemporalData TaskEntity::temporalData(TaskLogRows rows, const TaskLogRules& 
     task.temporal.progress = task.automaticTaskType
                                  ? amountInPeriod(rows, rules, period).value_or(0)
                                  : static_cast<double>(summary.numLastPeriodEntries);
-    task.temporal.progress = task.progress(period).currentValue();
+    task.temporal.progress = task.progress(period).currentValue(rules.now);
+  } else {
+    letEntriesStandIn(task.temporal, rows, rules, summary.lastPeriod);
   }
   return task.temporal;
 }
 
-TaskTemporalData TaskEntity::temporalDataFromLog(YYYYMMDD day, TimeZone timeZone) const {
-  TaskLogRules rules = logRules();
+TaskTemporalData TaskEntity::temporalDataFromLog(YYYYMMDD day, TimeZone timeZone, Date now) const {
+  TaskLogRules rules = logRules(now);
   rules.timeZone = timeZone;
   const StoredLog log(*this, wholeLogUpTo(rules, day));
   return temporalData(log.rows(), rules, day);
 }
 
-void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone) {
+void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone, Date now) {
   NSManagedObjectContext* context = managedObjectContext();
   if (context == nullptr) return;
-  TaskLogRules rules = logRules();
+  TaskLogRules rules = logRules(now);
   rules.timeZone = timeZone;
-  repair();
+  repair(now);
   auto row = value(Columns::taskTemporalData);
   if (row == nullptr) {
     row = makeRow(*context, std::static_pointer_cast<TaskEntity>(shared_from_this()));
@@ -157,14 +171,10 @@ void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone) {
         TaskRecentHistory::fromLog(log.rows(), {.rules = rules,
                                                 .from = day.yyyymm().previousMonth().firstDay(),
                                                 .to = day,
-                                                .createdDay = createdDay(),
+                                                .createdDay = createdDay(now),
                                                 // Today's, so that a second pass finds nothing new.
                                                 .lastCompleted = temporal.lastCompleted}));
-  if (progressIsOfLog(automaticTaskType())) {
-    row->writeValue(Temporal::progress, temporal.progress);
-    row->writeValue(Temporal::progressDate, temporal.progressDate);
-  }
-  dateChanges(*row);
+  dateChanges(*row, now);
 }
 
 }  // namespace velloro

@@ -57,8 +57,9 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   // What it shows.
   [[nodiscard]] std::string title() const override;
   [[nodiscard]] std::optional<TaskDisplayTitle::TitleIcon> titleIcon() const override;
-  [[nodiscard]] TaskDisplayTitle displayTitle(Date date) const override;
-  [[nodiscard]] TaskDisplayTitle displayTitle(const TaskProgress& progress) const override;
+  [[nodiscard]] TaskDisplayTitle displayTitle(Date date, Date now = Date::now()) const override;
+  [[nodiscard]] TaskDisplayTitle displayTitle(const TaskProgress& progress,
+                                              Date now = Date::now()) const override;
   [[nodiscard]] std::optional<IconDisplayRepresentation> displayRepresentation() const;
   [[nodiscard]] std::optional<IconVisualRepresentation> visualRepresentation() const;
   bool setDisplayRepresentation(const IconDisplayRepresentation& displayRepresentation);
@@ -111,39 +112,46 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   /// The newest of those that are pinned.
   [[nodiscard]] std::optional<ComplicationTaskNoteSnapshot> pinnedNote() const override;
   /// Where none is stored, the instant of the first entry of its log up to today; else now.
-  [[nodiscard]] Date creationDate() const;
+  [[nodiscard]] Date creationDate(Date now = Date::now()) const;
 
   /// The logical day of its creation date, by the clock of the zone that it was made in.
-  [[nodiscard]] YYYYMMDD createdDay() const;
+  [[nodiscard]] YYYYMMDD createdDay(Date now = Date::now()) const;
 
   // Where it stands. What is kept of the log answers, and only a count of days or the day of the
-  // last completion, of which an open period can depend, is fetched.
-  [[nodiscard]] DatedPeriod currentPeriod() const;
+  // last completion, of which an open period can depend, is fetched. Whoever asks more than once
+  // gives all questions the same `now`.
+  [[nodiscard]] DatedPeriod currentPeriod(Date now = Date::now()) const;
   /// A task that rests skips its periods; of another's task nothing is said.
-  [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period) const override;
-  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period) const;
+  [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period,
+                                  Date now = Date::now()) const override;
+  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period,
+                                      Date now = Date::now()) const;
   /// As it would be with that amount in an open period, and no timer running.
-  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period, double amount) const;
+  [[nodiscard]] TaskProgress progress(const TaskFrequencyPeriod& period, double amount,
+                                      Date now = Date::now()) const;
   /// See `TaskStanding`. The rings of today's activity are kept for the extensions, too.
-  [[nodiscard]] CompletionStatus completionStatus(const TaskFrequencyPeriod& period) const;
-  [[nodiscard]] CompletionStatus currentCompletionStatus() const {
-    return completionStatus(currentPeriod().period);
+  [[nodiscard]] CompletionStatus completionStatus(const TaskFrequencyPeriod& period,
+                                                  Date now = Date::now()) const;
+  [[nodiscard]] CompletionStatus currentCompletionStatus(Date now = Date::now()) const {
+    return completionStatus(currentPeriod(now).period, now);
   }
+  [[nodiscard]] StreakedCompletionStatus streakedCompletionStatus(const TaskFrequencyPeriod& period,
+                                                                  Date now = Date::now()) const;
   [[nodiscard]] StreakedCompletionStatus streakedCompletionStatus(
-      const TaskFrequencyPeriod& period) const;
-  [[nodiscard]] StreakedCompletionStatus streakedCompletionStatus(Date date) const override;
+      Date date, Date now = Date::now()) const override;
   [[nodiscard]] std::optional<UniqueID> currentUndoableEntry(
       const std::optional<TaskFrequencyPeriod>& period) const override;
   /// The completed days from one day to another, with today as long as a negative task has no entry
   /// for it.
-  [[nodiscard]] NumUniqueCompletions numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const;
+  [[nodiscard]] NumUniqueCompletions numUniqueCompletions(YYYYMMDD from, YYYYMMDD to,
+                                                          Date now = Date::now()) const;
   /// Absent also for a task that is another's.
   [[nodiscard]] std::optional<YYYYMMDD> lastCompletedDate(YYYYMMDD onOrBefore) const;
 
   /// What is kept of its log; nothing in a task without a row.
   [[nodiscard]] TaskTemporalData temporalData() const;
   /// By what its log is read.
-  [[nodiscard]] TaskLogRules logRules() const;
+  [[nodiscard]] TaskLogRules logRules(Date now = Date::now()) const;
 
   /// How the log will be once somebody writes it, for those who read and must not write.
   struct Outlook {
@@ -166,24 +174,28 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
   // What its log says, by reading it.
   using CompletionByPeriod = velloro::CompletionByPeriod;
   /// \param from Absent for the whole log.
-  [[nodiscard]] TaskLogSummary logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to) const;
+  [[nodiscard]] TaskLogSummary logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to,
+                                          Date now = Date::now()) const;
   /// \param from Absent for the oldest entry.
-  [[nodiscard]] TaskRecentHistory recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to) const;
+  [[nodiscard]] TaskRecentHistory recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to,
+                                                Date now = Date::now()) const;
   /// Brings what is kept of the log up to date with it, as of a day, and gives the task what every
   /// task must have: an identifier, and the dates of its creation and status. Only what differs is
   /// written, so a second pass changes nothing; the caller saves.
-  void updateTemporalData(YYYYMMDD day, TimeZone timeZone);
+  void updateTemporalData(YYYYMMDD day, TimeZone timeZone, Date now = Date::now());
   /// What `updateTemporalData` would keep.
-  [[nodiscard]] TaskTemporalData temporalDataFromLog(YYYYMMDD day, TimeZone timeZone) const;
+  [[nodiscard]] TaskTemporalData temporalDataFromLog(YYYYMMDD day, TimeZone timeZone,
+                                                     Date now = Date::now()) const;
 
   // What others get to know of it; absent for a task without an identifier.
   [[nodiscard]] std::optional<NotificationTask> notificationTaskCurrentProgress(
-      const TaskFrequencyPeriod& period) const;
+      const TaskFrequencyPeriod& period, Date now = Date::now()) const;
   /// As it will stand after the next tap.
   [[nodiscard]] std::optional<NotificationTask> notificationTaskWhenCompleted(
-      const TaskFrequencyPeriod& period, bool isPartialCompletion) const;
+      const TaskFrequencyPeriod& period, bool isPartialCompletion, Date now = Date::now()) const;
   /// As it stands at a moment.
-  [[nodiscard]] ComplicationTaskSnapshot complicationTaskSnapshot(Date date) const;
+  [[nodiscard]] ComplicationTaskSnapshot complicationTaskSnapshot(Date date,
+                                                                  Date now = Date::now()) const;
 
   // With whom it is shared.
   [[nodiscard]] std::optional<ComplicationSnapshotDisplayRepresentation>
@@ -198,14 +210,14 @@ class TaskEntity : public EntityClass<TaskEntity>, public VelloroTaskProtocol {
 
  private:
   [[nodiscard]] TaskFrequencyPeriod period(Date date) const;
-  [[nodiscard]] TaskStanding standing() const;
+  [[nodiscard]] TaskStanding standing(Date now) const;
   [[nodiscard]] TaskTemporalData temporalData(TaskLogRows rows, const TaskLogRules& rules,
                                               YYYYMMDD day) const;
   [[nodiscard]] SkipMode willSkip(const TaskFrequencyPeriod& period,
                                   const TaskLogRules& rules) const;
   [[nodiscard]] std::optional<NotificationTask> notificationTask(
-      const StreakedCompletionStatus& standing) const;
-  void repair();
+      const StreakedCompletionStatus& standing, Date now) const;
+  void repair(Date now);
   bool setReminders(NSManagedObjectContext& context, const std::vector<TaskReminder>& reminders);
 
   std::shared_ptr<const Outlook> outlook_;

@@ -32,19 +32,20 @@ std::optional<std::string> externalUrl(const TaskExtra::ActionButton& button) {
 
 /// What the watch can't count without the log, for the frequencies that need it.
 void addCounts(ComplicationTaskSnapshot& snapshot, const TaskEntity& task,
-               const TaskFrequencyPeriod& period) {
+               const TaskFrequencyPeriod& period, Date now) {
+  const TimeZone zone = snapshot.taskCurrentTimeZone;
   const auto counting = periodTypeForCompletionCountCalculation(snapshot.frequency.dayMode);
   const auto measured = measurementDuration(snapshot.frequency.dayMode);
   if (snapshot.frequency.dayMode == DayMode::dayInterval) {
-    if (const auto day = task.lastCompletedDate(period.previous().finishDate)) {
+    if (const auto day = task.lastCompletedDate(period.previous(zone).finishDate)) {
       snapshot.periodOfLastCompletionBeforeToday =
-          snapshot.frequency.period(*day, snapshot.firstDayOfWeek).period;
+          snapshot.frequency.period(*day, snapshot.firstDayOfWeek, zone).period;
     }
   } else if (counting != measured && !isAggregate(snapshot.frequency.dayMode)) {
-    const YYYYMMDD from = firstDate(counting, period.startDate, period.firstDayOfWeek);
-    const YYYYMMDD to = lastDate(counting, period.startDate, period.firstDayOfWeek);
+    const YYYYMMDD from = firstDate(counting, period.startDate, period.firstDayOfWeek, zone);
+    const YYYYMMDD to = lastDate(counting, period.startDate, period.firstDayOfWeek, zone);
     snapshot.numUniqueCompletions = ComplicationTaskSnapshot::UniqueCompletions{
-        .start = from, .end = to, .count = task.numUniqueCompletions(from, to).certainCount()};
+        .start = from, .end = to, .count = task.numUniqueCompletions(from, to, now).certainCount()};
   }
 }
 
@@ -57,18 +58,18 @@ TaskEntity::shareOwnerDisplayRepresentation() const {
 }
 
 std::optional<NotificationTask> TaskEntity::notificationTaskCurrentProgress(
-    const TaskFrequencyPeriod& period) const {
-  return notificationTask(streakedCompletionStatus(period));
+    const TaskFrequencyPeriod& period, Date now) const {
+  return notificationTask(streakedCompletionStatus(period, now), now);
 }
 
 std::optional<NotificationTask> TaskEntity::notificationTaskWhenCompleted(
-    const TaskFrequencyPeriod& period, bool isPartialCompletion) const {
-  const auto [status, streak] = streakedCompletionStatus(period);
-  return notificationTask(status.nextCompletionStatus(streak, isPartialCompletion));
+    const TaskFrequencyPeriod& period, bool isPartialCompletion, Date now) const {
+  const auto [status, streak] = streakedCompletionStatus(period, now);
+  return notificationTask(status.nextCompletionStatus(streak, isPartialCompletion, now), now);
 }
 
 std::optional<NotificationTask> TaskEntity::notificationTask(
-    const StreakedCompletionStatus& standing) const {
+    const StreakedCompletionStatus& standing, Date now) const {
   const auto id = taskUniqueId();
   if (!id) return std::nullopt;
   const CompletionStatus& status = standing.completionStatus;
@@ -76,7 +77,7 @@ std::optional<NotificationTask> TaskEntity::notificationTask(
                           .firstDayOfWeek = firstDayOfWeek(),
                           .startOfDay = startOfDay(),
                           .timeZone = taskCurrentTimeZone(),
-                          .displayTitle = displayTitle(status.progress()),
+                          .displayTitle = displayTitle(status.progress(), now),
                           .titleIcon = titleIcon(),
                           .displayOrder = taskDisplayOrder(),
                           .displayRepresentation = snapshotOf(displayRepresentation()),
@@ -92,15 +93,15 @@ std::optional<NotificationTask> TaskEntity::notificationTask(
                           .userProfileID = userProfileID()};
 }
 
-ComplicationTaskSnapshot TaskEntity::complicationTaskSnapshot(Date date) const {
-  const auto [status, streak] = streakedCompletionStatus(date);
+ComplicationTaskSnapshot TaskEntity::complicationTaskSnapshot(Date date, Date now) const {
+  const auto [status, streak] = streakedCompletionStatus(date, now);
   const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay(), date, taskCurrentTimeZone());
   ComplicationTaskSnapshot snapshot{
       .date = date,
-      .statusDate = value(Columns::statusDate).value_or(Date::now()),
+      .statusDate = value(Columns::statusDate).value_or(now),
       .taskUniqueId = taskUniqueId(),
       .taskStatus = taskStatus(),
-      .createdDate = createdDay(),
+      .createdDate = createdDay(now),
       .startOfDay = startOfDay(),
       .firstDayOfWeek = firstDayOfWeek(),
       .taskCurrentTimeZone = taskCurrentTimeZone(),
@@ -126,7 +127,7 @@ ComplicationTaskSnapshot TaskEntity::complicationTaskSnapshot(Date date) const {
     const auto id = category->value(TaskCategoryEntity::uniqueId);
     if (id) snapshot.categoryIDs.insert(*id);
   }
-  addCounts(snapshot, *this, period(date));
+  addCounts(snapshot, *this, period(date), now);
   return snapshot;
 }
 

@@ -22,13 +22,13 @@ using Timer = TaskTimerEntity;
 namespace {
 
 /// Absent for a row that lacks what a timer needs.
-std::optional<RunningTimer> runningTimer(const TaskTimerEntity& timer, DayOfWeek firstDayOfWeek) {
+std::optional<RunningTimer> runningTimer(const TaskTimerEntity& timer, DayOfWeek firstDayOfWeek,
+                                         Date now) {
   const auto period = TaskLogEntryPeriod::fromStored(
       timer.value(Timer::entryPeriodType), timer.value(Timer::entryDate),
       timer.value(Timer::entryPeriodFrom), timer.value(Timer::entryPeriodTo));
   const auto start = timer.value(Timer::start);
   if (!period || !start) return std::nullopt;
-  const Date now = Date::now();
   const Date end = std::min(timer.value(Timer::finish).value_or(now), now);
   return RunningTimer{.period = period->frequencyPeriod(firstDayOfWeek),
                       .duration = std::max(end.timeIntervalSince(*start), 0.0)};
@@ -41,7 +41,7 @@ void keepRings(const TaskStanding& task, const TaskFrequencyPeriod& period) {
   if (period < current) return;
   const TaskProgress progress = task.progress(current);
   const auto* rings = progress.as<TaskProgressActivityRings>();
-  if (rings != nullptr) SavedActivityRings::shared()->save(*rings);
+  if (rings != nullptr) SavedActivityRings::shared()->save(*rings, task.today());
 }
 
 }  // namespace
@@ -68,17 +68,19 @@ std::optional<TaskDisplayTitle::TitleIcon> TaskEntity::titleIcon() const {
   return velloro::titleIcon(automaticTaskType(), isNegative());
 }
 
-TaskDisplayTitle TaskEntity::displayTitle(Date date) const {
-  return displayTitle(progress(period(date)));
+TaskDisplayTitle TaskEntity::displayTitle(Date date, Date now) const {
+  return displayTitle(progress(period(date), now), now);
 }
 
-TaskDisplayTitle TaskEntity::displayTitle(const TaskProgress& progress) const {
+TaskDisplayTitle TaskEntity::displayTitle(const TaskProgress& progress, Date now) const {
   const auto type = automaticTaskType();
   return TaskDisplayTitle::build({.title = title(),
                                   .automaticTaskType = type,
                                   .isNegative = isNegative(),
                                   .isTimed = type && type->isTimed(),
-                                  .progress = progress});
+                                  .progress = progress,
+                                  .now = now},
+                                 Locale::current());
 }
 
 TaskTemporalData TaskEntity::temporalData() const {
@@ -94,7 +96,7 @@ TaskTemporalData TaskEntity::temporalData() const {
       .progressDate = row->value(Temporal::progressDate)};
 }
 
-TaskStanding TaskEntity::standing() const {
+TaskStanding TaskEntity::standing(Date now) const {
   TaskStanding task{.frequency = frequency(),
                     .startOfDay = startOfDay(),
                     .firstDayOfWeek = firstDayOfWeek(),
@@ -102,10 +104,11 @@ TaskStanding TaskEntity::standing() const {
                     .isNegative = isNegative(),
                     .automaticTaskType = automaticTaskType(),
                     .typeTarget = value(Columns::typeTarget),
-                    .temporal = temporalData()};
+                    .temporal = temporalData(),
+                    .now = now};
   if (task.automaticTaskType && task.automaticTaskType->isTimed()) {
     for (const auto& timer : value(Columns::taskTimer)) {
-      if (auto running = velloro::runningTimer(*timer, task.firstDayOfWeek)) {
+      if (auto running = velloro::runningTimer(*timer, task.firstDayOfWeek, now)) {
         task.runningTimer = std::move(running);
       }
     }
@@ -113,68 +116,72 @@ TaskStanding TaskEntity::standing() const {
   return task;
 }
 
-TaskLogRules TaskEntity::logRules() const {
+TaskLogRules TaskEntity::logRules(Date now) const {
   return {.frequency = frequency(),
           .startOfDay = startOfDay(),
           .firstDayOfWeek = firstDayOfWeek(),
           .timeZone = taskCurrentTimeZone(),
-          .isNegative = isNegative()};
+          .isNegative = isNegative(),
+          .now = now};
 }
 
-YYYYMMDD TaskEntity::createdDay() const {
+YYYYMMDD TaskEntity::createdDay(Date now) const {
   const auto madeIn = value(Columns::createdTimeZone);
-  return YYYYMMDD::fromDate(startOfDay(), creationDate(), madeIn.value_or(taskCurrentTimeZone()));
+  return YYYYMMDD::fromDate(startOfDay(), creationDate(now),
+                            madeIn.value_or(taskCurrentTimeZone()));
 }
 
-DatedPeriod TaskEntity::currentPeriod() const {
-  return frequency().currentPeriod(startOfDay(), firstDayOfWeek(), taskCurrentTimeZone());
+DatedPeriod TaskEntity::currentPeriod(Date now) const {
+  return frequency().currentPeriod(startOfDay(), firstDayOfWeek(), taskCurrentTimeZone(), now);
 }
 
 TaskFrequencyPeriod TaskEntity::period(Date date) const {
   return frequency().period(startOfDay(), date, firstDayOfWeek(), taskCurrentTimeZone()).period;
 }
 
-SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period) const {
-  return willSkip(period, logRules());
+SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period, Date now) const {
+  return willSkip(period, logRules(now));
 }
 
 SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period, const TaskLogRules& rules) const {
   return velloro::willSkip(
-      period, {.rules = rules,
-               .status = taskStatus(),
-               .shareStatus = taskShareStatus(),
-               .createdDay = [&] { return createdDay(); },
-               .numUniqueCompletions = [&](YYYYMMDD from,
-                                           YYYYMMDD to) { return numUniqueCompletions(from, to); },
-               .lastCompletedDate = [&](YYYYMMDD day) { return lastCompletedDate(day); }});
+      period,
+      {.rules = rules,
+       .status = taskStatus(),
+       .shareStatus = taskShareStatus(),
+       .createdDay = [&] { return createdDay(rules.now); },
+       .numUniqueCompletions =
+           [&](YYYYMMDD from, YYYYMMDD to) { return numUniqueCompletions(from, to, rules.now); },
+       .lastCompletedDate = [&](YYYYMMDD day) { return lastCompletedDate(day); }});
 }
 
-TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period) const {
-  return standing().progress(period);
+TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period, Date now) const {
+  return standing(now).progress(period);
 }
 
-TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period, double amount) const {
-  TaskStanding task = standing();
+TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period, double amount,
+                                  Date now) const {
+  TaskStanding task = standing(now);
   task.runningTimer.reset();
   task.temporal = {.progress = amount, .progressDate = period.startDate};
   return task.progress(period);
 }
 
-CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period) const {
-  return streakedCompletionStatus(period).completionStatus;
+CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period, Date now) const {
+  return streakedCompletionStatus(period, now).completionStatus;
 }
 
-StreakedCompletionStatus TaskEntity::streakedCompletionStatus(
-    const TaskFrequencyPeriod& period) const {
-  const TaskStanding task = standing();
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(const TaskFrequencyPeriod& period,
+                                                              Date now) const {
+  const TaskStanding task = standing(now);
   const TaskLogRules rules = task.rules();
   keepRings(task, period);
   return task.streakedCompletionStatus(
       period, [&](const TaskFrequencyPeriod& open) { return willSkip(open, rules); });
 }
 
-StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date) const {
-  return streakedCompletionStatus(period(date));
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date, Date now) const {
+  return streakedCompletionStatus(period(date), now);
 }
 
 std::optional<UniqueID> TaskEntity::currentUndoableEntry(
@@ -188,13 +195,12 @@ std::optional<UniqueID> TaskEntity::currentUndoableEntry(
   return entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::uniqueId);
 }
 
-NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to) const {
+NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to, Date now) const {
   const StoredLog log(*this, {.direction = Direction::newestToOldest,
                               .minDate = from,
                               .maxDate = to,
                               .includeStatuses = TaskLogEntryTypes::allFullTypes});
-  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone());
-  return NumUniqueCompletions::fromLog(log.rows(), isNegative(), from, to, today);
+  return NumUniqueCompletions::fromLog(log.rows(), logRules(now), from, to);
 }
 
 std::optional<YYYYMMDD> TaskEntity::lastCompletedDate(YYYYMMDD onOrBefore) const {

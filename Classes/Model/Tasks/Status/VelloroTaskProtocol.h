@@ -20,7 +20,8 @@
 
 namespace velloro {
 
-/// A task as everybody sees it, wherever it comes from. To be read on the queue of its source.
+/// A task as everybody sees it, wherever it comes from. To be read on the queue of its source. What
+/// depends on the present instant is given it last; the clock is read where none is given.
 class VelloroTaskProtocol {
  public:
   virtual ~VelloroTaskProtocol() = default;
@@ -48,14 +49,17 @@ class VelloroTaskProtocol {
   /// Those who have accepted.
   [[nodiscard]] virtual std::int64_t shareParticipantCount() const = 0;
   /// In the period that holds an instant's logical day.
-  [[nodiscard]] virtual StreakedCompletionStatus streakedCompletionStatus(Date date) const = 0;
+  [[nodiscard]] virtual StreakedCompletionStatus streakedCompletionStatus(
+      Date date, Date now = Date::now()) const = 0;
   /// With the progress of the period that holds an instant's logical day, or with a given one.
-  [[nodiscard]] virtual TaskDisplayTitle displayTitle(Date date) const = 0;
-  [[nodiscard]] virtual TaskDisplayTitle displayTitle(const TaskProgress& progress) const = 0;
+  [[nodiscard]] virtual TaskDisplayTitle displayTitle(Date date, Date now = Date::now()) const = 0;
+  [[nodiscard]] virtual TaskDisplayTitle displayTitle(const TaskProgress& progress,
+                                                      Date now = Date::now()) const = 0;
   [[nodiscard]] virtual TimeZone timeZone() const = 0;
   [[nodiscard]] virtual TaskExtra taskExtra() const = 0;
   /// What the period turns into if it ends as it stands.
-  [[nodiscard]] virtual SkipMode willSkip(const TaskFrequencyPeriod& period) const = 0;
+  [[nodiscard]] virtual SkipMode willSkip(const TaskFrequencyPeriod& period,
+                                          Date now = Date::now()) const = 0;
   /// The newest entry that the user made in the period, or at all when none is given; absent when
   /// there is none.
   [[nodiscard]] virtual std::optional<UniqueID> currentUndoableEntry(
