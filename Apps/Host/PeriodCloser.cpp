@@ -7,7 +7,6 @@
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"
 #include "Tasks/Log/StoredLog.h"
-#include "Tasks/Requests/PredicateParts.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 
@@ -100,11 +99,8 @@ void write(TaskEntity& task, const std::vector<PeriodClosing>& closings, Date no
 /// Not while an entry by hand, of whatever task, was made after now.
 bool PeriodCloser::isClockTrusted() {
   if (!isClockTrusted_) {
-    PredicateParts parts;
-    parts.add("%K > %@", {"createdTimestamp", now_});
-    parts.add("%K IN %@", {"entryType", rawValuesOf(TaskLogEntryTypes::allManualTypes)});
-    NSFetchRequest request{std::string(Entry::entityName())};
-    request.setPredicate(std::move(parts).all());
+    auto request = NSFetchRequest::of<Entry>(
+        Entry::createdTimestamp > now_ && Entry::entryType.in(TaskLogEntryTypes::allManualTypes));
     request.setFetchLimit(1);
     const auto newer = context_.fetch<Entry>(request);
     if (!newer) Log::database.error(newer.error());

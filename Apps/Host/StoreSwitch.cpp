@@ -79,7 +79,7 @@ void deleteRows(NSManagedObjectContext& context) {
 }
 
 std::size_t tasksIn(NSManagedObjectContext& context) {
-  return orThrow(context.count(NSFetchRequest{std::string(TaskEntity::entityName())}));
+  return orThrow(context.count(NSFetchRequest::of<TaskEntity>()));
 }
 
 std::shared_ptr<DataManager::Container> containerFor(const DataManager& manager, bool isCloud) {

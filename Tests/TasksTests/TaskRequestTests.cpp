@@ -110,6 +110,77 @@ TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
   }
 }
 
+/// What a fetch asks for, as one text: the format, and then what its places stand for.
+std::string printed(const NSFetchRequest& request) {
+  const auto format = request.predicate().value().format();
+  std::string text = format.text;
+  for (const std::string& argument : format.arguments) text += " | " + argument;
+  return text;
+}
+
+TEST_F(TaskRequestTest, FetchesPrintTheirFormats) {
+  using Log = TaskLogFetchRequest;
+  using Note = TaskNoteEntity::Request;
+  constexpr YYYYMMDD first{2024, 3, 1}, last{2024, 3, 31};
+  const UniqueID id = UniqueID::create();
+  const std::string idList = "{\"" + id.stringValue() + "\"}";
+  const auto profile = make<UserProfileEntity>();
+  const auto red = make<TaskCategoryEntity>();
+  const auto read = task("Read");
+  save();
+  const std::pair<NSFetchRequest, std::string> cases[] = {
+      {TaskFetchRequest{.includeStatuses = {TaskStatus::paused}}.fetchRequest(),
+       R"(%K IN %@ | status | {"P"})"},
+      {TaskFetchRequest{.includeStatuses = {TaskStatus::normal, TaskStatus::paused},
+                        .includeCategories = {red}}
+           .fetchRequest(),
+       "(%K IN %@ OR %K = nil) AND ANY %K IN %@ | status | {\"N\", \"P\"} | status | "
+       "taskCategories | {TaskCategory 1}"},
+      {TaskFetchRequest{.includeShareStatuses = {TaskShareStatus::notShared,
+                                                 TaskShareStatus::isSharedWithOthers}}
+           .fetchRequest(),
+       "%K = nil OR (%K != nil AND %K IN %@) | taskShare | taskShare | taskShare.status | {\"L\"}"},
+      {TaskFetchRequest{.includeShareStatuses = {TaskShareStatus::isSharedWithMe}}.fetchRequest(),
+       "%K != nil AND %K IN %@ | taskShare | taskShare.status | {\"E\", \"X\"}"},
+      {TaskFetchRequest{.includeTaskTypeFilter = {Filter::health, Filter::negative}}.fetchRequest(),
+       "%K BEGINSWITH %@ OR %K = %@ | typeName | \"hk_\" | isNegative | 1"},
+      {TaskFetchRequest{.maxStatusDate = Date::sinceReferenceDate(0.5),
+                        .excludeTaskTypeFilter = {Filter::negative, Filter::health}}
+           .fetchRequest(),
+       "NOT (%K BEGINSWITH %@) AND NOT (%K = %@) AND %K <= %@ | typeName | \"hk_\" | isNegative | "
+       "1 | statusDate | 0.5"},
+      {TaskFetchRequest{.pageNumbers = {TaskPageNumber{1}}}.fetchRequest(),
+       "%K >= %@ AND %K < %@ | displayOrder | 100 | displayOrder | 200"},
+      {TaskFetchRequest{.userProfile = profile, .uniqueIds = {id}}.fetchRequest(),
+       "%K = %@ AND %K IN %@ | userProfile | UserProfile 1 | uniqueId | " + idList},
+      {Log{.minDate = first, .maxDate = first}.fetchRequest(read.get()),
+       "%K = %@ AND %K = 20240301 | task | Task 1 | entryDate"},
+      {Log{.minDate = first, .maxDate = last, .uniqueIds = {id}}.fetchRequest(),
+       "%K IN %@ AND %K >= 20240301 AND %K <= 20240331 | uniqueId | " + idList +
+           " | entryDate | entryDate"},
+      {Log{.includeStatuses = TaskLogEntryTypes::allSkipTypes,
+           .excludeStatuses = TaskLogEntryTypes::allSkipTypes,
+           .temporaryEntriesOnly = true}
+           .fetchRequest(),
+       "%K IN %@ AND NOT (%K IN %@) AND %K = %@ | entryType | {3, 4} | entryType | {3, 4} | "
+       "cloudStatus | \"TMP\""},
+      {Note{.task = read.get(), .date = Note::NoteDate::empty()}.fetchRequest(),
+       "%K = %@ AND %K = %@ | task | Task 1 | noteDate | 0"},
+      {Note{.date = Note::NoteDate::range({first, last}),
+            .includeStatuses = {TaskNoteStatus::pinned},
+            .excludeStatuses = {TaskNoteStatus::trashed}}
+           .fetchRequest(),
+       "%K >= %@ AND %K <= %@ AND %K IN %@ AND NOT (%K IN %@) | noteDate | 20240301 | noteDate | "
+       "20240331 | status | {\"P\"} | status | {\"T\"}"},
+  };
+  for (const auto& [request, expected] : cases) EXPECT_EQ(printed(request), expected);
+  const auto timed = TaskFetchRequest{.includeTaskTypeFilter = {Filter::timed}}.fetchRequest();
+  EXPECT_EQ(timed.predicate()->format().text, "%K = %@ OR %K IN %@");
+  const auto eat = TaskFetchRequest{.includeTaskTypeFilter = {Filter::eat}}.fetchRequest();
+  EXPECT_EQ(eat.predicate()->format().text, "%K IN %@");
+  EXPECT_FALSE(TaskFetchRequest{}.fetchRequest().predicate());
+}
+
 TEST_F(TaskRequestTest, ReadsALog) {
   using enum TaskLogFetchRequest::Direction;
   const auto read = task("Read");

@@ -36,7 +36,7 @@ Result<Tasks> tasksWithChangedLogs(NSManagedObjectContext& context, Date since) 
   std::set<std::shared_ptr<TaskEntity>> tasks;
   for (const NSPersistentHistoryTransaction& transaction : history->transactions) {
     if (std::ranges::any_of(transaction.deleted, isEntry)) {
-      return context.fetch<TaskEntity>(NSFetchRequest(std::string(TaskEntity::entityName())));
+      return context.fetch<TaskEntity>(NSFetchRequest::of<TaskEntity>());
     }
     for (const auto* ids : {&transaction.inserted, &transaction.updated}) {
       for (const NSManagedObjectID id : *ids | std::views::filter(isEntry)) {

@@ -1,30 +1,13 @@
 #pragma once
 
 #include "CoreData/Fetch/NSFetchRequest.h"
-#include "Foundation/Coding/RawValue.h"
-#include "OxKit/EnumSet.h"
-#include "OxKit/UniqueID.h"
+#include "OxKit/Platform.h"
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace velloro {
-
-template <typename E>
-[[nodiscard]] std::vector<RawValueType<E>> rawValuesOf(EnumSet<E> cases) {
-  std::vector<RawValueType<E>> raws;
-  for (const E one : cases) raws.push_back(rawValue(one));
-  return raws;
-}
-
-template <typename Ids>
-[[nodiscard]] std::vector<std::string> textsOf(const Ids& ids) {
-  std::vector<std::string> texts;
-  for (const UniqueID& id : ids) texts.push_back(id.stringValue());
-  return texts;
-}
 
 /// For what all of the parts hold; no limit where none is given, and for one below 1.
 template <typename Entity>

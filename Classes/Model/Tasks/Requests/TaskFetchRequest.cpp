@@ -16,14 +16,14 @@ using ShareStatus = TaskShareEntity::ShareStatus;
 using Tasks = Predicate<TaskEntity>;
 
 Tasks statusIn(EnumSet<TaskStatus> statuses) {
-  const Tasks isOneOf = Columns::status.in(rawValuesOf(statuses));
+  const Tasks isOneOf = Columns::status.in(statuses);
   if (!statuses.contains(TaskStatus::normal)) return isOneOf;
   return isOneOf || Columns::status == std::nullopt;
 }
 
 Tasks isSharedAs(EnumSet<ShareStatus> statuses) {
   const auto status = Columns::taskShare / TaskShareEntity::status;
-  return Columns::taskShare != nullptr && status.in(rawValuesOf(statuses));
+  return Columns::taskShare != nullptr && status.in(statuses);
 }
 
 Tasks predicate(TaskShareStatus status) {
@@ -97,7 +97,7 @@ NSFetchRequest TaskFetchRequest::fetchRequest() const {
   if (maxStatusDate) parts.push_back(Columns::statusDate <= *maxStatusDate);
   if (!pageNumbers.empty()) parts.push_back(anyOf(predicates(pageNumbers)));
   if (userProfile) parts.push_back(Columns::userProfile == userProfile);
-  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(textsOf(uniqueIds)));
+  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(uniqueIds));
   if (!includeCategories.empty()) {
     parts.push_back(any(Columns::taskCategories).in(includeCategories));
   }

@@ -14,11 +14,11 @@ using Entries = Predicate<TaskLogEntryEntity>;
 void addDates(std::vector<Entries>& parts, std::optional<YYYYMMDD> from,
               std::optional<YYYYMMDD> to) {
   if (from && from == to) {
-    parts.push_back(Columns::entryDate == constant(from->intValue()));
+    parts.push_back(Columns::entryDate == constant(*from));
     return;
   }
-  if (from) parts.push_back(Columns::entryDate >= constant(from->intValue()));
-  if (to) parts.push_back(Columns::entryDate <= constant(to->intValue()));
+  if (from) parts.push_back(Columns::entryDate >= constant(*from));
+  if (to) parts.push_back(Columns::entryDate <= constant(*to));
 }
 
 std::vector<SortDescriptor<Columns>> order(TaskLogFetchRequest::Direction direction) {
@@ -38,13 +38,13 @@ std::vector<SortDescriptor<Columns>> order(TaskLogFetchRequest::Direction direct
 NSFetchRequest TaskLogFetchRequest::fetchRequest(const TaskEntity* task) const {
   std::vector<Entries> parts;
   if (task != nullptr) parts.push_back(Columns::task == *task);
-  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(textsOf(uniqueIds)));
+  if (!uniqueIds.empty()) parts.push_back(Columns::uniqueId.in(uniqueIds));
   addDates(parts, minDate, maxDate);
   if (!includeStatuses.isEmpty()) {
-    parts.push_back(Columns::entryType.in(rawValuesOf(includeStatuses)));
+    parts.push_back(Columns::entryType.in(includeStatuses));
   }
   if (!excludeStatuses.isEmpty()) {
-    parts.push_back(!Columns::entryType.in(rawValuesOf(excludeStatuses)));
+    parts.push_back(!Columns::entryType.in(excludeStatuses));
   }
   if (temporaryEntriesOnly) {
     parts.push_back(Columns::cloudStatus == Columns::temporaryRecordIdentifier);

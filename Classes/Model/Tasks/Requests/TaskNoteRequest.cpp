@@ -13,11 +13,11 @@ using Request = TaskNoteEntity::Request;
 void addDate(std::vector<Notes>& parts, const Request::NoteDate& date) {
   const auto* range = std::get_if<YYYYMMDD::Range>(&date.value);
   if (range == nullptr) {
-    parts.push_back(Columns::noteDate == YYYYMMDD::emptyValue);
+    parts.push_back(Columns::noteDate == std::nullopt);
     return;
   }
-  if (range->minDate) parts.push_back(Columns::noteDate >= range->minDate->intValue());
-  if (range->maxDate) parts.push_back(Columns::noteDate <= range->maxDate->intValue());
+  if (range->minDate) parts.push_back(Columns::noteDate >= *range->minDate);
+  if (range->maxDate) parts.push_back(Columns::noteDate <= *range->maxDate);
 }
 
 std::vector<SortDescriptor<Columns>> order(Request::SortDirection direction) {
@@ -39,10 +39,10 @@ NSFetchRequest TaskNoteEntity::Request::fetchRequest() const {
   if (task != nullptr) parts.push_back(Columns::task == *task);
   if (date) addDate(parts, *date);
   if (!includeStatuses.isEmpty()) {
-    parts.push_back(Columns::status.in(rawValuesOf(includeStatuses)));
+    parts.push_back(Columns::status.in(includeStatuses));
   }
   if (!excludeStatuses.isEmpty()) {
-    parts.push_back(!Columns::status.in(rawValuesOf(excludeStatuses)));
+    parts.push_back(!Columns::status.in(excludeStatuses));
   }
   return requestOf(parts, order(sortDirection), limit);
 }
