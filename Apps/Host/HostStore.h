@@ -3,6 +3,7 @@
 #include "DataManager/DataManager.h"
 #include "DataManager/StoreUse.h"
 #include "Foundation/Process/Terminal.h"
+#include "Foundation/Values/Error.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
 #include "Tasks/Rows/TaskEntity.h"
@@ -10,7 +11,7 @@
 #include <concepts>
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -18,9 +19,9 @@
 namespace velloro {
 
 /// What a person wanted of the store and can't have; the text says why.
-class HostError : public std::runtime_error {
+class HostError : public Error {
  public:
-  explicit HostError(const std::string& text) : std::runtime_error(terminalText(text)) {}
+  explicit HostError(const std::string& text) : Error("velloro.host", 1, terminalText(text)) {}
 };
 
 /// The process's active store, for one command that a person gave: errors of which the data manager
@@ -47,9 +48,8 @@ class HostStore {
   /// Runs `work`, saves what it has changed, and returns what it returns. All of it is one
   /// transaction of the file (`NSManagedObjectContext::performTransaction`), so that whatever
   /// `work` reads is true when it is written: tasks, entries and settings are looked up within it.
-  /// \throws
-  /// what `work` throws, and HostError where something in it can't be read or can't be written;
-  /// nothing is, then.
+  /// \throws What `work` throws, and HostError where something can't be read or can't be written.
+  /// Nothing is written then.
   template <std::invocable Work>
   auto write(Work&& work) const {
     const StoreUse access = beginWriting();

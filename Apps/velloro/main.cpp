@@ -111,7 +111,7 @@ int run(int argumentCount, char** arguments) {
   app.set_version_flag("--version", "velloro " VELLORO_VERSION);
   app.require_subcommand(1);
   app.fallthrough();
-  app.footer("velloro COMMAND --help tells more of a command.");
+  app.footer("\"velloro COMMAND --help\" describes a command.");
   GlobalOptions global;
   global.addTo(app);
   addDayCommand(app);

@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Values/Try.h"
 
 #include <set>
 
@@ -57,15 +58,14 @@ Result<void> NotificationStore::change(const std::function<void(NotificationReco
 }
 
 Result<void> NotificationStore::edit(const std::function<void(NotificationRecords&)>& edit) {
-  const auto lock = file_.lock();
-  if (!lock) return std::unexpected(lock.error());
+  const auto lock = TRY(file_.lock());
   refresh();
   if (unreadable_) return std::unexpected(unreadable_);
   const NotificationRecords before = records_;
   NotificationRecords after = before;
   edit(after);
   if (after == before) return {};
-  if (auto written = write(after); !written) return written;
+  TRY(write(after));
   removeAttachments(before, after);
   refresh();
   return {};
@@ -79,7 +79,7 @@ Result<void> NotificationStore::write(const NotificationRecords& records) {
     return failure<EncodingError>(error);
   }
   if (isCorrupt_) {
-    if (auto aside = file_.moveAside(); !aside) return aside;
+    TRY(file_.moveAside());
   }
   return file_.write(text);
 }

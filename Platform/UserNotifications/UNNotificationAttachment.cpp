@@ -2,6 +2,7 @@
 
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Values/Try.h"
 #include "Foundation/Values/UUID.h"
 
 namespace platform {
@@ -16,16 +17,12 @@ std::filesystem::path notificationFolder() {
 Result<UNNotificationAttachment> UNNotificationAttachment::attachmentWithIdentifier(
     std::string identifier, const std::filesystem::path& url) {
   // A folder could be copied as well, but has no size.
-  if (auto size = NSFileManager::size(url); !size) return std::unexpected(size.error());
+  (void)TRY(NSFileManager::size(url));
   const auto folder = attachmentFolder(notificationFolder());
-  if (auto made = NSFileManager::createDirectory(folder); !made) {
-    return std::unexpected(made.error());
-  }
+  TRY(NSFileManager::createDirectory(folder));
   const auto copy = folder / (UUID::random().uuidString() + url.extension().string());
-  if (auto copied = NSFileManager::copyItem(url, copy); !copied) {
-    return std::unexpected(copied.error());
-  }
-  if (auto kept = NSFileManager::makePrivate(copy); !kept) return std::unexpected(kept.error());
+  TRY(NSFileManager::copyItem(url, copy));
+  TRY(NSFileManager::makePrivate(copy));
   return UNNotificationAttachment{.identifier = std::move(identifier), .url = copy.string()};
 }
 

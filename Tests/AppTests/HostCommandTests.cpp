@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -246,7 +247,9 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   answer("04T08:00:00", "task add Run");
   const std::string now = "04T09:00:00";
   refuses(now, "log add Reed", "no task is called \"Reed\"; did you mean \"Read\"?");
-  refuses(now, "log add Read done", "TYPE \"done\": not a type of entry");
+  refuses(now, "log add Read finished", "TYPE \"finished\": not a type of entry");
+  answer(now, "task edit Run --negative");
+  refuses(now, "log add Run skip", "TYPE \"skip\": a habit to avoid can't be skipped");
   refuses(now, "log add Read --date 20240305", "--date \"20240305\": in the future");
   refuses(now, "log add Read --date 19691231", "--date \"19691231\": lies before 1970");
   const auto late =
@@ -265,6 +268,9 @@ TEST_F(HostCommands, RefuseTasksThatCannotBe) {
       {"add Plants --interval 31", "31 days between completions; the nearest is 30"},
       {"add Often --times 8", "8 days per period; the nearest is 7"},
       {"add Steps --partial 0", "0 steps to a completion; the nearest is 1"},
+      {"add Often --every 5w", "35 days between completions; the nearest is 30"},
+      {"add Often --page 4", "--page \"4\": out of range; write 0 to 3"},
+      {"edit Swim --type hk_water --total 8x --per week", "--total \"8x\": not a number"},
       {"add Weird --color red", "--color \"red\": not a colour"},
       {"add Walk --days ''", "never be due"},
       {"add Walk --first-day-of-week mon", "\"mon\": specificDaysOfWeek makes no use of it"},
@@ -282,17 +288,76 @@ TEST_F(HostCommands, RefuseTasksThatCannotBe) {
       {"edit Read --title \"$(printf 'a\\nb')\"",
        R"(TITLE "a\nb": has line breaks or other control)"},
       {"add \"$(printf 'a\\302\\233')\"", R"(TITLE "a\u009b": has line breaks or other control)"},
-      {"add \"$(printf '\\377')\"", R"(TITLE "\xff": has line breaks or other control)"}};
+      {"add \"$(printf '\\377')\"", R"(TITLE "\xff": not a text in UTF-8)"},
+      {"add \"$(printf ' \\342\\200\\213')\"", "has nothing that can be seen"},
+      {"add \"$(printf '%0201d' 1)\"", "longer than 200 characters"}};
   for (const auto& [arguments, complaint] : cases) {
     expectRefusal("task " + (arguments + here("04T09:00:00")), complaint);
   }
   EXPECT_EQ(answer("04T09:00:00", "task list").array()->size(), 2U) << "nothing was left";
 }
 
+TEST_F(HostCommands, TakeAndShowHowOftenInWords) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"--every Mon,wed,friday", "mon wed fri", "edit"},
+      {"--every 'mon, tue'", "mon tue", "add"},
+      {"--every weekend", "sat sun", "edit"},
+      {"--every day", "every day", "edit"},
+      {"--every 1d", "every day", "add"},
+      {"--every 3d", "every 3 days", "edit"},
+      {"--every 'other day'", "every 2 days", "add"},
+      {"--every '2 weeks'", "every 14 days", "edit"},
+      {"--times 3 --per week", "3 times a week", "edit"},
+      {"--times 1 --per month", "once a month", "edit"},
+      {"--times 3 --per day", "every day, in 3 steps", "edit"},
+      {"--total 20 --per month", "20 a month", "edit"},
+      {"--total 20 --per year --type hk_distance --unit km", "20 km a year", "add"},
+      {"--total 8 --per day --type hk_water --unit cups_us", "every day", "add"}};
+  answer("04T08:00:00", "task add Read");
+  for (const auto& [options, words, command] : cases) {
+    const auto task = std::string(command) == "edit" ? "edit Read " : "add 'Read more' ";
+    const auto report = answer("04T08:00:00", "task " + (task + std::string(options)));
+    EXPECT_EQ(*report["recurrence"].text(), words) << options;
+  }
+  EXPECT_THAT(at("04T08:00:00", "task list").output, HasSubstr("Read more"));
+}
+
+TEST_F(HostCommands, ListTheLogOfAllTasks) {
+  for (const char* task : {"Read", "Run", "'No sweets' --negative"}) {
+    answer("04T08:00:00", std::string("task add ") + task);
+  }
+  answer("04T09:00:00", "log add Read done");
+  answer("04T10:00:00", "log add Run skip");
+  answer("05T09:00:00", "log add Read miss");
+  answer("05T10:00:00", "log add 'No sweets' miss");
+  const auto listed = [&](const std::string& options) {
+    std::string all;
+    for (const auto& entry : *answer("05T11:00:00", "log list " + options).array()) {
+      all += *entry["title"].text() + " " + *entry["state"].text() + ", ";
+    }
+    return all;
+  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "No sweets missed, Read missed, Run skipped, Read done, No sweets done, "},
+      {"--limit 2", "No sweets missed, Read missed, "},
+      {"--limit 1 --to 20240304", "Run skipped, "},
+      {"--since 20240305", "No sweets missed, Read missed, "},
+      {"--since 2024-03-05T08:30:00Z", "No sweets missed, "},
+      {"Read", "Read done, Read missed, "},
+      {"Read --limit 1", "Read missed, "}};
+  for (const auto& [options, entries] : cases) EXPECT_EQ(listed(options), entries) << options;
+  expectRefusal("log list --limit 0", "--limit \"0\": out of range");
+  expectRefusal("log list --since yesterday", "--since \"yesterday\": not an instant");
+  EXPECT_EQ(*answer("05T11:00:00", "status Read")["state"].text(), "missed");
+}
+
 TEST_F(HostCommands, ShowAmountsInTheirUnit) {
   const std::string now = "04T08:00:00";
   answer(now, "task add Water --type hk_water --target 8 --unit cups_us --partial 4");
   answer(now, "task add Bed --type hk_bedtime");
+  answer(now, "task add Sleep --type hk_sleep --target 8");
+  answer(now, "task add Sip --type hk_water --target 8 --unit cups_us");
+  answer(now, "log add Sip --progress 0.4");
   answer(now, "task add Play --timer 300 --partial 2");
   answer(now, "task add Tea --partial 3");
   for (const char* task : {"Water", "Play", "Tea"}) answer(now, std::string("log add ") + task);
@@ -300,6 +365,8 @@ TEST_F(HostCommands, ShowAmountsInTheirUnit) {
       {"status Water", "due, 2 of 8 cups, streak"}, {"status Bed", "due, 10:00\u202fPM, streak"},
       {"status Play", "5 minutes of 10 minutes"},   {"status Tea", "due, 1 of 3, streak"},
       {"log list Water", "2 cups  2 cups"},         {"log list Play", "5 minutes  5 minutes"},
+      {"log list Sip", "0.4 cups  0.4 cups"},       {"log list Sip", "amount    total"},
+      {"status Sip", "due, 0.4 of 8 cups"},         {"task show Sleep", "hk_sleep, 8 hours\n"},
       {"task show Water", "hk_water, 8 cups\n"},    {"task show Bed", ", 10:00\u202fPM\n"}};
   for (const auto& [command, told] : cases) EXPECT_THAT(at(now, command).output, HasSubstr(told));
 }

@@ -30,7 +30,7 @@ TEST(QueryCommands, PrintOneObject) {
   const std::pair<const char*, const char*> cases[] = {
       {"day --at 2024-03-07T01:59:59Z --start-of-day 03:00:00 --zone Europe/Berlin "
        "--first-day-of-week mon",
-       R"({"day":20240306,"dayOfWeek":3,"start":"2024-03-06T02:00:00Z",)"
+       R"({"day":20240306,"dayOfWeek":3,"weekday":"wednesday","start":"2024-03-06T02:00:00Z",)"
        R"("end":"2024-03-07T02:00:00Z","week":[20240304,20240310],)"
        R"("fortnight":[20240226,20240310],"month":[20240301,20240331],)"
        R"("year":[20240101,20241231],)"
@@ -66,6 +66,7 @@ TEST(QueryCommands, TellWhatIsAskedFor) {
       {"day --zone Europe/Berlin --now 2024-03-31T12:00:00Z", "23 hours"},
       {"day --locale de_DE --now 2024-03-31T12:00:00Z", "2024-03-25  to  2024-03-31"},
       {"period --mode numberOfDaysInWeek --times 3", "expected   3 times in the week"},
+      {"period --times 3 --per fortnight", "expected   3 times in the fortnight"},
       {"period --mode numberOfDaysInMonth --times 31 --date 20240229",
        "expected   31 times in the month"},
       {"period --mode dayInterval --interval 31", "No day can ever be due."},
@@ -144,7 +145,7 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"log --nigh", "--nigh: not expected here; see \"velloro log --help\""},
       {"day 20240307 --json=5", "json was given"},
       {"", "a command is needed"},
-      {"period ", "--mode is required"},
+      {"period ", "--mode is required, or --every"},
       {"period --mode weekly", "--mode \"weekly\": not a mode; write one of specificDaysOfWeek, "},
       {"period --mode dayInterval --interval -1", "--interval \"-1\": not a whole number"},
       {"period --mode numberOfDaysInWeek --times 9999999999",
@@ -157,6 +158,16 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"period --mode specificDaysOfWeek --date 20230229", "--date \"20230229\": not a day"},
       {"period --mode specificDaysOfWeek --first-day-of-week x",
        "--first-day-of-week \"x\": not a"},
+      {"period --times 3 --total 4 --per week", "--total excludes --times"},
+      {"period --total 3", "--total \"3\": needs --per"},
+      {"period --per week", "--per \"week\": needs --times or --total"},
+      {"period --times 3 --per decade", "--per \"decade\": not a period"},
+      {"period --times 3 --per day --partial 2", "--partial \"2\": --times says the steps"},
+      {"period --every day --mode dayInterval", "--every excludes --mode"},
+      {"period --every 0d", "--every \"0d\": not from 1 on"},
+      {"period --every 'other month'", "write --times 1 --per month"},
+      {"period --every d", "--every \"d\": not a weekday"},
+      {"period --every 1.5d", "write weekdays as mon,wed,fri, or an interval"},
       {"title", "a --type or a --title is needed"},
       {"title --title Read --target 5", "--target \"5\": only with a --type"},
       {"title --type hk_watr", "did you mean \"hk_water\"?"},

@@ -3,8 +3,12 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <span>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -69,6 +73,32 @@ TEST(RingCommand, PlaysAnAnimationInNoTime) {
   EXPECT_THAT(NSFileManager::contents(file).value(), HasSubstr("acTL"));
 }
 
+TEST(RingCommand, WritesThroughLinksAndPipesAndLeavesNothingWhenItIsInterrupted) {
+  namespace fs = std::filesystem;
+  const platform::VirtualEnvironment environment;
+  const fs::path folder = environment.directories().temporary;
+  const std::string file = (folder / "secret.png").string(), link = (folder / "link").string();
+  ASSERT_TRUE(NSFileManager::write("old", file));  // for the owner alone
+  fs::create_symlink("secret.png", link);
+  EXPECT_EQ(runProgram("ring --size 8 --png '" + link + "'").exitCode, 0);
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(decoded(NSFileManager::contents(file).value()));
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600));
+  const std::string pipe = (folder / "pipe").string();
+  ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
+  const auto piped = runProgram("ring --size 8 --png '" + pipe + "' & cat '" + pipe + "'");
+  EXPECT_TRUE(decoded(piped.output)) << piped.errors;
+  EXPECT_TRUE(fs::is_fifo(pipe));
+  EXPECT_EQ(runProgram("ring --animate check --png /dev/full").exitCode, 1);
+  // The system ends the process by a signal when the file grows beyond one block.
+  const std::string killed = "ulimit -c 0 -f 1; '" VELLORO_PROGRAM
+                             "' ring --animate check --size 500 --png '" +
+                             file + "' 2>/dev/null";
+  EXPECT_NE(std::system(killed.c_str()), 0);
+  EXPECT_EQ(NSFileManager::contentsOfDirectory(folder).value(),
+            (std::vector<std::string>{"link", "pipe", "secret.png"}));
+}
+
 TEST(RingCommand, NamesWhatItCannotUse) {
   const std::pair<std::string, const char*> cases[] = {
       {"", "a --png is needed"},
@@ -84,6 +114,11 @@ TEST(RingCommand, NamesWhatItCannotUse) {
       {"--png x --segments 101", "write 1 to 100"},
       {"--png x --progress 2", "--progress \"2\": not a share"},
       {"--png x --icon book --emoji x", "--icon excludes --emoji"},
+      {"--png x --caption \"$(printf '\\377')\"", "--caption \"\\xff\": not a text in UTF-8"},
+      {"--png x --caption \"$(printf '%0101d' 1)\"", "longer than 100 characters"},
+      {"--png x --emoji \"$(printf '\\342\\200\\213')\"", "has nothing that can be seen"},
+      {"--png x --monogram 123456789", "longer than 8 characters"},
+      {"--png x --badge topLeading:mg_123456789", "longer than 8 characters"},
       {"--png x --sheet --animate check", "--sheet excludes --animate"},
       {"--png x --animate uncheck", "not an animation; write check"},
       {"--animate check", "a --png or a --frames is needed"},

@@ -26,6 +26,10 @@ TEST(Terminal, IsGivenNothingThatActsOnIt) {
     EXPECT_EQ(terminalText(line), line);
     EXPECT_EQ(hasControlCharacters(text), text != line) << line;
   }
+  for (const char* blank : {"", " \t\u00a0", "\u200b\u200d\ufeff", "\u2800\u3164\u202e"}) {
+    EXPECT_FALSE(isVisible(blank)) << blank;
+  }
+  for (const char* seen : {"a", " .", "\u200b🚲", "ą"}) EXPECT_TRUE(isVisible(seen)) << seen;
   EXPECT_EQ(terminalLines("{\n \"a\": \"\u009b\"}"), "{\n \"a\": \"\\u009b\"}");
 }
 

@@ -43,7 +43,7 @@ void run(const DayOptions& options) {
 
 void addDayCommand(CLI::App& app) {
   auto options = std::make_shared<DayOptions>();
-  CLI::App* command = app.add_subcommand("day", "Tells everything about a logical day");
+  CLI::App* command = app.add_subcommand("day", "Prints the properties of a logical day");
   auto* day = command->add_option("day", options->day, "The day (default: the one of --at)")
                   ->type_name("YYYYMMDD");
   command->add_option("--at", options->at, "The day that holds this instant (default: now)")

@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Formatting/NSDateFormatter.h"
 #include "Foundation/Text/String.h"
+#include "velloro/Options/Arguments.h"
 
 namespace velloro {
 namespace {
@@ -26,6 +27,7 @@ DayReport DayReport::of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWee
   return {
       .day = day,
       .dayOfWeek = day.dayOfWeek(timeZone),
+      .weekday = weekdayName(day.dayOfWeek(timeZone)),
       .start = {day.startOfDay(startOfDay, timeZone)},
       .end = {day.nextDay(timeZone).startOfDay(startOfDay, timeZone)},
       .week = {day.startOfWeek(firstDayOfWeek, timeZone), day.endOfWeek(firstDayOfWeek, timeZone)},

@@ -9,7 +9,7 @@
 
 namespace velloro {
 
-/// Everything about one logical day, as `velloro day` tells it.
+/// Everything about one logical day, as `velloro day` prints it.
 struct DayReport {
   struct Remaining {
     std::int64_t week = 0;
@@ -30,6 +30,7 @@ struct DayReport {
 
   YYYYMMDD day;
   DayOfWeek dayOfWeek = DayOfWeek::sunday;
+  std::string weekday;         ///< The same in words: "sunday".
   Instant start;               ///< At which the day begins …
   Instant end;                 ///< … and the next one does.
   std::vector<YYYYMMDD> week;  ///< First and last day, as in the three that follow.
@@ -38,11 +39,12 @@ struct DayReport {
   std::vector<YYYYMMDD> year;
   Remaining daysRemaining;  ///< The day itself not counted.
 
-  static constexpr auto codingKeys = keys(
-      key("day", &DayReport::day), key("dayOfWeek", &DayReport::dayOfWeek),
-      key("start", &DayReport::start), key("end", &DayReport::end), key("week", &DayReport::week),
-      key("fortnight", &DayReport::fortnight), key("month", &DayReport::month),
-      key("year", &DayReport::year), key("daysRemaining", &DayReport::daysRemaining));
+  static constexpr auto codingKeys =
+      keys(key("day", &DayReport::day), key("dayOfWeek", &DayReport::dayOfWeek),
+           key("weekday", &DayReport::weekday), key("start", &DayReport::start),
+           key("end", &DayReport::end), key("week", &DayReport::week),
+           key("fortnight", &DayReport::fortnight), key("month", &DayReport::month),
+           key("year", &DayReport::year), key("daysRemaining", &DayReport::daysRemaining));
 
   [[nodiscard]] static DayReport of(YYYYMMDD day, HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
                                     TimeZone timeZone);

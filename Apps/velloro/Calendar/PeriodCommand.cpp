@@ -23,6 +23,9 @@ struct PeriodOptions {
 };
 
 void run(const PeriodOptions& options) {
+  if (!options.frequency.areRecurring()) {
+    throw UsageError("--mode is required, or --every, --times, --total, --days or --interval");
+  }
   const TaskFrequency frequency = options.frequency.over(TaskFrequency::defaultFrequency);
   const TimeZone zone = TimeZone::current();
   const YYYYMMDD date = options.date ? dayArgument("--date", *options.date)
@@ -34,7 +37,6 @@ void run(const PeriodOptions& options) {
 
 void addOptions(CLI::App& command, PeriodOptions& options) {
   options.frequency.addTo(command);
-  command.get_option("--mode")->required();
   command.add_option("--date", options.date, "A day of the period (default: today)")
       ->type_name("YYYYMMDD");
   options.firstDayOfWeek.addTo(command);
@@ -45,11 +47,12 @@ void addOptions(CLI::App& command, PeriodOptions& options) {
 
 void addPeriodCommand(CLI::App& app) {
   auto options = std::make_shared<PeriodOptions>();
-  CLI::App* command = app.add_subcommand("period", "Tells the period of a task that a day lies in");
+  CLI::App* command =
+      app.add_subcommand("period", "Prints the period of a task that a day lies in");
   addOptions(*command, *options);
   command->footer(modesFooter() +
                   "\nExamples:\n"
-                  "  velloro period --mode numberOfDaysInWeek --times 3\n"
+                  "  velloro period --times 3 --per week\n"
                   "  velloro period --mode specificDaysOfWeek --days mon,wed,fri --date 20240306\n"
                   "  velloro period --mode aggregateOverFortnight --date 20000108 "
                   "--first-day-of-week sunday --json");

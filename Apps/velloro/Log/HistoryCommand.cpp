@@ -38,7 +38,8 @@ void run(const HistoryOptions& options) {
 
 void addHistoryCommand(CLI::App& app) {
   auto options = std::make_shared<HistoryOptions>();
-  CLI::App* command = app.add_subcommand("history", "Tells what became of a task's periods");
+  CLI::App* command =
+      app.add_subcommand("history", "Shows the past periods of a task, and how each ended");
   addTaskArgument(*command, options->task);
   command
       ->add_option("--from", options->from,

@@ -6,7 +6,7 @@ class App;
 
 namespace velloro {
 
-/// `velloro history`: tells what became of a task's periods.
+/// `velloro history`: shows the past periods of a task.
 void addHistoryCommand(CLI::App& app);
 
 }  // namespace velloro

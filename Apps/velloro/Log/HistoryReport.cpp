@@ -45,8 +45,8 @@ HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD 
                        .longTerm = history.longTerm};
   const auto sorted = sortedOldestToNewest(history.unsortedPeriods());
   for (const auto& [period, status] : sorted) {
-    report.periods.push_back(
-        {periodName(period.periodType), period.startDate, period.finishDate, status});
+    report.periods.push_back({periodName(period.periodType), period.startDate, period.finishDate,
+                              status, signOf(status).words});
   }
   return report;
 }

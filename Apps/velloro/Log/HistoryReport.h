@@ -10,17 +10,18 @@
 
 namespace velloro {
 
-/// What became of a task's periods, as `velloro history` tells it.
+/// What became of a task's periods, as `velloro history` prints it.
 struct HistoryReport {
   struct Stretch {
     std::string type;  ///< "week"
     YYYYMMDD start = {};
     YYYYMMDD finish = {};
     TaskCalendarPeriodStatus status = TaskCalendarPeriodStatus::past;
+    std::string state;  ///< The status in words: "done".
 
-    static constexpr auto codingKeys =
-        keys(key("type", &Stretch::type), key("start", &Stretch::start),
-             key("finish", &Stretch::finish), key("status", &Stretch::status));
+    static constexpr auto codingKeys = keys(
+        key("type", &Stretch::type), key("start", &Stretch::start), key("finish", &Stretch::finish),
+        key("status", &Stretch::status), key("state", &Stretch::state));
   };
 
   std::string uniqueId;

@@ -12,35 +12,41 @@
 
 namespace velloro {
 
-/// An entry of a log, as `velloro log` tells it.
+/// An entry of a log, as `velloro log` prints it.
 struct LogReport {
+  std::string taskId;
+  std::string title;
   std::string uniqueId;
-  std::string type;  ///< "completed_manually"
+  std::string type;   ///< "completed_manually"
+  std::string state;  ///< The same in words: "done".
   YYYYMMDD date = {};
   std::optional<TaskLogEntryPeriod> period;
+  std::string periodType;    ///< "day"; empty where the entry has no period.
   double progress = 0;       ///< The entry's own amount.
-  double progressTotal = 0;  ///< The period's up to and with it.
+  double progressTotal = 0;  ///< That of the period, up to and including this entry.
   std::optional<Date> created;
   std::string timeZone;
+  /// For the text alone.
+  AmountText amounts = AmountText(std::nullopt);
 
   static constexpr auto codingKeys =
-      keys(key("uniqueId", &LogReport::uniqueId), key("type", &LogReport::type),
-           key("date", &LogReport::date), key("period", &LogReport::period),
+      keys(key("taskId", &LogReport::taskId), key("title", &LogReport::title),
+           key("uniqueId", &LogReport::uniqueId), key("type", &LogReport::type),
+           key("state", &LogReport::state), key("date", &LogReport::date),
+           key("period", &LogReport::period), key("periodType", &LogReport::periodType),
            key("progress", &LogReport::progress), key("progressTotal", &LogReport::progressTotal),
            key("created", &LogReport::created), key("timeZone", &LogReport::timeZone));
 
-  [[nodiscard]] static LogReport of(const TaskLogEntryEntity& entry);
-  /// Of an entry that whoever writes next will make.
-  [[nodiscard]] static LogReport of(const PeriodClosing& closing, const TaskEntity& task);
-  /// Of the stored entries that the outlook of the task leaves, from the oldest, with those
-  /// closings that lie within the days of the request.
+  [[nodiscard]] static LogReport of(const TaskLogEntryEntity& entry, const TaskEntity& task);
+  /// The stored entries that the outlook of the task leaves, from the oldest, and those closings
+  /// within the dates that the next writer will add.
   [[nodiscard]] static std::vector<LogReport> ofLog(const TaskEntity& task,
                                                     const TaskEntity::Entries& entries,
                                                     const std::vector<PeriodClosing>& closings,
                                                     const YYYYMMDD::Range& dates);
 };
 
-/// One line an entry.
-[[nodiscard]] std::string table(const std::vector<LogReport>& reports, const AmountText& amounts);
+/// One line per entry, under a heading.
+[[nodiscard]] std::string table(const std::vector<LogReport>& reports, bool hasTitles);
 
 }  // namespace velloro

@@ -15,10 +15,10 @@
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/NearMatches.h"
 #include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
 
 #include <memory>
-#include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
@@ -35,18 +35,11 @@ struct NotificationOptions {
   bool json = false;
 };
 
-double between(const char* name, const std::optional<std::string>& text, double fallback,
-               double least, double most) {
-  if (!text) return fallback;
-  const double amount = amountArgument(name, *text);
-  if (amount >= least && amount <= most) return amount;
-  throw UsageError(name + (" " + inQuotes(*text)) +
-                   stringWithFormat(": out of range; write %g to %g", least, most));
-}
-
 NotificationViewController::Screen screenOf(const NotificationOptions& options) {
-  return {.width = between("--width", options.width, 320, 100, 2000),
-          .scale = between("--scale", options.scale, 2, 0.5, 4),
+  return {.width = options.width
+                       ? numberBetween("--width", *options.width, 100, 2000, "100 to 2000")
+                       : 320,
+          .scale = options.scale ? numberBetween("--scale", *options.scale, 0.5, 4, "0.5 to 4") : 2,
           .userInterfaceStyle =
               options.dark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light};
 }
@@ -58,8 +51,12 @@ std::shared_ptr<DataManager::Container> openCloudContainer() {
   const auto file = DataManager::StoreUrls::make().sharedGroupUrlModernCloud;
   if (!NSFileManager::exists(file)) return nullptr;
   auto container = std::make_shared<DataManager::Container>(velloroModelName, velloroModel());
-  DataManager::configureStoreDescription(*container, DataManager::Url{file, {}},
-                                         [](const auto&, const ErrorPtr&) {});
+  auto description = NSPersistentStoreDescription::initWithURL(file);
+  // No file is left beside a store at rest; one that another process has open is read with locks.
+  const bool isInUse = NSFileManager::exists(file.string() + "-shm");
+  description.access = isInUse ? StoreAccess::readOnly : StoreAccess::atRest;
+  container->setPersistentStoreDescriptions({std::move(description)});
+  container->loadPersistentStores([](const auto&, const ErrorPtr&) {});
   return container;
 }
 
@@ -100,12 +97,10 @@ UNNotification notificationIn(const std::string& file) {
                                   .userInfo = content["userInfo"]}}};
 }
 
-void write(const CGImage& image, const std::string& file) {
+void write(const CGImage& image, const std::string& file, const char* option) {
   const auto bytes = image.pngData();
-  if (!bytes) throw std::runtime_error("the picture cannot be made");
-  if (file == "-") return printBytes(bytes->text());
-  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
-  if (!written) throw std::runtime_error(written.error()->localizedDescription());
+  if (!bytes) throw HostError("the picture can't be made");
+  writeFile(bytes->text(), file, option);
 }
 
 void show(const NotificationOptions& options) {
@@ -115,7 +110,7 @@ void show(const NotificationOptions& options) {
   SettingsStorage::setCloudContainer(existingCloudContainer);
   const auto controller = NotificationViewController::make(screenOf(options));
   controller->didReceive(notificationIn(options.file));
-  if (options.png) write(*notificationPicture(*controller->view()), *options.png);
+  if (options.png) write(*notificationPicture(*controller->view()), *options.png, "--png");
   if (options.json) print(notificationReport(*controller).json() + "\n");
   if (!options.json && !options.png) print(notificationText(*controller));
 }
@@ -135,9 +130,9 @@ void act(const NotificationOptions& options) {
   if (options.frames) {
     const auto folder = folderArgument("--frames", *options.frames);
     const auto made = NSFileManager::createDirectory(folder, NewItemAccess::byUmask);
-    if (!made) throw std::runtime_error(made.error()->localizedDescription());
+    if (!made) throw Error(*made.error());
     take = [folder, number = std::size_t{0}](const CGImage& image) mutable {
-      write(image, folder / stringWithFormat("frame-%04zu.png", number++));
+      write(image, folder / stringWithFormat("frame-%04zu.png", number++), "--frames");
     };
   }
   const auto play =

@@ -65,6 +65,7 @@ PropertyList ringReport(const CheckableTaskView& view) {
       {"subProgress", view.subProgress()},
       {"numSegments", ring.numSegments},
       {"fillDirection", rawValue(ring.fillDirection)},
+      {"fills", ring.fillDirection == FillDirection::clockwise ? "clockwise" : "anticlockwise"},
       {"uncheckedIcon", valueOf(ring.uncheckedIcon)},
       {"checkedIcon", valueOf(ring.checkedIcon)},
       {"uncheckedWhenCompleteIcon", valueOf(ring.uncheckedWhenCompleteIcon)},

@@ -27,20 +27,19 @@ UsageError unusable(const std::string& name, const std::string& text, const std:
   return UsageError(name + " " + inQuotes(text) + ": " + reason);
 }
 
-/// "km, m or miles".
-std::string choice(const std::vector<std::string_view>& names) {
-  std::string text;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (i > 0) text += i + 1 < names.size() ? ", " : " or ";
-    text += names[i];
-  }
-  return text;
-}
-
 }  // namespace
 
 std::string lowercased(std::string text) {
   std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+  return text;
+}
+
+std::string listed(const std::vector<std::string_view>& names, const char* lastGap) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 < names.size() ? ", " : lastGap;
+    text += names[i];
+  }
   return text;
 }
 
@@ -55,14 +54,19 @@ YYYYMMDD dayArgument(const std::string& name, const std::string& text) {
   throw unusable(name, text, "not a day of the calendar; write one as 20240307");
 }
 
-HHMMSS timeArgument(const std::string& name, const std::string& text) {
+std::optional<HHMMSS> timeIn(const std::string& text) {
   const bool hasForm = text.size() == 8 && text[2] == ':' && text[5] == ':';
   const auto hour = hasForm ? wholeNumber(text.substr(0, 2)) : std::nullopt;
   const auto minute = hasForm ? wholeNumber(text.substr(3, 2)) : std::nullopt;
   const auto second = hasForm ? wholeNumber(text.substr(6, 2)) : std::nullopt;
   if (hour && minute && second && *hour < 24 && *minute < 60 && *second < 60) {
-    return {.h = *hour, .m = *minute, .s = *second};
+    return HHMMSS{.h = *hour, .m = *minute, .s = *second};
   }
+  return std::nullopt;
+}
+
+HHMMSS timeArgument(const std::string& name, const std::string& text) {
+  if (const auto time = timeIn(text)) return *time;
   throw unusable(name, text, "not a time of day; write one as 03:00:00");
 }
 
@@ -92,9 +96,9 @@ std::int64_t countArgument(const std::string& name, const std::string& text) {
 
 DayMode modeArgument(const std::string& name, const std::string& text) {
   if (const auto mode = modeNames.fromRawValue(text)) return *mode;
-  std::string list;
-  for (const DayMode mode : modeNames.cases()) list += (list.empty() ? "" : ", ") + modeName(mode);
-  throw unusable(name, text, "not a mode; write one of " + list);
+  std::vector<std::string_view> names;
+  for (const DayMode mode : modeNames.cases()) names.push_back(modeNames.rawValue(mode));
+  throw unusable(name, text, "not a mode; write one of " + listed(names));
 }
 
 TimeZone zoneArgument(const std::string& name, const std::string& text) {
@@ -139,6 +143,21 @@ double amountArgument(const std::string& name, const std::string& text) {
   throw unusable(name, text, "not a number; write one as 7.5");
 }
 
+double numberBetween(const std::string& name, const std::string& text, double least, double most,
+                     const std::string& example) {
+  const double number = amountArgument(name, text);
+  if (number >= least && number <= most) return number;
+  throw unusable(name, text, "out of range; write " + example);
+}
+
+std::int64_t countBetween(const std::string& name, const std::string& text, std::int64_t least,
+                          std::int64_t most) {
+  const auto count = countArgument(name, text);
+  if (count >= least && count <= most) return count;
+  throw unusable(name, text,
+                 "out of range; write " + std::to_string(least) + " to " + std::to_string(most));
+}
+
 double shareArgument(const std::string& name, const std::string& text) {
   const double share = amountArgument(name, text);
   if (share >= 0 && share <= 1) return share;
@@ -161,7 +180,7 @@ TypeUnit unitArgument(const std::string& name, const std::string& text, TaskType
   if (unit && std::ranges::find(names, text) != names.end()) return *unit;
   const std::string ofType = "not a unit of " + std::string(type.rawValue());
   if (names.empty()) throw unusable(name, text, ofType + ", which has none");
-  throw unusable(name, text, ofType + "; write " + choice(names));
+  throw unusable(name, text, ofType + "; write " + listed(names, " or "));
 }
 
 TaskDisplayTitle::Context contextArgument(const std::string& name, const std::string& text) {
@@ -174,6 +193,31 @@ TaskDisplayTitle::Context contextArgument(const std::string& name, const std::st
   throw unusable(
       name, text,
       "not a context; " + (hint.empty() ? "\"velloro title\" without one shows them all" : hint));
+}
+
+TaskPageNumber pageArgument(const std::string& name, const std::string& text) {
+  return TaskPageNumber{countBetween(name, text, 0, numberOfPages - 1)};
+}
+
+std::string lineArgument(const std::string& name, const std::string& text, std::size_t most) {
+  // One character may have any number of accents.
+  constexpr std::size_t mostBytesEach = 64;
+  if (text.empty()) throw unusable(name, text, "empty; write a line of text");
+  if (!isUTF8(text)) throw unusable(name, text, "not a text in UTF-8");
+  if (hasControlCharacters(text)) {
+    throw unusable(name, text,
+                   "has line breaks or other control characters; write a line of plain text");
+  }
+  if (!isVisible(text)) throw unusable(name, text, "has nothing that can be seen");
+  if (text.size() > most * mostBytesEach || graphemes(text).size() > most) {
+    throw unusable(name, text, "longer than " + std::to_string(most) + " characters");
+  }
+  return text;
+}
+
+std::string titleArgument(const std::string& name, const std::string& text) {
+  constexpr std::size_t most = 200;
+  return lineArgument(name, text, most);
 }
 
 std::string modeName(DayMode mode) {

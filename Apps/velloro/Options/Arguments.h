@@ -3,31 +3,39 @@
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Time/Date.h"
 #include "Foundation/Time/TimeZone.h"
+#include "Foundation/Values/Error.h"
 #include "OxDateTime/DayOfWeek.h"
 #include "OxDateTime/HHMMSS.h"
 #include "OxDateTime/YYYYMMDD.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
 #include "VelloroCore/Frequency/DayMode.h"
 #include "VelloroCore/Frequency/TaskFrequencyPeriodType.h"
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Types/TaskType.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <stdexcept>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace velloro {
 
-/// What the person typed can't be used; the text names the argument and says why. Exit code 2.
-class UsageError : public std::runtime_error {
+/// What the person typed can't be used; the text names the argument and gives the reason. The
+/// program ends with exit code 2.
+class UsageError : public Error {
  public:
-  explicit UsageError(const std::string& text) : std::runtime_error(terminalText(text)) {}
+  explicit UsageError(const std::string& text) : Error("velloro.usage", 2, terminalText(text)) {}
 };
 
-/// ASCII letters made small.
+/// With ASCII letters in lower case.
 [[nodiscard]] std::string lowercased(std::string text);
+
+/// Names with commas between them, and `lastGap` before the last: "km, m or miles".
+[[nodiscard]] std::string listed(const std::vector<std::string_view>& names,
+                                 const char* lastGap = ", ");
 
 // Each reads one argument's text. `name` is what the person knows the argument by ("--at").
 // All throw UsageError.
@@ -36,7 +44,9 @@ class UsageError : public std::runtime_error {
 [[nodiscard]] Date instantArgument(const std::string& name, const std::string& text);
 /// 20240307.
 [[nodiscard]] YYYYMMDD dayArgument(const std::string& name, const std::string& text);
-/// 03:00:00.
+/// 03:00:00; absent for a text that is none.
+[[nodiscard]] std::optional<HHMMSS> timeIn(const std::string& text);
+/// The same as an argument.
 [[nodiscard]] HHMMSS timeArgument(const std::string& name, const std::string& text);
 /// "monday", or "mon", in any case.
 [[nodiscard]] DayOfWeek weekdayArgument(const std::string& name, const std::string& text);
@@ -54,6 +64,9 @@ class UsageError : public std::runtime_error {
 /// A folder, which need not be there yet; as an absolute path.
 [[nodiscard]] std::filesystem::path folderArgument(const std::string& name,
                                                    const std::string& text);
+/// One of the four pages that have a theme: "0" to "3".
+[[nodiscard]] TaskPageNumber pageArgument(const std::string& name, const std::string& text);
+inline constexpr std::int64_t numberOfPages = 4;
 /// "week".
 [[nodiscard]] TaskFrequencyPeriodType periodArgument(const std::string& name,
                                                      const std::string& text);
@@ -62,6 +75,12 @@ class UsageError : public std::runtime_error {
 
 /// A number with or without a fraction: 7.5.
 [[nodiscard]] double amountArgument(const std::string& name, const std::string& text);
+/// A number from `least` to `most`. \param example What to write instead: "1 to 100".
+[[nodiscard]] double numberBetween(const std::string& name, const std::string& text, double least,
+                                   double most, const std::string& example);
+/// A whole one.
+[[nodiscard]] std::int64_t countBetween(const std::string& name, const std::string& text,
+                                        std::int64_t least, std::int64_t most);
 /// A number from 0 to 1.
 [[nodiscard]] double shareArgument(const std::string& name, const std::string& text);
 /// A unit in which such a task's target can be given: "cups_us".
@@ -70,6 +89,13 @@ class UsageError : public std::runtime_error {
 /// "voiceOver".
 [[nodiscard]] TaskDisplayTitle::Context contextArgument(const std::string& name,
                                                         const std::string& text);
+
+/// A line of plain text in UTF-8, of which something can be seen.
+/// \param most In characters as a person counts them.
+[[nodiscard]] std::string lineArgument(const std::string& name, const std::string& text,
+                                       std::size_t most);
+/// What a task is called: a line of 200 characters at most.
+[[nodiscard]] std::string titleArgument(const std::string& name, const std::string& text);
 
 /// The units of `unitArgument`, by their stored names.
 [[nodiscard]] std::vector<std::string_view> unitNames(TaskType type);

@@ -5,9 +5,7 @@
 namespace velloro {
 
 std::string oneOf(const std::vector<std::string_view>& names) {
-  std::string text;
-  for (const auto name : names) text.append(text.empty() ? "write one of " : ", ").append(name);
-  return text;
+  return "write one of " + listed(names);
 }
 
 UsageError unknownName(const std::string& name, const std::string& text, const std::string& what,

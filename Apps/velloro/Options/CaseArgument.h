@@ -11,10 +11,11 @@
 
 namespace velloro {
 
-/// "write one of add, list, undo", for a complaint.
+/// "write one of add, list, undo", for an error message.
 [[nodiscard]] std::string oneOf(const std::vector<std::string_view>& names);
 
-/// A complaint that names near matches, or all names where there are few, or says where they are.
+/// An error that names near matches, or all names where there are few, or says where they are
+/// listed.
 [[nodiscard]] UsageError unknownName(const std::string& name, const std::string& text,
                                      const std::string& what,
                                      const std::vector<std::string_view>& names,

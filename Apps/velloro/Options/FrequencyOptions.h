@@ -11,21 +11,32 @@ class App;
 
 namespace velloro {
 
-/// `--mode`, `--days`, `--times`, `--interval` and `--partial`: how often a task is due.
+/// `--every`, `--times`, `--total`, `--per`, `--days`, `--interval`, `--mode` and `--partial`: how
+/// often a task is due.
 struct FrequencyOptions {
-  std::optional<std::string> mode, days, times, interval, partial;
+  std::optional<std::string> every, times, total, per, days, interval, mode, partial;
 
-  /// `base` is what holds where an option is left out, as its help tells.
+  /// `base` is what holds where an option is left out, as its help says.
   void addTo(CLI::App& command, const TaskFrequency& base = TaskFrequency::defaultFrequency);
-  [[nodiscard]] bool areGiven() const { return mode || days || times || interval || partial; }
-  /// The given options over a base. Without a mode, `--days`, `--times` and `--interval` each call
-  /// for theirs: specificDaysOfWeek, numberOfDaysInWeek (unless the base counts days already) and
-  /// dayInterval.
-  /// \throws UsageError, also for an option that the mode makes no use of.
-  [[nodiscard]] TaskFrequency over(TaskFrequency base) const;
+  /// Whether any option says how the task recurs, not only in how many steps.
+  [[nodiscard]] bool areRecurring() const {
+    return every || times || total || per || days || interval || mode;
+  }
+  [[nodiscard]] bool areGiven() const { return areRecurring() || partial; }
+  /// The given options over a base. Without a mode, each option chooses its own: `--every` and
+  /// `--days` chosen weekdays or an interval, `--times` days of a period (of a week, unless `--per`
+  /// or the base names another), `--total` one total over the period of `--per`.
+  /// \param isTotalTarget Whether `--total` is the target of an automatic type. Otherwise it is the
+  ///   number of steps.
+  /// \throws UsageError, also for an option that the mode does not use.
+  [[nodiscard]] TaskFrequency over(TaskFrequency base, bool isTotalTarget = false) const;
+
+ private:
+  void choosePeriod(TaskFrequency& frequency) const;
+  [[nodiscard]] DayMode modeOver(DayMode base) const;
 };
 
-/// \throws UsageError for an option that was given although the mode makes no use of it.
+/// \throws UsageError for an option that was given although the mode does not use it.
 void expectUse(const char* name, const std::optional<std::string>& text, DayMode mode, bool isUsed);
 
 /// For a command's help: every mode's name.

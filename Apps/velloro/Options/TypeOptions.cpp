@@ -19,7 +19,7 @@ void TypeOptions::addTo(CLI::App& command) {
 std::optional<AutomaticTaskType> TypeOptions::value(
     std::optional<TaskFrequencyPeriodType> per) const {
   if (!type) {
-    if (target) throw UsageError("--target " + inQuotes(*target) + ": only with a --type");
+    if (target) throw UsageError(targetName + (" " + inQuotes(*target)) + ": only with a --type");
     if (unit) throw UsageError("--unit " + inQuotes(*unit) + ": only with a --type");
     return std::nullopt;
   }
@@ -30,11 +30,12 @@ std::optional<AutomaticTaskType> TypeOptions::value(
     const double amount = quantity(chosen, *in, per.value_or(TaskFrequencyPeriodType::day));
     const AutomaticTaskType made(
         chosen, TaskTarget{.quantity = amount, .unit = *in, .speeds = chosen.defaultSpeeds()});
-    if (target && per) expectToFit("--target", *target, made, *per);
+    if (target && per) expectToFit(targetName, *target, made, *per);
     return made;
   }
   if (target) {
-    throw UsageError("--target " + inQuotes(*target) + ": " + std::string(chosen.rawValue()) +
+    throw UsageError(targetName + (" " + inQuotes(*target)) + ": " +
+                     std::string(chosen.rawValue()) +
                      (unitNames(chosen).empty() ? " has no amount" : " needs a --unit"));
   }
   return AutomaticTaskType(chosen);
@@ -46,11 +47,11 @@ double TypeOptions::quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType p
     return range ? range->defaultValue().value_or(1) : 1;
   }
   if (in == TypeUnit::timeOfDay) {
-    return static_cast<double>(timeArgument("--target", *target).intValue());
+    return static_cast<double>(timeArgument(targetName, *target).intValue());
   }
-  const double amount = amountArgument("--target", *target);
+  const double amount = amountArgument(targetName, *target);
   if (amount > 0 || of == HealthType::energyDeficit) return amount;
-  throw UsageError("--target " + inQuotes(*target) + ": not above 0");
+  throw UsageError(targetName + (" " + inQuotes(*target)) + ": not above 0");
 }
 
 void expectToFit(const char* name, const std::string& text, const AutomaticTaskType& type,

@@ -14,6 +14,7 @@ namespace velloro {
 /// `--type`, `--target` and `--unit`: what completes an automatic task.
 struct TypeOptions {
   std::optional<std::string> type, target, unit;
+  const char* targetName = "--target";  ///< The option that gave the target, for error messages.
 
   void addTo(CLI::App& command);
   /// Absent without a `--type`; its own target and unit where none is given.

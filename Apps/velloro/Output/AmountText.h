@@ -1,6 +1,5 @@
 #pragma once
 
-#include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <optional>
@@ -10,11 +9,10 @@ namespace velloro {
 
 /// The amounts of a task as a person reads them, in its unit and by the device's locale.
 ///
-///     const AmountText water(AutomaticTaskType(HealthType::dietaryDrinkWater,
-///                                              TaskTarget{.quantity = 8, .unit =
-///                                              TypeUnit::cupsUS}));
+///     const TaskTarget target{.quantity = 8, .unit = TypeUnit::cupsUS};
+///     const AmountText water(AutomaticTaskType(HealthType::dietaryDrinkWater, target));
 ///     water.amount(2);                           // "2 cups"
-///     water.share(2, 8);                         // "2 of 8 cups"
+///     water.share(0.4, 8);                       // "0.4 of 8 cups"
 ///     AmountText(std::nullopt).share(2, 8);      // "2 of 8": a task without a unit counts steps
 class AmountText {
  public:
@@ -26,7 +24,7 @@ class AmountText {
   [[nodiscard]] std::string share(double done, double target) const;
 
  private:
-  [[nodiscard]] std::string written(double value, TaskDisplayTitle::Context context) const;
+  [[nodiscard]] std::string written(double value) const;
 
   std::optional<HealthType> type_;
   std::optional<TypeUnit> unit_;

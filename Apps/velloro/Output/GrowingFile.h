@@ -1,40 +1,40 @@
 #pragma once
 
-#include "Foundation/Values/Error.h"
+#include "Foundation/Files/OutputFile.h"
 #include "OxKit/Platform.h"
 
-#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace velloro {
 
-/// A file that is written piece by piece, so that no more than a piece is ever held. It takes its
-/// name when it is complete, and leaves nothing behind when it is not. "-" is the standard output.
+/// A file that a person asked for, written piece by piece, so that no more than a piece is ever in
+/// memory; see `OutputFile`. "-" is the standard output.
 ///
 ///     GrowingFile file("check.png", "--png");
 ///     for (const std::string& piece : pieces) file.add(piece);
 ///     file.finish();
 ///
-/// \throws std::runtime_error From each call, naming the option and the file.
+/// \throws Error From each call, with a text that names the option and the file.
 class GrowingFile {
  public:
-  /// \param option By which the person named the file.
+  /// \param option The option that named the file.
   GrowingFile(std::string file, std::string option);
-  ~GrowingFile();
-  GrowingFile(const GrowingFile&) = delete;
-  GrowingFile& operator=(const GrowingFile&) = delete;
 
   void add(std::string_view piece);
   void finish();
 
  private:
-  [[nodiscard]] bool isStandardOutput() const { return file_ == "-"; }
-  void check(const Result<void>& done) const;
+  template <typename T>
+  T checked(Result<T> result) const;
 
   std::string file_;
   std::string option_;
-  std::filesystem::path hidden_;  // beside the file, until it is complete
+  std::optional<OutputFile> output_;  ///< Absent for the standard output.
 };
+
+/// Writes a file of one piece. \throws Error
+void writeFile(std::string_view bytes, const std::string& file, const std::string& option);
 
 }  // namespace velloro

@@ -13,14 +13,9 @@ using Status = CompletionStatus::Status;
 using Text = std::optional<std::string>;
 
 constexpr std::int64_t mostSegments = 100;
+constexpr std::size_t mostIconCharacters = 8;
+constexpr std::size_t mostCaptionCharacters = 100;
 constexpr double mostPixels = 8192;
-
-double numberBetween(const std::string& name, const std::string& text, double least, double most,
-                     const std::string& example) {
-  const double number = amountArgument(name, text);
-  if (number >= least && number <= most) return number;
-  throw UsageError(name + " " + inQuotes(text) + ": out of range; write " + example);
-}
 
 IconVisualRepresentation iconArgument(const std::string& name, const std::string& text) {
   return IconVisualRepresentation::icon(caseArgument<IconManagerIcon>(name, text, "known icon"));
@@ -28,6 +23,12 @@ IconVisualRepresentation iconArgument(const std::string& name, const std::string
 
 /// "ic_book", "em_🚲", "mg_JD", or an icon's bare name.
 IconVisualRepresentation storedIconArgument(const std::string& name, const std::string& text) {
+  using Prefix = IconVisualRepresentation::EncodingPrefix;
+  for (const auto prefix : {rawValue(Prefix::emoji), rawValue(Prefix::monogram)}) {
+    if (text.starts_with(prefix)) {
+      (void)lineArgument(name, text.substr(prefix.size()), mostIconCharacters);
+    }
+  }
   if (const auto icon = IconVisualRepresentation::fromStorableValue(text)) return *icon;
   return iconArgument(name, text.starts_with("ic_") ? text.substr(3) : text);
 }
@@ -57,10 +58,11 @@ CaptionIcon signArgument(const std::string& name, const std::string& text) {
                                              : CaptionIcon{kind};
 }
 
-RingLook::Caption captionOf(const std::string& name, const Text& text,
+RingLook::Caption captionOf(const char* name, const Text& text, const char* signName,
                             const std::vector<std::string>& signs) {
   RingLook::Caption caption{.text = text};
-  for (const std::string& sign : signs) caption.icons.push_back(signArgument(name, sign));
+  if (text && !text->empty()) (void)lineArgument(name, *text, mostCaptionCharacters);
+  for (const std::string& sign : signs) caption.icons.push_back(signArgument(signName, sign));
   return caption;
 }
 
@@ -79,8 +81,8 @@ RingPicture RingArguments::picture() const {
   look.status = status ? statusArgument("--status", *status) : Status{};
   look.icon = chosenIcon();
   setProgress(look);
-  look.bottomCaption = captionOf("--sign", caption, signs);
-  look.topCaption = captionOf("--top-sign", topCaption, topSigns);
+  look.bottomCaption = captionOf("--caption", caption, "--sign", signs);
+  look.topCaption = captionOf("--top-caption", topCaption, "--top-sign", topSigns);
   for (const std::string& badge : badges) look.badges.push_back(badgeArgument("--badge", badge));
   if (size) look.diameter = numberBetween("--size", *size, 8, 2048, "points from 8 to 2048");
   if (scale) picture.scale = numberBetween("--scale", *scale, 0.5, 8, "a factor from 0.5 to 8");
@@ -96,11 +98,7 @@ void RingArguments::setProgress(RingLook& look) const {
   look.trackProgress = share("--track-progress", trackProgress, 1);
   if (timer) look.timerDuration = numberBetween("--timer", *timer, 1, 86400, "seconds of one day");
   if (segments) {
-    const auto count = countArgument("--segments", *segments);
-    if (count < 1 || count > mostSegments) {
-      throw UsageError("--segments " + inQuotes(*segments) + ": out of range; write 1 to 100");
-    }
-    look.numSegments = static_cast<int>(count);
+    look.numSegments = static_cast<int>(countBetween("--segments", *segments, 1, mostSegments));
   }
   if (isAntiClockwise) look.fillDirection = FillDirection::antiClockwise;
   if (hasRoundedCaps) look.useRoundedLineCaps = true;
@@ -114,7 +112,7 @@ Theme RingArguments::chosenTheme() const {
   chosen = chosen.withMode(wanted);
   if (chosen.mode == wanted) return chosen;
   throw UsageError("--mode " + inQuotes(*mode) + ": not a mode of the scheme \"" +
-                   std::string(rawValue(chosen.colorScheme)) + "\"; \"velloro themes\" tells them");
+                   std::string(rawValue(chosen.colorScheme)) + "\"; \"velloro themes\" lists them");
 }
 
 std::optional<IconDisplayRepresentation> RingArguments::chosenIcon() const {
@@ -123,9 +121,11 @@ std::optional<IconDisplayRepresentation> RingArguments::chosenIcon() const {
   if (icon) {
     shown.visualRepresentation = storedIconArgument("--icon", *icon);
   } else if (emoji) {
-    shown.visualRepresentation = IconVisualRepresentation::emoji(*emoji);
+    shown.visualRepresentation =
+        IconVisualRepresentation::emoji(lineArgument("--emoji", *emoji, mostIconCharacters));
   } else if (monogram) {
-    shown.visualRepresentation = IconVisualRepresentation::monogram(*monogram);
+    shown.visualRepresentation = IconVisualRepresentation::monogram(
+        lineArgument("--monogram", *monogram, mostIconCharacters));
   } else {
     return std::nullopt;
   }

@@ -8,7 +8,7 @@
 
 namespace velloro {
 
-/// A ring as the person describes it. What is absent has the default that the help tells.
+/// A ring as the person describes it. What is absent has the default that the help gives.
 struct RingArguments {
   std::optional<std::string> progress, segments, subProgress, trackProgress, timer;
   std::optional<std::string> icon, emoji, monogram;

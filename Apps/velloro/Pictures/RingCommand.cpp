@@ -3,14 +3,13 @@
 #include "CoreGraphics/CGImage.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
+#include "Host/HostStore.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Pictures/RingArguments.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
@@ -23,17 +22,10 @@ struct RingOptions {
   bool isSheet = false;
 };
 
-/// \param option By which the person named the file, or its folder.
-void write(const std::optional<Data>& bytes, const std::string& file, const char* option) {
-  if (!bytes) throw std::runtime_error("the picture cannot be made");
-  if (file == "-") {
-    std::fwrite(bytes->text().data(), 1, bytes->size(), stdout);
-    return;
-  }
-  const auto written = NSFileManager::write(bytes->text(), file, NewItemAccess::byUmask);
-  if (written) return;
-  throw std::runtime_error(option + (" " + inQuotes(file)) + ": " +
-                           written.error()->localizedDescription());
+std::string pngOf(const CGImage& image) {
+  const auto bytes = image.pngData();
+  if (!bytes) throw HostError("the picture can't be made");
+  return std::string(bytes->text());
 }
 
 void animate(const RingOptions& options) {
@@ -41,25 +33,22 @@ void animate(const RingOptions& options) {
     throw UsageError("--animate " + inQuotes(*options.animate) + ": not an animation; write check");
   }
   const std::string rate = options.framesPerSecond.value_or("60");
-  const auto framesPerSecond = countArgument("--fps", rate);
-  if (framesPerSecond < 1 || framesPerSecond > 240) {
-    throw UsageError("--fps " + inQuotes(rate) + ": out of range; write 1 to 240");
-  }
+  const auto framesPerSecond = countBetween("--fps", rate, 1, 240);
   const RingPicture picture = options.ring.picture();
   std::optional<std::filesystem::path> folder;
   if (options.frames) {
     folder = folderArgument("--frames", *options.frames);
     const auto made = NSFileManager::createDirectory(*folder, NewItemAccess::byUmask);
-    if (!made) throw std::runtime_error(made.error()->localizedDescription());
+    if (!made) throw Error(*made.error());
   }
   std::optional<GrowingFile> file;
   if (options.png) file.emplace(*options.png, "--png");
   picture.playChecking(static_cast<std::uint16_t>(framesPerSecond),
                        [&](const CGImage& image, const AnimationFrame& frame) {
                          if (folder) {
-                           write(image.pngData(),
-                                 *folder / stringWithFormat("frame-%04u.png", frame.index),
-                                 "--frames");
+                           writeFile(pngOf(image),
+                                     *folder / stringWithFormat("frame-%04u.png", frame.index),
+                                     "--frames");
                          }
                          if (file) file->add(animatedPNGPiece(image, frame).value().text());
                        });
@@ -79,7 +68,7 @@ void run(const RingOptions& options) {
   }
   if (!options.png) throw UsageError("a --png is needed, to say where the picture goes");
   const RingPicture picture = options.ring.picture();
-  write((options.isSheet ? picture.sheet() : picture.image())->pngData(), *options.png, "--png");
+  writeFile(pngOf(*(options.isSheet ? picture.sheet() : picture.image())), *options.png, "--png");
 }
 
 class Adder {
@@ -146,7 +135,7 @@ void addRingCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("ring", "Draws a task's ring to a PNG file");
   Adder add(*command);
   add.group("The picture");
-  add("--png", options->png, "FILE", "Where the picture goes; - is the standard output");
+  add("--png", options->png, "FILE", "The file to write; - is the standard output");
   command->add_flag("--sheet", options->isSheet, "A sheet of all schemes by all statuses")
       ->disable_flag_override()
       ->group("The picture")

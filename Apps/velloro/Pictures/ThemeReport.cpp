@@ -1,6 +1,7 @@
 #include "velloro/Pictures/ThemeReport.h"
 
 #include "Foundation/Text/String.h"
+#include "velloro/Output/StateText.h"
 
 #include <span>
 
@@ -28,6 +29,7 @@ RingReport ringOf(const PositionedTheme& theme, const CompletionStatus::Status& 
   constexpr std::int64_t week = 7;
   const ColorProfile profile = theme.colorProfile(status, {}, week, context);
   return {.status = status.stringValue(),
+          .state = std::string(stateText(status)),
           .faded = profile.isFaded,
           .fill = hex(profile.trackFill),
           .track = hex(profile.trackBackground),

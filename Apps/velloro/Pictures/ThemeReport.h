@@ -11,15 +11,16 @@ namespace velloro {
 /// A ring in one status; colours as "RRGGBB", or "RRGGBBAA" where they are not opaque.
 struct RingReport {
   std::string status;
+  std::string state;  ///< The status in words: "due".
   bool faded = false;
   std::string fill, track, icon, caption;
   std::vector<std::string> center;
 
   static constexpr auto codingKeys =
-      keys(key("status", &RingReport::status), key("faded", &RingReport::faded),
-           key("fill", &RingReport::fill), key("track", &RingReport::track),
-           key("center", &RingReport::center), key("icon", &RingReport::icon),
-           key("caption", &RingReport::caption));
+      keys(key("status", &RingReport::status), key("state", &RingReport::state),
+           key("faded", &RingReport::faded), key("fill", &RingReport::fill),
+           key("track", &RingReport::track), key("center", &RingReport::center),
+           key("icon", &RingReport::icon), key("caption", &RingReport::caption));
 };
 
 /// A scheme in one mode, and the rings of its first task.
@@ -36,7 +37,7 @@ struct ModeReport {
            key("rings", &ModeReport::rings));
 };
 
-/// What a colour scheme offers, as `velloro themes` tells it.
+/// What a colour scheme offers, as `velloro themes` prints it.
 struct ThemeReport {
   ColorScheme scheme = ColorScheme::orange;
   std::string title;

@@ -14,12 +14,9 @@ namespace velloro {
 /// "selectedTheme.2"; `settingArgument` reads it back.
 [[nodiscard]] std::string settingName(const Setting& setting);
 
-/// "true" or "false". \throws UsageError
-[[nodiscard]] bool flagArgument(const std::string& text);
 /// Sets a setting to what a text says: true or false, a number, a text, or JSON, by the setting's
-/// kind; the start of the day also as 04:00:00. What no reader of the setting would accept, such as
-/// a theme that there isn't, is refused. Without a text nothing is left of the value. \throws
-/// UsageError
+/// kind; the start of the day also as 04:00:00. Without a text the value is removed.
+/// \throws UsageError for what no reader of the setting accepts (`SettingRule`).
 void setArgument(SettingsStorage& storage, const Setting& setting,
                  const std::optional<std::string>& text);
 

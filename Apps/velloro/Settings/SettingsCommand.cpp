@@ -7,8 +7,10 @@
 #include "Host/StoreSwitch.h"
 #include "OxLog/LogManager.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Subcommand.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Settings/DebugLogChoice.h"
+#include "velloro/Settings/SettingRule.h"
 #include "velloro/Settings/SettingsArgument.h"
 #include "velloro/Settings/SettingsReport.h"
 
@@ -45,14 +47,14 @@ void list(const SettingsOptions& options) {
   print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
 }
 
-void tell(const SettingsOptions& options) {
+void showOne(const SettingsOptions& options) {
   const bool isLog = options.key == debugLogName;
   const auto report = isLog ? debugLogReport() : read(settingArgument(options.key));
   print(options.json ? JSONEncoder{}.encode(report) + "\n" : table({report}));
 }
 
 /// The choice of the store is the application's, and tasks follow it.
-void chooseStoreAndTell(bool isCloud) {
+void chooseStoreAndReport(bool isCloud) {
   const auto [copied, found] = chooseStore(DataManager::shared(), isCloud);
   Environment& environment = Environment::current();
   if (copied > 0)
@@ -87,56 +89,51 @@ void write(const std::string& key, const std::optional<std::string>& value) {
   } else if (storage.isExtension()) {
     throw UsageError("--process: only the application chooses the store");
   } else {
-    chooseStoreAndTell(value && flagArgument(*value));
+    if (value) SettingRule::of(setting.name).expect(*value);
+    chooseStoreAndReport(value == "true");
   }
 }
 
 void set(const SettingsOptions& options) {
   write(options.key, options.value);
-  tell(options);
+  showOne(options);
 }
 
 void unset(const SettingsOptions& options) {
   write(options.key, std::nullopt);
-  tell(options);
+  showOne(options);
 }
 
 }  // namespace
 
 void addSettingsCommand(CLI::App& app) {
   auto options = std::make_shared<SettingsOptions>();
-  CLI::App* command = app.add_subcommand("settings", "Tells what is set, and sets it");
+  CLI::App* command = app.add_subcommand("settings", "Lists, shows and changes the settings");
   command->require_subcommand(1);
-  const auto add = [&](const char* name, const char* description,
-                       void (*work)(const SettingsOptions&)) {
-    CLI::App* part = command->add_subcommand(name, description);
-    part->add_flag("--json", options->json, "Prints JSON")->disable_flag_override();
-    part->callback([options, work] { work(*options); });
-    return part;
-  };
   const auto addOfOne = [&](const char* name, const char* description,
                             void (*work)(const SettingsOptions&)) {
-    CLI::App* part = add(name, description, work);
+    CLI::App* part = addSubcommand(*command, name, description, options, work);
     part->add_option("key", options->key, "A setting's name, or the key it is stored under")
         ->type_name("KEY")
         ->required();
     return part;
   };
-  add("list", "Lists the settings that have a value, and the tier each is read from", list)
+  addSubcommand(*command, "list",
+                "Lists the settings that have a value, and the tier each is read from", options,
+                list)
       ->add_flag("--all", options->all, "Also list settings without a value")
       ->disable_flag_override();
-  addOfOne("get", "Tells the value of one setting, and the tier it is read from", tell);
-  addOfOne("set", "Sets one, and tells it as it is then read", set)
+  addOfOne("get", "Shows the value of a setting, and the tier it is read from", showOne);
+  addOfOne("set", "Changes a setting, and shows it as it is then read", set)
       ->add_option("value", options->value,
                    "true or false, a number, a text or JSON, by the setting; a start of day also "
                    "as 04:00:00")
       ->type_name("VALUE")
       ->required();
-  addOfOne("unset", "Takes the value of one away", unset);
+  addOfOne("unset", "Removes the value of a setting", unset);
   command->footer(
-      "Tiers: local is this program's own, shared is the copy for its extensions, cloud is what "
-      "all\n"
-      "devices share.\n\n"
+      "Tiers: local is this program's own, shared is the copy for its extensions, and cloud is\n"
+      "what all devices share.\n\n"
       "Examples:\n"
       "  velloro settings list --all --json\n"
       "  velloro settings set startOfDay 04:00:00\n"

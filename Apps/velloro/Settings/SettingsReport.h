@@ -10,7 +10,7 @@
 
 namespace velloro {
 
-/// What is read of a setting, as `velloro settings` tells it.
+/// A setting and its value, as `velloro settings` prints them.
 struct SettingsReport {
   std::string name;
   std::string key;

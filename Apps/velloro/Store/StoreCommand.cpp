@@ -6,6 +6,7 @@
 #include "Host/HostStore.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Subcommand.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Store/StoreReport.h"
 
@@ -96,19 +97,18 @@ void history(const StoreOptions& options) {
 
 void addStoreCommand(CLI::App& app) {
   auto options = std::make_shared<StoreOptions>();
-  CLI::App* command = app.add_subcommand("store", "Looks into the store of tasks");
+  CLI::App* command =
+      app.add_subcommand("store", "Checks the store of tasks, and shows its history");
   command->require_subcommand(1);
   const auto add = [&](const char* name, const char* description,
                        void (*work)(const StoreOptions&)) {
-    CLI::App* part = command->add_subcommand(name, description);
+    CLI::App* part = addSubcommand(*command, name, description, options, work);
     part->add_option("file", options->file, "The store (default: the one in the folder of --store)")
         ->type_name("FILE");
-    part->add_flag("--json", options->json, "Prints JSON")->disable_flag_override();
-    part->callback([options, work] { work(*options); });
     return part;
   };
-  add("check", "Tells what is wrong with the store; exit code 1 if anything is", check);
-  add("stats", "Tells how much the store holds", stats);
+  add("check", "Lists what is wrong with the store; exit code 1 if anything is", check);
+  add("stats", "Prints how much the store holds", stats);
   add("history", "Lists the saves: + inserted, ~ updated, - deleted rows", history)
       ->add_option("--since", options->since, "Only those after this instant")
       ->type_name("INSTANT");

@@ -12,7 +12,7 @@
 
 namespace velloro {
 
-/// What is wrong with a store, as `velloro store check` tells it.
+/// What is wrong with a store, as `velloro store check` prints it.
 struct StoreCheckReport {
   std::string file;
   std::vector<std::string> findings;  ///< Empty for a sound store.
@@ -26,7 +26,7 @@ struct StoreCheckReport {
   [[nodiscard]] std::string text() const;
 };
 
-/// How much a store holds, as `velloro store stats` tells it.
+/// How much a store holds, as `velloro store stats` prints it.
 struct StoreStats {
   struct Entity {
     std::string name;
@@ -52,7 +52,7 @@ struct StoreStats {
   [[nodiscard]] std::string text() const;
 };
 
-/// A save, as `velloro store history` tells it.
+/// A save, as `velloro store history` prints it.
 struct StoreSave {
   struct Rows {
     std::string entity;

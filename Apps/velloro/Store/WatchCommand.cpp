@@ -47,7 +47,7 @@ void run(const WatchOptions& options) {
 void addWatchCommand(CLI::App& app) {
   auto options = std::make_shared<WatchOptions>();
   CLI::App* command = app.add_subcommand(
-      "watch", "Tells what other processes save, as it arrives, until interrupted");
+      "watch", "Prints what other processes save, as it arrives, until interrupted");
   command->add_flag("--json", options->json, "Prints an object a line")->disable_flag_override();
   command->footer(
       "+ inserted, ~ updated, - deleted rows. Each process has its own place in the store's\n"

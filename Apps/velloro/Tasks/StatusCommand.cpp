@@ -45,7 +45,8 @@ void run(const StatusOptions& options) {
 
 void addStatusCommand(CLI::App& app) {
   auto options = std::make_shared<StatusOptions>();
-  CLI::App* command = app.add_subcommand("status", "Tells where tasks stand, and their streaks");
+  CLI::App* command =
+      app.add_subcommand("status", "Lists the tasks with their state and their streaks");
   command
       ->add_option("task", options->task,
                    "One task, by title or id (default: all that are neither archived nor deleted)")

@@ -6,7 +6,7 @@ class App;
 
 namespace velloro {
 
-/// `velloro status`: tells where tasks stand.
+/// `velloro status`: lists where tasks stand.
 void addStatusCommand(CLI::App& app);
 
 }  // namespace velloro

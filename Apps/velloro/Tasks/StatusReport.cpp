@@ -4,6 +4,7 @@
 #include "Foundation/Text/String.h"
 #include "velloro/Output/AmountText.h"
 #include "velloro/Output/Output.h"
+#include "velloro/Output/StateText.h"
 #include "velloro/Tasks/TaskReport.h"
 
 #include <algorithm>
@@ -29,38 +30,11 @@ std::string amountText(const StatusReport::Progress& progress,
   return AmountText(std::nullopt).share(progress.currentValue, progress.targetValue);
 }
 
-std::string openText(SkipMode willSkip) {
-  switch (willSkip) {
-    case SkipMode::willMissWithIndicator:
-      return "due, streak at risk";
-    case SkipMode::willMissWithoutIndicator:
-      return "due";
-    case SkipMode::willSkipWithIndicator:
-      return "not due";
-    case SkipMode::willSkipWithoutIndicator:
-      return "can wait";
+std::string statusText(const StatusReport& report) {
+  if (report.willSkip == SkipMode::willMissWithIndicator && report.state == "due") {
+    return "due, streak at risk";
   }
-  return "";
-}
-
-std::string statusText(const Status& status, SkipMode willSkip) {
-  switch (status.kind) {
-    case Status::Kind::positiveIncomplete:
-      return openText(willSkip);
-    case Status::Kind::negativeComplete:
-      return "clean";
-    case Status::Kind::positiveComplete:
-      return "done";
-    case Status::Kind::positiveMiss:
-      return "missed";
-    case Status::Kind::positiveSkip:
-      return "skipped";
-    case Status::Kind::negativeMiss:
-      return "happened";
-    case Status::Kind::negativeAllowedMiss:
-      return "happened, allowed";
-  }
-  return "";
+  return report.state == "allowed" ? "happened, allowed" : report.state;
 }
 
 }  // namespace
@@ -70,11 +44,14 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
   const TaskFrequencyPeriod period = rules.period(date.value_or(rules.today()));
   const auto [standing, streak] = task.streakedCompletionStatus(period, rules.now);
   const TaskProgress& progress = standing.progress();
+  const SkipMode willSkip = task.willSkip(period, rules.now);
   const TaskTemporalData kept = task.temporalData();
   return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
           .title = textOf(task.text(TaskAttributes::title)),
           .status = standing.status,
-          .willSkip = task.willSkip(period, rules.now),
+          .state = std::string(stateText(standing.status)),
+          .willSkip = willSkip,
+          .outcome = std::string(outcomeText(willSkip)),
           .progress = {.type = progress.type(),
                        .numCompletions = progress.numCompletions(rules.now),
                        .expectedCompletions = progress.expectedCompletions(),
@@ -111,7 +88,7 @@ std::string StatusReport::glyph() const {
 }
 
 std::string StatusReport::line() const {
-  std::string text = statusText(status, willSkip);
+  std::string text = statusText(*this);
   if (const std::string amount = amountText(progress, automaticTaskType); !amount.empty()) {
     text += ", " + amount;
   }

@@ -12,7 +12,7 @@
 
 namespace velloro {
 
-/// Where a task stands in one of its periods, as `velloro status` tells it.
+/// Where a task stands in one of its periods, as `velloro status` prints it.
 struct StatusReport {
   struct Progress {
     TaskProgressType type = TaskProgressType::discrete;
@@ -32,7 +32,9 @@ struct StatusReport {
   std::string uniqueId;
   std::string title;
   CompletionStatus::Status status;
+  std::string state;  ///< The status in words: "due".
   SkipMode willSkip = SkipMode::willMissWithoutIndicator;
+  std::string outcome;  ///< The same in words: "missed".
   Progress progress;
   StreakRecord streak;
   PeriodStretch period;
@@ -43,7 +45,8 @@ struct StatusReport {
 
   static constexpr auto codingKeys = keys(
       key("uniqueId", &StatusReport::uniqueId), key("title", &StatusReport::title),
-      key("status", &StatusReport::status), key("willSkip", &StatusReport::willSkip),
+      key("status", &StatusReport::status), key("state", &StatusReport::state),
+      key("willSkip", &StatusReport::willSkip), key("outcome", &StatusReport::outcome),
       key("progress", &StatusReport::progress), key("streak", &StatusReport::streak),
       key("period", &StatusReport::period), key("lastCompleted", &StatusReport::lastCompleted),
       key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped));

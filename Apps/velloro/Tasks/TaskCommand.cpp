@@ -5,6 +5,7 @@
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/TaskFieldOptions.h"
@@ -31,7 +32,7 @@ void printTask(const TaskEntity& task, const TaskOptions& options, const char* w
   const auto report = TaskReport::of(task);
   if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
   print(std::string(what) + " \"" + terminalText(report.title) + "\" (" + report.shortId() +
-        "): " + (report.isNegative ? "avoid, " : "") + frequencyText(report.frequency) + "\n");
+        "): " + report.due() + "\n");
 }
 
 void add(const TaskOptions& options) {
@@ -45,7 +46,7 @@ void add(const TaskOptions& options) {
   }
   const HostStore store;
   const auto task = store.write([&] {
-    auto added = addTask(store, options.fields.fields(TaskFrequency::defaultFrequency), created);
+    auto added = addTask(store, options.fields.fields(), created);
     bringUpToDate(*added);
     return added;
   });
@@ -73,8 +74,7 @@ void edit(const TaskOptions& options) {
   const auto task = store.write([&] {
     auto edited = taskArgument(store, options.task);
     PeriodCloser(store.context()).close(*edited);
-    const bool isShared = edited->taskShareStatus() == TaskShareStatus::isSharedWithMe;
-    changeTask(store, *edited, options.fields.fields(edited->frequency(), isShared));
+    changeTask(store, *edited, options.fields.fields(edited.get()));
     updateDerivedData(*edited);
     return edited;
   });
@@ -94,14 +94,6 @@ void setStatus(const TaskOptions& options, TaskStatus status, const char* what) 
 
 using Options = std::shared_ptr<TaskOptions>;
 
-CLI::App* addSubcommand(CLI::App& command, const char* name, const char* help,
-                        const Options& options, void (*work)(const TaskOptions&)) {
-  CLI::App* added = command.add_subcommand(name, help);
-  added->add_flag("--json", options->json, "Prints JSON")->disable_flag_override();
-  added->callback([options, work] { work(*options); });
-  return added;
-}
-
 void addStatusCommands(CLI::App& command, const Options& options) {
   struct Row {
     const char* name;
@@ -110,13 +102,13 @@ void addStatusCommands(CLI::App& command, const Options& options) {
   };
   using enum TaskStatus;
   constexpr Row rows[] = {
-      {"pause", "Leaves a task out for a while: its periods count as skipped",
+      {"pause", "Pauses a task: until it is resumed, its periods count as skipped",
        [](const TaskOptions& o) { setStatus(o, paused, "Paused"); }},
-      {"resume", "Takes a paused, archived or deleted task up again",
+      {"resume", "Resumes a paused, archived or deleted task",
        [](const TaskOptions& o) { setStatus(o, normal, "Resumed"); }},
-      {"archive", "Puts a task away, with its log",
+      {"archive", "Archives a task, with its log",
        [](const TaskOptions& o) { setStatus(o, archived, "Archived"); }},
-      {"delete", "Moves a task to the trash, from which \"resume\" takes it back",
+      {"delete", "Moves a task to the trash, from which \"resume\" restores it",
        [](const TaskOptions& o) { setStatus(o, trashed, "Deleted"); }}};
   for (const Row& row : rows) {
     addTaskArgument(*addSubcommand(command, row.name, row.help, options, row.work), options->task);
@@ -140,7 +132,10 @@ void addTaskCommand(CLI::App& app) {
       ->type_name("INSTANT");
   added->footer(modesFooter() +
                 "\nExamples:\n"
-                "  velloro task add Read --days mon,wed,fri --icon book\n"
+                "  velloro task add Read --every mon,wed,fri --icon book\n"
+                "  velloro task add \"Water the plants\" --every 3d\n"
+                "  velloro task add Run --times 3 --per week\n"
+                "  velloro task add Swim --total 20 --per month\n"
                 "  velloro task add \"Drink water\" --type hk_water --target 8 --unit cups_us "
                 "--partial 8\n"
                 "  velloro task add \"No sweets\" --negative");
@@ -148,8 +143,7 @@ void addTaskCommand(CLI::App& app) {
   CLI::App* listed = addSubcommand(*command, "list", "Lists the tasks", options, list);
   listed->add_flag("--all", options->isWhole, "Also list archived and deleted tasks")
       ->disable_flag_override();
-  addTaskArgument(*addSubcommand(*command, "show", "Tells what a task is", options, show),
-                  options->task);
+  addTaskArgument(*addSubcommand(*command, "show", "Shows a task", options, show), options->task);
 
   CLI::App* edited = addSubcommand(*command, "edit", "Changes a task", options, edit);
   addTaskArgument(*edited, options->task);

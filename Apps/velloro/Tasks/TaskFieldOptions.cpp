@@ -1,6 +1,5 @@
 #include "velloro/Tasks/TaskFieldOptions.h"
 
-#include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
@@ -14,13 +13,6 @@ namespace {
 OxCodableColor colorArgument(const std::string& name, const std::string& text) {
   if (const auto color = OxCodableColor::fromHex(text)) return *color;
   throw UsageError(name + " " + inQuotes(text) + ": not a colour; write one as 3F91CC");
-}
-
-std::string titleArgument(const std::string& name, const std::string& text) {
-  if (text.empty()) throw UsageError(name + " \"\": empty; write what the task is called");
-  if (!hasControlCharacters(text)) return text;
-  throw UsageError(name + " " + inQuotes(text) +
-                   ": has line breaks or other control characters; write a line of plain text");
 }
 
 template <typename T, typename Read>
@@ -37,6 +29,7 @@ void TaskFieldOptions::addTo(CLI::App& command) {
   frequency.addTo(command);
   command.add_flag("--negative", isNegative, "A habit to avoid")->disable_flag_override();
   type.addTo(command);
+  command.get_option("--target")->excludes("--total");
   add("--timer", timer, "SECONDS", "How long a timer runs, of each step")
       ->excludes("--type")
       ->excludes("--target")
@@ -46,25 +39,42 @@ void TaskFieldOptions::addTo(CLI::App& command) {
   add("--zone", zone, "ID", "The time zone to pin it to (default: the device's, wherever it is)");
   add("--icon", icon, "NAME", "What it shows; \"velloro icons\" lists them");
   add("--color", color, "RRGGBB", "Its colour (default: the theme's)");
-  add("--page", page, "N", "Its page, from 0 on");
+  add("--page", page, "N", "Its page, 0 to 3");
+}
+
+TypeOptions TaskFieldOptions::targetOptions() const {
+  TypeOptions options = type;
+  if (!type.type || !frequency.total) return options;
+  options.target = frequency.total;
+  options.targetName = "--total";
+  return options;
 }
 
 std::optional<AutomaticTaskType> TaskFieldOptions::automaticTaskType(
     const TaskFrequency& of) const {
-  if (!timer) return type.value(measurementDuration(of.dayMode));
-  const double seconds = amountArgument("--timer", *timer);
-  if (seconds < 1 || seconds > 86400) {
-    throw UsageError("--timer " + inQuotes(*timer) + ": out of range; write 1 to 86400 seconds");
-  }
+  if (!timer) return targetOptions().value(measurementDuration(of.dayMode));
+  constexpr double day = 86400;
+  const double seconds = numberBetween("--timer", *timer, 1, day, "1 to 86400 seconds");
   auto made =
       AutomaticTaskType::timer(seconds, of.numPartialCompletions, TypeUnit::durationSeconds);
   expectToFit("--timer", *timer, made, measurementDuration(of.dayMode));
   return made;
 }
 
-TaskFields TaskFieldOptions::fields(const TaskFrequency& base, bool isShared) const {
+TaskFields TaskFieldOptions::fields(const TaskEntity* edited) const {
+  const bool isShared =
+      edited != nullptr && edited->taskShareStatus() == TaskShareStatus::isSharedWithMe;
+  const TaskFrequency base =
+      edited != nullptr ? edited->frequency() : TaskFrequency::defaultFrequency;
+  const auto known = edited != nullptr ? edited->automaticTaskType() : std::nullopt;
+  if (known && known->unit && frequency.total && !type.type && !timer) {
+    throw UsageError("--total " + inQuotes(*frequency.total) +
+                     ": the task has a target; give its --type, too");
+  }
   TaskFields fields{.title = given<std::string>("TITLE", title, titleArgument)};
-  if (frequency.areGiven()) fields.frequency = frequency.over(base);
+  if (frequency.areGiven()) {
+    fields.frequency = frequency.over(base, type.type.has_value());
+  }
   const TaskFrequency& recurs = fields.frequency ? *fields.frequency : base;
   fields.automaticTaskType = automaticTaskType(recurs);
   if (isNegative) fields.isNegative = true;
@@ -79,11 +89,7 @@ TaskFields TaskFieldOptions::fields(const TaskFrequency& base, bool isShared) co
     fields.icon =
         caseArgument<IconManagerIcon>("--icon", *icon, "icon", "\"velloro icons\" lists them");
   }
-  if (page) {
-    const auto number = countArgument("--page", *page);
-    if (number > 300) throw UsageError("--page " + inQuotes(*page) + ": there are pages 0 to 300");
-    fields.page = TaskPageNumber{number};
-  }
+  fields.page = given<TaskPageNumber>("--page", page, pageArgument);
   return fields;
 }
 

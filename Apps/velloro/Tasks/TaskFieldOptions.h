@@ -19,13 +19,14 @@ struct TaskFieldOptions {
 
   void addTo(CLI::App& command);
   /// Only what was given. \throws UsageError
-  /// \param base The frequency that the task has so far.
-  /// \param isShared With the user by someone else: it tells when its weeks begin in any mode.
-  [[nodiscard]] TaskFields fields(const TaskFrequency& base, bool isShared = false) const;
+  /// \param edited The task that is changed; null for a new one.
+  [[nodiscard]] TaskFields fields(const TaskEntity* edited = nullptr) const;
 
  private:
   [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType(
       const TaskFrequency& frequency) const;
+  /// With the amount of `--total` as the target.
+  [[nodiscard]] TypeOptions targetOptions() const;
 };
 
 }  // namespace velloro

@@ -10,8 +10,8 @@
 namespace velloro {
 namespace {
 
-std::string countText(std::int64_t count, const char* one, const char* many) {
-  return count == 1 ? one : stringWithFormat(many, static_cast<long long>(count));
+std::string timesText(std::int64_t count) {
+  return count == 1 ? "once" : stringWithFormat("%lld times", static_cast<long long>(count));
 }
 
 std::string daysText(const EnumSet<DayOfWeek>& days) {
@@ -24,25 +24,38 @@ std::string daysText(const EnumSet<DayOfWeek>& days) {
   return text;
 }
 
-std::string recurrenceText(const TaskFrequency& frequency) {
-  switch (frequency.dayMode) {
-    case DayMode::specificDaysOfWeek:
-      return daysText(frequency.days);
-    case DayMode::dayInterval:
-      return stringWithFormat("every %lld days", static_cast<long long>(frequency.dayInterval));
-    case DayMode::numberOfDaysInWeek:
-      return countText(frequency.numCompletions, "1 day a week", "%lld days a week");
-    case DayMode::numberOfDaysInFortnight:
-      return countText(frequency.numCompletions, "1 day a fortnight", "%lld days a fortnight");
-    case DayMode::numberOfDaysInMonth:
-      return countText(frequency.numCompletions, "1 day a month", "%lld days a month");
-    case DayMode::numberOfDaysInYear:
-      return countText(frequency.numCompletions, "1 day a year", "%lld days a year");
-    case DayMode::specificDaysOfMonth:
-      return "days of the month";
-    default:
-      return "once a " + periodName(measurementDuration(frequency.dayMode));
+/// Steps in the period of a total are the total itself.
+bool isTotal(const TaskFrequency& frequency) {
+  return isAggregate(frequency.dayMode) && frequency.numPartialCompletions > 1;
+}
+
+std::string totalText(const TaskFrequency& frequency,
+                      const std::optional<AutomaticTaskType>& type) {
+  if (type && type->unit) return AmountText(type).amount(type->quantity);
+  if (!isTotal(frequency)) return "once";
+  return stringWithFormat("%lld", static_cast<long long>(frequency.numPartialCompletions));
+}
+
+std::string rhythmText(const TaskFrequency& frequency,
+                       const std::optional<AutomaticTaskType>& type) {
+  const DayMode mode = frequency.dayMode;
+  const std::string period = periodName(periodTypeForCompletionCountCalculation(mode));
+  if (mode == DayMode::specificDaysOfWeek) return daysText(frequency.days);
+  if (mode == DayMode::specificDaysOfMonth) return "days of the month";
+  if (mode == DayMode::dayInterval) {
+    return stringWithFormat("every %lld days", static_cast<long long>(frequency.dayInterval));
   }
+  return (isAggregate(mode) ? totalText(frequency, type) : timesText(frequency.numCompletions)) +
+         " a " + period;
+}
+
+std::string recurrenceText(const TaskFrequency& frequency,
+                           const std::optional<AutomaticTaskType>& type) {
+  const std::string text = rhythmText(frequency, type);
+  const bool hasUnit = type && type->unit;
+  if (frequency.numPartialCompletions <= 1 || (isTotal(frequency) && !hasUnit)) return text;
+  return text + stringWithFormat(", in %lld steps",
+                                 static_cast<long long>(frequency.numPartialCompletions));
 }
 
 std::string typeText(const AutomaticTaskType& type) {
@@ -57,35 +70,34 @@ std::string textOf(const std::string* text) {
   return text != nullptr ? repairedUTF8(*text) : "";
 }
 
-std::string frequencyText(const TaskFrequency& frequency) {
-  std::string text = recurrenceText(frequency);
-  if (frequency.numPartialCompletions > 1) {
-    text += stringWithFormat(", in %lld steps",
-                             static_cast<long long>(frequency.numPartialCompletions));
-  }
-  return text;
-}
-
 TaskReport TaskReport::of(const TaskEntity& task) {
   const auto icon = task.visualRepresentation();
   const auto color = task.taskColor();
+  const auto frequency = task.frequency();
+  const auto type = task.automaticTaskType();
   return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
           .title = textOf(task.text(TaskAttributes::title)),
           .status = std::string(caseNames<TaskStatus::trashed>().rawValue(task.taskStatus())),
           .displayOrder = task.taskDisplayOrder(),
-          .frequency = task.frequency(),
+          .frequency = frequency,
+          .recurrence = recurrenceText(frequency, type),
           .isNegative = task.value(TaskAttributes::isNegative),
-          .automaticTaskType = task.automaticTaskType(),
+          .automaticTaskType = type,
           .icon = icon ? std::optional(repairedUTF8(icon->text())) : std::nullopt,
           .color = color ? std::optional(color->toHex()) : std::nullopt,
           .startOfDay = task.startOfDay(),
           .firstDayOfWeek = task.firstDayOfWeek(),
+          .weekBegins = weekdayName(task.firstDayOfWeek()),
           .timeZone = std::string(task.taskCurrentTimeZone().identifier()),
           .created = task.value(TaskAttributes::created)};
 }
 
 std::string TaskReport::shortId() const {
   return terminalText(uniqueId.substr(0, 8));
+}
+
+std::string TaskReport::due() const {
+  return (isNegative ? "avoid, " : "") + recurrence;
 }
 
 std::string TaskReport::text() const {
@@ -95,14 +107,14 @@ std::string TaskReport::text() const {
   };
   line("id", uniqueId);
   line("status", status);
-  line(isNegative ? "to avoid" : "due", frequencyText(frequency));
+  line(isNegative ? "to avoid" : "due", recurrence);
   if (automaticTaskType) line("type", typeText(*automaticTaskType));
   line("page", std::to_string(displayOrder.pageNumber.value) + ", place " +
                    std::to_string(displayOrder.position));
   if (icon) line("icon", *icon);
   if (color) line("colour", *color);
   line("start of day", startOfDay.debugDescription());
-  line("week begins", weekdayName(firstDayOfWeek));
+  line("week begins", weekBegins);
   line("zone", timeZone);
   if (created) line("created", created->iso8601());
   return text;
@@ -113,8 +125,7 @@ std::string table(const std::vector<TaskReport>& reports) {
   std::string text;
   for (const TaskReport& report : reports) {
     text += padded(report.shortId(), 8) + "  " + padded(terminalText(report.title), 32) + " " +
-            padded(report.status, 9) + " " + (report.isNegative ? "avoid, " : "") +
-            frequencyText(report.frequency) + "\n";
+            padded(report.status, 9) + " " + report.due() + "\n";
   }
   return text;
 }

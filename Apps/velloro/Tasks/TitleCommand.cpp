@@ -98,7 +98,7 @@ void addOptions(CLI::App& command, TitleOptions& options) {
 
 void addTitleCommand(CLI::App& app) {
   auto options = std::make_shared<TitleOptions>();
-  CLI::App* command = app.add_subcommand("title", "Tells a task's title as each surface shows it");
+  CLI::App* command = app.add_subcommand("title", "Prints a task's title as each surface shows it");
   addOptions(*command, *options);
   command->footer(
       "The title has what is left of the completion under way. \"velloro types\" lists the "

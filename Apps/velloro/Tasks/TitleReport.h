@@ -9,7 +9,7 @@
 
 namespace velloro {
 
-/// A task's title and what surfaces show of it, as `velloro title` tells it.
+/// A task's title and what each surface shows of it, as `velloro title` prints it.
 struct TitleReport {
   struct Text {
     TaskDisplayTitle::Context context = TaskDisplayTitle::Context::voiceOver;

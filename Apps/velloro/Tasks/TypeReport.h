@@ -12,7 +12,7 @@
 
 namespace velloro {
 
-/// What one automatic type offers in a period, as `velloro types` tells it.
+/// What one automatic type offers in a period, as `velloro types` prints it.
 struct TypeReport {
   /// The targets in one unit. A range without steps has a default alone.
   struct Range {

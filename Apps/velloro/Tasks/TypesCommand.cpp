@@ -40,7 +40,8 @@ void run(const TypesOptions& options) {
 
 void addTypesCommand(CLI::App& app) {
   auto options = std::make_shared<TypesOptions>();
-  CLI::App* command = app.add_subcommand("types", "Tells what the automatic task types offer");
+  CLI::App* command =
+      app.add_subcommand("types", "Lists the automatic task types and what they offer");
   command->add_option("type", options->type, "One type's stored name (default: a table of all)")
       ->type_name("TYPE");
   command

@@ -3,6 +3,7 @@
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "DataManager/PersistentHistoryFetcher.h"
 #include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Values/Try.h"
 #include "OxLog/Log.h"
 
 #include <mutex>
@@ -73,17 +74,16 @@ Result<void> PersistentHistoryObserver::merge(const Context& background, const C
     store_ = std::move(store);
     position_ = bookmark();
   }
-  auto fetched = PersistentHistoryFetcher{background, position_}.fetch();
-  if (!fetched) return std::unexpected(fetched.error());
-  if (fetched->transactions.empty()) return {};
-  const auto transactions = std::make_shared<const Transactions>(std::move(fetched->transactions));
+  auto fetched = TRY(PersistentHistoryFetcher{background, position_}.fetch());
+  if (fetched.transactions.empty()) return {};
+  const auto transactions = std::make_shared<const Transactions>(std::move(fetched.transactions));
   Log::database.debug([&] {
     return "Merging " + std::to_string(transactions->size()) +
            " persistent history transactions for target " + std::string(rawValue(target_));
   });
   mergeInto(background, *transactions);
-  if (fetched->damage != nullptr) Log::database.error(fetched->damage);
-  view->perform([view, transactions, isComplete = fetched->isComplete] {
+  if (fetched.damage != nullptr) Log::database.error(fetched.damage);
+  view->perform([view, transactions, isComplete = fetched.isComplete] {
     if (!isComplete) view->refreshAllObjects();
     mergeInto(view, *transactions);
   });

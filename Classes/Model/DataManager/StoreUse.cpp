@@ -1,6 +1,7 @@
 #include "DataManager/StoreUse.h"
 
 #include "DataManager/DataManager.h"
+#include "Foundation/Values/Try.h"
 
 #include <cassert>
 #include <filesystem>
@@ -38,11 +39,9 @@ StoreUse::~StoreUse() {
 Result<StoreUse> StoreUse::toWrite() {
   std::vector<FileLock> locks;
   if (held > 0) return StoreUse(std::move(locks));
-  const auto passed = FileLock::shared(gate());
-  if (!passed) return std::unexpected(passed.error());
-  auto writing = FileLock::shared(writers());
-  if (!writing) return std::unexpected(writing.error());
-  locks.push_back(*std::move(writing));
+  const auto passed = TRY(FileLock::shared(gate()));
+  auto writing = TRY(FileLock::shared(writers()));
+  locks.push_back(std::move(writing));
   return StoreUse(std::move(locks));
 }
 
@@ -51,9 +50,8 @@ Result<StoreUse> StoreUse::toMaintain() {
   std::vector<FileLock> locks;
   if (held > 0) return StoreUse(std::move(locks));
   for (const auto& file : {gate(), writers()}) {
-    auto lock = FileLock::exclusive(file);
-    if (!lock) return std::unexpected(lock.error());
-    locks.push_back(*std::move(lock));
+    auto lock = TRY(FileLock::exclusive(file));
+    locks.push_back(std::move(lock));
   }
   isMaintaining = true;
   return StoreUse(std::move(locks));

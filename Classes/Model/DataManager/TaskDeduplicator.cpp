@@ -2,6 +2,7 @@
 
 #include "Containers/SaveIfChanged.h"
 #include "DataManager/StoreUse.h"
+#include "Foundation/Values/Try.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxLog/Log.h"
 #include "Tasks/Log/ClosingTwins.h"
@@ -31,10 +32,9 @@ bool isEntry(NSManagedObjectID id) {
 /// tell any longer whose it was: then it is all tasks.
 Result<Tasks> tasksWithChangedLogs(NSManagedObjectContext& context, Date since) {
   const auto history =
-      context.execute(NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(since));
-  if (!history) return std::unexpected(history.error());
+      TRY(context.execute(NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(since)));
   std::set<std::shared_ptr<TaskEntity>> tasks;
-  for (const NSPersistentHistoryTransaction& transaction : history->transactions) {
+  for (const NSPersistentHistoryTransaction& transaction : history.transactions) {
     if (std::ranges::any_of(transaction.deleted, isEntry)) {
       return context.fetch<TaskEntity>(NSFetchRequest::of<TaskEntity>());
     }
@@ -50,9 +50,7 @@ Result<Tasks> tasksWithChangedLogs(NSManagedObjectContext& context, Date since) 
 
 Result<void> bringUpToDate(TaskEntity& task) {
   if (task.managedObjectContext() == nullptr) return {};
-  if (const auto removed = removeClosingTwins(task); !removed) {
-    return std::unexpected(removed.error());
-  }
+  TRY(removeClosingTwins(task));
   const TimeZone timeZone = task.taskCurrentTimeZone();
   const Date now = Date::now();
   task.updateTemporalData(YYYYMMDD::today(task.startOfDay(), timeZone, now), timeZone, now);
@@ -66,12 +64,10 @@ void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
   if (!access) return Log::dataManager.error(access.error());
   Tasks tasks;
   const bool isKnown = performTransaction(context, [&]() -> Result<void> {
-    auto changed = removeTemporaryEntries(context);
-    if (!changed) return std::unexpected(changed.error());
-    auto others = tasksWithChangedLogs(context, since);
-    if (!others) return std::unexpected(others.error());
-    changed->insert(others->begin(), others->end());
-    tasks.assign(changed->begin(), changed->end());
+    auto changed = TRY(removeTemporaryEntries(context));
+    auto others = TRY(tasksWithChangedLogs(context, since));
+    changed.insert(others.begin(), others.end());
+    tasks.assign(changed.begin(), changed.end());
     return {};
   });
   if (!isKnown) return;
@@ -80,7 +76,7 @@ void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
     left = left.subspan(some.size());
     const bool isDone = performTransaction(context, [&]() -> Result<void> {
       for (const auto& task : some) {
-        if (const auto done = bringUpToDate(*task); !done) return done;
+        TRY(bringUpToDate(*task));
       }
       return {};
     });

@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/CodingError.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <map>
@@ -143,16 +144,13 @@ bool DefaultsSuite::wouldChange(const Dictionary& changes) {
 }
 
 Result<void> DefaultsSuite::save(const Dictionary& changes) {
-  const auto lock = file_.lock();
-  if (!lock) return std::unexpected(lock.error());
-  const auto content = contentWith(changes);
-  if (!content) return std::unexpected(content.error());
-  const auto text = textFrom(content->values);
-  if (!text) return std::unexpected(text.error());
-  if (content->replacesCorruptFile) {
-    if (auto aside = file_.moveAside(); !aside) return aside;
+  const auto lock = TRY(file_.lock());
+  const auto content = TRY(contentWith(changes));
+  const auto text = TRY(textFrom(content.values));
+  if (content.replacesCorruptFile) {
+    TRY(file_.moveAside());
   }
-  if (auto written = file_.write(*text); !written) return written;
+  TRY(file_.write(text));
   const std::scoped_lock reading(mutex_);
   load();
   unsaved_.clear();

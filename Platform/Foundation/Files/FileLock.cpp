@@ -1,5 +1,7 @@
 #include "Foundation/Files/FileLock.h"
 
+#include "Foundation/Values/Try.h"
+
 #include <cerrno>
 
 #include <fcntl.h>
@@ -40,12 +42,11 @@ Result<FileLock> FileLock::exclusiveForAppending(const std::filesystem::path& pa
 Result<FileLock> FileLock::take(const std::filesystem::path& path, int flags, int operation,
                                 NewItemAccess access) {
   for (;;) {
-    auto file = NSFileHandle::open(path, flags, access);
-    if (!file) return std::unexpected(file.error());
-    while (::flock(file->fileDescriptor(), operation) != 0) {
+    auto file = TRY(NSFileHandle::open(path, flags, access));
+    while (::flock(file.fileDescriptor(), operation) != 0) {
       if (errno != EINTR) return fileFailure("cannot lock", path);
     }
-    if (hasItsName(*file)) return FileLock(std::move(*file));
+    if (hasItsName(file)) return FileLock(std::move(file));
   }
 }
 

@@ -1,5 +1,8 @@
 #include "Foundation/Files/NSFileHandle.h"
 
+#include "Foundation/Text/String.h"
+#include "Foundation/Values/Try.h"
+
 #include <algorithm>
 #include <cerrno>
 
@@ -22,7 +25,7 @@ auto uninterrupted(Call call) {
 
 std::unexpected<ErrorPtr> fileFailure(std::string_view attempt, const std::filesystem::path& path) {
   const int reason = errno;
-  return failure<PosixError>(std::string(attempt) + " \"" + path.string() + "\"", reason);
+  return failure<PosixError>(std::string(attempt) + " " + inQuotes(path.string()), reason);
 }
 
 NSFileHandle& NSFileHandle::operator=(NSFileHandle&& other) noexcept {
@@ -61,7 +64,7 @@ Result<std::string> NSFileHandle::readToEnd(std::size_t limit) {
   };
   std::string bytes;
   struct stat status {};
-  if (auto known = getStatus(status); !known) return std::unexpected(known.error());
+  TRY(getStatus(status));
   if (status.st_size > 0 && static_cast<std::size_t>(status.st_size) > limit) return tooLarge();
   // More than expected, so that the end shows without a further turn of growing. What stays free
   // saves readers of JSON a copy.

@@ -3,6 +3,8 @@
 #include "Foundation/Files/FileLock.h"
 #include "Foundation/Files/NSFileHandle.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Text/String.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <atomic>
@@ -54,9 +56,8 @@ fs::path newHiddenSibling(const fs::path& path) {
 /// A new name is safe from a power cut only once its folder is.
 Result<void> synchronizeFolder(const fs::path& path) {
   const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
-  auto handle = NSFileHandle::open(folder, O_RDONLY | O_DIRECTORY);
-  if (!handle) return std::unexpected(handle.error());
-  return handle->synchronize();
+  auto handle = TRY(NSFileHandle::open(folder, O_RDONLY | O_DIRECTORY));
+  return handle.synchronize();
 }
 
 Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& target,
@@ -75,7 +76,7 @@ Result<void> fill(NSFileHandle& file, std::string_view bytes, const fs::path& ta
 }
 
 std::string quoted(const char* before, const fs::path& path, const char* after) {
-  return before + (" \"" + path.string() + "\" ") + after;
+  return std::string(before) + " " + inQuotes(path.string()) + " " + after;
 }
 
 Result<void> renameOver(const fs::path& from, const fs::path& to) {
@@ -110,11 +111,10 @@ Result<fs::path> copyBeside(const fs::path& to, const fs::path& from) {
 }
 
 Result<void> copy(const fs::path& from, const fs::path& to, Rename rename) {
-  const auto copied = copyBeside(to, from);
-  if (!copied) return std::unexpected(copied.error());
-  auto renamed = rename(*copied, to);
+  const auto copied = TRY(copyBeside(to, from));
+  auto renamed = rename(copied, to);
   std::error_code ignored;
-  if (!renamed) fs::remove_all(*copied, ignored);
+  if (!renamed) fs::remove_all(copied, ignored);
   return renamed;
 }
 
@@ -122,7 +122,7 @@ Result<void> copy(const fs::path& from, const fs::path& to, Rename rename) {
 Result<void> move(const fs::path& from, const fs::path& to, Rename rename) {
   auto moved = rename(from, to);
   if (moved || moved.error()->code() != EXDEV) return moved;
-  if (auto copied = copy(from, to, rename); !copied) return copied;
+  TRY(copy(from, to, rename));
   return NSFileManager::removeItem(from);
 }
 
@@ -170,9 +170,8 @@ std::string NSFileManager::identity(const Path& path) {
 }
 
 Result<std::string> NSFileManager::contents(const Path& path, std::size_t limit) {
-  auto file = NSFileHandle::open(path, O_RDONLY);
-  if (!file) return std::unexpected(file.error());
-  return file->readToEnd(limit);
+  auto file = TRY(NSFileHandle::open(path, O_RDONLY));
+  return file.readToEnd(limit);
 }
 
 Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& path) {
@@ -189,12 +188,11 @@ Result<std::vector<std::string>> NSFileManager::contentsOfDirectory(const Path& 
 
 Result<void> NSFileManager::write(std::string_view bytes, const Path& path, NewItemAccess access,
                                   Durability durability) {
-  auto temporary = FileLock::exclusive(hiddenSibling(path, ".tmp"), access);
-  if (!temporary) return std::unexpected(temporary.error());
-  auto done = fill(temporary->file(), bytes, path, access, durability);
-  if (done) done = renameOver(temporary->file().path(), path);
+  auto temporary = TRY(FileLock::exclusive(hiddenSibling(path, ".tmp"), access));
+  auto done = fill(temporary.file(), bytes, path, access, durability);
+  if (done) done = renameOver(temporary.file().path(), path);
   if (!done) {
-    ::unlink(temporary->file().path().c_str());
+    ::unlink(temporary.file().path().c_str());
     return done;
   }
   if (durability == Durability::process) return done;
@@ -202,11 +200,10 @@ Result<void> NSFileManager::write(std::string_view bytes, const Path& path, NewI
 }
 
 Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
-  auto lock = FileLock::exclusiveForAppending(path);
-  if (!lock) return std::unexpected(lock.error());
-  NSFileHandle& file = lock->file();
+  auto lock = TRY(FileLock::exclusiveForAppending(path));
+  NSFileHandle& file = lock.file();
   struct stat before {};
-  if (auto known = file.getStatus(before); !known) return known;
+  TRY(file.getStatus(before));
   auto written = file.write(bytes);
   // A full disk may have taken a part, which the next piece must not follow.
   if (!written && ::ftruncate(file.fileDescriptor(), before.st_size) != 0) {
@@ -216,8 +213,7 @@ Result<void> NSFileManager::append(std::string_view bytes, const Path& path) {
 }
 
 Result<void> NSFileManager::createFile(const Path& path, NewItemAccess access) {
-  const auto file = NSFileHandle::open(path, O_WRONLY | O_CREAT, access);
-  if (!file) return std::unexpected(file.error());
+  const auto file = TRY(NSFileHandle::open(path, O_WRONLY | O_CREAT, access));
   return {};
 }
 

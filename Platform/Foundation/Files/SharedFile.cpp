@@ -2,6 +2,7 @@
 
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Values/Try.h"
 
 #include <cerrno>
 
@@ -39,14 +40,12 @@ Result<std::optional<std::string>> SharedFile::open() {
   if (!file) return std::unexpected(file.error());
   file_ = std::move(*file);
   // Before the content, so that a change in between shows at the next look.
-  if (auto known = file_.getStatus(state_); !known) return std::unexpected(known.error());
+  TRY(file_.getStatus(state_));
   return file_.readToEnd();
 }
 
 Result<FileLock> SharedFile::lock() const {
-  if (auto made = NSFileManager::createDirectory(path_.parent_path()); !made) {
-    return std::unexpected(made.error());
-  }
+  TRY(NSFileManager::createDirectory(path_.parent_path()));
   return FileLock::exclusive(path_.parent_path() / ("." + path_.filename().string() + ".lock"));
 }
 

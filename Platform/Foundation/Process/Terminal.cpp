@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <utility>
 
+#include <unicode/uchar.h>
 #include <unicode/utf8.h>
 #include <unistd.h>
 
@@ -106,6 +107,18 @@ std::string terminalLines(std::string_view text) {
 
 bool hasControlCharacters(std::string_view text) {
   return terminalText(text) != text;
+}
+
+bool isVisible(std::string_view text) {
+  constexpr UChar32 brailleBlank = 0x2800;
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  for (std::size_t at = 0; at < text.size();) {
+    UChar32 scalar = 0;
+    U8_NEXT(bytes, at, text.size(), scalar);
+    const bool isIgnorable = u_hasBinaryProperty(scalar, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0;
+    if (u_isgraph(scalar) != 0 && !isIgnorable && scalar != brailleBlank) return true;
+  }
+  return false;
 }
 
 }  // namespace platform

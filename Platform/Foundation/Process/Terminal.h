@@ -28,4 +28,8 @@ namespace platform {
 /// Whether `terminalText` would change a text.
 [[nodiscard]] bool hasControlCharacters(std::string_view text);
 
+/// Whether anything of a text in UTF-8 can be seen: not where it has nothing but blanks, controls
+/// and characters without a width of their own, such as joiners.
+[[nodiscard]] bool isVisible(std::string_view text);
+
 }  // namespace platform

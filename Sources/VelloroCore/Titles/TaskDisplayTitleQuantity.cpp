@@ -1,5 +1,6 @@
 #include "OxKit/Localization.h"
 #include "OxKit/Numbers.h"
+#include "VelloroCore/Titles/ExactAmount.h"
 #include "VelloroCore/Titles/FormatManager.h"
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Titles/TitleTextKeys.h"
@@ -83,6 +84,13 @@ double shownAmount(double amount, TypeUnit unit) {
   return std::max(normalizeDistanceValue(exact), 0.1);
 }
 
+std::optional<std::string> timeOfDay(double amount, const FormatManager& formats) {
+  constexpr double day = 86400;
+  if (!(amount >= 0 && amount < day)) return std::nullopt;
+  const auto time = HHMMSS::fromIntValue(static_cast<std::int64_t>(amount));
+  return time ? std::optional(formats.formattedTimeOfDay(*time)) : std::nullopt;
+}
+
 /// Writes one amount on one surface, by the form of its unit.
 struct Writer {
   using Text = std::optional<std::string>;
@@ -118,12 +126,7 @@ struct Writer {
     }
     return ofDuration(seconds);
   }
-  Text operator()(const TimeOfDay&) const {
-    constexpr double day = 86400;
-    if (!(amount >= 0 && amount < day)) return std::nullopt;
-    const auto time = HHMMSS::fromIntValue(static_cast<std::int64_t>(amount));
-    return time ? Text(formats.formattedTimeOfDay(*time)) : std::nullopt;
-  }
+  Text operator()(const TimeOfDay&) const { return timeOfDay(amount, formats); }
 
  private:
   /// The types that count hours write them so on every surface.
@@ -157,7 +160,45 @@ struct Writer {
   }
 };
 
+/// Writes one amount as it is, by the form of its unit.
+struct ExactWriter {
+  using Text = std::optional<std::string>;
+
+  TypeUnit unit;
+  double amount;
+  const Locale& locale;
+  const FormatManager& formats = FormatManager::shared(locale);
+
+  Text operator()(const Measured& form) const { return measured(form.unit); }
+  Text operator()(const Counted& form) const { return localized(form.key, {amount}); }
+  Text operator()(const Enclosed& form) const { return localized(form.key, {number()}); }
+  Text operator()(const Mass&) const {
+    if (unit == TypeUnit::micrograms) return localized(title_text::micrograms, {number()});
+    return measured(unit == TypeUnit::grams ? Measure::grams : Measure::milligrams);
+  }
+  Text operator()(const Duration&) const {
+    constexpr TimeInterval hour = 3600;
+    const TimeInterval seconds = convertToTimeInterval(amount, unit);
+    const bool isWhole = seconds >= hour && std::fmod(seconds, hour) == 0;
+    return isWhole ? formats.formattedSleepDuration(seconds)
+                   : formats.formattedDurationForTimedTaskConfiguration(seconds);
+  }
+  Text operator()(const TimeOfDay&) const { return timeOfDay(amount, formats); }
+
+ private:
+  [[nodiscard]] std::string number() const { return formats.decimalFormatter.string(amount); }
+  [[nodiscard]] std::string measured(Measure in) const {
+    return NSMeasurementFormatter({.number = formats.decimalFormatter.settings()})
+        .string(amount, in);
+  }
+};
+
 }  // namespace
+
+std::optional<std::string> exactAmount(double amount, TypeUnit unit, const Locale& locale) {
+  return std::visit(ExactWriter{unit, wholeUnlessFractional(amount), locale},
+                    rowOf(unitRows, unit).form);
+}
 
 std::optional<std::string> TaskDisplayTitle::Quantity::localizedFormatted(
     Context context, const Locale& locale) const {
