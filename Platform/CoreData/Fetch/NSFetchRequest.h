@@ -63,7 +63,7 @@ class NSFetchRequest {
 template <typename Entity>
 NSFetchRequest NSFetchRequest::of(std::optional<Predicate<Entity>> predicate,
                                   const std::vector<SortDescriptor<Entity>>& order) {
-  NSFetchRequest request{std::string(entityName<Entity>())};
+  NSFetchRequest request{std::string(platform::entityName<Entity>())};
   request.predicate_ = std::move(predicate);
   request.sortDescriptors_.assign(order.begin(), order.end());
   return request;
