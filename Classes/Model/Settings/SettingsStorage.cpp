@@ -7,7 +7,6 @@
 #include "Settings/SettingsStorageLocal.h"
 
 #include <algorithm>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -15,25 +14,6 @@ namespace velloro {
 namespace {
 
 using Container = SettingsStorageContainer;
-
-/// How a tier reads and writes one kind of value.
-template <typename T>
-struct Access {
-  T (Container::*read)(std::string_view) const;
-  void (Container::*write)(T, std::string_view);
-};
-
-constexpr Access<std::int64_t> integers{&Container::integerForKey, &Container::setInteger};
-constexpr Access<bool> booleans{&Container::boolForKey, &Container::setBool};
-constexpr Access<double> reals{&Container::doubleForKey, &Container::setDouble};
-constexpr Access<std::optional<std::string>> strings{&Container::stringForKey,
-                                                     &Container::setString};
-constexpr Access<std::optional<Data>> datas{&Container::dataForKey, &Container::setData};
-
-template <typename T>
-T read(const Access<T>& access, const Container* container, const Setting& setting) {
-  return container != nullptr ? (container->*access.read)(setting.key()) : T{};
-}
 
 void tell(std::vector<Setting> settings) {
   NSNotificationCenter::defaultCenter().post(
@@ -43,53 +23,28 @@ void tell(std::vector<Setting> settings) {
 /// Of this thread's last write.
 thread_local ErrorPtr writeError;
 
+SettingContent read(const Container& container, const Setting& setting) {
+  return container.read(setting.key(), setting.row().kind);
+}
+
+void copy(const Container& from, Container& to, const Setting& setting) {
+  to.write(read(from, setting), setting.key());
+}
+
+bool isCopy(const Container& from, const Container& to, const Setting& setting) {
+  return read(from, setting) == read(to, setting);
+}
+
 /// Into the setting's own tier, if the value is another one, and from there into the copy: an
 /// application whose setting lives in the cloud still has it in its suite.
-template <typename T>
-bool put(const Access<T>& access, Container& own, Container& copy, const Setting& setting,
-         std::type_identity_t<T> value) {
-  const std::string key = setting.key();
+bool put(Container& own, Container& copies, const Setting& setting, SettingContent value) {
   writeError = nullptr;
-  if ((own.*access.read)(key) == value) return false;
-  (own.*access.write)(std::move(value), key);
+  if (read(own, setting) == value) return false;
+  own.write(std::move(value), setting.key());
   writeError = own.saveError();
-  (copy.*access.write)((own.*access.read)(key), key);
-  if (writeError == nullptr) writeError = copy.saveError();
+  copy(own, copies, setting);
+  if (writeError == nullptr) writeError = copies.saveError();
   return true;
-}
-
-/// What is told of it may be answered by a further write, so others may write again by then.
-template <typename T>
-bool write(const Access<T>& access, const SettingsStorage& storage, Container& copy,
-           const Setting& setting, std::type_identity_t<T> value, bool silent) {
-  {
-    const auto alone = copy.exclusiveAccess();
-    if (!put(access, storage.container(setting), copy, setting, std::move(value))) return false;
-  }
-  const ErrorPtr error = writeError;
-  if (!silent) tell({setting});
-  writeError = error;
-  return true;
-}
-
-/// Calls `work` with the access to a kind of values; nothing is kept of a setting without a kind.
-template <typename Work>
-void withAccess(SettingKind kind, const Work& work) {
-  using enum SettingKind;
-  switch (kind) {
-    case bool_:
-      return work(booleans);
-    case int_:
-      return work(integers);
-    case double_:
-      return work(reals);
-    case string:
-      return work(strings);
-    case codable:
-      return work(datas);
-    case noOp:
-      break;
-  }
 }
 
 bool isTierSwitch(const Setting& setting) {
@@ -100,20 +55,6 @@ bool isTierSwitch(const Setting& setting) {
 /// What extensions read of the suite.
 bool isCopied(const Setting& setting) {
   return setting.row().isShared || isTierSwitch(setting);
-}
-
-bool isCopy(const Container& from, const Container& to, const Setting& setting) {
-  bool isSame = true;
-  withAccess(setting.row().kind, [&](const auto& access) {
-    isSame = read(access, &from, setting) == read(access, &to, setting);
-  });
-  return isSame;
-}
-
-void copy(const Container& from, Container& to, const Setting& setting) {
-  withAccess(setting.row().kind, [&](const auto& access) {
-    (to.*access.write)(read(access, &from, setting), setting.key());
-  });
 }
 
 /// Of the process's own storage.
@@ -150,60 +91,63 @@ SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension, CloudContainer c
       cloudStorage_(tiers_.cloudStorage) {}
 
 SettingsStorageContainer* SettingsStorage::cloudStorage() const {
-  if (openingThread_ == std::this_thread::get_id()) return nullptr;
-  std::call_once(opensCloudStorage_, [this] {
-    if (cloudContainer_ == nullptr) return;
-    openingThread_ = std::this_thread::get_id();
+  // Other threads wait while it is opened; only what opens it comes here meanwhile.
+  const std::scoped_lock lock(opening_);
+  if (!std::exchange(isOpened_, true) && cloudContainer_ != nullptr) {
     cloudStorage_ = std::make_shared<SettingsStorageCoreData>(cloudContainer_, *this);
-    openingThread_ = std::thread::id();
-  });
+  }
   return cloudStorage_.get();
 }
 
 std::int64_t SettingsStorage::integer(const Setting::IntSetting& setting) const {
-  return read(integers, containerToRead(setting.setting), setting.setting);
+  const Container* container = containerToRead(setting.setting);
+  return container != nullptr ? container->integerForKey(setting.setting.key()) : 0;
 }
 
 bool SettingsStorage::boolean(const Setting::BoolSetting& setting) const {
-  return read(booleans, containerToRead(setting.setting), setting.setting);
+  const Container* container = containerToRead(setting.setting);
+  return container != nullptr && container->boolForKey(setting.setting.key());
 }
 
 double SettingsStorage::real(const Setting::DoubleSetting& setting) const {
-  return read(reals, containerToRead(setting.setting), setting.setting);
+  return containerToRead(setting.setting)->doubleForKey(setting.setting.key());
 }
 
 std::optional<std::string> SettingsStorage::string(const Setting::StringSetting& setting) const {
-  return read(strings, containerToRead(setting.setting), setting.setting);
+  return containerToRead(setting.setting)->stringForKey(setting.setting.key());
 }
 
 bool SettingsStorage::setInteger(std::int64_t value, const Setting::IntSetting& setting,
                                  bool silent) {
-  const Setting& name = setting.setting;
-  return write(integers, *this, containerOfCopies(), name, value, silent);
+  return write(value, setting.setting, silent);
 }
 
 bool SettingsStorage::setBoolean(bool value, const Setting::BoolSetting& setting, bool silent) {
-  const Setting& name = setting.setting;
-  if (!write(booleans, *this, containerOfCopies(), name, value, silent)) return false;
-  if (isTierSwitch(name)) shareAgain();
+  if (!write(value, setting.setting, silent)) return false;
+  if (isTierSwitch(setting.setting)) shareAgain();
   return true;
 }
 
 bool SettingsStorage::setReal(double value, const Setting::DoubleSetting& setting, bool silent) {
-  const Setting& name = setting.setting;
-  return write(reals, *this, containerOfCopies(), name, value, silent);
+  return write(value, setting.setting, silent);
 }
 
 bool SettingsStorage::setString(std::optional<std::string> value,
                                 const Setting::StringSetting& setting, bool silent) {
-  const Setting& name = setting.setting;
-  return write(strings, *this, containerOfCopies(), name, std::move(value), silent);
+  return write(settingContent(std::move(value)), setting.setting, silent);
 }
 
-bool SettingsStorage::setData(std::optional<Data> value, const Setting::CodableSetting& setting,
-                              bool silent) {
-  const Setting& name = setting.setting;
-  return write(datas, *this, containerOfCopies(), name, std::move(value), silent);
+// What is told of it may be answered by a further write, so others may write again by then.
+bool SettingsStorage::write(SettingContent value, const Setting& setting, bool silent) {
+  Container& copies = containerOfCopies();
+  {
+    const auto alone = copies.exclusiveAccess();
+    if (!put(container(setting), copies, setting, std::move(value))) return false;
+  }
+  const ErrorPtr error = writeError;
+  if (!silent) tell({setting});
+  writeError = error;
+  return true;
 }
 
 /// What goes along with a switch, from one tier to another.
@@ -262,9 +206,9 @@ ErrorPtr SettingsStorage::change(bool value, const Setting& tierSwitch, const Mo
     });
     if (!copied) return copied.error();
   }
-  put(booleans, *tiers_.localStorage, containerOfCopies(), tierSwitch, value);
+  put(*tiers_.localStorage, containerOfCopies(), tierSwitch, value);
   if (const ErrorPtr error = writeError) {
-    put(booleans, *tiers_.localStorage, containerOfCopies(), tierSwitch, !value);
+    put(*tiers_.localStorage, containerOfCopies(), tierSwitch, !value);
     // Values that nobody has set would count in the cloud.
     if (move.to != nullptr && move.to != tiers_.localStorage.get()) {
       (void)move.to->writeTogether([&] {
@@ -318,17 +262,15 @@ const SettingsStorageContainer* SettingsStorage::sharedContainer(const Setting& 
 const SettingsStorageContainer* SettingsStorage::containerToRead(const Setting& setting) const {
   using enum SettingKind;
   const Container* shared = isExtension_ ? sharedContainer(setting) : nullptr;
-  const auto hasShared = [&](const auto& access) {
-    return read(access, shared, setting).has_value();
-  };
   switch (setting.row().kind) {
     case bool_:
     case int_:
       return isExtension_ ? shared : &container(setting);
     case string:
-      return hasShared(strings) ? shared : &container(setting);
-    case codable:
-      return hasShared(datas) ? shared : &container(setting);
+    case codable: {
+      const bool isThere = shared != nullptr && read(*shared, setting) != SettingContent();
+      return isThere ? shared : &container(setting);
+    }
     case double_:  // none of them is shared
       return &container(setting);
     case noOp:

@@ -3,7 +3,6 @@
 #include "Settings/Setting.h"
 #include "Settings/SettingsStorageContainer.h"
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -11,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 namespace velloro {
@@ -102,9 +100,9 @@ class SettingsStorage {
   template <typename T>
   bool setCodable(const std::optional<T>& value, const Setting::CodableSetting& setting,
                   bool silent = false) {
-    if (!value) return setData(std::nullopt, setting, silent);
+    if (!value) return write({}, setting.setting, silent);
     auto data = container(setting.setting).encoded(*value);
-    return data && setData(std::move(data), setting, silent);
+    return data && write(*std::move(data), setting.setting, silent);
   }
 
   /// Sets one of the two switches that say where settings live, and takes the values along: none
@@ -140,7 +138,7 @@ class SettingsStorage {
   }
 
  private:
-  bool setData(std::optional<Data> value, const Setting::CodableSetting& setting, bool silent);
+  bool write(SettingContent value, const Setting& setting, bool silent);
   struct Move;
   [[nodiscard]] Move moveFor(bool value, SettingCase tierSwitch) const;
   /// Returns why not, or null.
@@ -158,8 +156,8 @@ class SettingsStorage {
   const Tiers tiers_;
   const bool isExtension_;
   const CloudContainer cloudContainer_;
-  mutable std::once_flag opensCloudStorage_;
-  mutable std::atomic<std::thread::id> openingThread_;
+  mutable std::recursive_mutex opening_;  // guards the next two
+  mutable bool isOpened_ = false;
   mutable std::shared_ptr<SettingsStorageContainer> cloudStorage_;
 };
 

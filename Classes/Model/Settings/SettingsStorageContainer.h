@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Values/Data.h"
 #include "OxKit/Platform.h"
+#include "Settings/SettingTable.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,8 +11,19 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 
 namespace velloro {
+
+/// A value of one of the kinds that are kept, or of none. A record is kept as the bytes of its
+/// JSON.
+using SettingContent = std::variant<std::monostate, std::int64_t, bool, double, std::string, Data>;
+
+template <typename T>
+[[nodiscard]] SettingContent settingContent(std::optional<T> value) {
+  return value ? SettingContent(std::move(*value)) : SettingContent();
+}
 
 /// One tier of the settings: values by key, wherever they are kept. A key without a value reads as
 /// 0, false or absent, and so does one whose value is of a kind that can't be converted. A write is
@@ -23,17 +35,37 @@ class SettingsStorageContainer {
   SettingsStorageContainer(const SettingsStorageContainer&) = delete;
   SettingsStorageContainer& operator=(const SettingsStorageContainer&) = delete;
 
-  [[nodiscard]] virtual std::int64_t integerForKey(std::string_view key) const = 0;
-  virtual void setInteger(std::int64_t value, std::string_view key) = 0;
-  [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
-  virtual void setBool(bool value, std::string_view key) = 0;
-  [[nodiscard]] virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
+  /// What is kept under a key, as a value of that kind: of no kind where that is nothing, or can't
+  /// be converted, but 0 and false for numbers and flags.
+  [[nodiscard]] virtual SettingContent read(std::string_view key, SettingKind kind) const = 0;
+  /// A value of no kind removes the key.
+  virtual void write(SettingContent value, std::string_view key) = 0;
+
+  [[nodiscard]] std::int64_t integerForKey(std::string_view key) const {
+    return valueForKey<std::int64_t>(key, SettingKind::int_).value_or(0);
+  }
+  void setInteger(std::int64_t value, std::string_view key) { write(value, key); }
+  [[nodiscard]] bool boolForKey(std::string_view key) const {
+    return valueForKey<bool>(key, SettingKind::bool_).value_or(false);
+  }
+  void setBool(bool value, std::string_view key) { write(value, key); }
+  [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const {
+    return valueForKey<std::string>(key, SettingKind::string);
+  }
   /// Absent removes the key; so it does in `setData` and `setCodable`.
-  virtual void setString(std::optional<std::string> value, std::string_view key) = 0;
-  [[nodiscard]] virtual std::optional<Data> dataForKey(std::string_view key) const = 0;
-  virtual void setData(std::optional<Data> value, std::string_view key) = 0;
-  [[nodiscard]] virtual double doubleForKey(std::string_view key) const = 0;
-  virtual void setDouble(double value, std::string_view key) = 0;
+  void setString(std::optional<std::string> value, std::string_view key) {
+    write(settingContent(std::move(value)), key);
+  }
+  [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const {
+    return valueForKey<Data>(key, SettingKind::codable);
+  }
+  void setData(std::optional<Data> value, std::string_view key) {
+    write(settingContent(std::move(value)), key);
+  }
+  [[nodiscard]] double doubleForKey(std::string_view key) const {
+    return valueForKey<double>(key, SettingKind::double_).value_or(0);
+  }
+  void setDouble(double value, std::string_view key) { write(value, key); }
 
   /// Whether something is kept under the key. A tier that can't tell takes what reads as absent for
   /// nothing.
@@ -84,6 +116,12 @@ class SettingsStorageContainer {
   }
 
  private:
+  template <typename T>
+  [[nodiscard]] std::optional<T> valueForKey(std::string_view key, SettingKind kind) const {
+    SettingContent content = read(key, kind);
+    T* const value = std::get_if<T>(&content);
+    return value != nullptr ? std::optional<T>(std::move(*value)) : std::nullopt;
+  }
   /// What a tier does about bytes that make no sense; most are silent.
   virtual void decodingFailed(const DecodingError&) const {}
   /// What it does about a value that JSON can't hold; most log it.

@@ -31,6 +31,43 @@ SettingValue valueOf(const SettingEntity& row) {
   return value;
 }
 
+SettingContent contentOf(const SettingValue& value, SettingKind kind) {
+  switch (kind) {
+    using enum SettingKind;
+    case int_:
+      return value.intValue;
+    case bool_:
+      return value.booleanValue;
+    case double_:
+      return value.doubleValue;
+    case string:
+      return settingContent(value.stringValue);
+    case codable:
+      return settingContent(value.dataValue);
+    case noOp:
+      break;
+  }
+  return {};
+}
+
+// Each kind of value has its column.
+void put(SettingValue&, std::monostate) {}
+void put(SettingValue& row, std::int64_t value) {
+  row.intValue = value;
+}
+void put(SettingValue& row, bool value) {
+  row.booleanValue = value;
+}
+void put(SettingValue& row, double value) {
+  row.doubleValue = value;
+}
+void put(SettingValue& row, std::string value) {
+  row.stringValue = std::move(value);
+}
+void put(SettingValue& row, Data value) {
+  row.dataValue = std::move(value);
+}
+
 Result<Entities> fetched(const NSFetchRequest& request, NSManagedObjectContext& context) {
   auto rows = context.fetch<SettingEntity>(request);
   if (rows) return *std::move(rows);
@@ -93,20 +130,19 @@ SettingsStorageCoreData::SettingsStorageCoreData(CloudContainer container,
   updateSettings();
 }
 
-template <typename T>
-T SettingsStorageCoreData::read(T SettingValue::*column, std::string_view key) const {
+SettingContent SettingsStorageCoreData::read(std::string_view key, SettingKind kind) const {
   return queue_.sync([&] {
     const auto found = settingsByKey_.find(key);
-    return found != settingsByKey_.end() ? found->second.*column : T{};
+    return contentOf(found != settingsByKey_.end() ? found->second : SettingValue(), kind);
   });
 }
 
-template <typename T>
-void SettingsStorageCoreData::write(T SettingValue::*column, T newValue, std::string_view key) {
+void SettingsStorageCoreData::write(SettingContent newValue, std::string_view key) {
+  if (std::holds_alternative<std::monostate>(newValue)) return removeKey(key);
   const std::scoped_lock lock(writing_);
   const SettingValue value = queue_.sync([&] {
     SettingValue& held = settingsByKey_[std::string(key)];
-    held.*column = std::move(newValue);
+    std::visit([&](auto& content) { put(held, std::move(content)); }, newValue);
     return held;
   });
   saveError_ = change([&](NSManagedObjectContext& context) { writeRow(value, key, context); });
@@ -157,48 +193,6 @@ ErrorPtr SettingsStorageCoreData::saveError() const {
 
 bool SettingsStorageCoreData::hasValue(std::string_view key) const {
   return queue_.sync([&] { return settingsByKey_.contains(key); });
-}
-
-std::int64_t SettingsStorageCoreData::integerForKey(std::string_view key) const {
-  return read(&SettingValue::intValue, key);
-}
-
-void SettingsStorageCoreData::setInteger(std::int64_t value, std::string_view key) {
-  write(&SettingValue::intValue, value, key);
-}
-
-bool SettingsStorageCoreData::boolForKey(std::string_view key) const {
-  return read(&SettingValue::booleanValue, key);
-}
-
-void SettingsStorageCoreData::setBool(bool value, std::string_view key) {
-  write(&SettingValue::booleanValue, value, key);
-}
-
-std::optional<std::string> SettingsStorageCoreData::stringForKey(std::string_view key) const {
-  return read(&SettingValue::stringValue, key);
-}
-
-void SettingsStorageCoreData::setString(std::optional<std::string> value, std::string_view key) {
-  if (!value) return removeKey(key);
-  write(&SettingValue::stringValue, std::move(value), key);
-}
-
-std::optional<Data> SettingsStorageCoreData::dataForKey(std::string_view key) const {
-  return read(&SettingValue::dataValue, key);
-}
-
-void SettingsStorageCoreData::setData(std::optional<Data> value, std::string_view key) {
-  if (!value) return removeKey(key);
-  write(&SettingValue::dataValue, std::move(value), key);
-}
-
-double SettingsStorageCoreData::doubleForKey(std::string_view key) const {
-  return read(&SettingValue::doubleValue, key);
-}
-
-void SettingsStorageCoreData::setDouble(double value, std::string_view key) {
-  write(&SettingValue::doubleValue, value, key);
 }
 
 void SettingsStorageCoreData::decodingFailed(const DecodingError& error) const {
@@ -305,27 +299,14 @@ std::set<std::string> SettingsStorageCoreData::keysOf(const IDs& rows,
 
 /// The local tier is given the setting's new value, so that processes without this tier have it.
 void SettingsStorageCoreData::follow(const Setting& setting) const {
-  using enum Setting::Kind;
   const std::string key = setting.key();
   const std::string wrapper(rawValue(setting.row().kind));
   if (!settings_.isCloudStored(setting)) {
     return Log::settings.debug([&] { return "Setting `" + key + "` set to not sync with cloud"; });
   }
   Log::settings.debug([&] { return "Updating setting for `" + key + "." + wrapper + "`"; });
-  SettingsStorageContainer& local = settings_.localStorage();
-  switch (setting.row().kind) {
-    case int_:
-      return local.setInteger(integerForKey(key), key);
-    case double_:
-      return local.setDouble(doubleForKey(key), key);
-    case bool_:
-      return local.setBool(boolForKey(key), key);
-    case string:
-      return local.setString(stringForKey(key), key);
-    case codable:
-      return local.setData(dataForKey(key), key);
-    case noOp:
-      break;
+  if (const SettingKind kind = setting.row().kind; kind != SettingKind::noOp) {
+    return settings_.localStorage().write(read(key, kind), key);
   }
   Log::settings.error([&] { return "Unhandled data type: " + wrapper; });
 }

@@ -49,16 +49,8 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   /// \param settings Says which settings are cloud-stored and has the local tier; outlives this.
   SettingsStorageCoreData(CloudContainer container, const SettingsStorage& settings);
 
-  [[nodiscard]] std::int64_t integerForKey(std::string_view key) const override;
-  void setInteger(std::int64_t value, std::string_view key) override;
-  [[nodiscard]] bool boolForKey(std::string_view key) const override;
-  void setBool(bool value, std::string_view key) override;
-  [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const override;
-  void setString(std::optional<std::string> value, std::string_view key) override;
-  [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const override;
-  void setData(std::optional<Data> value, std::string_view key) override;
-  [[nodiscard]] double doubleForKey(std::string_view key) const override;
-  void setDouble(double value, std::string_view key) override;
+  [[nodiscard]] SettingContent read(std::string_view key, SettingKind kind) const override;
+  void write(SettingContent value, std::string_view key) override;
   [[nodiscard]] bool hasValue(std::string_view key) const override;
   /// Within a transaction of the view context it reads what that sees.
   Result<void> refresh() override;
@@ -74,10 +66,6 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   using IDs = std::vector<NSManagedObjectID>;
   using Work = std::function<void(NSManagedObjectContext&)>;
 
-  template <typename T>
-  [[nodiscard]] T read(T SettingValue::*column, std::string_view key) const;
-  template <typename T>
-  void write(T SettingValue::*column, T value, std::string_view key);
   void removeKey(std::string_view key);
   Result<void> reload(NSManagedObjectContext& context);
   void deleteTwins();

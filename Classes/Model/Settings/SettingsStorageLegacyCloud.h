@@ -9,34 +9,36 @@ namespace velloro {
 /// no failure.
 class SettingsStorageLegacyCloud final : public SettingsStorageContainer {
  public:
-  [[nodiscard]] std::int64_t integerForKey(std::string_view key) const override {
-    return store_.longLongForKey(key);
+  [[nodiscard]] SettingContent read(std::string_view key, SettingKind kind) const override {
+    switch (kind) {
+      using enum SettingKind;
+      case int_:
+        return store_.longLongForKey(key);
+      case bool_:
+        return store_.boolForKey(key);
+      case double_:
+        return store_.doubleForKey(key);
+      case string:
+        return settingContent(store_.stringForKey(key));
+      case codable:
+        return settingContent(store_.dataForKey(key));
+      case noOp:
+        break;
+    }
+    return {};
   }
-  void setInteger(std::int64_t value, std::string_view key) override {
-    store_.setLongLong(value, key);
+  void write(SettingContent value, std::string_view key) override {
+    std::visit([&](auto& content) { set(std::move(content), key); }, value);
   }
-  [[nodiscard]] bool boolForKey(std::string_view key) const override {
-    return store_.boolForKey(key);
-  }
-  void setBool(bool value, std::string_view key) override { store_.setBool(value, key); }
-  [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const override {
-    return store_.stringForKey(key);
-  }
-  void setString(std::optional<std::string> value, std::string_view key) override {
-    store_.setString(std::move(value), key);
-  }
-  [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const override {
-    return store_.dataForKey(key);
-  }
-  void setData(std::optional<Data> value, std::string_view key) override {
-    store_.setData(std::move(value), key);
-  }
-  [[nodiscard]] double doubleForKey(std::string_view key) const override {
-    return store_.doubleForKey(key);
-  }
-  void setDouble(double value, std::string_view key) override { store_.setDouble(value, key); }
 
  private:
+  void set(std::monostate, std::string_view key) { store_.removeObjectForKey(key); }
+  void set(std::int64_t value, std::string_view key) { store_.setLongLong(value, key); }
+  void set(bool value, std::string_view key) { store_.setBool(value, key); }
+  void set(double value, std::string_view key) { store_.setDouble(value, key); }
+  void set(std::string value, std::string_view key) { store_.setString(std::move(value), key); }
+  void set(Data value, std::string_view key) { store_.setData(std::move(value), key); }
+
   void encodingFailed(const EncodingError&) const override {}
 
   NSUbiquitousKeyValueStore store_ = NSUbiquitousKeyValueStore::defaultStore();

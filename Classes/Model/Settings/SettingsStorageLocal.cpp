@@ -5,57 +5,39 @@
 #include "Foundation/Process/Environment.h"
 #include "Settings/AppGroup.h"
 
+#include <concepts>
+
 namespace velloro {
-namespace {
 
-/// What a suite takes for a value, null for none.
-template <typename T>
-PropertyList boxed(std::optional<T> value) {
-  return value ? PropertyList(std::move(*value)) : PropertyList();
+SettingContent SettingsStorageLocalUserDefaults::read(std::string_view key,
+                                                      SettingKind kind) const {
+  switch (kind) {
+    using enum SettingKind;
+    case int_:
+      return defaults_.integerForKey(key);
+    case bool_:
+      return defaults_.boolForKey(key);
+    case double_:
+      return defaults_.doubleForKey(key);
+    case string:
+      return settingContent(defaults_.stringForKey(key));
+    case codable:
+      return settingContent(defaults_.dataForKey(key));
+    case noOp:
+      break;
+  }
+  return {};
 }
 
-}  // namespace
-
-std::int64_t SettingsStorageLocalUserDefaults::integerForKey(std::string_view key) const {
-  return defaults_.integerForKey(key);
-}
-
-void SettingsStorageLocalUserDefaults::setInteger(std::int64_t value, std::string_view key) {
-  defaults_.setObject(value, key);
-}
-
-bool SettingsStorageLocalUserDefaults::boolForKey(std::string_view key) const {
-  return defaults_.boolForKey(key);
-}
-
-void SettingsStorageLocalUserDefaults::setBool(bool value, std::string_view key) {
-  defaults_.setObject(value, key);
-}
-
-std::optional<std::string> SettingsStorageLocalUserDefaults::stringForKey(
-    std::string_view key) const {
-  return defaults_.stringForKey(key);
-}
-
-void SettingsStorageLocalUserDefaults::setString(std::optional<std::string> value,
-                                                 std::string_view key) {
-  defaults_.setObject(boxed(std::move(value)), key);
-}
-
-std::optional<Data> SettingsStorageLocalUserDefaults::dataForKey(std::string_view key) const {
-  return defaults_.dataForKey(key);
-}
-
-void SettingsStorageLocalUserDefaults::setData(std::optional<Data> value, std::string_view key) {
-  defaults_.setObject(boxed(std::move(value)), key);
-}
-
-double SettingsStorageLocalUserDefaults::doubleForKey(std::string_view key) const {
-  return defaults_.doubleForKey(key);
-}
-
-void SettingsStorageLocalUserDefaults::setDouble(double value, std::string_view key) {
-  defaults_.setObject(value, key);
+void SettingsStorageLocalUserDefaults::write(SettingContent value, std::string_view key) {
+  const auto boxed = [](auto content) {
+    if constexpr (std::same_as<decltype(content), std::monostate>) {
+      return PropertyList();
+    } else {
+      return PropertyList(std::move(content));
+    }
+  };
+  defaults_.setObject(std::visit(boxed, std::move(value)), key);
 }
 
 std::shared_ptr<void> SettingsStorageLocalShared::exclusiveAccess() const {

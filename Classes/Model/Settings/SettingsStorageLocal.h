@@ -14,16 +14,8 @@ class SettingsStorageLocalUserDefaults : public SettingsStorageContainer {
   explicit SettingsStorageLocalUserDefaults(NSUserDefaults defaults)
       : defaults_(std::move(defaults)) {}
 
-  [[nodiscard]] std::int64_t integerForKey(std::string_view key) const override;
-  void setInteger(std::int64_t value, std::string_view key) override;
-  [[nodiscard]] bool boolForKey(std::string_view key) const override;
-  void setBool(bool value, std::string_view key) override;
-  [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const override;
-  void setString(std::optional<std::string> value, std::string_view key) override;
-  [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const override;
-  void setData(std::optional<Data> value, std::string_view key) override;
-  [[nodiscard]] double doubleForKey(std::string_view key) const override;
-  void setDouble(double value, std::string_view key) override;
+  [[nodiscard]] SettingContent read(std::string_view key, SettingKind kind) const override;
+  void write(SettingContent value, std::string_view key) override;
   [[nodiscard]] ErrorPtr saveError() const override { return defaults_.saveError(); }
 
  private:
