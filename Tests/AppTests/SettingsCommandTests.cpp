@@ -55,7 +55,10 @@ TEST_F(SettingsCommand, SetsReadsAndTakesAway) {
     (void)told("set " + set);
     EXPECT_THAT(told("get " + get + " --json"), EndsWith(expected + "\n")) << set;
   }
-  EXPECT_THAT(told("list"), HasSubstr("  local   14400 (04:00:00)\n"));
+  EXPECT_THAT(
+      told("list"),
+      HasSubstr("  local   14400 (04:00:00)\n    When a day begins, in seconds since midnight."
+                " Default: 0.\n"));
   for (const auto& [set, get, expected] : cases) (void)told("unset " + get);
   EXPECT_THAT(told("list --all"), HasSubstr("taskPageIsHidden.3"));
 }

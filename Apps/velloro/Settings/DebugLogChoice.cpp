@@ -41,13 +41,14 @@ void chooseDebugLog(const std::optional<std::string>& text) {
 
 SettingsReport debugLogReport() {
   LogManager& manager = LogManager::shared();
-  SettingsReport report{.name = std::string(debugLogName),
-                        .key = "__lm.level",
-                        .kind = Setting::Kind::string,
-                        .tier = SettingSource::local,
-                        .value = {},
-                        .description = "The least level of log lines, and of which categories.",
-                        .fallback = "none"};
+  SettingsReport report{
+      .name = std::string(debugLogName),
+      .key = "__lm.level",
+      .description = "The least level of log lines that are kept, and their categories.",
+      .fallback = "none",
+      .kind = Setting::Kind::string,
+      .tier = SettingSource::local,
+      .value = {}};
   std::string names;
   std::optional<LogLevel> least;
   bool isEvery = true;

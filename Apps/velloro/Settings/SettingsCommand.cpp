@@ -44,7 +44,7 @@ void list(const SettingsOptions& options) {
     if (options.all || report.hasValue()) reports.push_back(std::move(report));
   }
   if (auto log = debugLogReport(); options.all || log.hasValue()) reports.push_back(std::move(log));
-  print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports));
+  print(options.json ? JSONEncoder{}.encode(reports) + "\n" : table(reports, /*isDescribed=*/true));
 }
 
 void showOne(const SettingsOptions& options) {
@@ -119,7 +119,7 @@ void addSettingsCommand(CLI::App& app) {
     return part;
   };
   addSubcommand(*command, "list",
-                "Lists the settings that have a value, and the tier each is read from", options,
+                "Lists the settings that have a value, with tier, description and default", options,
                 list)
       ->add_flag("--all", options->all, "Also list settings without a value")
       ->disable_flag_override();

@@ -48,33 +48,29 @@ std::string valueText(const SettingsReport& report) {
 SettingsReport SettingsReport::of(const SettingsStorage& storage, const Setting& setting) {
   return {.name = settingName(setting),
           .key = setting.key(),
+          .description = std::string(setting.row().description),
+          .fallback = std::string(setting.row().fallback),
           .kind = setting.row().kind,
           .tier = storage.source(setting),
-          .value = std::visit(Read{storage}, setting.wrapper()),
-          .description = std::string(setting.row().description),
-          .fallback = std::string(setting.row().fallback)};
+          .value = std::visit(Read{storage}, setting.wrapper())};
 }
 
 bool SettingsReport::hasValue() const {
   return value != PropertyList() && value != PropertyList(false) && value != PropertyList(0);
 }
 
-std::string table(const std::vector<SettingsReport>& reports) {
+std::string table(const std::vector<SettingsReport>& reports, bool isDescribed) {
   constexpr std::size_t gap = 2;
   const std::string nothing = "-";
-  constexpr std::size_t widestValue = 24;  // a longer one moves what stands behind it
-  std::size_t nameWidth = 0, valueWidth = 0;
-  for (const SettingsReport& report : reports) {
+  std::size_t nameWidth = 0;
+  for (const SettingsReport& report : reports)
     nameWidth = std::max(nameWidth, columns(terminalText(report.name)));
-    valueWidth = std::clamp(columns(valueText(report)), valueWidth, widestValue);
-  }
   std::string text;
   for (const SettingsReport& report : reports) {
     const std::string tier = report.tier ? std::string(rawValue(*report.tier)) : nothing;
     text += padded(terminalText(report.name), nameWidth + gap) +
-            padded(tier, rawValue(SettingSource::shared).size() + gap) +
-            padded(valueText(report), valueWidth + gap) + report.description +
-            " (default: " + report.fallback + ")\n";
+            padded(tier, rawValue(SettingSource::shared).size() + gap) + valueText(report) + "\n";
+    if (isDescribed) text += "    " + report.description + " Default: " + report.fallback + ".\n";
   }
   return text;
 }

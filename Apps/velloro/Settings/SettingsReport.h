@@ -14,18 +14,18 @@ namespace velloro {
 struct SettingsReport {
   std::string name;
   std::string key;
+  std::string description;  ///< One sentence.
+  std::string fallback;     ///< What holds where nothing is stored.
   Setting::Kind kind = Setting::Kind::noOp;
   std::optional<SettingSource> tier;  ///< Absent where nothing is looked at.
   PropertyList value;                 ///< Null where there is none.
-  std::string description;            ///< One sentence.
-  std::string fallback;               ///< What holds where nothing is stored.
 
   static constexpr auto codingKeys = keys(
       platform::key("name", &SettingsReport::name), platform::key("key", &SettingsReport::key),
-      platform::key("kind", &SettingsReport::kind), platform::key("tier", &SettingsReport::tier),
-      platform::key("value", &SettingsReport::value),
       platform::key("description", &SettingsReport::description),
-      platform::key("default", &SettingsReport::fallback));
+      platform::key("default", &SettingsReport::fallback),
+      platform::key("kind", &SettingsReport::kind), platform::key("tier", &SettingsReport::tier),
+      platform::key("value", &SettingsReport::value));
 
   [[nodiscard]] static SettingsReport of(const SettingsStorage& storage, const Setting& setting);
 
@@ -33,7 +33,8 @@ struct SettingsReport {
   [[nodiscard]] bool hasValue() const;
 };
 
-/// One line a setting.
-[[nodiscard]] std::string table(const std::vector<SettingsReport>& reports);
+/// One line for each setting, and, where they are described, a second one with its description.
+[[nodiscard]] std::string table(const std::vector<SettingsReport>& reports,
+                                bool isDescribed = false);
 
 }  // namespace velloro
