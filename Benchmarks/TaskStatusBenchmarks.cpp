@@ -55,7 +55,7 @@ const std::vector<TaskLogRow>& memoryRows() {
 }
 
 TaskLogRules rules() {
-  return {.timeZone = TimeZone::fromIdentifier(zone).value()};
+  return {.timeZone = TimeZone::fromIdentifier(zone).value(), .now = Date::now()};
 }
 
 void walkRows(State& state) {

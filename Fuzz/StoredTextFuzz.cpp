@@ -59,7 +59,8 @@ void checkReminder(std::string_view json) {
                                                 .deviceTimeZone = TimeZone::gmt(),
                                                 .notificationTimeZone = taskViewer,
                                                 .now = now});
-  (void)settings.sortedEstimatedRelevantTimes({.from = now, .to = later, .startOfDay = time});
+  (void)settings.sortedEstimatedRelevantTimes(
+      {.from = now, .to = later, .startOfDay = time, .timeZone = apia});
   (void)settings.remainingTimeOfDayReminders({{now}}, 1, time, apia, now);
   (void)settings.sortedTimerReminders();
   const HHMMSS of = reminder->trigger.timeOfDay.value_or(time);

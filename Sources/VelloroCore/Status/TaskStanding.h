@@ -76,6 +76,7 @@ struct TaskStanding {
                                                                   WillSkip willSkip) const;
 
  private:
+  /// By the days alone: where fortnights overlap, the day's own one may be another.
   [[nodiscard]] bool isIn(const std::optional<YYYYMMDD>& day,
                           const TaskFrequencyPeriod& period) const {
     return day && period.contains(*day);
