@@ -1,6 +1,7 @@
 #include "Settings/Settings.h"
 
 #include "CloudKit/CKError.h"
+#include "Foundation/Text/Locale.h"
 
 #include <algorithm>
 #include <functional>
