@@ -87,6 +87,8 @@ TEST_F(NSFileManagerTest, FailuresNameTheFileAndTheReasonAndLeaveNothing) {
     EXPECT_EQ(error->code(), reason) << error->localizedDescription();
     EXPECT_THAT(error->localizedDescription(), HasSubstr(named));
   }
+  const auto longName = NSFileManager::contents(std::string(9000, 'x'));
+  EXPECT_LT(longName.error()->localizedDescription().size(), 4300U);
   EXPECT_TRUE(endedWell(startProcess([&] {  // a full disk
     const rlimit limit{.rlim_cur = 10, .rlim_max = 10};
     std::signal(SIGXFSZ, SIG_IGN);

@@ -46,7 +46,7 @@ void addDayCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("day", "Prints the properties of a logical day");
   auto* day = command->add_option("day", options->day, "The day (default: the one of --at)")
                   ->type_name("YYYYMMDD");
-  command->add_option("--at", options->at, "The day that holds this instant (default: now)")
+  command->add_option("--at", options->at, "The day that contains this instant (default: now)")
       ->type_name("INSTANT")
       ->excludes(day);
   command

@@ -48,7 +48,7 @@ void addOptions(CLI::App& command, PeriodOptions& options) {
 void addPeriodCommand(CLI::App& app) {
   auto options = std::make_shared<PeriodOptions>();
   CLI::App* command =
-      app.add_subcommand("period", "Prints the period of a task that a day lies in");
+      app.add_subcommand("period", "Prints the period of a task that contains a day");
   addOptions(*command, *options);
   command->footer(modesFooter() +
                   "\nExamples:\n"

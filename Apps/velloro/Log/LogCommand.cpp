@@ -206,7 +206,7 @@ void undo(const LogOptions& options) {
 using Options = std::shared_ptr<LogOptions>;
 
 void addDay(CLI::App& command, const Options& options) {
-  command.add_option("--date", options->date, "On which day (default: today)")
+  command.add_option("--date", options->date, "The day of the entry (default: today)")
       ->type_name("YYYYMMDD");
 }
 
@@ -227,10 +227,11 @@ void addAdd(CLI::App& command, const Options& options) {
                    "towards completion; for a habit to avoid, a step towards a miss)")
       ->type_name("TYPE");
   addDay(*added, options);
-  added->add_option("--at", options->at, "At which instant (default: now)")->type_name("INSTANT");
+  added->add_option("--at", options->at, "The instant of the entry (default: now)")
+      ->type_name("INSTANT");
   added
       ->add_option("--progress", options->progress,
-                   "How much, in the task's unit (default: a step, or what is left)")
+                   "The amount in the task's unit (default: a step, or what is left)")
       ->type_name("AMOUNT");
   added->footer(typesFooter() +
                 "\nExamples:\n"

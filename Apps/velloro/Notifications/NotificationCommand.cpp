@@ -178,12 +178,10 @@ void make(const NotificationOptions& options) {
 void addLook(CLI::App& command, NotificationOptions& options) {
   command.add_option("FILE", options.file, "A notification as JSON; - is the standard input")
       ->required();
-  command.add_option("--width", options.width, "Points from side to side (default: 320)")
+  command.add_option("--width", options.width, "The width in points (default: 320)")
       ->type_name("POINTS");
   command.add_option("--scale", options.scale, "Pixels per point (default: 2)")->type_name("N");
-  command
-      .add_flag("--dark", options.dark,
-                "The screen is dark; themes that follow the screen are dark, too")
+  command.add_flag("--dark", options.dark, "Assumes a dark screen, which some themes follow")
       ->disable_flag_override();
   command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
 }
@@ -192,31 +190,39 @@ void addLook(CLI::App& command, NotificationOptions& options) {
 
 void addNotificationCommand(CLI::App& app) {
   auto options = std::make_shared<NotificationOptions>();
-  CLI::App* command = app.add_subcommand("notification", "Shows a reminder, and plays an answer");
+  CLI::App* command =
+      app.add_subcommand("notification", "Makes and shows reminders, and plays answers");
   command->require_subcommand(1);
   CLI::App* shown = command->add_subcommand("show", "Shows an expanded notification");
   addLook(*shown, *options);
-  shown->add_option("--png", options->png, "Draws it; - is the standard output")->type_name("FILE");
+  shown
+      ->add_option("--png", options->png,
+                   "Draws the notification to a file; - is the standard output")
+      ->type_name("FILE");
   shown->callback([options] { show(*options); });
 
-  CLI::App* acted = command->add_subcommand("act", "Plays what an answer does, without waiting");
+  CLI::App* acted =
+      command->add_subcommand("act", "Plays the effect of an answer, in virtual time");
   addLook(*acted, *options);
   acted
       ->add_option("ACTION", options->action,
                    "markAsDone, markAsMissed, snooze, openExternalUrl, sendMessage, or any "
                    "identifier")
       ->required();
-  acted->add_option("--frames", options->frames, "Folder for the pictures, 30 a second")
+  acted
+      ->add_option("--frames", options->frames,
+                   "The folder for the pictures of the animation, 30 per second")
       ->type_name("DIR");
   acted->callback([options] { act(*options); });
 
-  CLI::App* sampled = command->add_subcommand("sample", "Writes a notification to try things with");
-  sampled->add_option("NAME", options->sample, "Which one (default: lists them)");
+  CLI::App* sampled = command->add_subcommand("sample", "Prints an example of a notification");
+  sampled->add_option("NAME", options->sample,
+                      "The name of the example (default: lists the names)");
   sampled->callback([options] { sample(*options); });
 
-  CLI::App* made = command->add_subcommand("make", "Writes the reminder of a task of the store");
+  CLI::App* made = command->add_subcommand("make", "Prints the reminder of a task");
   addTaskArgument(*made, options->task);
-  made->add_option("--period", options->period, "Of which period: today's, or one by a day in it")
+  made->add_option("--period", options->period, "A day of the period (default: today)")
       ->type_name("YYYYMMDD");
   made->callback([options] { make(*options); });
   command->footer(

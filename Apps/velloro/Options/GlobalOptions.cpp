@@ -39,19 +39,21 @@ std::string bundleIdentifier(const std::string& process) {
 
 void GlobalOptions::addTo(CLI::App& app) {
   const std::string group = "Options of every command";
-  app.add_option("--store", store, "Folder of the store (default: the XDG data folder)")
+  app.add_option("--store", store, "The folder of the store (default: the XDG data folder)")
       ->type_name("DIR")
       ->group(group);
-  app.add_option("--now", now, "Take this instant for now")->type_name("INSTANT")->group(group);
-  app.add_option("--zone", zone, "Take this time zone for the device's")
+  app.add_option("--now", now, "Use this instant as the current time")
+      ->type_name("INSTANT")
+      ->group(group);
+  app.add_option("--zone", zone, "Use this time zone instead of the device's")
       ->type_name("ID")
       ->group(group);
   app.add_option("--process", process,
-                 "Take the place of that program: app (default), today, widget, siri, siriui, "
+                 "Run in the place of that program: app (default), today, widget, siri, siriui, "
                  "notification (default where a reminder is shown) or deviceactivity")
       ->type_name("NAME")
       ->group(group);
-  app.add_option("--locale", locale, "Take this locale for the device's, such as de_DE")
+  app.add_option("--locale", locale, "Use this locale instead of the device's, such as de_DE")
       ->type_name("ID")
       ->group(group);
 }

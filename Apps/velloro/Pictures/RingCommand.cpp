@@ -92,24 +92,25 @@ class Adder {
 void addLook(Adder& add, RingArguments& ring) {
   add.group("The task");
   add("--status", ring.status, "STATUS",
-      "How it stands, as stored: c, m, s, nm, a, i_mwi, nc_swi, … (default: i_mwoi)");
+      "The stored status: c, m, s, nm, a, i_mwi, nc_swi, … (default: i_mwoi)");
   add("--progress", ring.progress, "P", "The filled part, 0 to 1 (default: 0)");
-  add("--segments", ring.segments, "N", "Steps into which notches cut the track (default: 1)");
+  add("--segments", ring.segments, "N",
+      "The number of steps that notches divide the track into (default: 1)");
   add("--sub-progress", ring.subProgress, "P", "The filled part of a step, drawn inside, 0 to 1");
   add("--track-progress", ring.trackProgress, "P",
       "Where the solid part of the open track ends, 0 to 1 (default: 1)");
-  add("--timer", ring.timer, "SECONDS", "Runs as long: a dot shows the seconds of the progress");
+  add("--timer", ring.timer, "SECONDS", "The duration of a running timer; a dot shows its seconds");
   auto* icon = add("--icon", ring.icon, "NAME", "An icon by its name, such as water_glass");
   auto* emoji = add("--emoji", ring.emoji, "E", "An emoji in the icon's place");
   auto* monogram = add("--monogram", ring.monogram, "M", "Letters in the icon's place");
   icon->excludes(emoji)->excludes(monogram);
   emoji->excludes(monogram);
-  add.flag("--slash", ring.hasSlash, "The icon is struck through");
+  add.flag("--slash", ring.hasSlash, "Strikes the icon through");
   add("--caption", ring.caption, "TEXT", "The line below the icon");
   add("--top-caption", ring.topCaption, "TEXT", "The line above the icon");
   add("--sign", ring.signs, "SIGN",
       "A sign behind the caption, such as bestStreak or multiDay; several may be given");
-  add("--top-sign", ring.topSigns, "SIGN", "The same above");
+  add("--top-sign", ring.topSigns, "SIGN", "A sign behind the top caption");
   add("--badge", ring.badges, "PLACE[:ICON]",
       "A badge, such as topTrailing:em_🚲 or bottomLeadingInside:mg_JD; several may be given");
 }
@@ -120,12 +121,13 @@ void addColors(Adder& add, RingArguments& ring) {
   add("--mode", ring.mode, "MODE", "normal, alternate, white or black (default: normal)");
   add("--position", ring.position, "N",
       "The task's place on the page, from 0: schemes of several colours take turns");
-  add.flag("--grand-slam", ring.isGrandSlam, "The page of a day on which all was done");
-  add.flag("--anticlockwise", ring.isAntiClockwise, "Fills the other way round");
-  add.flag("--rounded", ring.hasRoundedCaps, "The filled part has round ends");
+  add.flag("--grand-slam", ring.isGrandSlam,
+           "Uses the colours of a day on which everything is done");
+  add.flag("--anticlockwise", ring.isAntiClockwise, "Fills the track anticlockwise");
+  add.flag("--rounded", ring.hasRoundedCaps, "Draws round ends of the filled part");
   add("--size", ring.size, "POINTS", "The ring's diameter (default: 84)");
   add("--scale", ring.scale, "N", "Pixels per point (default: 2)");
-  add.flag("--transparent", ring.isTransparent, "Nothing is drawn behind the ring");
+  add.flag("--transparent", ring.isTransparent, "Draws nothing behind the ring");
 }
 
 }  // namespace
@@ -136,12 +138,13 @@ void addRingCommand(CLI::App& app) {
   Adder add(*command);
   add.group("The picture");
   add("--png", options->png, "FILE", "The file to write; - is the standard output");
-  command->add_flag("--sheet", options->isSheet, "A sheet of all schemes by all statuses")
+  command->add_flag("--sheet", options->isSheet, "Draws a sheet of all schemes in all statuses")
       ->disable_flag_override()
       ->group("The picture")
-      ->excludes(add("--animate", options->animate, "check", "The ring fills and is checked"));
-  add("--frames", options->frames, "DIR", "Folder for the pictures of an animation");
-  add("--fps", options->framesPerSecond, "N", "Its pictures a second (default: 60)");
+      ->excludes(add("--animate", options->animate, "check",
+                     "Draws an animation in which the ring fills and is checked"));
+  add("--frames", options->frames, "DIR", "The folder for the single pictures of an animation");
+  add("--fps", options->framesPerSecond, "N", "Pictures per second (default: 60)");
   addLook(add, options->ring);
   addColors(add, options->ring);
   command->footer(

@@ -8,7 +8,7 @@ namespace velloro {
 
 void addDemoCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
-      "demo", "Fills an empty store with eight tasks and 120 days of log, to try things with");
+      "demo", "Fills an empty store with eight example tasks and 120 days of log");
   command->footer(
       "Example:\n"
       "  velloro demo --store tryout && velloro status --store tryout");

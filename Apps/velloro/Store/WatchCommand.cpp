@@ -48,7 +48,8 @@ void addWatchCommand(CLI::App& app) {
   auto options = std::make_shared<WatchOptions>();
   CLI::App* command = app.add_subcommand(
       "watch", "Prints what other processes save, as it arrives, until interrupted");
-  command->add_flag("--json", options->json, "Prints an object a line")->disable_flag_override();
+  command->add_flag("--json", options->json, "Prints one JSON object per line")
+      ->disable_flag_override();
   command->footer(
       "+ inserted, ~ updated, - deleted rows. Each process has its own place in the store's\n"
       "history; --process chooses whose.\n\n"

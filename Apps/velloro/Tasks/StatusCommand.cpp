@@ -51,10 +51,11 @@ void addStatusCommand(CLI::App& app) {
       ->add_option("task", options->task,
                    "One task, by title or id (default: all that are neither archived nor deleted)")
       ->type_name("TASK");
-  command->add_option("--date", options->date, "In the period with that day (default: today)")
+  command->add_option("--date", options->date, "A day of the period to show (default: today)")
       ->type_name("YYYYMMDD");
   command
-      ->add_flag("--json", options->json, "Prints an array of objects, or of one TASK the object")
+      ->add_flag("--json", options->json,
+                 "Prints an array of JSON objects, or one object for one TASK")
       ->disable_flag_override();
   command->footer(
       "○ open  ◔ ◑ ◕ begun  ● done  ✗ missed  – skipped  ◌ allowed\n\n"

@@ -128,7 +128,7 @@ void addTaskCommand(CLI::App& app) {
       ->type_name("TITLE")
       ->required();
   options->fields.addTo(*added);
-  added->add_option("--created", options->created, "When it was made (default: now)")
+  added->add_option("--created", options->created, "When the task was made (default: now)")
       ->type_name("INSTANT");
   added->footer(modesFooter() +
                 "\nExamples:\n"
@@ -147,7 +147,7 @@ void addTaskCommand(CLI::App& app) {
 
   CLI::App* edited = addSubcommand(*command, "edit", "Changes a task", options, edit);
   addTaskArgument(*edited, options->task);
-  edited->add_option("--title", options->fields.title, "What it is called")->type_name("TITLE");
+  edited->add_option("--title", options->fields.title, "The new title")->type_name("TITLE");
   options->fields.addTo(*edited);
   edited->add_flag("--positive", options->fields.isPositive, "A habit to keep")
       ->disable_flag_override()

@@ -30,16 +30,18 @@ void TaskFieldOptions::addTo(CLI::App& command) {
   command.add_flag("--negative", isNegative, "A habit to avoid")->disable_flag_override();
   type.addTo(command);
   command.get_option("--target")->excludes("--total");
-  add("--timer", timer, "SECONDS", "How long a timer runs, of each step")
+  add("--timer", timer, "SECONDS", "The duration of the timer, for each step")
       ->excludes("--type")
       ->excludes("--target")
       ->excludes("--unit");
-  add("--start-of-day", startOfDay, "HH:MM:SS", "When its days begin (default: the setting)");
-  add("--first-day-of-week", firstDayOfWeek, "DAY", "When its weeks begin (default: the setting)");
-  add("--zone", zone, "ID", "The time zone to pin it to (default: the device's, wherever it is)");
-  add("--icon", icon, "NAME", "What it shows; \"velloro icons\" lists them");
-  add("--color", color, "RRGGBB", "Its colour (default: the theme's)");
-  add("--page", page, "N", "Its page, 0 to 3");
+  add("--start-of-day", startOfDay, "HH:MM:SS",
+      "When days begin for the task (default: the setting)");
+  add("--first-day-of-week", firstDayOfWeek, "DAY",
+      "When weeks begin for the task (default: the setting)");
+  add("--zone", zone, "ID", "A fixed time zone (default: always that of the device)");
+  add("--icon", icon, "NAME", "The icon; \"velloro icons\" lists them");
+  add("--color", color, "RRGGBB", "The colour (default: that of the theme)");
+  add("--page", page, "N", "The page, 0 to 3");
 }
 
 TypeOptions TaskFieldOptions::targetOptions() const {

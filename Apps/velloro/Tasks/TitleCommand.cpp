@@ -89,7 +89,8 @@ void addOptions(CLI::App& command, TitleOptions& options) {
   add("--partial", options.partial, "N", "Steps that make a completion (default: 1)");
   add("--progress", options.progress, "P", "The share of the target that is done, 0 to 1");
   add("--context", options.context, "CONTEXT", "One surface (default: all)");
-  command.add_flag("--negative", options.isNegative, "The task is to stay below the target")
+  command
+      .add_flag("--negative", options.isNegative, "The task is a habit to stay below the target")
       ->disable_flag_override();
   command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
 }
@@ -101,7 +102,7 @@ void addTitleCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("title", "Prints a task's title as each surface shows it");
   addOptions(*command, *options);
   command->footer(
-      "The title has what is left of the completion under way. \"velloro types\" lists the "
+      "The title shows what is left of the current completion. \"velloro types\" lists the "
       "types.\n\n"
       "Examples:\n"
       "  velloro title --type hk_water --target 8 --unit cups_us --title \"Drink water\"\n"
