@@ -43,7 +43,7 @@ struct Saved {
     const auto author = context.fetch<AuthorEntity>(NSFetchRequest("Author"))->front();
     const std::int64_t now = std::stoi(*author->value(AuthorEntity::name));
     EXPECT_EQ(context.count(bookRequest()), static_cast<std::size_t>(now));
-    auto last = bookRequest(std::nullopt, {{"day", false}});
+    auto last = bookRequest(std::nullopt, {BookEntity::day.descending()});
     last.setFetchLimit(1);
     for (const auto& book : *context.fetch<BookEntity>(last)) {
       EXPECT_EQ(book->value(BookEntity::day), now);

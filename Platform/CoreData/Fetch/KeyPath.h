@@ -71,24 +71,29 @@ struct Compared {
   /// No number stands for a truth value, and no real for an integer.
   template <typename T>
   static consteval bool accepts() {
-    if constexpr (std::same_as<T, std::nullopt_t>)
+    if constexpr (std::same_as<T, std::nullopt_t>) {
       return isOptionalType<typename End::Value>;
-    else if constexpr (isText)
+    } else if constexpr (isText) {
       return std::convertible_to<T, std::string_view>;
-    else if constexpr (!std::is_arithmetic_v<Value>)
+    } else if constexpr (!std::is_arithmetic_v<Value>) {
       return std::convertible_to<T, Value>;
-    else if constexpr (std::same_as<T, bool> || std::same_as<Value, bool>)
+    } else if constexpr (std::same_as<T, bool> || std::same_as<Value, bool>) {
       return std::same_as<T, Value>;
-    else
+    } else {
       return std::is_arithmetic_v<T> && (std::floating_point<Value> || std::integral<T>);
+    }
   }
   static PropertyValue stored(std::nullopt_t) { return End::to(std::nullopt); }
+  /// An integer stays as it is, even one that is too large for the column.
   template <typename T>
   static PropertyValue stored(const T& value) {
-    if constexpr (isText)
+    if constexpr (isText) {
       return End::to(std::string(std::string_view(value)));
-    else
+    } else if constexpr (std::integral<Value>) {
+      return static_cast<std::int64_t>(value);
+    } else {
       return End::to(static_cast<Value>(value));
+    }
   }
 };
 
@@ -138,9 +143,11 @@ class Comparable {
                     Given::isConstant);
   }
 
-  [[nodiscard]] SortDescriptor<Entity> ascending() const requires(!IsAny) { return {{keyPath()}}; }
+  [[nodiscard]] SortDescriptor<Entity> ascending() const requires(!IsAny) {
+    return SortDescriptor<Entity>({keyPath()});
+  }
   [[nodiscard]] SortDescriptor<Entity> descending() const requires(!IsAny) {
-    return {{keyPath(), false}};
+    return SortDescriptor<Entity>({keyPath(), false});
   }
   [[nodiscard]] const std::string& keyPath() const {
     return static_cast<const Self&>(*this).name();

@@ -17,7 +17,9 @@ struct NSSortDescriptor {
 /// The same of the objects of class `Entity` alone; made by `ascending` and `descending` of a
 /// declaration.
 template <typename Entity>
-struct SortDescriptor : NSSortDescriptor {};
+struct SortDescriptor : NSSortDescriptor {
+  explicit SortDescriptor(NSSortDescriptor descriptor) : NSSortDescriptor(std::move(descriptor)) {}
+};
 
 /// Which objects a context is asked for, and in which order. A value.
 ///
