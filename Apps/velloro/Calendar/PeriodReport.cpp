@@ -1,6 +1,7 @@
 #include "velloro/Calendar/PeriodReport.h"
 
 #include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "velloro/Options/Arguments.h"
 

@@ -1,5 +1,6 @@
 #include "velloro/Options/FirstDayOfWeekOption.h"
 
+#include "Foundation/Text/Locale.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/FrequencyOptions.h"

@@ -1,5 +1,6 @@
 #include "velloro/Tasks/TitleCommand.h"
 
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "OxKit/Numbers.h"
 #include "VelloroCore/Titles/TaskTitleSource.h"

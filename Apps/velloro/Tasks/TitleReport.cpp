@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Process/Terminal.h"
+#include "Foundation/Text/Locale.h"
 #include "velloro/Output/Output.h"
 
 namespace velloro {

@@ -1,3 +1,4 @@
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "Settings/SavedActivityRings.h"
 #include "Tasks/Log/StoredLog.h"
