@@ -199,7 +199,7 @@ void undo(const LogOptions& options) {
     return outcome(*task, LogReport::of(*undone, *task));
   });
   if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
-  print("Took back " + entry.type + " of " + entry.date.debugDescription() + "; now " + status +
+  print("Removed " + entry.type + " of " + entry.date.debugDescription() + "; now " + status +
         "\n");
 }
 

@@ -6,6 +6,7 @@
 #include "Host/HostStore.h"
 #include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
+#include "OxKit/RuntimeError.h"
 #include "Settings/AppGroup.h"
 #include "Settings/SettingsStorage.h"
 #include "Tasks/Rows/VelloroModel.h"
@@ -99,7 +100,7 @@ UNNotification notificationIn(const std::string& file) {
 
 void write(const CGImage& image, const std::string& file, const char* option) {
   const auto bytes = image.pngData();
-  if (!bytes) throw HostError("the picture can't be made");
+  if (!bytes) throw RuntimeError("the picture can't be made");
   writeFile(bytes->text(), file, option);
 }
 

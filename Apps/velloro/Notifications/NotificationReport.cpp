@@ -2,11 +2,11 @@
 
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
+#include "OxKit/RuntimeError.h"
 
 #include <array>
 #include <cmath>
 #include <ranges>
-#include <stdexcept>
 #include <string_view>
 
 namespace velloro {
@@ -116,7 +116,7 @@ std::shared_ptr<const CGImage> notificationPicture(NotificationView& view) {
   };
   const auto [width, height] = view.bounds().size;
   const auto context = CGContext::bitmap(pixels(width), pixels(height));
-  if (!context) throw std::runtime_error("the picture cannot be made");
+  if (!context) throw RuntimeError("the picture can't be made");
   context->scaleBy(scale, scale);
   view.draw(*context);
   return context->makeImage();

@@ -15,7 +15,7 @@ namespace velloro {
 /// The same in a few lines to read.
 [[nodiscard]] std::string notificationText(const NotificationViewController& controller);
 /// The view as it is at this moment.
-/// \throws std::runtime_error Where nothing can be drawn.
+/// \throws RuntimeError If nothing can be drawn.
 [[nodiscard]] std::shared_ptr<const CGImage> notificationPicture(NotificationView& view);
 
 /// "checkable".

@@ -61,7 +61,7 @@ EnumSet<DayOfWeek> daysOf(const std::string& text) {
 }
 
 /// With a comma between the names, however they are separated.
-std::string listed(std::string text) {
+std::string withCommas(const std::string& text) {
   std::string list;
   for (const char letter : text) {
     const bool isGap = letter == ' ' || letter == ',';
@@ -100,7 +100,7 @@ void setRecurrence(TaskFrequency& frequency, const std::string& name, const std:
   frequency.dayMode = DayMode::specificDaysOfWeek;
   frequency.days = days == 1 ? everyDay() : daysOf(wanted);
   if (!frequency.days.isEmpty()) return;
-  const std::string list = listed(wanted);
+  const std::string list = withCommas(wanted);
   if (!areWeekdays(list)) {
     throw refused("write weekdays as mon,wed,fri, or an interval as day, 3d or \"2 weeks\"");
   }

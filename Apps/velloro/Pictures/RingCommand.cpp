@@ -3,7 +3,7 @@
 #include "CoreGraphics/CGImage.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
-#include "Host/HostStore.h"
+#include "OxKit/RuntimeError.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Pictures/RingArguments.h"
@@ -24,7 +24,7 @@ struct RingOptions {
 
 std::string pngOf(const CGImage& image) {
   const auto bytes = image.pngData();
-  if (!bytes) throw HostError("the picture can't be made");
+  if (!bytes) throw RuntimeError("the picture can't be made");
   return std::string(bytes->text());
 }
 

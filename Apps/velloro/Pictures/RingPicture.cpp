@@ -1,12 +1,12 @@
 #include "velloro/Pictures/RingPicture.h"
 
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "OxKit/RuntimeError.h"
 #include "UIKit/TextLayout.h"
 #include "VelloroCore/Appearance/ThemeBackground.h"
 
 #include <algorithm>
 #include <cmath>
-#include <stdexcept>
 
 namespace velloro {
 namespace {
@@ -19,7 +19,7 @@ std::unique_ptr<CGContext> bitmap(CGSize size, double scale) {
     return static_cast<std::size_t>(std::ceil(points * scale - slack));
   };
   auto context = CGContext::bitmap(pixels(size.width), pixels(size.height));
-  if (!context) throw std::runtime_error("nothing can be drawn here");
+  if (!context) throw RuntimeError("nothing can be drawn here");
   context->scaleBy(scale, scale);
   return context;
 }

@@ -12,7 +12,7 @@
 namespace velloro {
 
 /// A picture being drawn, in points.
-/// \throws std::runtime_error Where nothing can be drawn.
+/// \throws RuntimeError If nothing can be drawn.
 class Canvas {
  public:
   Canvas(CGSize size, double scale);

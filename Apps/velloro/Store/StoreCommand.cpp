@@ -4,6 +4,7 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
+#include "OxKit/RuntimeError.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/Subcommand.h"
@@ -12,7 +13,6 @@
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -73,8 +73,8 @@ void check(const StoreOptions& options) {
   const auto report = lookInto(options, StoreCheckReport::of);
   print(options.json ? report.json() : report.text());
   if (report.findings.empty()) return;
-  throw std::runtime_error(inQuotes(report.file) + " is not sound: findings " +
-                           std::to_string(report.findings.size()));
+  throw RuntimeError(inQuotes(report.file) + " is not sound: findings " +
+                     std::to_string(report.findings.size()));
 }
 
 void stats(const StoreOptions& options) {
