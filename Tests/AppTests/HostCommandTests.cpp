@@ -311,7 +311,7 @@ TEST_F(HostCommands, TakeAndShowHowOftenInWords) {
       {"--times 1 --per month", "once a month", "edit"},
       {"--times 3 --per day", "every day, in 3 steps", "edit"},
       {"--total 20 --per month", "20 a month", "edit"},
-      {"--total 20 --per year --type hk_distance --unit km", "20 km a year", "add"},
+      {"--total 20 --per week --type hk_distance --unit km", "20 km a week", "add"},
       {"--total 8 --per day --type hk_water --unit cups_us", "every day", "add"}};
   answer("04T08:00:00", "task add Read");
   for (const auto& [options, words, command] : cases) {
@@ -338,11 +338,11 @@ TEST_F(HostCommands, ListTheLogOfAllTasks) {
     return all;
   };
   const std::pair<const char*, const char*> cases[] = {
-      {"", "No sweets missed, Read missed, Run skipped, Read done, No sweets done, "},
+      {"", "No sweets missed, Read missed, No sweets done, Run skipped, Read done, "},
       {"--limit 2", "No sweets missed, Read missed, "},
-      {"--limit 1 --to 20240304", "Run skipped, "},
+      {"--limit 1 --to 20240304", "No sweets done, "},
       {"--since 20240305", "No sweets missed, Read missed, "},
-      {"--since 2024-03-05T08:30:00Z", "No sweets missed, "},
+      {"--since 2024-03-05T08:30:00Z", "No sweets missed, No sweets done, "},
       {"Read", "Read done, Read missed, "},
       {"Read --limit 1", "Read missed, "}};
   for (const auto& [options, entries] : cases) EXPECT_EQ(listed(options), entries) << options;

@@ -158,7 +158,7 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"period --mode specificDaysOfWeek --date 20230229", "--date \"20230229\": not a day"},
       {"period --mode specificDaysOfWeek --first-day-of-week x",
        "--first-day-of-week \"x\": not a"},
-      {"period --times 3 --total 4 --per week", "--total excludes --times"},
+      {"period --times 3 --total 4 --per week", "--times excludes --total"},
       {"period --total 3", "--total \"3\": needs --per"},
       {"period --per week", "--per \"week\": needs --times or --total"},
       {"period --times 3 --per decade", "--per \"decade\": not a period"},
