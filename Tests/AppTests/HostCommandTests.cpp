@@ -331,8 +331,9 @@ TEST_F(HostCommands, ListTheLogOfAllTasks) {
   answer("05T09:00:00", "log add Read miss");
   answer("05T10:00:00", "log add 'No sweets' miss");
   const auto listed = [&](const std::string& options) {
+    const auto log = answer("05T11:00:00", "log list " + options);
     std::string all;
-    for (const auto& entry : *answer("05T11:00:00", "log list " + options).array()) {
+    for (const auto& entry : *log.array()) {
       all += *entry["title"].text() + " " + *entry["state"].text() + ", ";
     }
     return all;
