@@ -2,6 +2,7 @@
 
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Formatting/NSDateFormatter.h"
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "velloro/Options/Arguments.h"
 

@@ -1,5 +1,6 @@
 #include "velloro/Output/AmountText.h"
 
+#include "Foundation/Text/Locale.h"
 #include "VelloroCore/Progress/TaskProgressActivityRings.h"
 #include "VelloroCore/Titles/ExactAmount.h"
 #include "VelloroCore/Titles/FormatManager.h"

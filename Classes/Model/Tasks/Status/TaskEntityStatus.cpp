@@ -1,5 +1,6 @@
 #include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
+#include "Foundation/Text/Locale.h"
 #include "Settings/SavedActivityRings.h"
 #include "Tasks/Log/StoredLog.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
