@@ -1,6 +1,5 @@
 #include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
-#include "Foundation/Text/Locale.h"
 #include "Settings/SavedActivityRings.h"
 #include "Tasks/Log/StoredLog.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
