@@ -15,8 +15,8 @@ namespace velloro {
 ///     rule.expect("3");
 ///     rule.expect("4");    // UsageError: VALUE "4": not a page; write 0 to 3
 struct SettingRule {
-  std::string_view what;     ///< "a page"
-  std::string_view example;  ///< "0 to 3": what to write instead.
+  std::string_view what = {};     ///< "a page"
+  std::string_view example = {};  ///< "0 to 3": what to write instead.
   /// Null for a setting that no program reads yet. \throws DecodingError, which says why not.
   bool (*accepts)(const std::string& text) = nullptr;
   /// The accepted texts where they are few; near ones are suggested. May be null.
