@@ -5,7 +5,9 @@
 #include "Foundation/Process/ProcessEnvironment.h"
 #include "Host/LogEntryRow.h"
 #include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 #include "Tasks/Rows/VelloroModel.h"
+#include "Tasks/Status/TaskSnapshot.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -36,12 +38,12 @@ void fill(TaskEntity& task, int number) {
   task.setValue(TaskAttributes::uniqueId, UniqueID::create());
   task.setValue(TaskAttributes::title, "Task " + std::to_string(number));
   task.setValue(TaskAttributes::displayOrder, static_cast<std::int16_t>(101 + number % 99));
-  task.setFrequency(frequencyOf(number));
+  setFrequency(task, frequencyOf(number));
   task.setValue(TaskAttributes::isNegative, number % 5 == 4);
-  task.setTaskStatus(TaskStatus::normal);
+  setTaskStatus(task, TaskStatus::normal);
   task.setValue(TaskAttributes::created, Date::now() - 86400.0 * numDays);
   task.setValue(TaskAttributes::lastProcessedDate, Date::now());
-  const TaskLogRules rules = task.logRules();
+  const TaskLogRules rules = logRules(task);
   for (auto period = rules.period(lastDay.add(-numDays)); period.endsBefore(lastDay);
        period = period.next()) {
     const bool isMissed = period.startDate.d % 10 == 3;

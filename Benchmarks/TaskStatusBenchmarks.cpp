@@ -9,6 +9,8 @@
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 #include "Tasks/Rows/VelloroModel.h"
+#include "VelloroCore/Status/StreakRecord.h"
+#include "VelloroCore/Status/TaskLogSummary.h"
 
 #include <filesystem>
 #include <map>

@@ -4,6 +4,8 @@
 #include "Host/PeriodCloser.h"
 #include "Host/TaskWriter.h"
 #include "OxCheckableTasks/Icons/IconManagerIconCases.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Status/TaskSnapshot.h"
 
 #include <cstdint>
 
@@ -82,7 +84,7 @@ bool isDue(const TaskEntity& task, YYYYMMDD day, TimeZone zone) {
 void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t number) {
   const Date created = Date::now() - static_cast<double>(demoDays) * 86400;
   const auto task = addTask(store, demo.fields, created);
-  const TaskLogRules rules = task->logRules();
+  const TaskLogRules rules = logRules(*task);
   for (std::int64_t i = demoDays; i >= 0; --i) {
     const YYYYMMDD day = rules.today().add(-i, rules.timeZone);
     if (isDue(*task, day, rules.timeZone)) {

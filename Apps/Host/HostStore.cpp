@@ -6,6 +6,7 @@
 #include "OxLog/Log.h"
 #include "Settings/Settings.h"
 #include "Tasks/Requests/TaskFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
 

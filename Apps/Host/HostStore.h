@@ -1,12 +1,14 @@
 #pragma once
 
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "DataManager/DataManager.h"
 #include "DataManager/StoreUse.h"
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Values/Error.h"
+#include "OxKit/EnumSet.h"
 #include "OxKit/Platform.h"
 #include "OxKit/UniqueID.h"
-#include "Tasks/Rows/TaskEntity.h"
+#include "VelloroCore/Status/TaskStatus.h"
 
 #include <concepts>
 #include <filesystem>
@@ -17,6 +19,8 @@
 #include <vector>
 
 namespace velloro {
+
+class TaskEntity;
 
 /// What a person wanted of the store and can't have; the text says why.
 class HostError : public Error {

@@ -1,8 +1,14 @@
 #include "Host/LogWriter.h"
 
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "Host/LogEntryRow.h"
+#include "Tasks/Log/StoredEntries.h"
+#include "Tasks/Log/StoredTemporalData.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+#include "Tasks/Status/TaskSnapshot.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,9 +25,9 @@ using Temporal = TaskTemporalDataEntity;
 /// Those that read as entries of the period, from the oldest.
 TaskEntity::Entries entriesIn(const TaskEntity& task, const TaskLogRules& rules,
                               const TaskFrequencyPeriod& period) {
-  auto entries = task.entriesOrNone({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
-                                     .minDate = period.startDate,
-                                     .maxDate = period.finishDate});
+  auto entries = entriesOrNone(task, {.direction = TaskLogFetchRequest::Direction::oldestToNewest,
+                                      .minDate = period.startDate,
+                                      .maxDate = period.finishDate});
   std::erase_if(entries, [&](const auto& entry) {
     const auto own = entry->period();
     return !own || rules.period(own->date) != period;
@@ -79,7 +85,7 @@ bool isReadFromHealth(const TaskEntity& task) {
 /// What a reader of health data has counted in the period, or who stands in for it; absent where
 /// nothing is kept of the period.
 std::optional<double> keptAmount(const TaskEntity& task, const TaskFrequencyPeriod& period) {
-  const TaskTemporalData kept = task.temporalData();
+  const TaskTemporalData kept = temporalData(task);
   const bool isOfPeriod = kept.progressDate && period.contains(*kept.progressDate);
   return isOfPeriod ? std::optional(kept.progress) : std::nullopt;
 }
@@ -115,23 +121,26 @@ double done(const TaskEntity& task, const TaskFrequencyPeriod& period,
   const double known = std::max(entered, keptAmount(task, period).value_or(0));
   const bool isSettled = std::ranges::any_of(
       entries, [&](const auto& entry) { return settles(*entry, task.isNegative()); });
-  return isSettled ? std::max(known, task.progress(period, known, now).targetValue()) : known;
+  return isSettled
+             ? std::max(known, progress(TaskSnapshot::of(task, now), period, known).targetValue())
+             : known;
 }
 
 }  // namespace
 
 std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
-  const TaskLogRules rules = task.logRules();
+  const TaskLogRules rules = logRules(task);
   const TaskFrequencyPeriod period = rules.period(entry.date);
   const auto others = entriesIn(task, rules, period);
   const double entered = totalOf(task, others);
   const double reached = done(task, period, others, entered, rules.now);
-  const LogStep step = nextLogStep({.type = entry.type,
-                                    .amount = entry.amount,
-                                    .isNegative = task.isNegative(),
-                                    .progress = task.progress(period, reached, rules.now),
-                                    .done = reached,
-                                    .now = rules.now});
+  const LogStep step =
+      nextLogStep({.type = entry.type,
+                   .amount = entry.amount,
+                   .isNegative = task.isNegative(),
+                   .progress = progress(TaskSnapshot::of(task, rules.now), period, reached),
+                   .done = reached,
+                   .now = rules.now});
   const double total = entered + step.counted(task.isNegative());
   auto written = LogEntryRow{.id = UniqueID::create(),
                              .period = period,
@@ -148,7 +157,7 @@ std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
 }
 
 std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
-  const TaskLogRules rules = task.logRules();
+  const TaskLogRules rules = logRules(task);
   const TaskFrequencyPeriod period = rules.period(date);
   auto left = entriesIn(task, rules, period);
   const auto newest = std::ranges::find_if(left.rbegin(), left.rend(), isMadeByHand);
@@ -168,7 +177,7 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
 }
 
 void updateDerivedData(TaskEntity& task) {
-  const TaskLogRules rules = task.logRules();
+  const TaskLogRules rules = logRules(task);
   task.updateTemporalData(rules.today(), rules.timeZone, rules.now);
 }
 

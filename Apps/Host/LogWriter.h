@@ -3,7 +3,6 @@
 #include "Foundation/Time/Date.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/Platform.h"
-#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Log/TaskLogEntryType.h"
 
@@ -11,6 +10,8 @@
 #include <optional>
 
 namespace velloro {
+
+class TaskEntity;
 
 /// What a person says happened.
 struct NewLogEntry {

@@ -6,9 +6,15 @@
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
 #include "OxLog/Log.h"
+#include "Tasks/Log/StoredEntries.h"
 #include "Tasks/Log/StoredLog.h"
+#include "Tasks/Log/StoredTemporalData.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+#include "Tasks/Status/TaskSnapshot.h"
 
 #include <algorithm>
 #include <map>
@@ -34,11 +40,11 @@ namespace {
 
 /// Whether what is kept of the log tells of an entry of a kind that closes periods, in the current
 /// one or later.
-bool mayBeAhead(const TaskEntity& task, const TaskLogRules& rules) {
-  const TaskTemporalData kept = task.temporalData();
+bool mayBeAhead(const TaskStanding& task) {
+  const TaskTemporalData& kept = task.temporal;
   const auto newest =
-      std::max(task.isNegative() ? kept.lastCompleted : kept.lastMissed, kept.lastSkipped);
-  return newest && *newest >= rules.period(rules.today()).startDate;
+      std::max(task.isNegative ? kept.lastCompleted : kept.lastMissed, kept.lastSkipped);
+  return newest && *newest >= task.currentPeriod().period.startDate;
 }
 
 bool closesPeriodAhead(const Entry& entry, const UniqueID& task, YYYYMMDD today) {
@@ -74,8 +80,8 @@ void expectClosable(const TaskEntity& task, YYYYMMDD from, const TaskLogRules& r
 void write(TaskEntity& task, const std::vector<PeriodClosing>& closings, Date now) {
   if (closings.empty()) return;
   const auto there =
-      entriesByID(task.entriesOrNone({.minDate = closings.front().period.startDate,
-                                      .includeStatuses = TaskLogEntryTypes::allAutomaticTypes}));
+      entriesByID(entriesOrNone(task, {.minDate = closings.front().period.startDate,
+                                       .includeStatuses = TaskLogEntryTypes::allAutomaticTypes}));
   const auto own = task.taskUniqueId();
   for (const PeriodClosing& closing : closings) {
     const LogEntryRow row{
@@ -117,19 +123,20 @@ PeriodCloser::Entries PeriodCloser::entriesAhead(const TaskEntity& task,
   // Where fortnights overlap, another one that has not ended may have begun a week before.
   constexpr std::int64_t week = 7;
   auto entries =
-      task.entriesOrNone({.minDate = rules.startOfPeriod(today).add(-week, rules.timeZone),
-                          .includeStatuses = TaskLogEntryTypes::allAutomaticTypes});
+      entriesOrNone(task, {.minDate = rules.startOfPeriod(today).add(-week, rules.timeZone),
+                           .includeStatuses = TaskLogEntryTypes::allAutomaticTypes});
   std::erase_if(entries, [&](const auto& entry) { return !closesPeriodAhead(*entry, *id, today); });
   return entries;
 }
 
 PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
   Changes changes;
-  if (task.taskShareStatus() == TaskShareStatus::isSharedWithMe) return changes;
+  const auto snapshot = TaskSnapshot::of(task, now_);
+  if (snapshot.shareStatus == TaskShareStatus::isSharedWithMe) return changes;
   auto processed = task.value(TaskAttributes::lastProcessedDate);
-  const TaskLogRules rules = task.logRules(now_);
+  const TaskLogRules rules = snapshot.standing.rules();
   const bool isAhead = processed && *processed > now_;
-  if ((isAhead || mayBeAhead(task, rules)) && !Environment::current().isTimeGiven()) {
+  if ((isAhead || mayBeAhead(snapshot.standing)) && !Environment::current().isTimeGiven()) {
     auto ahead = entriesAhead(task, rules);
     if ((isAhead || !ahead.empty()) && isClockTrusted()) {
       changes.ahead = std::move(ahead);
@@ -137,11 +144,11 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
       if (isAhead) processed = now_;
     }
   }
-  const YYYYMMDD created = task.createdDay(now_);
+  const YYYYMMDD created = createdDay(snapshot);
   const PeriodClosings due{
       .rules = rules,
-      .status = task.taskStatus(),
-      .shareStatus = task.taskShareStatus(),
+      .status = snapshot.status,
+      .shareStatus = snapshot.shareStatus,
       .since = std::max(
           earliestClosed,
           processed ? YYYYMMDD::fromDate(rules.startOfDay, *processed, rules.timeZone) : created),
@@ -149,12 +156,13 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
   const bool isAnyDue = due.isAnyDue();
   changes.isProcessed |= isAnyDue || !processed;
   // Whoever takes a task out of the trash has missed nothing while it was there.
-  if (!isAnyDue || task.taskStatus() == TaskStatus::trashed) return changes;
+  if (!isAnyDue || snapshot.status == TaskStatus::trashed) return changes;
   expectClosable(task, due.firstDay(), rules);
   const StoredLog log(task, {.direction = Direction::newestToOldest, .minDate = due.firstDay()});
   changes.closings = due.fromLog(log.rows());
   if (changes.ahead.empty()) {
-    changes.temporal = afterClosing(task.temporalData(), log.rows(), rules, changes.closings);
+    changes.temporal =
+        afterClosing(snapshot.standing.temporal, log.rows(), rules, changes.closings);
   }
   return changes;
 }
@@ -179,8 +187,9 @@ std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
   const bool isWalkNeeded = !outlook.temporal;
   task.setOutlook(outlook);
   if (isWalkNeeded) {
-    const TaskLogRules rules = task.logRules(now_);
-    outlook.temporal = task.temporalDataFromLog(rules.today(), rules.timeZone, now_);
+    const auto snapshot = TaskSnapshot::of(task, now_);
+    outlook.temporal =
+        temporalDataFromLog(snapshot, snapshot.standing.today(), snapshot.standing.timeZone);
     task.setOutlook(std::move(outlook));
   }
   return std::move(changes.closings);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "OxKit/Platform.h"
-#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Status/PeriodClosing.h"
 
 #include <cstdint>
@@ -10,6 +10,9 @@
 #include <vector>
 
 namespace velloro {
+
+class TaskEntity;
+class TaskLogEntryEntity;
 
 /// Closes the periods of a task that have ended without a full entry: writes one full entry for
 /// each. It is a miss or a skip, as the task's skip mode says; for a negative task that stayed
@@ -43,7 +46,7 @@ class PeriodCloser {
   std::vector<PeriodClosing> foresee(TaskEntity& task);
 
  private:
-  using Entries = TaskEntity::Entries;
+  using Entries = std::vector<std::shared_ptr<TaskLogEntryEntity>>;
   struct Changes;
 
   [[nodiscard]] Changes changesOf(const TaskEntity& task);

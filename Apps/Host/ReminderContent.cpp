@@ -4,6 +4,7 @@
 #include "Notifications/NotificationData.h"
 #include "OxKit/Localization.h"
 #include "Settings/Settings.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Reminders/ReminderWordingKeys.h"
 
 namespace velloro {

@@ -1,9 +1,12 @@
 #pragma once
 
-#include "Tasks/Rows/TaskEntity.h"
+#include "OxKit/Platform.h"
 #include "UserNotifications/UNNotificationContent.h"
 
 namespace velloro {
+
+class TaskEntity;
+struct TaskFrequencyPeriod;
 
 /// What a reminder of the task says in a period, and carries for who draws it: see
 /// `NotificationData`; drawn in the theme that the user has chosen for its page. Without an

@@ -2,7 +2,9 @@
 
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Text/String.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "OxCheckableTasks/Icons/IconVisualRepresentation.h"
+#include "Tasks/Rows/TaskWriting.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 
 #include <algorithm>
@@ -25,8 +27,8 @@ TaskDisplayOrder freePlace(const HostStore& store, TaskPageNumber page) {
   throw HostError(stringWithFormat("page %lld is full", static_cast<long long>(page.value)));
 }
 
-void setFrequency(TaskEntity& task, const TaskFrequency& frequency) {
-  task.setFrequency(frequency);
+void setPossibleFrequency(TaskEntity& task, const TaskFrequency& frequency) {
+  setFrequency(task, frequency);
   const TaskFrequency stored = task.frequency();
   const auto check = [&](const char* what, std::int64_t wanted, std::int64_t possible) {
     if (wanted == possible) return;
@@ -57,9 +59,9 @@ std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fi
                                     Date created) {
   const auto place = freePlace(store, fields.page.value_or(TaskPageNumber::first));
   auto task = TaskEntity::create(store.context());
-  task->setTaskDisplayOrder(place);
+  setTaskDisplayOrder(*task, place);
   task->setValue(TaskAttributes::uniqueId, UniqueID::create());
-  task->setTaskStatus(TaskStatus::normal);
+  setTaskStatus(*task, TaskStatus::normal);
   task->setValue(TaskAttributes::statusDate, created);
   task->setValue(TaskAttributes::created, created);
   const TimeZone zone = fields.timeZone.value_or(Environment::current().timeZone());
@@ -74,11 +76,14 @@ void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fiel
   // Not every type can recur as the task does.
   const TaskFrequency frequency = fields.frequency.value_or(task.frequency());
   if (fields.title) task.setValue(TaskAttributes::title, *fields.title);
-  if (fields.automaticTaskType) task.setAutomaticTaskType(fields.automaticTaskType);
+  if (fields.automaticTaskType) setAutomaticTaskType(task, fields.automaticTaskType);
   if (fields.isNegative) task.setValue(TaskAttributes::isNegative, *fields.isNegative);
-  if (fields.frequency || fields.automaticTaskType) setFrequency(task, frequency);
-  if (fields.startOfDay) task.setStartOfDay(fields.startOfDay);
-  if (fields.firstDayOfWeek) task.setFirstDayOfWeek(fields.firstDayOfWeek);
+  if (fields.frequency || fields.automaticTaskType) setPossibleFrequency(task, frequency);
+  if (fields.startOfDay) task.replaceValue(TaskAttributes::startOfDayValue, fields.startOfDay);
+  if (fields.firstDayOfWeek) {
+    task.replaceValue(TaskAttributes::firstDayOfWeekValue,
+                      calendarDayOfWeek(*fields.firstDayOfWeek));
+  }
   if (fields.timeZone) {
     task.setValue(TaskAttributes::currentTimeZoneOverride, fields.timeZone);
   }
@@ -87,9 +92,9 @@ void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fiel
         {.visualRepresentation = IconVisualRepresentation::icon(*fields.icon),
          .displayProperties = {}});
   }
-  if (fields.color) task.setTaskColor(fields.color);
+  if (fields.color) task.replaceValue(TaskAttributes::colorInfo, fields.color);
   if (fields.page && fields.page != task.taskDisplayOrder().pageNumber) {
-    task.setTaskDisplayOrder(freePlace(store, *fields.page));
+    setTaskDisplayOrder(task, freePlace(store, *fields.page));
   }
 }
 

@@ -3,6 +3,9 @@
 #include "Host/HostStore.h"
 #include "OxCheckableTasks/Icons/IconManagerIcon.h"
 #include "OxKit/OxCodableColor.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <optional>
 #include <string>

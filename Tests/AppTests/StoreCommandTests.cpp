@@ -2,6 +2,7 @@
 #include "Foundation/Coding/PropertyList.h"
 #include "Support/TaskStore.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 
 #include <map>
 #include <regex>
@@ -21,7 +22,7 @@ struct StoreCommand : ::testing::Test {
     context.setTransactionAuthor("app");
     environment.setNow(Date::fromISO8601("2024-03-07T02:00:00Z").value());
     const auto task = TaskEntity::create(context);
-    task->setTaskStatus(TaskStatus::normal);
+    setTaskStatus(*task, TaskStatus::normal);
     for (int day = 20240301; day < 20240309; ++day) {
       const auto entry = TaskLogEntryEntity::create(context);
       entry->setValue(TaskLogEntryEntity::task, task);

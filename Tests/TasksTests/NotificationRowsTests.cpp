@@ -2,6 +2,7 @@
 #include "Support/TaskStore.h"
 #include "Tasks/Rows/TaskNotificationRemindersEntity.h"
 #include "Tasks/Rows/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 
 #include <gmock/gmock.h>
 
@@ -35,14 +36,14 @@ TEST_F(TasksTest, NotificationSettingsAreReadAsTheyWereWritten) {
                                                             NotificationTimeZone::taskViewer);
   EXPECT_EQ(task_->notificationSettings(), byDefault);
   const auto settings = everything();
-  EXPECT_TRUE(task_->setNotificationSettings(settings));
+  EXPECT_TRUE(setNotificationSettings(*task_, settings));
   EXPECT_EQ(task_->notificationSettings(), settings);
   save();
   const auto row = task_->value(TaskAttributes::taskNotificationSettings);
   environment_.advance(60);
-  EXPECT_FALSE(task_->setNotificationSettings(settings));
+  EXPECT_FALSE(setNotificationSettings(*task_, settings));
   EXPECT_FALSE(context_.hasChanges());
-  EXPECT_TRUE(task_->setNotificationSettings(byDefault));
+  EXPECT_TRUE(setNotificationSettings(*task_, byDefault));
   EXPECT_EQ(task_->value(TaskAttributes::taskNotificationSettings), row);
   EXPECT_EQ(row->value(TaskNotificationSettingsEntity::lastUpdated), Date::now());
   EXPECT_EQ(task_->notificationSettings(), byDefault);
@@ -52,7 +53,7 @@ TEST_F(TasksTest, NotificationSettingsAreReadAsTheyWereWritten) {
 
 TEST_F(TasksTest, RemindersKeepTheirRowsByValue) {
   auto settings = everything();
-  task_->setNotificationSettings(settings);
+  setNotificationSettings(*task_, settings);
   const auto rows = task_->value(TaskAttributes::taskNotificationReminders);
   ASSERT_THAT(rows, SizeIs(3));
   const auto broken = make<Row>();
@@ -65,7 +66,7 @@ TEST_F(TasksTest, RemindersKeepTheirRowsByValue) {
   kept.uniqueId = UniqueID::create();
   kept.timeSensitive = true;
   settings.reminders = {added, kept, added, incomplete};
-  EXPECT_TRUE(task_->setNotificationSettings(settings));
+  EXPECT_TRUE(setNotificationSettings(*task_, settings));
   save();
   EXPECT_THAT(task_->notificationSettings().reminders, ElementsAre(*rows[0]->reminder(), added));
   EXPECT_EQ(rows[1]->managedObjectContext(), nullptr);

@@ -5,6 +5,7 @@
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskNotificationSettingsEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 
 #include <map>
 #include <string>
@@ -92,7 +93,7 @@ TEST(Schema, ForeignFilesOpenAndKeepWhatIsNotKnown) {
     EXPECT_EQ(tasks[0]->value(TaskAttributes::title), "Read");
     EXPECT_EQ(tasks[0]->taskStatus(), TaskStatus::normal);
     EXPECT_EQ(tasks[0]->frequency().days, everyDay());
-    EXPECT_TRUE(tasks[0]->setTaskStatus(TaskStatus::paused));
+    EXPECT_TRUE(setTaskStatus(*tasks[0], TaskStatus::paused));
     EXPECT_TRUE(store.viewContext()->save());
   }
   TaskStore store(file, model);

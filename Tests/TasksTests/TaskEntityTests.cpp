@@ -1,9 +1,12 @@
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "Settings/SettingsStorage.h"
 #include "Support/TaskStore.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskShareOwnerEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
+#include "VelloroCore/Types/TaskExtra.h"
 
 #include <tuple>
 
@@ -42,9 +45,9 @@ TEST_F(TasksTest, TheStartOfDayIsTheTasksOwnOrThatOfAllTasks) {
     task_->setStored(Columns::startOfDayValue, stored);
     EXPECT_EQ(task_->startOfDay(), read) << stored;
   }
-  EXPECT_TRUE(task_->setStartOfDay(HHMMSS::midnight));
+  EXPECT_TRUE(task_->replaceValue(Columns::startOfDayValue, HHMMSS::midnight));
   EXPECT_EQ(task_->stored(Columns::startOfDayValue), 86400);
-  EXPECT_TRUE(task_->setStartOfDay(std::nullopt));
+  EXPECT_TRUE(task_->replaceValue(Columns::startOfDayValue, std::nullopt));
   EXPECT_EQ(task_->startOfDay(), global);
   SettingsStorage::shared().setInteger(0, Setting::startOfDay);
 }
@@ -62,7 +65,7 @@ TEST_F(TasksTest, TheFirstDayOfWeekCountsWhereWeeksDo) {
       {aggregateOverWeek, 0, false, global},
       {aggregateOverWeek, 8, true, global}};
   for (const auto& [mode, stored, isAnothers, read] : cases) {
-    task_->setFrequency({.dayMode = mode});
+    setFrequency(*task_, {.dayMode = mode});
     task_->setStored(Columns::firstDayOfWeekValue, static_cast<std::int16_t>(stored));
     task_->setValue(Columns::taskShare, isAnothers ? share : nullptr);
     EXPECT_EQ(task_->firstDayOfWeek(), read) << rawValue(mode) << " " << stored << isAnothers;
@@ -115,13 +118,14 @@ TEST_F(TasksTest, WhatIsSetIsReadAndWrittenOnlyWhereItDiffers) {
   const TaskFrequency thrice{.dayMode = numberOfDaysInWeek, .numCompletions = 3, .dayInterval = 3};
   const OxCodableColor blue{.r = 0.2, .g = 0.4, .b = 0.6};
   for (const bool isFirst : {true, false}) {
-    EXPECT_EQ(task_->setTaskStatus(TaskStatus::paused), isFirst);
-    EXPECT_EQ(task_->setTaskDisplayOrder({TaskPageNumber{1}, 2}), isFirst);
+    EXPECT_EQ(setTaskStatus(*task_, TaskStatus::paused), isFirst);
+    EXPECT_EQ(setTaskDisplayOrder(*task_, {TaskPageNumber{1}, 2}), isFirst);
     EXPECT_EQ(task_->setDisplayRepresentation(bicycle), isFirst);
-    EXPECT_EQ(task_->setTaskColor(blue), isFirst);
-    EXPECT_EQ(task_->setFirstDayOfWeek(DayOfWeek::saturday), isFirst);
-    EXPECT_EQ(task_->setFrequency(thrice), isFirst);
-    EXPECT_EQ(task_->setTaskExtra(counter), isFirst);
+    EXPECT_EQ(task_->replaceValue(Columns::colorInfo, blue), isFirst);
+    EXPECT_EQ(task_->replaceValue(Columns::firstDayOfWeekValue, CalendarDayOfWeek::saturday),
+              isFirst);
+    EXPECT_EQ(setFrequency(*task_, thrice), isFirst);
+    EXPECT_EQ(task_->replaceValue(Columns::customReminderType, counter), isFirst);
   }
   EXPECT_EQ(task_->value(Columns::statusDate), Date::now());
   EXPECT_EQ(task_->value(Columns::displayOrder), 103);

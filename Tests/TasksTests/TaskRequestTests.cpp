@@ -7,7 +7,9 @@
 #include "Tasks/Rows/TaskCategoryEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 #include "Tasks/Rows/UserProfileEntity.h"
+#include "Tasks/Status/StoredTaskStatus.h"
 
 #include <gmock/gmock.h>
 
@@ -65,9 +67,9 @@ class TaskRequestTest : public TasksTest {
 
 TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
   const auto a = task("a", 1), b = task("b", 101), c = task("c", 200), d = task("d", 99);
-  b->setTaskStatus(TaskStatus::paused);
-  c->setTaskStatus(TaskStatus::trashed);
-  d->setTaskStatus(TaskStatus::normal);
+  setTaskStatus(*b, TaskStatus::paused);
+  setTaskStatus(*c, TaskStatus::trashed);
+  setTaskStatus(*d, TaskStatus::normal);
   d->setValue(Columns::statusDate, Date::now() + 1);
   a->setValue(Columns::typeName, "hk_water");
   b->setValue(Columns::typeName, "hk_breathe");
@@ -200,9 +202,9 @@ TEST_F(TaskRequestTest, ReadsALog) {
   EXPECT_THAT(log({.includeStatuses = TaskLogEntryTypes::allSkipTypes}), ElementsAre(late));
   EXPECT_THAT(log({.excludeStatuses = TaskLogEntryTypes::allSkipTypes}),
               UnorderedElementsAre(first, second));
-  EXPECT_EQ(read->creationDate(), Date::now());
+  EXPECT_EQ(creationDate(TaskSnapshot::of(*read)), Date::now());
   first->setValue(Entry::createdTimestamp, Date::now() - 99);
-  EXPECT_EQ(read->creationDate(), Date::now() - 99);
+  EXPECT_EQ(creationDate(TaskSnapshot::of(*read)), Date::now() - 99);
   context_.deleteObject(*read);
   EXPECT_THAT(read->taskLog(onTheSixth).value(), SizeIs(0));
 }

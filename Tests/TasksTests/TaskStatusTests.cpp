@@ -1,9 +1,12 @@
 #include "Containers/SaveIfChanged.h"
 #include "Settings/SavedActivityRings.h"
 #include "Support/TaskStore.h"
+#include "Tasks/Log/StoredTemporalData.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
+#include "Tasks/Status/StoredTaskRecords.h"
 
 namespace velloro {
 namespace {
@@ -116,7 +119,7 @@ TEST_F(TaskStatusTest, WritesOnlyWhatChanged) {
 
 TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
   const auto willSkip = [&](TaskFrequency frequency) {
-    task_->setFrequency(frequency);
+    setFrequency(*task_, frequency);
     return std::string(rawValue(task_->willSkip(current())));
   };
   const TaskFrequency twice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 2};
@@ -126,11 +129,13 @@ TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
   EXPECT_EQ(willSkip(twice), "swoi");
   add({2024, 3, 5}, completedManuallyFull);
   EXPECT_EQ(willSkip(twice), "swi");
-  EXPECT_EQ(task_->complicationTaskSnapshot(Date::now()).numUniqueCompletions->count, 2);
+  EXPECT_EQ(
+      complicationTaskSnapshot(TaskSnapshot::of(*task_), Date::now()).numUniqueCompletions->count,
+      2);
   // Completed on the 5th: due again on the 8th, or, every second day, today.
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 3}), "swi");
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 2}), "mwoi");
-  const auto snapshot = task_->complicationTaskSnapshot(Date::now());
+  const auto snapshot = complicationTaskSnapshot(TaskSnapshot::of(*task_), Date::now());
   EXPECT_EQ(snapshot.periodOfLastCompletionBeforeToday->startDate, (YYYYMMDD{2024, 3, 5}));
 
   const auto share = make<TaskShareEntity>();
@@ -138,12 +143,12 @@ TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
   share->setStored(TaskShareEntity::status, "E");
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 3}), "mwoi");
   EXPECT_FALSE(task_->lastCompletedDate(today));
-  task_->setTaskStatus(TaskStatus::paused);
+  setTaskStatus(*task_, TaskStatus::paused);
   EXPECT_EQ(willSkip(twice), "swi");
 }
 
 TEST_F(TaskStatusTest, TakesATimersAmountFromTheLog) {
-  task_->setAutomaticTaskType(AutomaticTaskType::timer(200, 3, TypeUnit::durationMinutes));
+  setAutomaticTaskType(*task_, AutomaticTaskType::timer(200, 3, TypeUnit::durationMinutes));
   add(today, timerManual, 4.5);
   EXPECT_EQ(shown(), "i_mwoi 1/3 0/0");
   EXPECT_EQ(task_->value(Columns::taskTemporalData)->value(Row::progress), 4.5);
@@ -152,12 +157,12 @@ TEST_F(TaskStatusTest, TakesATimersAmountFromTheLog) {
 
 TEST_F(TaskStatusTest, LetsEntriesStandInForHealthData) {
   const TaskTarget cups{.quantity = 8, .unit = TypeUnit::cupsUS};
-  task_->setAutomaticTaskType(AutomaticTaskType(HealthType::dietaryDrinkWater, cups));
+  setAutomaticTaskType(*task_, AutomaticTaskType(HealthType::dietaryDrinkWater, cups));
   const auto keptAfter = [&](double amount) {
     const auto entry = add(today, completedManuallyPartial);
     entry->setValue(TaskLogEntryEntity::progress, amount);
     update();
-    return task_->temporalData().progress;
+    return temporalData(*task_).progress;
   };
   EXPECT_EQ(keptAfter(1), 1);
   add(today, completedManuallyPartial)->setValue(TaskLogEntryEntity::progress, 0.5);
@@ -167,7 +172,7 @@ TEST_F(TaskStatusTest, LetsEntriesStandInForHealthData) {
 }
 
 TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
-  task_->setAutomaticTaskType(AutomaticTaskType(HealthType::activity));
+  setAutomaticTaskType(*task_, AutomaticTaskType(HealthType::activity));
   const auto row = make<Row>();
   row->setValue(Row::task, task_);
   row->setValue(Row::progress, 150100029);

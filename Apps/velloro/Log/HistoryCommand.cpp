@@ -3,6 +3,8 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Status/TaskSnapshot.h"
 #include "velloro/Log/HistoryReport.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/TaskArgument.h"
@@ -26,7 +28,7 @@ struct HistoryOptions {
 void run(const HistoryOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
-  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to) : task->logRules().today();
+  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to) : logRules(*task).today();
   const YYYYMMDD from =
       options.from ? dayArgument("--from", *options.from) : to.yyyymm().previousMonth().firstDay();
   if (from > to) throw UsageError("--from " + inQuotes(from.debugDescription()) + ": after --to");

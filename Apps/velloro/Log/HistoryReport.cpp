@@ -3,6 +3,7 @@
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
 #include "OxDateTime/YYYYMM.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Tasks/TaskReport.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Foundation/Coding/CodingKeys.h"
-#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Log/TaskRecentHistory.h"
 
 #include <map>
@@ -9,6 +8,8 @@
 #include <vector>
 
 namespace velloro {
+
+class TaskEntity;
 
 /// What became of a task's periods, as `velloro history` prints it.
 struct HistoryReport {

@@ -2,6 +2,7 @@
 
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Output/StateText.h"

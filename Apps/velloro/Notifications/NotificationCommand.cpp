@@ -9,7 +9,9 @@
 #include "OxKit/RuntimeError.h"
 #include "Settings/AppGroup.h"
 #include "Settings/SettingsStorage.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/VelloroModel.h"
+#include "Tasks/Status/TaskSnapshot.h"
 #include "velloro/Notifications/NotificationPlay.h"
 #include "velloro/Notifications/NotificationReport.h"
 #include "velloro/Notifications/NotificationSamples.h"
@@ -170,7 +172,7 @@ void sample(const NotificationOptions& options) {
 void make(const NotificationOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
-  const TaskLogRules rules = task->logRules();
+  const TaskLogRules rules = logRules(*task);
   const bool isToday = options.period == "today";
   const YYYYMMDD day = isToday ? rules.today() : dayArgument("--period", options.period);
   printContent(reminderContent(*task, rules.period(day), rules.now));

@@ -2,6 +2,7 @@
 
 #include "Foundation/Text/String.h"
 #include "Host/PeriodCloser.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/NearMatches.h"
 

@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Host/HostStore.h"
 #include "Host/PeriodCloser.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"

@@ -2,6 +2,8 @@
 
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Status/StoredTaskStatus.h"
 #include "velloro/Output/AmountText.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Output/StateText.h"
@@ -40,12 +42,13 @@ std::string statusText(const StatusReport& report) {
 }  // namespace
 
 StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date) {
-  const TaskLogRules rules = task.logRules();
+  const auto snapshot = TaskSnapshot::of(task);
+  const TaskLogRules rules = snapshot.standing.rules();
   const TaskFrequencyPeriod period = rules.period(date.value_or(rules.today()));
-  const auto [standing, streak] = task.streakedCompletionStatus(period, rules.now);
+  const auto [standing, streak] = streakedCompletionStatus(snapshot, period);
   const TaskProgress& progress = standing.progress();
-  const SkipMode willSkip = task.willSkip(period, rules.now);
-  const TaskTemporalData kept = task.temporalData();
+  const SkipMode willSkip = velloro::willSkip(snapshot, period);
+  const TaskTemporalData& kept = snapshot.standing.temporal;
   return {.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
           .title = textOf(task.text(TaskAttributes::title)),
           .status = standing.status,
@@ -64,7 +67,7 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
           .lastMissed = kept.lastMissed,
           .lastSkipped = kept.lastSkipped,
           .color = task.taskColor(),
-          .automaticTaskType = task.automaticTaskType()};
+          .automaticTaskType = snapshot.standing.automaticTaskType};
 }
 
 std::string StatusReport::glyph() const {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Foundation/Coding/CodingKeys.h"
-#include "Tasks/Rows/TaskEntity.h"
+#include "OxKit/OxCodableColor.h"
 #include "VelloroCore/Status/CompletionStatus.h"
+#include "VelloroCore/Status/StreakRecord.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 #include "velloro/Calendar/PeriodStretch.h"
 
 #include <cstdint>
@@ -11,6 +13,8 @@
 #include <vector>
 
 namespace velloro {
+
+class TaskEntity;
 
 /// Where a task stands in one of its periods, as `velloro status` prints it.
 struct StatusReport {

@@ -4,6 +4,8 @@
 #include "Foundation/Text/String.h"
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
@@ -86,7 +88,7 @@ void setStatus(const TaskOptions& options, TaskStatus status, const char* what) 
   const auto task = store.write([&] {
     auto changed = taskArgument(store, options.task);
     bringUpToDate(*changed);
-    changed->setTaskStatus(status);
+    setTaskStatus(*changed, status);
     return changed;
   });
   printTask(*task, options, what);

@@ -1,6 +1,7 @@
 #include "velloro/Tasks/TaskFieldOptions.h"
 
 #include "Foundation/Text/String.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"

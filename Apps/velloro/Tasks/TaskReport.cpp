@@ -3,6 +3,7 @@
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
 #include "OxCheckableTasks/Icons/IconVisualRepresentation.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Output/AmountText.h"
 #include "velloro/Output/Output.h"

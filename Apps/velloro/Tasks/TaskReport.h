@@ -2,13 +2,17 @@
 
 #include "Foundation/Coding/CodingKeys.h"
 #include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
-#include "Tasks/Rows/TaskEntity.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace velloro {
+
+class TaskEntity;
 
 /// What a task is, as `velloro task` prints it.
 struct TaskReport {

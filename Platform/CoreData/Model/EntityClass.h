@@ -1,9 +1,7 @@
 #pragma once
 
-#include "CoreData/Context/NSManagedObjectContext.h"
-#include "CoreData/Context/NSPersistentStoreCoordinator.h"
+#include "CoreData/Context/NSManagedObject.h"
 #include "CoreData/Fetch/KeyPath.h"
-#include "CoreData/Model/NSManagedObjectModel.h"
 
 #include <memory>
 #include <optional>
@@ -11,6 +9,12 @@
 #include <string_view>
 
 namespace platform {
+
+/// Null when the context's model doesn't have it.
+[[nodiscard]] const NSEntityDescription* entityNamed(std::string_view name,
+                                                     const NSManagedObjectContext& context);
+[[nodiscard]] std::shared_ptr<NSManagedObject> insertObject(std::string_view entityName,
+                                                            NSManagedObjectContext& context);
 
 /// The base of a class that has an entity of its own:
 ///
@@ -26,12 +30,12 @@ class EntityClass : public NSManagedObject, public DeclaredBy<T> {
   [[nodiscard]] static constexpr std::string_view entityName() { return platform::entityName<T>(); }
   /// The entity in the context's model; null when the model doesn't have it.
   [[nodiscard]] static const NSEntityDescription* entity(const NSManagedObjectContext& context) {
-    return context.persistentStoreCoordinator()->managedObjectModel().entity(entityName());
+    return entityNamed(entityName(), context);
   }
   /// Inserts a new object. An entity that the model doesn't have is a programming error, told by a
   /// `StoreError`.
   [[nodiscard]] static std::shared_ptr<T> create(NSManagedObjectContext& context) {
-    return context.insert<T>();
+    return std::static_pointer_cast<T>(insertObject(entityName(), context));
   }
 
   /// Writes a value unless it reads as that already, and returns whether it wrote. So what can't be

@@ -1,7 +1,9 @@
 #include "Tasks/Log/ClosingTwins.h"
 
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "OxLog/Log.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Log/TaskLogEntryType.h"
 

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "Tasks/Rows/TaskEntity.h"
+#include "Foundation/Values/Error.h"
+#include "OxKit/Platform.h"
 
 namespace velloro {
+
+class TaskEntity;
 
 /// Deletes the twins among a task's automatic entries. Two devices that close the same period write
 /// the same identifier; once both have all rows, each keeps the same one of them: the one that was

@@ -1,5 +1,7 @@
 #include "Tasks/Log/StoredLog.h"
 
+#include "Tasks/Log/StoredEntries.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 
@@ -47,9 +49,9 @@ bool isNewer(const TaskLogRow& a, const TaskLogRow& b) {
 }  // namespace
 
 StoredLog::StoredLog(const TaskEntity& task, const TaskLogFetchRequest& request)
-    : entries_(task.entriesOrNone(storedPart(request, task))) {
+    : entries_(entriesOrNone(task, storedPart(request, task))) {
   rows_.reserve(entries_.size());
-  const TaskEntity::Outlook* outlook = task.outlook();
+  const TaskOutlook* outlook = task.outlook();
   for (const auto& entry : entries_) {
     const bool isGone = entry->isDeleted() || (outlook != nullptr && outlook->withdraws(*entry));
     if (!isGone) rows_.push_back(rowOf(*entry));

@@ -1,66 +1,28 @@
 #include "Tasks/Rows/TaskEntity.h"
 
+#include "Foundation/Text/String.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "Settings/Settings.h"
 #include "Tasks/Columns/StoredAutomaticTaskType.h"
+#include "Tasks/Log/StoredTemporalData.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 #include "Tasks/Rows/UserProfileEntity.h"
-#include "VelloroCore/Frequency/DayModeRules.h"
+#include "Tasks/Status/StoredTaskRecords.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+#include "VelloroCore/Appearance/TaskDisplayOrder.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
+#include "VelloroCore/Status/TaskLogSummary.h"
+#include "VelloroCore/Titles/TaskTitleIcon.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace velloro {
 namespace {
 
 using Columns = TaskAttributes;
 using ButtonType = TaskExtra::ActionButtonType;
-
-/// The column holds 16 bits; a count beyond them is none that anyone chose.
-std::int16_t columnOf(std::int64_t number) {
-  using Limits = std::numeric_limits<std::int16_t>;
-  return static_cast<std::int16_t>(std::clamp<std::int64_t>(number, Limits::min(), Limits::max()));
-}
-
-struct Limits {
-  std::int64_t lowest = 1;
-  std::int64_t highest = 1;
-};
-
-/// How many completions the modes that count them can ask for.
-Limits completionLimits(DayMode mode) {
-  using F = TaskFrequency;
-  switch (mode) {
-    case DayMode::numberOfDaysInWeek:
-      return {F::dailyCompletionMinTimesPerWeek, F::dailyCompletionMaxTimesPerWeek};
-    case DayMode::numberOfDaysInFortnight:
-      return {F::dailyCompletionMinTimesPerFortnight, F::dailyCompletionMaxTimesPerFortnight};
-    case DayMode::numberOfDaysInMonth:
-      return {F::dailyCompletionMinTimesPerMonth, F::dailyCompletionMaxTimesPerMonth};
-    case DayMode::numberOfDaysInYear:
-      return {F::dailyCompletionMinTimesPerYear, F::dailyCompletionMaxTimesPerYear};
-    default:
-      return {};
-  }
-}
-
-Limits partialLimits(const std::optional<AutomaticTaskType>& type, DayMode mode) {
-  const auto duration = measurementDuration(mode);
-  if (type) return {type->minPartialCompletions(), type->maxPartialCompletions(duration)};
-  return {TaskFrequency::minPartialCompletions, TaskFrequency::maxPartialCompletions(duration)};
-}
-
-/// `std::clamp` has no meaning where the limits cross.
-std::int64_t clamped(std::int64_t value, Limits limits) {
-  return std::max(std::min(value, limits.highest), limits.lowest);
-}
-
-bool canHave(const std::optional<AutomaticTaskType>& type, DayMode mode) {
-  const auto has = [&](const auto& modes) {
-    return std::ranges::find(modes, mode) != std::ranges::end(modes);
-  };
-  return type ? has(type->supportedFrequencyModes()) : has(sortedModes());
-}
 
 /// Those whose values the program can ask for.
 constexpr HealthType typedInTypes[] = {HealthType::recordWeight,
@@ -94,31 +56,36 @@ std::shared_ptr<NSManagedObject> TaskAttributes::makeObject() {
   return std::make_shared<TaskEntity>();
 }
 
+// What the row says.
+
 std::optional<UniqueID> TaskEntity::taskUniqueId() const {
   return value(Columns::uniqueId);
+}
+
+UniqueID TaskEntity::uniqueId() const {
+  return taskUniqueId().value_or(UniqueID());
 }
 
 TaskStatus TaskEntity::taskStatus() const {
   return value(Columns::status).value_or(defaultStatus);
 }
 
-bool TaskEntity::setTaskStatus(TaskStatus status) {
-  if (!writeValue(Columns::status, status)) return false;
-  setValue(Columns::statusDate, Date::now());
-  return true;
-}
-
 TaskDisplayOrder TaskEntity::taskDisplayOrder() const {
   return TaskDisplayOrder::fromDisplayOrderValue(value(Columns::displayOrder));
-}
-
-bool TaskEntity::setTaskDisplayOrder(const TaskDisplayOrder& order) {
-  return writeValue(Columns::displayOrder, columnOf(order.displayOrderValue()));
 }
 
 std::optional<UniqueID> TaskEntity::userProfileID() const {
   const auto profile = value(Columns::userProfile);
   return profile ? profile->value(UserProfileEntity::uniqueId) : std::nullopt;
+}
+
+std::string TaskEntity::title() const {
+  // A text that is not UTF-8 would keep every record with it from being written.
+  return repairedUTF8(value(Columns::title).value_or(""));
+}
+
+std::optional<TaskDisplayTitle::TitleIcon> TaskEntity::titleIcon() const {
+  return velloro::titleIcon(automaticTaskType(), isNegative());
 }
 
 std::optional<IconDisplayRepresentation> TaskEntity::displayRepresentation() const {
@@ -138,30 +105,13 @@ std::optional<OxCodableColor> TaskEntity::taskColor() const {
   return value(Columns::colorInfo);
 }
 
-bool TaskEntity::setTaskColor(const std::optional<OxCodableColor>& color) {
-  return replaceValue(Columns::colorInfo, color);
-}
-
 HHMMSS TaskEntity::startOfDay() const {
   const auto own = value(Columns::startOfDayValue);
   return own ? *own : Settings::shared().startOfDay();
 }
 
-bool TaskEntity::setStartOfDay(const std::optional<HHMMSS>& startOfDay) {
-  return replaceValue(Columns::startOfDayValue, startOfDay);
-}
-
 DayOfWeek TaskEntity::firstDayOfWeek() const {
-  const auto own = value(Columns::firstDayOfWeekValue);
-  if (own && (usesFirstDayOfWeek(frequency().dayMode) ||
-              taskShareStatus() == TaskShareStatus::isSharedWithMe)) {
-    return dayOfWeek(*own);
-  }
-  return Settings::shared().firstDayOfWeek();
-}
-
-bool TaskEntity::setFirstDayOfWeek(std::optional<DayOfWeek> firstDayOfWeek) {
-  return replaceValue(Columns::firstDayOfWeekValue, firstDayOfWeek.transform(calendarDayOfWeek));
+  return decodedFirstDayOfWeek(*this, frequency().dayMode);
 }
 
 TimeZone TaskEntity::taskCurrentTimeZone() const {
@@ -169,35 +119,12 @@ TimeZone TaskEntity::taskCurrentTimeZone() const {
   return pinned ? *pinned : TimeZone::current();
 }
 
-TaskFrequency TaskEntity::frequency() const {
-  const auto type = automaticTaskType();
-  const DayMode mode = value(Columns::daysMode).value_or(DayMode::specificDaysOfWeek);
-  const std::int64_t daysPerWeek = value(Columns::daysPerWeek);
-  TaskFrequency frequency{
-      .dayMode = mode,
-      .days = value(Columns::daysOfWeek).value_or(DaysOfWeek()).daysOfWeek(),
-      .numPartialCompletions = clamped(value(Columns::daysTimesPerDay), partialLimits(type, mode)),
-      .numCompletions = clamped(daysPerWeek, completionLimits(mode)),
-      .dayInterval = clamped(daysPerWeek, {TaskFrequency::dailyCompletionMinIntervalDays,
-                                           TaskFrequency::dailyCompletionMaxIntervalDays})};
-  if (!canHave(type, mode)) {
-    frequency.dayMode = DayMode::specificDaysOfWeek;
-    frequency.days = everyDay();
-  }
-  return frequency;
+TimeZone TaskEntity::timeZone() const {
+  return taskCurrentTimeZone();
 }
 
-bool TaskEntity::setFrequency(const TaskFrequency& frequency) {
-  const DayMode mode = frequency.dayMode;
-  bool wrote = writeValue(Columns::daysMode, mode);
-  wrote |= writeValue(Columns::daysOfWeek, daysOfWeek(frequency.days));
-  wrote |= writeValue(Columns::daysTimesPerDay, columnOf(frequency.numPartialCompletions));
-  if (mode == DayMode::dayInterval) {
-    wrote |= writeValue(Columns::daysPerWeek, columnOf(frequency.dayInterval));
-  } else if (completionLimits(mode).highest > 1) {
-    wrote |= writeValue(Columns::daysPerWeek, columnOf(frequency.numCompletions));
-  }
-  return wrote;
+TaskFrequency TaskEntity::frequency() const {
+  return decodedFrequency(*this, automaticTaskType());
 }
 
 std::optional<AutomaticTaskType> TaskEntity::automaticTaskType() const {
@@ -207,22 +134,18 @@ std::optional<AutomaticTaskType> TaskEntity::automaticTaskType() const {
   return storedType(*this).automaticTaskType();
 }
 
-bool TaskEntity::setAutomaticTaskType(const std::optional<AutomaticTaskType>& type) {
-  const auto stored = StoredAutomaticTaskType::from(type);
-  bool wrote = writeValue(Columns::typeName, stored.typeName);
-  wrote |= writeValue(Columns::typeTarget, stored.typeTarget);
-  wrote |= writeValue(Columns::typeUnit, stored.typeUnit);
-  wrote |= writeValue(Columns::typeSpeed, stored.typeSpeed);
-  return wrote;
+bool TaskEntity::isTimed() const {
+  const auto type = automaticTaskType();
+  return type && type->isTimed();
+}
+
+bool TaskEntity::isNegative() const {
+  return value(Columns::isNegative);
 }
 
 TaskExtra TaskEntity::taskExtra() const {
   if (auto chosen = value(Columns::customReminderType)) return *std::move(chosen);
   return {.uncheckedActionButton = {.type = defaultButton(automaticTaskType())}};
-}
-
-bool TaskEntity::setTaskExtra(const TaskExtra& extra) {
-  return replaceValue(Columns::customReminderType, extra);
 }
 
 TaskShareStatus TaskEntity::taskShareStatus() const {
@@ -260,6 +183,93 @@ bool TaskEntity::canRead(std::size_t slot) const {
   if (slot == Columns::typeUnit.slot()) return storedType(*this).canReadUnit();
   if (slot == Columns::typeSpeed.slot()) return storedType(*this).canReadSpeed();
   return NSManagedObject::canRead(slot);
+}
+
+void TaskEntity::setOutlook(Outlook outlook) {
+  outlook_ = std::make_shared<const Outlook>(std::move(outlook));
+}
+
+// What follows from it.
+
+DatedPeriod TaskEntity::currentPeriod(Date now) const {
+  const TaskLogRules rules = logRules(*this, now);
+  return rules.frequency.currentPeriod(rules.startOfDay, rules.firstDayOfWeek, rules.timeZone, now);
+}
+
+TaskDisplayTitle TaskEntity::displayTitle(Date date, Date now) const {
+  const auto task = TaskSnapshot::of(*this, now);
+  return velloro::displayTitle(task, task.standing.progress(task.period(date)));
+}
+
+TaskDisplayTitle TaskEntity::displayTitle(const TaskProgress& progress, Date now) const {
+  return velloro::displayTitle(TaskSnapshot::of(*this, now), progress);
+}
+
+SkipMode TaskEntity::willSkip(const TaskFrequencyPeriod& period, Date now) const {
+  return velloro::willSkip(TaskSnapshot::of(*this, now), period);
+}
+
+TaskProgress TaskEntity::progress(const TaskFrequencyPeriod& period, Date now) const {
+  return TaskSnapshot::of(*this, now).standing.progress(period);
+}
+
+CompletionStatus TaskEntity::completionStatus(const TaskFrequencyPeriod& period, Date now) const {
+  return streakedCompletionStatus(period, now).completionStatus;
+}
+
+CompletionStatus TaskEntity::currentCompletionStatus(Date now) const {
+  const auto task = TaskSnapshot::of(*this, now);
+  return velloro::streakedCompletionStatus(task, task.standing.currentPeriod().period)
+      .completionStatus;
+}
+
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(const TaskFrequencyPeriod& period,
+                                                              Date now) const {
+  return velloro::streakedCompletionStatus(TaskSnapshot::of(*this, now), period);
+}
+
+StreakedCompletionStatus TaskEntity::streakedCompletionStatus(Date date, Date now) const {
+  const auto task = TaskSnapshot::of(*this, now);
+  return velloro::streakedCompletionStatus(task, task.period(date));
+}
+
+NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to, Date now) const {
+  return velloro::numUniqueCompletions(TaskSnapshot::of(*this, now), from, to);
+}
+
+std::optional<YYYYMMDD> TaskEntity::lastCompletedDate(YYYYMMDD onOrBefore) const {
+  return velloro::lastCompletedDate(TaskSnapshot::of(*this), onOrBefore);
+}
+
+TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to, Date now) const {
+  return velloro::logSummary(TaskSnapshot::of(*this, now), from, to);
+}
+
+TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to,
+                                            Date now) const {
+  return velloro::recentHistory(TaskSnapshot::of(*this, now), from, to);
+}
+
+void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone, Date now) {
+  velloro::updateTemporalData(*this, day, timeZone, now);
+}
+
+std::optional<NotificationTask> TaskEntity::notificationTaskCurrentProgress(
+    const TaskFrequencyPeriod& period, Date now) const {
+  const auto task = TaskSnapshot::of(*this, now);
+  return notificationTask(task, velloro::streakedCompletionStatus(task, period));
+}
+
+std::optional<NotificationTask> TaskEntity::notificationTaskWhenCompleted(
+    const TaskFrequencyPeriod& period, bool isPartialCompletion, Date now) const {
+  const auto task = TaskSnapshot::of(*this, now);
+  const auto [status, streak] = velloro::streakedCompletionStatus(task, period);
+  return notificationTask(task, status.nextCompletionStatus(streak, isPartialCompletion, now));
+}
+
+std::optional<ComplicationSnapshotDisplayRepresentation>
+TaskEntity::shareOwnerDisplayRepresentation() const {
+  return velloro::shareOwnerDisplayRepresentation(*this);
 }
 
 }  // namespace velloro

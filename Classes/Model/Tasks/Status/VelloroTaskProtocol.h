@@ -2,16 +2,11 @@
 
 #include "Foundation/Time/Date.h"
 #include "Foundation/Time/TimeZone.h"
+#include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/OxCodableColor.h"
 #include "OxKit/UniqueID.h"
-#include "VelloroCore/Appearance/TaskDisplayOrder.h"
-#include "VelloroCore/Frequency/TaskFrequency.h"
-#include "VelloroCore/Status/StreakRecord.h"
 #include "VelloroCore/Status/TaskStatus.h"
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
-#include "VelloroCore/Types/AutomaticTaskType.h"
-#include "VelloroCore/Types/TaskExtra.h"
-#include "VelloroSnapshots/ComplicationTaskSnapshot.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,6 +14,17 @@
 #include <vector>
 
 namespace velloro {
+
+struct AutomaticTaskType;
+struct ComplicationSnapshotDisplayRepresentation;
+struct ComplicationTaskNoteSnapshot;
+struct StreakedCompletionStatus;
+struct TaskDisplayOrder;
+struct TaskExtra;
+struct TaskFrequency;
+struct TaskFrequencyPeriod;
+struct TaskProgress;
+enum class SkipMode : std::int8_t;
 
 /// A task as everybody sees it, wherever it comes from. To be read on the queue of its source. What
 /// depends on the present instant is given it last; the clock is read where none is given.

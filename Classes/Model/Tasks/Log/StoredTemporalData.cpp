@@ -1,8 +1,14 @@
+#include "Tasks/Log/StoredTemporalData.h"
+
 #include "Tasks/Log/StoredLog.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+#include "VelloroCore/Log/TaskRecentHistory.h"
+#include "VelloroCore/Status/TaskLogSummary.h"
 
 #include <algorithm>
 #include <limits>
@@ -87,46 +93,26 @@ TaskLogFetchRequest wholeLogUpTo(const TaskLogRules& rules, YYYYMMDD day) {
   return {.direction = Direction::newestToOldest, .maxDate = question.dates().maxDate};
 }
 
-}  // namespace
-
-TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to, Date now) const {
-  const TaskLogRules rules = logRules(now);
-  const TaskLogSummary::Question question{
-      .rules = rules, .from = from, .to = to, .created = value(Columns::created)};
-  const auto [minDate, maxDate] = question.dates();
-  const StoredLog log(
-      *this, {.direction = Direction::newestToOldest, .minDate = minDate, .maxDate = maxDate});
-  return TaskLogSummary::fromLog(log.rows(), question);
+void repair(TaskEntity& task, const TaskSnapshot& snapshot) {
+  if (!task.value(Columns::created)) task.setValue(Columns::created, creationDate(snapshot));
+  if (!task.value(Columns::uniqueId)) task.setValue(Columns::uniqueId, UniqueID::create());
+  if (!task.value(Columns::statusDate)) {
+    task.setValue(Columns::statusDate, snapshot.standing.now);
+  }
 }
 
-TaskRecentHistory TaskEntity::recentHistory(std::optional<YYYYMMDD> from, YYYYMMDD to,
-                                            Date now) const {
-  const TaskLogRules rules = logRules(now);
-  const TaskRecentHistory::Question question{.rules = rules,
-                                             .from = from,
-                                             .to = to,
-                                             .createdDay = createdDay(now),
-                                             .lastCompleted = temporalData().lastCompleted};
-  const auto [minDate, maxDate] = question.dates();
-  const StoredLog log(*this, {.direction = Direction::newestToOldest,
-                              .minDate = minDate,
-                              .maxDate = maxDate,
-                              .includeStatuses = TaskLogEntryTypes::allFullTypes});
-  return TaskRecentHistory::fromLog(log.rows(), question);
-}
-
-void TaskEntity::repair(Date now) {
-  if (!value(Columns::created)) setValue(Columns::created, creationDate(now));
-  if (!taskUniqueId()) setValue(Columns::uniqueId, UniqueID::create());
-  if (!value(Columns::statusDate)) setValue(Columns::statusDate, now);
+TaskLogRules rulesIn(const TaskSnapshot& task, TimeZone timeZone) {
+  TaskLogRules rules = task.standing.rules();
+  rules.timeZone = timeZone;
+  return rules;
 }
 
 /// What the log says of the task on a day.
-TaskTemporalData TaskEntity::temporalData(TaskLogRows rows, const TaskLogRules& rules,
-                                          YYYYMMDD day) const {
+TaskTemporalData temporalData(const TaskSnapshot& snapshot, TaskLogRows rows,
+                              const TaskLogRules& rules, YYYYMMDD day) {
   const auto summary = TaskLogSummary::fromLog(
-      rows, {.rules = rules, .to = day, .created = value(Columns::created)});
-  TaskStanding task = standing(rules.now);
+      rows, {.rules = rules, .to = day, .created = snapshot.entity->value(Columns::created)});
+  TaskStanding task = snapshot.standing;
   task.timeZone = rules.timeZone;
   task.runningTimer.reset();
   task.temporal.streak = summary.streak;
@@ -147,34 +133,75 @@ TaskTemporalData TaskEntity::temporalData(TaskLogRows rows, const TaskLogRules& 
   return task.temporal;
 }
 
-TaskTemporalData TaskEntity::temporalDataFromLog(YYYYMMDD day, TimeZone timeZone, Date now) const {
-  TaskLogRules rules = logRules(now);
-  rules.timeZone = timeZone;
-  const StoredLog log(*this, wholeLogUpTo(rules, day));
-  return temporalData(log.rows(), rules, day);
+}  // namespace
+
+TaskTemporalData temporalData(const TaskEntity& task) {
+  if (task.outlook() != nullptr && task.outlook()->temporal) return *task.outlook()->temporal;
+  const auto row = task.value(Columns::taskTemporalData);
+  if (row == nullptr) return {};
+  return {
+      .streak = StreakRecord(row->value(Temporal::activeStreak), row->value(Temporal::bestStreak)),
+      .lastCompleted = row->value(Temporal::lastCompleted),
+      .lastMissed = row->value(Temporal::lastMissed),
+      .lastSkipped = row->value(Temporal::lastSkipped),
+      .progress = row->value(Temporal::progress),
+      .progressDate = row->value(Temporal::progressDate)};
 }
 
-void TaskEntity::updateTemporalData(YYYYMMDD day, TimeZone timeZone, Date now) {
-  NSManagedObjectContext* context = managedObjectContext();
+TaskTemporalData temporalDataFromLog(const TaskSnapshot& task, YYYYMMDD day, TimeZone timeZone) {
+  const TaskLogRules rules = rulesIn(task, timeZone);
+  const StoredLog log(*task.entity, wholeLogUpTo(rules, day));
+  return temporalData(task, log.rows(), rules, day);
+}
+
+void updateTemporalData(TaskEntity& task, YYYYMMDD day, TimeZone timeZone, Date now) {
+  NSManagedObjectContext* context = task.managedObjectContext();
   if (context == nullptr) return;
-  TaskLogRules rules = logRules(now);
-  rules.timeZone = timeZone;
-  repair(now);
-  auto row = value(Columns::taskTemporalData);
+  const TaskSnapshot snapshot = TaskSnapshot::of(task, now);
+  const TaskLogRules rules = rulesIn(snapshot, timeZone);
+  repair(task, snapshot);
+  auto row = task.value(Columns::taskTemporalData);
   if (row == nullptr) {
-    row = makeRow(*context, std::static_pointer_cast<TaskEntity>(shared_from_this()));
+    row = makeRow(*context, std::static_pointer_cast<TaskEntity>(task.shared_from_this()));
   }
-  const StoredLog log(*this, wholeLogUpTo(rules, day));
-  const TaskTemporalData temporal = temporalData(log.rows(), rules, day);
+  const StoredLog log(task, wholeLogUpTo(rules, day));
+  const TaskTemporalData temporal = temporalData(snapshot, log.rows(), rules, day);
   write(*row, temporal);
   write(*row,
         TaskRecentHistory::fromLog(log.rows(), {.rules = rules,
                                                 .from = day.yyyymm().previousMonth().firstDay(),
                                                 .to = day,
-                                                .createdDay = createdDay(now),
+                                                .createdDay = createdDay(snapshot),
                                                 // Today's, so that a second pass finds nothing new.
                                                 .lastCompleted = temporal.lastCompleted}));
   dateChanges(*row, now);
+}
+
+TaskLogSummary logSummary(const TaskSnapshot& task, std::optional<YYYYMMDD> from, YYYYMMDD to) {
+  const TaskLogRules rules = task.standing.rules();
+  const TaskLogSummary::Question question{
+      .rules = rules, .from = from, .to = to, .created = task.entity->value(Columns::created)};
+  const auto [minDate, maxDate] = question.dates();
+  const StoredLog log(
+      *task.entity,
+      {.direction = Direction::newestToOldest, .minDate = minDate, .maxDate = maxDate});
+  return TaskLogSummary::fromLog(log.rows(), question);
+}
+
+TaskRecentHistory recentHistory(const TaskSnapshot& task, std::optional<YYYYMMDD> from,
+                                YYYYMMDD to) {
+  const TaskLogRules rules = task.standing.rules();
+  const TaskRecentHistory::Question question{.rules = rules,
+                                             .from = from,
+                                             .to = to,
+                                             .createdDay = createdDay(task),
+                                             .lastCompleted = task.standing.temporal.lastCompleted};
+  const auto [minDate, maxDate] = question.dates();
+  const StoredLog log(*task.entity, {.direction = Direction::newestToOldest,
+                                     .minDate = minDate,
+                                     .maxDate = maxDate,
+                                     .includeStatuses = TaskLogEntryTypes::allFullTypes});
+  return TaskRecentHistory::fromLog(log.rows(), question);
 }
 
 }  // namespace velloro

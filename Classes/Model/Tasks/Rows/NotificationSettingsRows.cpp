@@ -1,6 +1,7 @@
-#include "Tasks/Rows/TaskEntity.h"
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "Tasks/Rows/TaskNotificationRemindersEntity.h"
 #include "Tasks/Rows/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 
 #include <unordered_set>
 
@@ -24,27 +25,17 @@ TaskNotificationSettings TaskEntity::notificationSettings() const {
   return settings;
 }
 
-bool TaskEntity::setNotificationSettings(const TaskNotificationSettings& settings) {
-  NSManagedObjectContext* context = managedObjectContext();
-  if (context == nullptr) return false;
-  const bool remindersChanged = setReminders(*context, settings.reminders);
-  auto row = value(TaskAttributes::taskNotificationSettings);
-  if (row == nullptr) {
-    row = SettingsRow::create(*context);
-    setValue(TaskAttributes::taskNotificationSettings, row);
-  }
-  return row->setSettings(settings) || remindersChanged;
-}
+namespace {
 
 /// By value, not by identifier: a reminder that was made anew as it was leaves its row alone.
-bool TaskEntity::setReminders(NSManagedObjectContext& context,
-                              const std::vector<TaskReminder>& reminders) {
+bool setReminders(TaskEntity& task, NSManagedObjectContext& context,
+                  const std::vector<TaskReminder>& reminders) {
   std::unordered_set<TaskReminder> wanted;
   for (const TaskReminder& reminder : reminders) {
     if (auto stored = RemindersRow::asStored(reminder)) wanted.insert(*std::move(stored));
   }
   bool changed = false;
-  for (const auto& row : value(TaskAttributes::taskNotificationReminders)) {
+  for (const auto& row : task.value(TaskAttributes::taskNotificationReminders)) {
     const auto reminder = row->reminder();
     const auto known = reminder ? RemindersRow::asStored(*reminder) : std::nullopt;
     if (known && wanted.erase(*known) > 0) continue;
@@ -56,10 +47,24 @@ bool TaskEntity::setReminders(NSManagedObjectContext& context,
     if (!stored || wanted.erase(*stored) == 0) continue;
     const auto row = RemindersRow::create(context);
     row->setReminder(*stored, reminder.uniqueId);
-    add(TaskAttributes::taskNotificationReminders, row);
+    task.add(TaskAttributes::taskNotificationReminders, row);
     changed = true;
   }
   return changed;
+}
+
+}  // namespace
+
+bool setNotificationSettings(TaskEntity& task, const TaskNotificationSettings& settings) {
+  NSManagedObjectContext* context = task.managedObjectContext();
+  if (context == nullptr) return false;
+  const bool remindersChanged = setReminders(task, *context, settings.reminders);
+  auto row = task.value(TaskAttributes::taskNotificationSettings);
+  if (row == nullptr) {
+    row = SettingsRow::create(*context);
+    task.setValue(TaskAttributes::taskNotificationSettings, row);
+  }
+  return row->setSettings(settings) || remindersChanged;
 }
 
 }  // namespace velloro

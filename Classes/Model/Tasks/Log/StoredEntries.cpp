@@ -1,7 +1,9 @@
+#include "Tasks/Log/StoredEntries.h"
+
+#include "CoreData/Context/NSManagedObjectContext.h"
 #include "OxLog/Log.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Requests/TaskNoteRequest.h"
-#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 
 namespace velloro {
@@ -49,8 +51,8 @@ Entries TaskEntity::taskLog(NSManagedObjectContext& context, const TaskLogFetchR
   return orNone(context.fetch<TaskLogEntryEntity>(request.fetchRequest(&task)));
 }
 
-Entries TaskEntity::entriesOrNone(const TaskLogFetchRequest& request) const {
-  return orNone(taskLog(request));
+Entries entriesOrNone(const TaskEntity& task, const TaskLogFetchRequest& request) {
+  return orNone(task.taskLog(request));
 }
 
 std::vector<Note> TaskEntity::notes(YYYYMMDD date) const {
@@ -71,15 +73,15 @@ std::optional<Note> TaskEntity::pinnedNote() const {
   return notes.empty() ? std::nullopt : std::optional(std::move(notes.front()));
 }
 
-Date TaskEntity::creationDate(Date now) const {
-  if (const auto stored = value(TaskAttributes::created)) return *stored;
-  const auto today = YYYYMMDD::today(startOfDay(), taskCurrentTimeZone(), now);
-  const auto entries = entriesOrNone({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
-                                      .maxDate = today,
-                                      .fetchLimit = 1});
-  const auto made =
-      entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::createdTimestamp);
-  return made.value_or(now);
+std::optional<UniqueID> TaskEntity::currentUndoableEntry(
+    const std::optional<TaskFrequencyPeriod>& period) const {
+  const auto entries =
+      entriesOrNone(*this, {.direction = TaskLogFetchRequest::Direction::newestToOldest,
+                            .minDate = period ? std::optional(period->startDate) : std::nullopt,
+                            .maxDate = period ? std::optional(period->finishDate) : std::nullopt,
+                            .fetchLimit = 1,
+                            .includeStatuses = TaskLogEntryTypes::allManualTypes});
+  return entries.empty() ? std::nullopt : entries.front()->value(TaskLogEntryEntity::uniqueId);
 }
 
 }  // namespace velloro

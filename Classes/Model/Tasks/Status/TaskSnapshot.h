@@ -1,0 +1,42 @@
+#pragma once
+
+#include "VelloroCore/Status/TaskStanding.h"
+#include "VelloroCore/Status/TaskStatus.h"
+
+namespace velloro {
+
+class TaskEntity;
+
+/// A task of the store as of one instant, its row decoded once. What is derived of a task is
+/// derived from this; only what the log alone knows is fetched.
+///
+///     const auto task = TaskSnapshot::of(*entity, now);
+///     const auto period = task.standing.currentPeriod().period;
+///     streakedCompletionStatus(task, period).streak.current;    // 4
+///     willSkip(task, period);                                   // SkipMode::willSkipWithIndicator
+struct TaskSnapshot {
+  const TaskEntity* entity = nullptr;  ///< It must outlive the snapshot.
+  TaskStanding standing = {};
+  TaskStatus status = defaultStatus;
+  TaskShareStatus shareStatus = TaskShareStatus::notShared;
+
+  [[nodiscard]] static TaskSnapshot of(const TaskEntity& task, Date now = Date::now());
+
+  /// That holds an instant's logical day.
+  [[nodiscard]] TaskFrequencyPeriod period(Date date) const {
+    return standing.frequency
+        .period(standing.startOfDay, date, standing.firstDayOfWeek, standing.timeZone)
+        .period;
+  }
+};
+
+/// By what a task's log is read; less than the whole.
+[[nodiscard]] TaskLogRules logRules(const TaskEntity& task, Date now = Date::now());
+/// \name Of its parts, where the one that they depend on is known
+/// @{
+[[nodiscard]] TaskFrequency decodedFrequency(const TaskEntity& task,
+                                             const std::optional<AutomaticTaskType>& type);
+[[nodiscard]] DayOfWeek decodedFirstDayOfWeek(const TaskEntity& task, DayMode mode);
+/// @}
+
+}  // namespace velloro
