@@ -152,6 +152,44 @@ TEST(StoreProcesses, SeveralWritersMakeOneHistoryAndCountRight) {
   EXPECT_THAT(library.persistentStoreCoordinator()->check().value(), IsEmpty());
 }
 
+/// Holds the former file open, with a save in its log, and saves again once it is replaced.
+void saveBeforeAndAfter(Pipe& held, Pipe& go) {
+  Library library(unwatched());
+  newBook(*library.viewContext(), "Before");
+  expectSaved(*library.viewContext());
+  held.send(1);
+  ASSERT_TRUE(go.receive());
+  newBook(*library.viewContext(), "After");
+  expectSaved(*library.viewContext());
+}
+
+TEST(StoreProcesses, AllFollowAReplacementAtOnceAndLoseNothing) {
+  constexpr int holders = 3;
+  for (int round = 0; round < 20; ++round) {
+    VirtualEnvironment environment;
+    saveBook("Old");
+    const auto backup = libraryPath().parent_path() / "backup.sqlite";
+    saveBook("Backup", 0, NSPersistentStoreDescription::initWithURL(backup));
+    Pipe held;
+    Pipe go;
+    std::vector<pid_t> processes;
+    for (int i = 0; i < holders; ++i) {
+      processes.push_back(startProcess([&] { saveBeforeAndAfter(held, go); }));
+    }
+    for (int i = 0; i < holders; ++i) EXPECT_TRUE(held.receive());
+    std::filesystem::rename(backup, libraryPath());
+    // One that begins now, before the others have noticed or together with them.
+    const pid_t newcomer = startProcess([] { saveBook("After"); });
+    if (round % 2 == 0) EXPECT_TRUE(endedWell(newcomer));
+    if (round % 2 != 0) processes.push_back(newcomer);
+    for (int i = 0; i < holders; ++i) go.send(1);
+    for (const pid_t process : processes) EXPECT_TRUE(endedWell(process));
+    Library library(unwatched());
+    EXPECT_EQ(titles(*library.viewContext()), "After After After After Backup") << round;
+    EXPECT_THAT(library.persistentStoreCoordinator()->check().value(), IsEmpty());
+  }
+}
+
 /// Counts in the book's day, a save for each number it gets, and tells when that returned.
 void saveOnDemand(Pipe& go, Pipe& committed) {
   Library library;

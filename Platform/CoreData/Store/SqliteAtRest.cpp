@@ -1,5 +1,6 @@
 #include "CoreData/Store/SqliteAtRest.h"
 
+#include "CoreData/Store/LogOwner.h"
 #include "Foundation/Text/String.h"
 
 #include <sqlite3.h>
@@ -96,7 +97,7 @@ std::string uriOf(const std::filesystem::path& path) {
 AtRest atRest(const std::filesystem::path& path, bool ignoresLog) {
   std::error_code ignored;
   const auto size = std::filesystem::file_size(path.string() + "-wal", ignored);
-  const bool hasLog = !ignoresLog && !ignored && size > 0;
+  const bool hasLog = !ignoresLog && !ignored && size > 0 && !hasForeignLog(path);
   if (hasLog) return {.name = uriOf(path) + "?mode=ro", .system = viewWithoutLocks()};
   return {.name = uriOf(path) + "?immutable=1"};
 }

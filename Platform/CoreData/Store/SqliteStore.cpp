@@ -1,7 +1,9 @@
 #include "CoreData/Store/SqliteStore.h"
 
+#include "CoreData/Store/LogOwner.h"
 #include "CoreData/Store/StoreHistory.h"
 #include "CoreData/Store/StoreTransaction.h"
+#include "Foundation/Files/FileLock.h"
 
 #include <algorithm>
 
@@ -84,6 +86,8 @@ SqliteStore::Files SqliteStore::look() const {
 
 /// The file that has the name now.
 Result<std::unique_ptr<SqliteConnection>> SqliteStore::openFile() {
+  const bool isWritten = location_.access == StoreAccess::readWrite && !location_.path.empty();
+  if (isWritten) dropForeignLog(location_.path);
   if (auto known = recognizeFile(location_); !known) return std::unexpected(known.error());
   if (location_.access == StoreAccess::atRest) opened_ = look();
   auto connection = connect(file_);
@@ -93,6 +97,7 @@ Result<std::unique_ptr<SqliteConnection>> SqliteStore::openFile() {
       return std::unexpected(complete.error());
     }
   }
+  if (isWritten) markLog(location_.path);
   if (location_.access != StoreAccess::atRest) opened_ = look();
   return connection;
 }
@@ -154,6 +159,9 @@ void SqliteStore::dropOldFile() {
   for (const auto& connection : idle_) connection->abandon();
   idle_.clear();
   ++file_;
+  // Whoever follows the same replacement in another process must not take the log that this one
+  // begins for the old one.
+  const auto alone = FileLock::exclusiveOfFolder(location_.path.parent_path());
   const Files now = look();
   for (std::size_t i = 1; i < suffixes.size(); ++i) {
     if (!now[i] || !opened_[i] || !now[i]->isSameFile(*opened_[i])) continue;

@@ -39,6 +39,10 @@ Result<FileLock> FileLock::exclusiveForAppending(const std::filesystem::path& pa
   return take(path, O_WRONLY | O_APPEND, LOCK_EX);
 }
 
+Result<FileLock> FileLock::exclusiveOfFolder(const std::filesystem::path& folder) {
+  return take(folder, O_RDONLY | O_DIRECTORY, LOCK_EX);
+}
+
 Result<FileLock> FileLock::take(const std::filesystem::path& path, int flags, int operation,
                                 NewItemAccess access) {
   for (;;) {

@@ -27,6 +27,9 @@ class FileLock {
   /// written to `file` goes to its end.
   [[nodiscard]] static Result<FileLock> exclusiveForAppending(const std::filesystem::path& path);
 
+  /// The same by way of a folder, in which nothing is made. There is nothing to read or write.
+  [[nodiscard]] static Result<FileLock> exclusiveOfFolder(const std::filesystem::path& folder);
+
   FileLock(FileLock&&) noexcept = default;
   FileLock& operator=(FileLock&&) = delete;
   ~FileLock();

@@ -1,0 +1,49 @@
+#include "CoreData/Store/LogOwner.h"
+
+#include "Foundation/Files/FileLock.h"
+#include "Foundation/Files/NSFileManager.h"
+
+#include <array>
+#include <string>
+
+#include <sys/xattr.h>
+
+namespace platform {
+namespace {
+
+constexpr const char* attribute = "user.velloro.file";
+
+std::string logOf(const std::filesystem::path& store) {
+  return store.string() + "-wal";
+}
+
+}  // namespace
+
+void markLog(const std::filesystem::path& store) {
+  const std::string log = logOf(store);
+  const std::string mark = NSFileManager::identity(log) + " " + NSFileManager::identity(store);
+  (void)::setxattr(log.c_str(), attribute, mark.data(), mark.size(), XATTR_CREATE);
+}
+
+bool hasForeignLog(const std::filesystem::path& store) {
+  const std::string log = logOf(store);
+  std::array<char, 256> kept{};
+  const ssize_t size = ::getxattr(log.c_str(), attribute, kept.data(), kept.size());
+  if (size <= 0) return false;
+  const std::string_view mark(kept.data(), static_cast<std::size_t>(size));
+  const std::string prefix = NSFileManager::identity(log) + " ";
+  return mark.starts_with(prefix) && mark.substr(prefix.size()) != NSFileManager::identity(store);
+}
+
+void dropForeignLog(const std::filesystem::path& store) {
+  if (!hasForeignLog(store)) return;
+  // Somebody else may have done so since, and have begun the log of the new file.
+  const auto alone = FileLock::exclusiveOfFolder(store.parent_path());
+  if (!hasForeignLog(store)) return;
+  std::error_code ignored;
+  for (const char* suffix : {"-wal", "-shm"}) {
+    std::filesystem::remove(store.string() + suffix, ignored);
+  }
+}
+
+}  // namespace platform
