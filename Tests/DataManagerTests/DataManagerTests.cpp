@@ -3,6 +3,7 @@
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Store/StoreError.h"
 #include "DataManager/DataManager.h"
+#include "DataManager/PendingCleanUps.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Settings/AppGroup.h"
@@ -204,6 +205,25 @@ TEST_F(DataManagerTest, CleansUpAfterAnImportEvenAFailedOne) {
       20240307);
   EXPECT_EQ(task->lastCompletedDate({2024, 3, 8}), (YYYYMMDD{2024, 3, 7}))
       << "merged into the view";
+}
+
+TEST_F(DataManagerTest, TheNextMirrorCleansUpForAProcessThatWasKilled) {
+  const auto manager = make();
+  NSManagedObjectContext& context = *manager->viewContext();
+  const auto task = TaskEntity::create(context);
+  const auto entry = TaskLogEntryEntity::create(context);
+  entry->setValue(TaskLogEntryEntity::task, task);
+  entry->setValue(TaskLogEntryEntity::entryDate, YYYYMMDD{2024, 3, 7});
+  entry->setValue(TaskLogEntryEntity::entryType, TaskLogEntryType::completedManuallyFull);
+  ASSERT_TRUE(context.save());
+  PendingCleanUps::add(UUID::random(), Date::now() - 1);
+  environment_.advance(3600);
+  setAccountStatus(CKAccountStatus::available);
+  const auto tasks = manager->viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value();
+  const auto derived = tasks.front()->value(TaskAttributes::taskTemporalData);
+  ASSERT_NE(derived, nullptr);
+  EXPECT_EQ(derived->stored(TaskTemporalDataEntity::lastCompleted), 20240307);
+  EXPECT_TRUE(PendingCleanUps::kept().isEmpty());
 }
 
 TEST_F(DataManagerTest, AStoreThatCantBeOpenedIsLeftAsItIs) {

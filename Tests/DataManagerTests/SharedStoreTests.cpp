@@ -2,6 +2,9 @@
 #include "DataManager/PersistentHistoryFetcher.h"
 #include "DataManager/StoreUse.h"
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "Settings/SettingEntity.h"
+#include "Settings/SettingsStorageCoreData.h"
+#include "Settings/SettingsStorageLocal.h"
 #include "Support/Processes.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
@@ -9,6 +12,7 @@
 #include <chrono>
 #include <csignal>
 #include <random>
+#include <set>
 
 #include <gmock/gmock.h>
 
@@ -163,6 +167,49 @@ void checkSaves(std::int64_t least, std::int64_t most) {
   EXPECT_THAT(container.persistentStoreCoordinator()->check().value(), IsEmpty());
 }
 
+/// An application that begins for the first time, writes settings, and makes a twin of one.
+void beginAndWriteSettings(VirtualEnvironment& environment, int worker) {
+  environment.setBundle({.identifier = "velloro.app"});
+  SettingsStorage::setCloudContainer(
+      [] { return DataManager::shared().cloudPersistentContainer(); });
+  SettingsStorage& settings = SettingsStorage::shared();
+  const auto context = DataManager::sharedCloudContainer()->newBackgroundContext();
+  context->performAndWait([&] {
+    SettingEntity::create(*context)->setValue(SettingEntity::settingKey,
+                                              "Settings_StatsTimePeriod");
+    EXPECT_TRUE(context->save());
+  });
+  for (int value = 1; value <= 10; ++value) {
+    settings.setInteger(worker * 100 + value, Setting::startOfDay);
+    if (worker == 0 && value == 5) settings.setBoolean(false, Setting::cloudSyncTasksEnabled);
+    dynamic_cast<SettingsStorageCoreData&>(*settings.cloudStorage()).updateSettings();
+  }
+  environment.settle();
+}
+
+/// What the user has chosen stays, extensions read what the application reads, and of each
+/// setting's twins exactly one is left.
+void checkSettings(VirtualEnvironment& environment) {
+  environment.setBundle({.identifier = "velloro.app"});
+  const auto suite = SettingsStorageLocalShared::open();
+  const SettingsStorageLocal local;
+  for (const SettingsStorageContainer* tier :
+       {static_cast<const SettingsStorageContainer*>(&local),
+        static_cast<const SettingsStorageContainer*>(suite.get())}) {
+    EXPECT_FALSE(tier->boolForKey("Settings_CloudSyncEnabled"));
+  }
+  EXPECT_GT(local.integerForKey("Settings_StartOfDay"), 0);
+  EXPECT_EQ(local.integerForKey("Settings_StartOfDay"),
+            suite->integerForKey("Settings_StartOfDay"));
+  const auto manager = DataManager::make();
+  const auto& context = manager->cloudPersistentContainer()->viewContext();
+  std::multiset<std::string> keys;
+  for (const auto& row : *context->fetch<SettingEntity>(NSFetchRequest("Setting"))) {
+    keys.insert(row->value(SettingEntity::settingKey).value());
+  }
+  EXPECT_THAT(keys, testing::ElementsAre("Settings_StartOfDay", "Settings_StatsTimePeriod"));
+}
+
 // A store starts threads, which a child of the process would believe to be there. So this process
 // opens none: whatever uses one does so in a process of its own.
 
@@ -185,6 +232,18 @@ TEST(SharedStore, AllSeeWhoMaintainsItAndADeadOneKeepsNoLock) {
   EXPECT_TRUE(StoreUse::toWrite());  // waits for the end of the other
   EXPECT_FALSE(endedWell(other));
   EXPECT_FALSE(StoreUse::isMaintained());
+}
+
+TEST(SharedStore, SettingsStayWholeWhileSeveralProcessesBeginAndWriteThem) {
+  for (int round = 0; round < 10; ++round) {
+    VirtualEnvironment environment;
+    std::vector<pid_t> processes;
+    for (int i = 0; i < 4; ++i) {
+      processes.push_back(startProcess([&] { beginAndWriteSettings(environment, i); }));
+    }
+    for (const pid_t process : processes) EXPECT_TRUE(endedWell(process));
+    EXPECT_TRUE(endedWell(startProcess([&] { checkSettings(environment); }))) << round;
+  }
 }
 
 TEST(SharedStore, WhatEachProcessSavesReachesTheViewsOfTheOthersOnce) {

@@ -10,7 +10,7 @@
 namespace velloro {
 
 /// A tier in memory, whose values a test may look into.
-class MemoryStorage final : public SettingsStorageContainer {
+class MemoryStorage : public SettingsStorageContainer {
  public:
   SettingContent read(std::string_view key, SettingKind kind) const override {
     const auto found = values_.find(key);

@@ -261,6 +261,45 @@ TEST(SettingsStorageTest, ApplicationAndExtensionsAgreeWhereverSettingsLive) {
   EXPECT_EQ(values(extension), values(application));
 }
 
+struct Killed {};
+
+/// Whoever writes several values together is killed right after.
+struct DeadlyStorage : MemoryStorage {
+  bool kills = true;
+
+  Result<void> writeTogether(const std::function<void()>& writes) override {
+    writes();
+    if (kills) throw Killed();
+    return {};
+  }
+};
+
+TEST(SettingsStorageTest, WhatAKilledSwitchHasCopiedIsNoValueOfTheCloud) {
+  const auto local = std::make_shared<MemoryStorage>();
+  const auto cloud = std::make_shared<DeadlyStorage>();
+  SettingsStorage storage({.localStorage = local, .cloudStorage = cloud}, /*isExtension=*/false);
+  const Setting::BoolSetting disabled{Setting(Setting::cloudSyncThemesDisabled)};
+  const auto theme = [](std::int64_t page) {
+    return Setting::StringSetting({Setting::selectedTheme, TaskPageNumber{page}});
+  };
+  local->setBool(true, "Settings_CloudSyncEnabled");
+  local->setBool(true, "Settings_CloudSyncThemesDisabled");
+  storage.setString("red", theme(1));
+  storage.setString("grey", theme(2));
+  cloud->setString("green", "UITheme_2");
+  EXPECT_THROW(storage.changeTiers(false, disabled), Killed);
+  EXPECT_EQ(cloud->stringForKey("UITheme_1"), "red");
+  storage.setString("blue", theme(1));
+  cloud->kills = false;
+  EXPECT_TRUE(storage.changeTiers(false, disabled));
+  EXPECT_EQ(storage.string(theme(1)), "blue");
+  EXPECT_EQ(storage.string(theme(2)), "green");
+  storage.changeTiers(true, disabled);
+  storage.setString("white", theme(1));
+  EXPECT_TRUE(storage.changeTiers(false, disabled));
+  EXPECT_EQ(storage.string(theme(1)), "blue") << "the cloud's own by now";
+}
+
 TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {
   const auto local = std::make_shared<MemoryStorage>();
   SettingsStorage storage({.localStorage = local}, /*isExtension=*/false);

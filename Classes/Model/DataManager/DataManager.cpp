@@ -2,6 +2,7 @@
 
 #include "CloudKit/CKError.h"
 #include "CoreData/Store/StoreError.h"
+#include "DataManager/PendingCleanUps.h"
 #include "DataManager/StoreChoice.h"
 #include "DataManager/StoreUse.h"
 #include "DataManager/TaskDeduplicator.h"
@@ -218,6 +219,9 @@ void DataManager::accountStatusChanged(CKAccountStatus status) {
     cloudPersistentContainer_ = std::move(container);
   }
   replacedContainers_.push_back(held);
+  if (status == CKAccountStatus::available && !PendingCleanUps::kept().isEmpty()) {
+    cleanUpAfterImport(*cloudPersistentContainer(), UUID::random());
+  }
   if (!cloudSyncTasksEnabled()) return;
   startHistoryObserver();
   NSNotificationCenter::defaultCenter().post({.name = databaseStorageLocationChanged});
@@ -238,7 +242,9 @@ void DataManager::eventChanged(const Notification& notification) {
   if (event == nullptr) return;
   const auto container = containerAt(notification.object);
   if (container != nullptr && event->type == Event::Type::import_ && event->endDate) {
-    cleanUpAfterImport(*container, *event);
+    // From a moment earlier: what is saved at the instant at which the import begins belongs to it.
+    PendingCleanUps::add(event->identifier, event->startDate - 1);
+    cleanUpAfterImport(*container, event->identifier);
   }
   if (event->error != nullptr) noteError(*event);
   Log::dataManager.debug([&] { return description(*event); });
@@ -265,17 +271,16 @@ std::shared_ptr<DataManager::Container> DataManager::containerAt(const void* add
   return nullptr;
 }
 
-/// From a moment earlier: what is saved at the instant at which the import begins belongs to it.
-void DataManager::cleanUpAfterImport(Container& container, const Event& event) {
-  const Date since = event.startDate - 1;
-  maintenanceQueue_.sync([&] { currentImportDeduplicationEvents_.insert(event.identifier); });
-  container.performBackgroundTask(
-      [weak = weak_from_this(), id = event.identifier, since](NSManagedObjectContext& context) {
-        TaskDeduplicator{id}.run(context, since);
-        const auto self = weak.lock();
-        if (self == nullptr) return;
-        self->maintenanceQueue_.sync([&] { self->currentImportDeduplicationEvents_.erase(id); });
-      });
+/// After all imports whose clean-up is not done, those of other processes included.
+void DataManager::cleanUpAfterImport(Container& container, const UUID& id) {
+  maintenanceQueue_.sync([&] { currentImportDeduplicationEvents_.insert(id); });
+  container.performBackgroundTask([weak = weak_from_this(), id](NSManagedObjectContext& context) {
+    const auto pending = PendingCleanUps::kept();
+    if (TaskDeduplicator{id}.run(context, pending.since)) pending.remove();
+    const auto self = weak.lock();
+    if (self == nullptr) return;
+    self->maintenanceQueue_.sync([&] { self->currentImportDeduplicationEvents_.erase(id); });
+  });
 }
 
 void DataManager::noteError(const Event& event) const {

@@ -137,7 +137,7 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   void setupImportObserver();
   void eventChanged(const Notification& notification);
   [[nodiscard]] std::shared_ptr<Container> containerAt(const void* address) const;
-  void cleanUpAfterImport(Container& container, const Event& event);
+  void cleanUpAfterImport(Container& container, const UUID& id);
   void noteError(const Event& event) const;
 
   const std::function<Settings&()> settings_;

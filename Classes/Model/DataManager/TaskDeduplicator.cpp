@@ -59,9 +59,12 @@ Result<void> bringUpToDate(TaskEntity& task) {
 
 }  // namespace
 
-void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
+bool TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
   const auto access = StoreUse::toWrite();
-  if (!access) return Log::dataManager.error(access.error());
+  if (!access) {
+    Log::dataManager.error(access.error());
+    return false;
+  }
   Tasks tasks;
   const bool isKnown = performTransaction(context, [&]() -> Result<void> {
     auto changed = TRY(removeTemporaryEntries(context));
@@ -70,7 +73,7 @@ void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
     tasks.assign(changed.begin(), changed.end());
     return {};
   });
-  if (!isKnown) return;
+  if (!isKnown) return false;
   for (std::span<const std::shared_ptr<TaskEntity>> left = tasks; !left.empty();) {
     const auto some = left.first(std::min(left.size(), tasksAtOnce));
     left = left.subspan(some.size());
@@ -80,8 +83,9 @@ void TaskDeduplicator::run(NSManagedObjectContext& context, Date since) const {
       }
       return {};
     });
-    if (!isDone) return;
+    if (!isDone) return false;
   }
+  return true;
 }
 
 }  // namespace velloro

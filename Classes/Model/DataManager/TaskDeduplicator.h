@@ -19,9 +19,9 @@ struct TaskDeduplicator {
   std::optional<UUID> deduplicationId = std::nullopt;  ///< Of the run: the mirror's event.
 
   /// On the context's queue. A failure is logged and ends the run; what is not done yet then stays
-  /// as it was.
+  /// as it was. Returns whether all is done.
   /// \param since From when on the store's history tells whose logs have changed.
-  void run(NSManagedObjectContext& context, Date since = Date::distantPast()) const;
+  bool run(NSManagedObjectContext& context, Date since = Date::distantPast()) const;
 };
 
 }  // namespace velloro

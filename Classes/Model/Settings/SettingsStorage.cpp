@@ -15,6 +15,9 @@ namespace {
 
 using Container = SettingsStorageContainer;
 
+/// In the local tier, while values are being copied to the cloud: the keys of all of them.
+constexpr const char* copiedToCloud = "tierSwitch.copiedToCloud";
+
 void tell(std::vector<Setting> settings) {
   NSNotificationCenter::defaultCenter().post(
       {.name = settingsChangedNotification, .userInfo = {{settingNamesKey, std::move(settings)}}});
@@ -172,6 +175,7 @@ bool SettingsStorage::changeTiers(bool value, const Setting::BoolSetting& tierSw
     const bool isKnown = refreshed || move.to == nullptr;  // what is to go along
     writeError = isKnown ? change(value, name, move) : refreshed.error();
     if (writeError != nullptr) return false;
+    (void)keepCopied({});
     changed = move.kept;
   }
   tell({name});
@@ -184,6 +188,7 @@ SettingsStorage::Move SettingsStorage::moveFor(bool value, SettingCase tierSwitc
   const auto isOnThen = [&](SettingCase name) { return name == tierSwitch ? value : isOn(name); };
   const bool areTasks = isOnThen(SettingCase::cloudSyncTasksEnabled);
   const bool areThemesNot = isOnThen(SettingCase::cloudSyncThemesDisabled);
+  const std::set<std::string> ours = copiedBefore();
   Move move;
   for (const Setting& setting : Setting::allCases()) {
     const bool isCloudThen = velloro::isCloudStored(setting.row().tier, areTasks, areThemesNot);
@@ -194,23 +199,42 @@ SettingsStorage::Move SettingsStorage::moveFor(bool value, SettingCase tierSwitc
     move.from = from;  // of all of them the same
     move.to = to;
     if (isCopy(*from, *to, setting)) continue;
-    (isCloudThen && to->hasValue(setting.key()) ? move.kept : move.copied).push_back(setting);
+    const bool counts = isCloudThen && to->hasValue(setting.key());
+    (counts && !ours.contains(setting.key()) ? move.kept : move.copied).push_back(setting);
   }
   return move;
 }
 
+/// By a process that was killed before it had set the switch.
+std::set<std::string> SettingsStorage::copiedBefore() const {
+  return tiers_.localStorage->codableForKey<std::set<std::string>>(copiedToCloud)
+      .value_or(std::set<std::string>());
+}
+
+/// On the disk when it returns; returns why not, or null.
+ErrorPtr SettingsStorage::keepCopied(const std::set<std::string>& keys) const {
+  if (keys == copiedBefore()) return nullptr;
+  tiers_.localStorage->setCodable(keys.empty() ? std::nullopt : std::optional(keys), copiedToCloud);
+  return tiers_.localStorage->saveError();
+}
+
 ErrorPtr SettingsStorage::change(bool value, const Setting& tierSwitch, const Move& move) {
+  const bool isToCloud = move.to != nullptr && move.to != tiers_.localStorage.get();
+  const std::set<std::string> before = copiedBefore();
   if (!move.copied.empty()) {
+    std::set<std::string> keys = before;
+    for (const Setting& setting : move.copied) keys.insert(setting.key());
+    if (ErrorPtr error = isToCloud ? keepCopied(keys) : nullptr) return error;
     const auto copied = move.to->writeTogether([&] {
       for (const Setting& setting : move.copied) copy(*move.from, *move.to, setting);
     });
-    if (!copied) return copied.error();
+    if (!copied) return (void)keepCopied(before), copied.error();
   }
   put(*tiers_.localStorage, containerOfCopies(), tierSwitch, value);
   if (const ErrorPtr error = writeError) {
     put(*tiers_.localStorage, containerOfCopies(), tierSwitch, !value);
     // Values that nobody has set would count in the cloud.
-    if (move.to != nullptr && move.to != tiers_.localStorage.get()) {
+    if (isToCloud) {
       (void)move.to->writeTogether([&] {
         for (const Setting& setting : move.copied) move.to->setString(std::nullopt, setting.key());
       });

@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -108,8 +109,9 @@ class SettingsStorage {
   /// Sets one of the two switches that say where settings live, and takes the values along: none
   /// reads otherwise afterwards, unless the cloud has a value of it already, which then counts on
   /// this device as on the others. The values go first, so that a process that is killed meanwhile
-  /// leaves everything as it was read before. Returns whether anything changed; on failure
-  /// (`saveError`) nothing has.
+  /// leaves everything as it was read before; what it had copied to the cloud by then is copied
+  /// again the next time and does not count as a value of the cloud's own. Returns whether anything
+  /// changed; on failure (`saveError`) nothing has.
   bool changeTiers(bool value, const Setting::BoolSetting& tierSwitch);
   /// Gives extensions a new copy of what the application reads now, where theirs is another: a
   /// change from elsewhere came by another way than `set…`, or the process that copied was killed.
@@ -141,6 +143,8 @@ class SettingsStorage {
   bool write(SettingContent value, const Setting& setting, bool silent);
   struct Move;
   [[nodiscard]] Move moveFor(bool value, SettingCase tierSwitch) const;
+  [[nodiscard]] std::set<std::string> copiedBefore() const;
+  ErrorPtr keepCopied(const std::set<std::string>& keys) const;
   /// Returns why not, or null.
   ErrorPtr change(bool value, const Setting& tierSwitch, const Move& move);
   [[nodiscard]] bool isSharedCopyUpToDate() const;
