@@ -176,6 +176,13 @@ TEST_F(PersistentHistoryObserverTest, AContextWithAnIdentityDoesntGetItsOwnSaves
   EXPECT_THAT(fetched(), SizeIs(1));
   context->setTransactionAuthor("app");
   EXPECT_THAT(fetched(), IsEmpty());
+  const auto format = [&] {
+    return PersistentHistoryFetcher{context, Date::now()}.fetchRequest().predicate()->format();
+  };
+  EXPECT_EQ(format(), (NSPredicate::Format{"%K != %@", {"author", "\"app\""}}));
+  context->setName("view");
+  EXPECT_EQ(format().text, "%K != %@ AND %K != %@");
+  EXPECT_EQ(format().arguments.at(2), "contextName");
 }
 
 }  // namespace
