@@ -92,6 +92,7 @@ TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
       {{.includeStatuses = {TaskStatus::paused}}, "b"},
       {{.includeStatuses = activeStatuses}, "adb"},
       {{.pageNumbers = {TaskPageNumber{0}, TaskPageNumber{2}}}, "adc"},
+      {{.pageNumbers = {TaskPageNumber{655}}}, ""},  // no column holds its numbers
       {{.userProfile = profile}, "c"},
       {{.uniqueIds = {*a->taskUniqueId(), *c->taskUniqueId()}}, "ac"},
       {{.fetchLimit = 2}, "ad"},
