@@ -99,10 +99,6 @@ std::optional<Data> NSUserDefaults::dataForKey(std::string_view key) const {
   return copyOf(suite_->value(key).data());
 }
 
-std::optional<PropertyList::Array> NSUserDefaults::arrayForKey(std::string_view key) const {
-  return copyOf(suite_->value(key).array());
-}
-
 std::optional<std::vector<std::string>> NSUserDefaults::stringArrayForKey(
     std::string_view key) const {
   const PropertyList value = suite_->value(key);
@@ -113,11 +109,6 @@ std::optional<std::vector<std::string>> NSUserDefaults::stringArrayForKey(
     texts.push_back(*element.text());
   }
   return texts;
-}
-
-std::optional<NSUserDefaults::Dictionary> NSUserDefaults::dictionaryForKey(
-    std::string_view key) const {
-  return copyOf(suite_->value(key).dictionary());
 }
 
 std::optional<PropertyList> NSUserDefaults::objectForKey(std::string_view key) const {

@@ -66,12 +66,10 @@ class NSUserDefaults {
   /// A text, or a number in the shortest digits that tell it; a flag as "1" or "0".
   [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const;
   [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const;
-  [[nodiscard]] std::optional<PropertyList::Array> arrayForKey(std::string_view key) const;
   /// Absent unless every element is a text.
   [[nodiscard]] std::optional<std::vector<std::string>> stringArrayForKey(
       std::string_view key) const;
-  [[nodiscard]] std::optional<Dictionary> dictionaryForKey(std::string_view key) const;
-  /// The value as it was set; the way to read a date.
+  /// The value as it was set; the way to read a date, a list or a dictionary.
   [[nodiscard]] std::optional<PropertyList> objectForKey(std::string_view key) const;
   /// All keys and values, the registered ones too.
   [[nodiscard]] Dictionary dictionaryRepresentation() const;

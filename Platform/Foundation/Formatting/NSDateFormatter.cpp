@@ -196,10 +196,6 @@ Locale NSDateFormatter::locale() const {
   return implementation_->settings.locale;
 }
 
-std::string NSDateFormatter::dateFormat() const {
-  return utf8(implementation_->loaded().pattern());
-}
-
 std::string NSDateFormatter::string(Date date) const {
   return string(date, implementation_->zone());
 }

@@ -52,8 +52,6 @@ class NSDateFormatter {
   [[nodiscard]] static NSDateFormatter withStyles(Styles styles, Settings settings);
 
   [[nodiscard]] Locale locale() const;
-  /// The pattern that the formatter follows in its locale.
-  [[nodiscard]] std::string dateFormat() const;
 
   [[nodiscard]] std::string string(Date date) const;
   [[nodiscard]] std::string string(Date date, const TimeZone& zone) const;
