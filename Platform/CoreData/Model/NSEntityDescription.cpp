@@ -26,14 +26,41 @@ const NSRelationshipDescription* NSEntityDescription::relationship(std::string_v
   return find(relationships_, name);
 }
 
-std::size_t NSEntityDescription::add(NSAttributeDescription attribute) {
-  attributes_.push_back(std::move(attribute));
+std::size_t NSEntityDescription::add(std::string_view name, const NSColumnType& column) {
+  return add(name, column, column.defaultValue());
+}
+
+std::size_t NSEntityDescription::add(std::string_view name, const NSColumnType& column,
+                                     PropertyValue defaultValue) {
+  attributes_.push_back({.name = std::string(name),
+                         .type = column.type,
+                         .isOptional = column.isOptional,
+                         .defaultValue = std::move(defaultValue),
+                         .comparison = column.comparison,
+                         .canRead = column.canRead});
   return attributes_.size() - 1;
 }
 
-std::size_t NSEntityDescription::add(NSRelationshipDescription relationship) {
-  relationships_.push_back(std::move(relationship));
+std::size_t NSEntityDescription::addTransformable(std::string_view name,
+                                                  std::string_view transformerName) {
+  attributes_.push_back({.name = std::string(name),
+                         .type = NSAttributeType::transformable,
+                         .isOptional = true,
+                         .valueTransformerName = std::string(transformerName)});
+  return attributes_.size() - 1;
+}
+
+std::size_t NSEntityDescription::add(const NSRelationshipDeclaration& declaration) {
+  relationships_.push_back({.name = std::string(declaration.name),
+                            .destinationName = std::string(declaration.destinationName),
+                            .inverseName = std::string(declaration.inverseName),
+                            .isToMany = declaration.isToMany,
+                            .deleteRule = declaration.deleteRule});
   return relationships_.size() - 1;
+}
+
+void NSEntityDescription::addIndex(std::initializer_list<std::string_view> names) {
+  indexes_.emplace_back(names.begin(), names.end());
 }
 
 std::shared_ptr<NSManagedObject> NSEntityDescription::makeObject() const {

@@ -4,6 +4,7 @@
 #include "CoreData/Model/StoredForm.h"
 #include "Foundation/Values/TypeName.h"
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +23,15 @@ struct NSAttributeDescription {
   std::string valueTransformerName = {};  ///< Of a transformable attribute.
   TextComparison comparison = TextComparison::exact;
   /// Whether all of a value can be made out; null where any value of the type can.
+  bool (*canRead)(const PropertyValue& value) = nullptr;
+};
+
+/// What the type of a declared attribute says of its column.
+struct NSColumnType {
+  NSAttributeType type;
+  bool isOptional = false;
+  PropertyValue (*defaultValue)() = nullptr;
+  TextComparison comparison = TextComparison::exact;
   bool (*canRead)(const PropertyValue& value) = nullptr;
 };
 
@@ -52,6 +62,15 @@ struct NSRelationshipDescription {
   const NSEntityDescription* destination = nullptr;
   const NSRelationshipDescription* inverse = nullptr;
   /// @}
+};
+
+/// A relation as it is declared.
+struct NSRelationshipDeclaration {
+  std::string_view name;
+  std::string_view destinationName;
+  std::string_view inverseName;
+  bool isToMany = false;
+  NSDeleteRule deleteRule = NSDeleteRule::nullify;
 };
 
 /// One entity of a model: its attributes and relations, each declared once. From the declaration
@@ -111,9 +130,13 @@ class NSEntityDescription {
   [[nodiscard]] const NSAttributeDescription* attribute(std::string_view name) const;
   [[nodiscard]] const NSRelationshipDescription* relationship(std::string_view name) const;
 
-  std::size_t add(NSAttributeDescription attribute);
-  std::size_t add(NSRelationshipDescription relationship);
-  void addIndex(std::vector<std::string> names) { indexes_.push_back(std::move(names)); }
+  // For the declarations, which are compiled in every source that sees a row's class: all that they
+  // need not know is done here.
+  std::size_t add(std::string_view name, const NSColumnType& column);
+  std::size_t add(std::string_view name, const NSColumnType& column, PropertyValue defaultValue);
+  std::size_t addTransformable(std::string_view name, std::string_view transformerName);
+  std::size_t add(const NSRelationshipDeclaration& declaration);
+  void addIndex(std::initializer_list<std::string_view> names);
 
   [[nodiscard]] std::shared_ptr<NSManagedObject> makeObject() const;
   /// What a new object has.
@@ -158,11 +181,12 @@ class Attribute {
   /// What the column holds.
   using Stored = typename Form::Stored;
 
-  Attribute(NSEntityDescription& entity, std::string name)
-      : Attribute(entity, description(std::move(name))) {}
-  Attribute(NSEntityDescription& entity, std::string name, T defaultValue,
+  Attribute(NSEntityDescription& entity, std::string_view name)
+      : entity_(&entity), slot_(entity.add(name, column())) {}
+  Attribute(NSEntityDescription& entity, std::string_view name, T defaultValue,
             TextComparison comparison = TextComparison::exact)
-      : Attribute(entity, description(std::move(name), to(std::move(defaultValue)), comparison)) {}
+      : entity_(&entity),
+        slot_(entity.add(name, column(comparison), to(std::move(defaultValue)))) {}
 
   [[nodiscard]] std::size_t slot() const { return slot_; }
   [[nodiscard]] const std::string& name() const { return entity_->attributes()[slot_].name; }
@@ -174,20 +198,15 @@ class Attribute {
   /// @}
 
  private:
-  static NSAttributeDescription description(
-      std::string name, PropertyValue defaultValue = AttributeForm<Stored>::to(Stored()),
-      TextComparison comparison = TextComparison::exact) {
-    NSAttributeDescription result{.name = std::move(name),
-                                  .type = Form::type,
-                                  .isOptional = isOptionalType<Stored>,
-                                  .defaultValue = std::move(defaultValue),
-                                  .comparison = comparison};
+  static constexpr NSColumnType column(TextComparison comparison = TextComparison::exact) {
+    NSColumnType result{.type = Form::type,
+                        .isOptional = isOptionalType<Stored>,
+                        .defaultValue = [] { return AttributeForm<Stored>::to(Stored()); },
+                        .comparison = comparison};
     if constexpr (requires { Form::canRead; }) result.canRead = &Form::canRead;
     if constexpr (requires { Form::comparison; }) result.comparison = Form::comparison;
     return result;
   }
-  Attribute(NSEntityDescription& entity, NSAttributeDescription description)
-      : entity_(&entity), slot_(entity.add(std::move(description))) {}
 
   const NSEntityDescription* entity_;
   std::size_t slot_;
@@ -201,11 +220,9 @@ using BoxedAttribute = Attribute<std::optional<T>, DecodedForm<T, Boxed<T>>>;
 template <typename T>
 class TransformableAttribute {
  public:
-  TransformableAttribute(NSEntityDescription& entity, std::string name, std::string transformerName)
-      : slot_(entity.add(NSAttributeDescription{.name = std::move(name),
-                                                .type = NSAttributeType::transformable,
-                                                .isOptional = true,
-                                                .valueTransformerName = transformerName})),
+  TransformableAttribute(NSEntityDescription& entity, std::string_view name,
+                         std::string transformerName)
+      : slot_(entity.addTransformable(name, transformerName)),
         transformerName_(std::move(transformerName)) {}
 
   [[nodiscard]] std::size_t slot() const { return slot_; }
@@ -220,19 +237,21 @@ class TransformableAttribute {
 template <typename T, bool IsToMany>
 class Relationship {
  public:
-  Relationship(NSEntityDescription& entity, std::string name, std::string inverseName,
+  Relationship(NSEntityDescription& entity, std::string_view name, std::string_view inverseName,
                NSDeleteRule deleteRule = NSDeleteRule::nullify)
       : entity_(&entity),
-        index_(entity.add(NSRelationshipDescription{.name = std::move(name),
-                                                    .destinationName = std::string(entityName<T>()),
-                                                    .inverseName = std::move(inverseName),
-                                                    .isToMany = IsToMany,
-                                                    .deleteRule = deleteRule})) {}
+        index_(entity.add({.name = name,
+                           .destinationName = destination,
+                           .inverseName = inverseName,
+                           .isToMany = IsToMany,
+                           .deleteRule = deleteRule})) {}
 
   [[nodiscard]] std::size_t index() const { return index_; }
   [[nodiscard]] const std::string& name() const { return entity_->relationships()[index_].name; }
 
  private:
+  static constexpr std::string_view destination = entityName<T>();
+
   const NSEntityDescription* entity_;
   std::size_t index_;
 };
@@ -243,8 +262,8 @@ using ToMany = Relationship<T, true>;
 
 /// Declares an index: the slots that fetches select by and sort by, in that order.
 struct FetchIndex {
-  FetchIndex(NSEntityDescription& entity, std::vector<std::string> names) {
-    entity.addIndex(std::move(names));
+  FetchIndex(NSEntityDescription& entity, std::initializer_list<std::string_view> names) {
+    entity.addIndex(names);
   }
 };
 
