@@ -109,7 +109,7 @@ TEST_F(DataCacheTest, FindsNoFileOfAnotherVersion) {
 }
 
 TEST_F(DataCacheTest, RemovesFilesBeyondItsLimit) {
-  cache.trimmer.mostBytes = 2000;
+  cache.trimmer.mostBytes = 1000;
   for (int number = 0; number < 100; ++number) {
     cache.save(numbers, {.key = DataCacheKey(std::to_string(number))});
   }
