@@ -33,7 +33,7 @@ struct NewLogEntry {
 /// An entry holds its own amount and the period's total up to and with it. Of a task in eight
 /// glasses, the third step holds 1 and 3.
 ///
-///     addLogEntry(*task, {.date = today, .at = Date::now()});
+///     addLogEntry(*task, {.date = {2024, 3, 7}, .at = now});
 std::shared_ptr<TaskLogEntryEntity> addLogEntry(TaskEntity& task, const NewLogEntry& entry);
 
 /// Takes the newest entry back that the user made in the period with that day; null without one.

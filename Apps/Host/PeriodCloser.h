@@ -24,8 +24,8 @@ class TaskLogEntryEntity;
 /// day. Whoever pauses or resumes a task closes first: the periods behind are then closed as what
 /// they were.
 ///
-///     store.write([&] { PeriodCloser(store.context()).close(*task); … });    // in the store
-///     PeriodCloser(store.context()).foresee(*task);                          // in memory alone
+///     PeriodCloser(*context, now).close(*task);             // in the store, within a transaction
+///     PeriodCloser(*context, now).foresee(*task).size();    // 0: in memory alone
 ///
 /// A clock that was set ahead, and is right again, leaves closing entries of periods that have not
 /// ended. They are taken back, and nothing else is: only what carries the identifier that

@@ -13,9 +13,9 @@ namespace velloro {
 
 /// What the program and its extensions have in common on the disk. Safe from any thread.
 ///
-///     ExtensionUtilities& utilities = ExtensionUtilities::shared();
-///     utilities.saveActivityRingsProgress(rings, today);
-///     utilities.savedActivityRingsProgress({2024, 3, 7});    // the rings, on their own day
+///     ExtensionUtilities utilities(localStorage);
+///     utilities.saveActivityRingsProgress({.period = today, .energy = 0.5}, {2024, 3, 7});
+///     utilities.savedActivityRingsProgress({2024, 3, 7})->energy;    // 0.5: on their own day
 class ExtensionUtilities {
  public:
   /// The process's own.

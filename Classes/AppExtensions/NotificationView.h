@@ -22,9 +22,9 @@ namespace velloro {
 /// cut off.
 ///
 ///     NotificationView view(320, 2);                  // 320 points wide, 2 pixels per point
-///     view.setContents({.titleLabel = {title}});
-///     view.bounds().size.height;                      // 128, or more for long texts
-///     view.draw(context);
+///     view.setContents({.titleLabel = {{"Read", {.font = appFont(17)}}}});
+///     view.bounds().size.height;                      // 128: or more for long texts
+///     view.draw(*CGContext::bitmap(640, 256));
 class NotificationView : public UIView {
  public:
   /// In points.

@@ -25,8 +25,8 @@ enum class UIUserInterfaceStyle : std::uint8_t { unspecified, light, dark };
 ///
 ///     UNNotificationContentExtensionHost host(
 ///         {.makeController = [] { return NotificationViewController::make({.width = 320}); },
-///          .forward = perform});
-///     host.present(notification);
+///          .forward = [](const auto& response) {}});
+///     host.present({.date = now, .request = {.content = {.title = "Read"}}});
 ///     host.respond("NotificationManager.Action.MarkAsDone");
 ///         // The ring fills in 0.55 s and is completed after 0.96 s, with the new streak below it;
 ///         // after 1.46 s the response is forwarded. A step that doesn't complete the task moves

@@ -10,8 +10,8 @@ namespace velloro {
 /// A number that moves to its target in time. Times are seconds of the media clock.
 ///
 ///     AnimatedValue progress;
-///     progress.start(1, OxAnimationCurve::linear, now, now + 0.5);
-///     progress.tick(now + 0.25);
+///     progress.start(1, OxAnimationCurve::linear, 10, 10.5);
+///     progress.tick(10.25);
 ///     progress.current();    // 0.5
 class AnimatedValue {
  public:

@@ -10,8 +10,8 @@ namespace velloro {
 
 /// Values (Foundation/Coding/Coding.h) as dictionaries keyed by texts, the way their JSON says it.
 ///
-///     DictionaryEncoder{}.encode(Note{.day = 5});    // {"day": 5}
-///     DictionaryEncoder{}.encode(5);                 // throws Error::Reason::castError
+///     DictionaryEncoder{}.encode(DateInterval{.duration = 90}).at("duration").integer();    // 90
+///     DictionaryEncoder{}.encode(5);    // throws DictionaryEncoder::Error
 ///
 /// Dates come out in the coder's form, bytes in Base64, keys as they are; a number that is not
 /// finite is an error.
@@ -39,7 +39,7 @@ struct DictionaryEncoder {
 
 /// The reverse, where the date form is the encoder's.
 ///
-///     DictionaryDecoder{}.decode<Note>({{"day", 5}});    // Note{.day = 5}
+///     DictionaryDecoder{}.decode<DateInterval>({{"start", 0}, {"duration", 90}}).duration;  // 90
 struct DictionaryDecoder {
   using Dictionary = PropertyList::Dictionary;
 

@@ -34,7 +34,7 @@ inline constexpr const char* CKAccountChanged = "CKAccountChanged";
 /// What an application keeps in the cloud, and whose account that is.
 ///
 ///     const auto container = CKContainer::initWithIdentifier("iCloud.velloro.app.coreData");
-///     container->accountStatus([](CKAccountStatus status, const ErrorPtr& error) { … });
+///     container->containerIdentifier();    // "iCloud.velloro.app.coreData"
 ///
 /// There is no account until a service that has one tells of it by `setAccountStatus`. From any
 /// thread.

@@ -10,7 +10,7 @@ namespace platform {
 /// A map of places: (x, y) becomes (a x + c y + tx, b x + d y + ty).
 ///
 ///     const auto turn = CGAffineTransform::rotation(90);
-///     turn.apply({1, 0});                                        // (0, 1)
+///     turn.apply({1, 0}).y;                                      // 1
 ///     turn.concatenating(CGAffineTransform::translation(5, 0));  // turns first, then moves
 struct CGAffineTransform {
   double a = 1;

@@ -29,11 +29,11 @@ enum class CGLineCap : std::uint8_t { butt, round };
 /// stand on their heads. For one thread at a time.
 ///
 ///     const auto context = CGContext::bitmap(200, 200);
-///     if (!context) return nullptr;
+///     if (!context) return;                          // the drawing module is missing
 ///     context->scaleBy(2, 2);                        // 100 by 100 points
-///     context->setFillColor(green);
+///     context->setFillColor({.green = 1});
 ///     context->fillEllipse({{0, 0}, {100, 100}});
-///     return context->makeImage();
+///     context->makeImage()->pixel(100, 100);         // 0xFF00FF00
 class CGContext {
  public:
   virtual ~CGContext() = default;

@@ -15,8 +15,8 @@ namespace platform {
 /// A picture that never changes: rows of pixels from the top down, each 0xAARRGGBB with its colour
 /// premultiplied by its alpha. Shared, and drawn again and again at no cost but that of its pixels.
 ///
-///     const auto image = CGImage::fromPNG(file.bytes());
-///     if (image) context->draw(**image, {{0, 0}, {24, 24}});
+///     const CGImage dot(1, 1, {0xFFFF0000});
+///     dot.pixel(0, 0);    // 0xFFFF0000
 class CGImage {
  public:
   /// \param pixels `width` times `height` of them.

@@ -15,8 +15,8 @@ namespace platform {
 /// rule.
 ///
 ///     CGPath arc;
-///     arc.addArc({50, 50}, 40, 270, 360, false);   // from the top to the right, where y grows
-///     down context.stroke(arc);
+///     arc.addArc({50, 50}, 40, 270, 360, false);
+///         // from the top to the right, where y grows downwards
 class CGPath {
  public:
   enum class Verb : std::uint8_t { move, line, curve, close };

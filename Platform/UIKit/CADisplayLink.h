@@ -10,9 +10,9 @@ namespace platform {
 /// paused. It is made paused and runs at 60 frames a second; the first frame comes one beat after
 /// `setPaused(false)`. A callback that runs late leaves out the frames that have passed.
 ///
-///     CADisplayLink link_{[this] { tick(); }};
-///     link_.setPreferredFramesPerSecond(120);
-///     link_.setPaused(false);              // ticks 1/120 s, 2/120 s, … from now
+///     CADisplayLink link([] { Environment::current().report("a frame"); });
+///     link.setPreferredFramesPerSecond(120);
+///     link.setPaused(false);              // ticks 1/120 s, 2/120 s, … from now
 ///
 /// It goes with its handle, as `NSTimer` does. For the main thread alone.
 class CADisplayLink {

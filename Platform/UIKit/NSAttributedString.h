@@ -20,7 +20,7 @@ enum class NSWritingDirection : std::uint8_t { natural, leftToRight, rightToLeft
 ///
 ///     NSAttributedString title;
 ///     title.append("Drink water ", {.font = UIFont::system(17)});
-///     title.append("8 cups", {.font = UIFont::system(14), .color = grey, .baselineOffset = 1});
+///     title.append("8 cups", {.font = UIFont::system(14), .baselineOffset = 1});
 ///     title.string();    // "Drink water 8 cups"
 class NSAttributedString {
  public:

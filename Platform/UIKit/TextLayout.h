@@ -24,8 +24,8 @@ struct TextLayoutOptions {
 /// text has is taken from the other installed ones, emoji from a font with colours. The text runs
 /// in the direction of its first run that names one, else in that of its first letter that has one.
 ///
-///     const auto layout = TextLayout::make(title, {.scale = 2});
-///     if (layout) layout->drawCentered(context, {50, 80});
+///     const auto layout = TextLayout::make({"Read\nWrite", {}}, {.scale = 2});
+///     if (layout) layout->lineCount();    // 2
 ///
 /// For the thread that made it alone.
 class TextLayout {

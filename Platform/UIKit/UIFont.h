@@ -9,7 +9,7 @@ namespace platform {
 /// font.
 ///
 ///     const auto caption = UIFont::system(14, UIFont::Weight::bold);
-///     caption.withSize(caption.pointSize * 0.6);
+///     caption.withSize(caption.pointSize / 2).pointSize;    // 7
 struct UIFont {
   enum class Weight : std::uint16_t {
     ultraLight = 100,

@@ -38,12 +38,12 @@ class UIGestureRecognizerDelegate {
 /// the recogniser then waits for the next, in state `possible`. Owned by a `shared_ptr`, and for
 /// the main thread alone.
 ///
-///     auto press = std::make_shared<UILongPressGestureRecognizer>([this](auto& g) { pressed(g);
-///     }); press->minimumPressDuration = 0.2; auto tap =
-///     std::make_shared<UITapGestureRecognizer>([this](auto&) { tapped(); });
+///     UIView view({44, 44});
+///     const auto press = std::make_shared<UILongPressGestureRecognizer>([](auto&) {});
+///     press->minimumPressDuration = 0.2;
+///     const auto tap = std::make_shared<UITapGestureRecognizer>([](auto& gesture) {});
 ///     tap->requireToFail(press);
-///     view.addGestureRecognizer(press);
-///     view.addGestureRecognizer(tap);
+///     view.addGestureRecognizer(press), view.addGestureRecognizer(tap);
 class UIGestureRecognizer : public std::enable_shared_from_this<UIGestureRecognizer> {
  public:
   /// A gesture of one moment goes from `possible` to `ended`, one that lasts through `began`, any

@@ -9,7 +9,7 @@ namespace platform {
 
 /// An image and how many of its pixels make a point.
 ///
-///     UIImage{.cgImage = image, .scale = 2}.size();   // 50 by 50 for 100 by 100 pixels
+///     UIImage{.cgImage = CGContext::bitmap(9, 9)->makeImage(), .scale = 2}.size().width;  // 4.5
 struct UIImage {
   std::shared_ptr<const CGImage> cgImage;
   double scale = 1;

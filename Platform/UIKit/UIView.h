@@ -79,8 +79,8 @@ class UIView : public std::enable_shared_from_this<UIView> {
 /// A place on a screen, with one view in it, and the picture that this view has drawn last.
 ///
 ///     UIWindow window(2);
-///     window.setContentView(view);       // the view learns of it by didMoveToWindow
-///     if (window.displayIfNeeded()) show(*window.snapshot());
+///     window.setContentView(std::make_shared<UIView>(CGSize{44, 44}));
+///     if (window.displayIfNeeded()) window.snapshot()->width();    // 88
 class UIWindow {
  public:
   /// \param screenScale Pixels per point of the screen.

@@ -10,12 +10,12 @@ namespace platform {
 
 /// Shows one expanded notification at a time by way of a content extension, and takes its answers.
 ///
-///     UNNotificationContentExtensionHost host(
-///         {.makeController = [] { return std::make_shared<NotificationViewController>(); },
-///          .forward = [](const UNNotificationResponse& response) { perform(response); }});
+///     UNNotificationContentExtensionHost host({.makeController = [] { return nullptr; },
+///                                              .forward = [](const auto& response) {}});
+///     UNNotification notification;
 ///     host.present(notification);
-///     host.respond("NotificationManager.Action.Snooze");    // performed when the extension says
-///     so
+///     host.respond("NotificationManager.Action.Snooze");
+///         // handed to `forward` when the extension says so
 ///
 /// The extension is made for the first notification and lives until it is dismissed; a further
 /// notification goes to the same one. May be called from any thread; everything happens on the main

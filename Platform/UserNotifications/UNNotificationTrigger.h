@@ -10,8 +10,8 @@ namespace platform {
 /// Delivers a notification once, when the clock on the wall shows these components, in whatever
 /// zone the device then is. A trigger whose moment has passed delivers at once.
 ///
-///     const auto trigger = UNCalendarNotificationTrigger::fromDate(date);
-///     trigger->nextTriggerDate();   // `date` cut to a whole second, while the zone stays
+///     const auto trigger = UNCalendarNotificationTrigger::fromDate(Date::now() + 60.5);
+///     trigger->nextTriggerDate() == Date::now() + 60;    // true: it is cut to a whole second
 struct UNCalendarNotificationTrigger {
   /// Year to second; an absent one counts as `Calendar::date` has it.
   DateComponents dateComponents;

@@ -31,11 +31,11 @@ class UNUserNotificationCenterDelegate {
 /// removed. A handle; its copies are the same centre. Safe from any thread; nothing waits.
 ///
 ///     auto center = UNUserNotificationCenter::currentNotificationCenter();
-///     center.requestAuthorizationWithOptions(UNAuthorizationOptions::alert, …);
+///     center.requestAuthorizationWithOptions(UNAuthorizationOptions::alert, [](const auto&) {});
 ///     center.removePendingNotificationRequestsWithIdentifiers({"r7.a.0"});
-///     center.addNotificationRequest({.identifier = "r7.a.1", .content = {.title = "Drink"},
-///                                    .trigger = UNCalendarNotificationTrigger::fromDate(date)});
-///     center.setDelegate(shower);       // hears of it on time
+///     center.addNotificationRequest(
+///         {.identifier = "r7.a.1", .content = {.title = "Drink"},
+///          .trigger = UNCalendarNotificationTrigger::fromDate(Date::now() + 60)});
 ///
 /// What is asked takes effect in the order of the calls; handlers run later, on a queue of the
 /// centre, when the change is on the disk. One fails with the disk's `PosixError`, with an

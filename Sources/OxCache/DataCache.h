@@ -22,12 +22,11 @@ namespace velloro {
 /// them: the newest 32 MB. Safe from any thread.
 ///
 ///     DataCache cache;
-///     cache.save(series, {.key = key, .now = now});
-///     try {
-///       const auto series = cache.item<Series>({.key = key, .maxAge = 3600, .now = now});
-///     } catch (const DataCache::Error&) {
-///       // a miss, whatever the reason: make it anew
-///     }
+///     const DataCacheKey key("steps");
+///     cache.save(std::vector{5, 7}, {.key = key, .now = now});
+///     cache.item<std::vector<int>>({.key = key, .maxAge = 3600, .now = now}).front();    // 5
+///     cache.item<std::vector<int>>({.key = key, .maxAge = 3600, .now = now + 7200});
+///         // throws DataCache::Error; so does every other miss
 class DataCache {
  public:
   class Error : public platform::Error {

@@ -18,9 +18,9 @@ namespace velloro {
 /// Keeps images that can be drawn again, in memory and as PNG files, where later processes find
 /// them. A miss is an absent image; what goes wrong is logged. Safe from any thread.
 ///
-///     ImageCache& cache = ImageCache::shared();
-///     if (auto image = cache.image(key, true)) return *image;
-///     cache.save(drawn, key, true);
+///     const ImageCacheKey key("dot", {1, 1}, 1);
+///     ImageCache::shared().image(key, true);    // absent: it is to be drawn, and then saved
+///     ImageCache::shared().save(UIImage{}, key, true);
 class ImageCache {
  public:
   using MemoryCache = NSCache<std::uint64_t, UIImage>;

@@ -30,7 +30,7 @@ using CountedIn = std::optional<TimeZone>;
 ///     const HHMMSS three{.h = 3};
 ///     const Date night = Date::fromISO8601("2024-03-07T02:59:59+01:00").value();
 ///     YYYYMMDD::fromDate(three, night, berlin);                      // 20240306
-///     YYYYMMDD{2024, 3, 6}.dateAt(three, {.h = 2}, berlin);          // 02:00 on 7 March
+///     YYYYMMDD{2024, 3, 6}.dateAt(three, {.h = 2}, berlin) == night - 59 * 60 - 59;    // true
 ///
 /// Days are counted from noon to noon, so no clock change moves a result by a day; only where a
 /// zone once skipped or repeated a whole day does the count follow it. So a function that counts

@@ -63,7 +63,7 @@ struct OxHKUnit {
 
 /// An amount in a unit. Two amounts are equal only in the same unit.
 ///
-///     const OxHKQuantity distance{.unit = OxHKUnit::kilometre(), .doubleValue = 5.5};
+///     OxHKQuantity{OxHKUnit::kilometre(), 5} == OxHKQuantity{OxHKUnit::metre(), 5000};    // false
 struct OxHKQuantity {
   OxHKUnit unit;
   double doubleValue = 0;

@@ -12,8 +12,9 @@ namespace velloro {
 
 /// Samples to be written to a health store.
 ///
-///     const auto samples = OxHKRecordRequest::Samples::uncorrelated(weight, {sample});
-///     samples.sampleTypes();                // {weight}
+///     const auto samples =
+///         OxHKRecordRequest::Samples::uncorrelated(OxHKSampleType::workout(), {});
+///     samples.sampleTypes();                // {OxHKSampleType::workout()}
 ///     const OxHKRecordRequest request{samples};
 struct OxHKRecordRequest {
   /// In JSON {"bloodPressure": {"_0": systolic, "_1": diastolic}} and

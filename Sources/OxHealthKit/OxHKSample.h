@@ -35,7 +35,7 @@ struct OxHKDevice {
 /// One record of a health store: that something was so from `start` to `end`. Its type is not part
 /// of it. Nothing is checked: other programs' samples may end before they start.
 ///
-///     OxHKSample{.start = morning, .end = morning + 60,
+///     OxHKSample{.start = now, .end = now + 60,
 ///                .value = OxHKSample::SampleValue::quantity({OxHKUnit::count(), 110})};
 struct OxHKSample {
   /// In JSON {"quantity": {"unit": "count", "doubleValue": 110}}, {"category": 1}, {"workout": …}.

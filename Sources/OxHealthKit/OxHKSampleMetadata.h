@@ -24,9 +24,7 @@ inline constexpr std::string_view HKMetadataKeyIndoorWorkout = "HKIndoorWorkout"
 
 /// What a sample says of its origin.
 ///
-///     const auto metadata = OxHKSampleMetadata::from({.date = today, .taskID = task,
-///                                                     .entryID = entry, .syncVersion = 2});
-///     metadata.taskID() == task;                            // true
+///     const auto metadata = OxHKSampleMetadata::from({.date = {2024, 3, 7}, .syncVersion = 2});
 ///     metadata.hkMetadata().at("HKMetadataKeySyncVersion").integer();  // 2
 struct OxHKSampleMetadata {
   // The keys of the entries in a sample that the program writes for a log entry.

@@ -119,8 +119,8 @@ enum class OxHKWorkoutLocation { indoor, outdoor };
 /// The types as a person would list them: where both places of an activity are chosen, the activity
 /// alone stands for the two. In the order of the cases.
 ///
+///     using enum OxHKWorkoutActivityType;
 ///     minimalWorkoutTypeList({yoga, runningOutdoor, runningIndoor});  // {running, yoga}
-///     minimalWorkoutTypeList({yoga, runningOutdoor});                 // {yoga, runningOutdoor}
 [[nodiscard]] std::vector<OxHKWorkoutActivityType> minimalWorkoutTypeList(
     std::set<OxHKWorkoutActivityType> types);
 

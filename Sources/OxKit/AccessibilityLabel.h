@@ -12,8 +12,8 @@ namespace velloro {
 /// which is shared: what is added to it later is heard here too.
 ///
 ///     AccessibilityLabel label({"Read", "", "Done"});
-///     label.text();                                       // "Read.\nDone"
-///     label.parts.push_back(std::make_shared<AccessibilityLabel>(…));
+///     label.parts.push_back("Streak 5");
+///     label.text();    // "Read.\nDone.\nStreak 5"
 class AccessibilityLabel {
  public:
   class Item {

@@ -16,7 +16,7 @@ namespace velloro {
 ///     class Download : public AsyncOperation {
 ///       void main() override {
 ///         if (isCancelled()) return complete();
-///         request([self = shared_from_this(), this] { …; complete(); });
+///         DispatchQueue::global().async([self = shared_from_this(), this] { complete(); });
 ///       }
 ///     };
 ///
@@ -57,9 +57,9 @@ class AsyncOperation : public NSOperation {
 /// An operation whose work is a block, which is given the operation and must lead to its
 /// `complete`. Without a block it completes at once.
 ///
-///     queue.addOperation(std::make_shared<AsyncBlockOperation>([](auto operation) {
-///       upload([operation] { operation->complete(); });
-///     }));
+///     std::make_shared<AsyncBlockOperation>([](auto operation) {
+///       DispatchQueue::global().async([operation] { operation->complete(); });
+///     })->start();
 class AsyncBlockOperation : public AsyncOperation {
  public:
   using OperationBlock = std::move_only_function<void(std::shared_ptr<AsyncBlockOperation>)>;

@@ -9,8 +9,8 @@ namespace velloro {
 /// The kind of device: a family, and within it a model. Logic asks the family; a model that came
 /// out after this list is `other` in its family.
 ///
-///     DeviceType::fromModelIdentifier("iPhone14,5");      // IPhone::iPhone13
-///     DeviceType::fromModelIdentifier("Mac16,1")->family();   // Family::mac
+///     DeviceType::fromModelIdentifier("iPhone14,5")->family();   // DeviceType::Family::iPhone
+///     DeviceType::fromModelIdentifier("Mac16,1")->family();      // DeviceType::Family::mac
 struct DeviceType {
   enum class Family { iPhone, iPad, tv, watch, mac, carPlay };
 

@@ -14,10 +14,10 @@ namespace velloro {
 /// allocation, and walked through in the order of the cases. In JSON it is an array of raw values
 /// in that order; when read, any order will do.
 ///
-///     EnumSet<DayOfWeek> days{DayOfWeek::friday, DayOfWeek::monday};
-///     days.contains(DayOfWeek::friday);            // true
-///     for (const DayOfWeek day : days) …           // monday, friday
-///     JSONEncoder{}.encode(days);                  // [1,5]
+///     enum class Meal { breakfast, lunch, dinner };
+///     const EnumSet<Meal> meals{Meal::dinner, Meal::breakfast};
+///     meals.contains(Meal::lunch);    // false
+///     meals;                          // {Meal::breakfast, Meal::dinner}: the order of the cases
 template <typename E>
 requires std::is_enum_v<E>
 struct EnumSet : OptionSet<EnumSet<E>, std::uint64_t> {

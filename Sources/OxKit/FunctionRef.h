@@ -14,7 +14,7 @@ class FunctionRef;
 /// To be used for parameters alone, since what it refers to is mostly gone after the statement.
 ///
 ///     int sum(FunctionRef<int(int)> f) { return f(1) + f(2); }
-///     sum([&](int n) { return n * factor; });
+///     sum([](int n) { return n * 10; });    // 30
 template <typename Result, typename... Arguments>
 class FunctionRef<Result(Arguments...)> {
  public:

@@ -12,8 +12,8 @@ namespace velloro {
 /// What `make` gives for a locale: made at the first call for each locale, once, and kept for the
 /// life of the process. Safe from any thread.
 ///
-///     Formatters made(const Locale& locale);
-///     const Formatters& formatters = keptForLocale<made>(locale);
+///     std::string language(const Locale& locale) { return locale.identifier(); }
+///     keptForLocale<language>(Locale::fromIdentifier("de_DE"));    // "de_DE"
 template <auto make>
 const auto& keptForLocale(const Locale& locale) {
   using Value = std::invoke_result_t<decltype(make), Locale>;

@@ -5,12 +5,11 @@
 namespace velloro {
 
 /// A key of the string tables with what its text takes: a letter for each placeholder, in order.
+/// "n" is a number, which the text may need for a plural; it writes it with grouping. "t" is a
+/// text, or a number without a plural, shown as it stands.
 ///
-///     n   a number, which the text may need for a plural; it writes it with grouping
-///     t   a text, or a number without a plural, shown as it stands
-///
-///     inline constexpr LocalizedKey remaining{"Remaining", "tn"};   // "{0}: {1, plural, …}"
-///     localized(remaining, {title, 3});                             // Localization.h
+///     inline constexpr LocalizedKey steps{"distance.steps", "n"};
+///     localized(steps, {1200});    // "1,200 steps": see Localization.h
 ///
 /// The keys of a family of texts stand in one header, with a list `all` of them. The texts of every
 /// language are held against these lists by test, so a key that has no text, or takes other

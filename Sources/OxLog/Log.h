@@ -32,7 +32,7 @@ concept LogMessage =
 /// A category of log lines, and the way to write them:
 ///
 ///     Log::notifications.info([&] { return "Updating badges..."; });
-///     Log::database.error(error);
+///     Log::database.error(Error("velloro.store", 2, "The file is not a database."));
 ///
 /// The message is built only if the line is written. Which lines are is chosen in `LogManager`; at
 /// first none. A line carries its caller's file, function and line number. Any thread may write,

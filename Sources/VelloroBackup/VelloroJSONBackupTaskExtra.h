@@ -26,8 +26,9 @@ struct VelloroJSONBackupTaskExtraActionButton {
 
 /// A `TaskExtra` as a backup has it, and the store. Dates, if there are ever any, are ISO 8601.
 ///
-///     // {"uncheckedActionButton":{"type":4,"incrementAmount":250}}
+///     const TaskExtra extra{{TaskExtra::ActionButtonType::counter, std::nullopt, 250}};
 ///     JSONEncoder{.dateForm = DateForm::iso8601}.encode(codableTaskExtra(extra));
+///         // {"uncheckedActionButton":{"type":4,"incrementAmount":250}}
 struct VelloroJSONBackupTaskExtra {
   VelloroJSONBackupTaskExtraActionButton uncheckedActionButton = {};
   std::optional<VelloroJSONBackupTaskExtraActionButton> checkedActionButton = {};

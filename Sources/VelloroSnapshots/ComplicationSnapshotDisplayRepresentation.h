@@ -21,8 +21,9 @@ struct ComplicationSnapshotVisualRepresentation {
 
 /// What a snapshot says of an icon, and how it is shown.
 ///
-///     const auto snapshot = ComplicationSnapshotDisplayRepresentation::of(task.icon);
-///     snapshot.displayRepresentation() == task.icon;    // true
+///     const auto icon = IconDisplayRepresentation::fromCoreDataStringRepresentation("ic_mug");
+///     ComplicationSnapshotDisplayRepresentation::of(*icon).visualRepresentation.rawValue;
+///         // "ic_mug"
 struct ComplicationSnapshotDisplayRepresentation {
   ComplicationSnapshotVisualRepresentation visualRepresentation;
   IconVisualRepresentation::DisplayProperties displayProperties;

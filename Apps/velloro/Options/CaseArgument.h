@@ -24,7 +24,7 @@ namespace velloro {
 /// A case of an enumeration by its raw text.
 ///
 ///     caseArgument<ThemeMode>("--mode", "blak", "mode");
-///         // UsageError: --mode "blak": not a mode; did you mean "black"?
+///         // throws UsageError; --mode "blak": not a mode; did you mean "black"?
 template <RawRepresentable E>
 [[nodiscard]] E caseArgument(const std::string& name, const std::string& text,
                              const std::string& what, const std::string& where = {}) {

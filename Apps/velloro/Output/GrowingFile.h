@@ -12,8 +12,8 @@ namespace velloro {
 /// A file that a person asked for, written piece by piece, so that no more than a piece is ever in
 /// memory; see `OutputFile`. "-" is the standard output.
 ///
-///     GrowingFile file("check.png", "--png");
-///     for (const std::string& piece : pieces) file.add(piece);
+///     GrowingFile file(environment_.directories().temporary / "check.png", "--png");
+///     for (const std::string_view piece : {"first", "second"}) file.add(piece);
 ///     file.finish();
 ///
 /// \throws Error From each call, with a text that names the option and the file.

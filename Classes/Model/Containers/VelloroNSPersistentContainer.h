@@ -14,9 +14,9 @@ inline constexpr NSMergePolicy sharedMergePolicy = NSMergePolicy::mergeByPropert
 /// A container whose background contexts have the shared merge policy when they are handed out;
 /// `performBackgroundTask` hands out the same.
 ///
-///     VelloroNSPersistentContainer container("Velloro", velloroModel());
+///     VelloroNSPersistentContainer container(velloroModelName, velloroModel());
 ///     container.performBackgroundTask([](NSManagedObjectContext& context) {
-///       …
+///       TaskEntity::create(context);
 ///       saveIfChanged(context);
 ///     });
 class VelloroNSPersistentContainer : public NSPersistentContainer {

@@ -25,10 +25,10 @@ namespace velloro {
 /// The process's owner of the store. It decides which of two files this process works on, the one
 /// that the cloud mirrors or the local one, whether the mirror runs here, and as whom it writes.
 ///
-///     DataManager& manager = DataManager::shared();
-///     manager.viewContext()->fetch<TaskEntity>(request);          // on the main queue
-///     manager.performBackgroundTask([](NSManagedObjectContext& context) {
-///       …
+///     const auto manager = DataManager::make();    // in a program: DataManager::shared()
+///     manager->viewContext()->fetch(TaskFetchRequest{}.fetchRequest());    // on the main queue
+///     manager->performBackgroundTask([](NSManagedObjectContext& context) {
+///       TaskEntity::create(context);
 ///       saveIfChanged(context);
 ///     });
 ///

@@ -10,7 +10,7 @@ namespace velloro {
 /// Reads what was saved since a bookmark, oldest first. On the context's queue. What a context with
 /// a name or an author has saved itself, it doesn't get; one without either gets everything.
 ///
-///     const auto history = PersistentHistoryFetcher{context, bookmark}.fetch();
+///     PersistentHistoryFetcher{context, now}.fetch()->transactions.size();    // 0: nothing since
 struct PersistentHistoryFetcher {
   std::shared_ptr<NSManagedObjectContext> context;
   Date fromDate;

@@ -17,9 +17,9 @@ namespace velloro {
 /// last time, the bookmark, which outlives the process. From there on each observer goes by its own
 /// position: two at the same time, in one process or in two, take nothing from each other.
 ///
-///     observer_ = PersistentHistoryObserver::make(
+///     const auto observer = PersistentHistoryObserver::make(
 ///         Author::app, container, NSUserDefaults::standardUserDefaults());
-///     observer_->startObserving();
+///     observer->startObserving();
 ///
 /// A bookmark counts for the file that it was made of (`storeKey` tells which), and not while it
 /// lies in the future, as after a clock was wrong: history would be missed until then. Without one

@@ -13,8 +13,8 @@ namespace velloro {
 /// process dies.
 ///
 ///     const auto access = StoreUse::toWrite();
-///     if (!access) return std::unexpected(access.error());
-///     DataManager::shared().viewContext();     // of the store that is active, and stays so
+///     if (!access) FAIL() << access.error()->localizedDescription();
+///     StoreUse::isHeldHere();    // true: the active store stays the active one
 ///
 /// Whoever reads needs none. A thread that has access already is given it again at once, but not
 /// access to maintain where it has access to write: it would wait for itself.

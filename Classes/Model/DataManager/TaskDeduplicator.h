@@ -12,8 +12,8 @@ namespace velloro {
 /// real twin has arrived go, then the twins of closing entries, and what is kept of the logs that
 /// have changed follows. Where nothing differs, nothing is written.
 ///
-///     container->performBackgroundTask([id, began](NSManagedObjectContext& context) {
-///       TaskDeduplicator{id}.run(context, began);
+///     container->performBackgroundTask([](NSManagedObjectContext& context) {
+///       TaskDeduplicator{}.run(context);
 ///     });
 struct TaskDeduplicator {
   std::optional<UUID> deduplicationId = std::nullopt;  ///< Of the run: the mirror's event.

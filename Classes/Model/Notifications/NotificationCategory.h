@@ -17,7 +17,7 @@ namespace velloro {
 /// The kinds of notification, each with its buttons. A category that a later program sends reads as
 /// none, and its notification as an ordinary one.
 ///
-///     actions(NotificationCategory::reminderPositive);    // snooze, markAsDone
+///     actions(NotificationCategory::badge).size();    // 0
 enum class NotificationCategory : std::uint8_t {
   taskCompleted,
   reminderPositive,

@@ -13,7 +13,7 @@ namespace velloro {
 /// left out; none fails.
 ///
 ///     const NotificationContentBuilder builder{.now = now};
-///     builder.badge({.date = midnight, .badge = 3}, 1).notificationId.str;    // "b.1"
+///     builder.badge({.date = now + 60, .badge = 3}, 1).notificationId.str;    // "b.1"
 struct NotificationContentBuilder {
   Date now;
   double screenScale = 2;  ///< Pixels per point, of the image.

@@ -14,8 +14,8 @@ namespace velloro {
 
 /// What travels with a notification: its task as it was, so that who reads it needs no store.
 ///
-///     content.userInfo = data.userInfo();                       // {"velloro": {…}}
-///     NotificationData::fromUserInfo(content.userInfo) == data;    // true
+///     const auto userInfo = NotificationData{.task = snapshot}.userInfo();    // {"velloro": {…}}
+///     NotificationData::fromUserInfo(userInfo).task == snapshot;              // true
 struct NotificationData {
   class Error : public platform::Error {
    public:

@@ -12,7 +12,7 @@ namespace velloro {
 
 /// The identifier under which a notification is scheduled, found again and replaced.
 ///
-///     NotificationID::reminder({2024, 3, 7}, task, 0).str;    // "r7.5A0F….0"
+///     NotificationID::reminder({2024, 3, 7}, snapshot.taskId, 0).str.substr(0, 3);    // "r7."
 struct NotificationID {
   std::string str;
 
@@ -35,7 +35,7 @@ struct NotificationID {
   /// How many identifiers of one task and day may be pending, by the number of its reminders: they
   /// are cancelled without a look at what there is.
   ///
-  ///     numRemindersToCancel(0);    // 4: the automatic ones
+  ///     NotificationID::numRemindersToCancel(0);    // 4: the automatic ones
   [[nodiscard]] static std::size_t numRemindersToCancel(std::size_t numReminders);
 };
 

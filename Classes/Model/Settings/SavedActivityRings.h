@@ -13,8 +13,8 @@ namespace velloro {
 /// The rings of a task of the daily activity, kept where the extensions find them too. Safe from
 /// any thread.
 ///
-///     SavedActivityRings::shared()->save(rings);
-///     SavedActivityRings::shared()->saved({2024, 3, 7});    // the rings, on their own day
+///     SavedActivityRings saved(localStorage);
+///     saved.save({.period = today, .energy = 0.5}, {2024, 3, 7});
 class SavedActivityRings {
  public:
   /// The process's own, over the shared tier of the settings, or the plain local one where that

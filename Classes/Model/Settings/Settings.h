@@ -21,8 +21,8 @@ namespace velloro {
 /// The settings that the rest of the logic asks for, as what they mean. A stored value that means
 /// nothing reads as the default.
 ///
-///     Settings::shared().startOfDay();                        // HHMMSS{.h = 4}
-///     Settings::shared().theme(TaskPageNumber::first).color();
+///     settings.startOfDay();                        // HHMMSS::midnight
+///     settings.theme(TaskPageNumber::first).color();
 class Settings {
  public:
   /// A failure of the store's mirror, as it is kept.

@@ -31,11 +31,11 @@ constexpr auto rawValues(std::type_identity<SettingSource>) {
 
 /// The values of the settings, each in the tier in which it lives at this moment.
 ///
-///     SettingsStorage& storage = SettingsStorage::shared();
 ///     storage.setBoolean(true, Setting::themeAutoSwitch);    // true: it has changed
 ///     storage.boolean(Setting::themeAutoSwitch);             // true
-///     storage.integer(Setting::themeAutoSwitch);             // an error of compilation
-///     storage.string(Setting::StringSetting({Setting::selectedTheme, TaskPageNumber{2}}));
+///     // storage.integer(Setting::themeAutoSwitch) does not compile.
+///     storage.string(Setting::StringSetting({Setting::selectedTheme, TaskPageNumber{2}})) ==
+///         std::nullopt;    // true
 ///
 /// The application reads and writes one tier, the cloud tier where the setting is cloud-stored and
 /// the local tier otherwise; values are never merged. An extension reads what is shared from the
@@ -65,10 +65,10 @@ class SettingsStorage {
   /// opens the cloud tier, but in an extension, which waits until it can't do without.
   [[nodiscard]] static SettingsStorage& shared();
   /// Where `shared` finds its cloud tier; a process that doesn't say has none. Once, before the
-  /// first use of `shared` and before there are threads.
-  ///
-  ///     SettingsStorage::setCloudContainer(
-  ///         [] { return DataManager::shared().cloudPersistentContainer(); });
+  /// first use of `shared` and before there are threads. A program with a cloud
+  /// tier does it first of all:
+  /// `SettingsStorage::setCloudContainer(
+  /// [] { return DataManager::shared().cloudPersistentContainer(); });`.
   static void setCloudContainer(CloudContainer container);
 
   SettingsStorage(Tiers tiers, bool isExtension);

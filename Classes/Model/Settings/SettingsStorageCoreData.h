@@ -19,9 +19,9 @@ namespace velloro {
 
 /// The tier that all of a person's devices share: rows of the mirrored store, one for a key.
 ///
-///     SettingsStorageCoreData cloud([&] { return manager.cloudPersistentContainer(); }, settings);
+///     SettingsStorageCoreData cloud([this] { return container; }, storage);
 ///     cloud.setInteger(14400, "Settings_StartOfDay");    // in the store when this returns
-///     cloud.integerForKey("Settings_StartOfDay");        // 14400, from memory
+///     cloud.integerForKey("Settings_StartOfDay");        // 14400: from memory
 ///
 /// All rows are held in memory, where reads look alone. They are read again whenever the view
 /// context merges what others have saved; then the local tier is given the new values, and

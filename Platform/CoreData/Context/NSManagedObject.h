@@ -19,9 +19,9 @@ struct FetchGroup;
 /// saves; setting a value that is there already changes nothing, and setting back the saved one
 /// takes the change back.
 ///
-///     const auto note = context->insert<TaskNoteEntity>();
-///     note->setValue(TaskNoteEntity::task, task);       // and task->value(taskNote) has the note
-///     note->changedValues();
+///     const auto cover = context->insert<CoverEntity>();
+///     cover->setValue(CoverEntity::book, book);       // and book->value(BookEntity::cover) has it
+///     cover->changedValues().size();                  // 1
 ///
 /// The values are read from the file when they are first looked at, all at once; until then the
 /// object is a *fault*. A to-one relation that is kept at its other end is likewise read when it is

@@ -53,10 +53,10 @@ class FetchResult : public Result<std::vector<std::shared_ptr<T>>> {
 /// `performAndWait` and the merge may be called from elsewhere.
 ///
 ///     context->performAndWait([&] {
-///       const auto paused = TaskAttributes::status == TaskStatus::paused;
-///       const auto tasks = context->fetch<TaskEntity>(NSFetchRequest::of<TaskEntity>(paused));
-///       for (const auto& task : *tasks) {
-///         task->setValue(TaskEntity::status, "P");
+///       const auto isLent = BookEntity::isLent == true;
+///       const auto books = context->fetch<BookEntity>(NSFetchRequest::of<BookEntity>(isLent));
+///       for (const auto& each : *books) {
+///         each->setValue(BookEntity::copies, 0);
 ///       }
 ///       const auto saved = context->save();        // all of it, or an error and nothing
 ///     });
@@ -144,9 +144,9 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   /// knows is forgotten, and read anew when it is used; unsaved changes stay, and are saved, too.
   /// Whatever the context reads within it, the transaction reads. At its end everything is saved.
   ///
-  ///     const auto added = context->performTransaction([&]() -> Result<int> {
-  ///       const int number = account->value(AccountEntity::number) + 1;
-  ///       account->setValue(AccountEntity::number, number);   // no other process has the same
+  ///     const auto added = context->performTransaction([&]() -> Result<std::int64_t> {
+  ///       const std::int64_t number = book->value(BookEntity::copies) + 1;
+  ///       book->setValue(BookEntity::copies, number);   // no other process has the same
   ///       return number;
   ///     });
   ///

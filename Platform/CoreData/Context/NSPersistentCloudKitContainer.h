@@ -41,7 +41,7 @@ class StoreMirror {
 /// there are no events.
 ///
 ///     NSPersistentCloudKitContainer::setMirrorFactory([](auto& container, const auto& options) {
-///       return std::make_unique<FolderMirror>(container, options.containerIdentifier);
+///       return std::make_unique<StoreMirror>();    // or, of course, of one derived from it
 ///     });
 class NSPersistentCloudKitContainer : public NSPersistentContainer {
  public:

@@ -7,13 +7,13 @@ namespace platform {
 
 /// A store with its model and its contexts.
 ///
-///     NSPersistentContainer container("Velloro", model);
-///     auto description = NSPersistentStoreDescription::initWithURL(path);
+///     NSPersistentContainer container("Library", libraryModel());
+///     auto description = NSPersistentStoreDescription::initWithURL(libraryPath());
 ///     description.setOption(true, NSPersistentStoreRemoteChangeNotificationPostOptionKey);
 ///     container.setPersistentStoreDescriptions({description});
-///     container.loadPersistentStores([](const auto& of, const ErrorPtr& error) { … });
-///     container.viewContext()->fetch<TaskEntity>(request);     // on the main queue
-///     container.performBackgroundTask([](NSManagedObjectContext& context) { … });
+///     container.loadPersistentStores([](const auto& of, const ErrorPtr& error) {});
+///     container.viewContext()->insert<BookEntity>();     // on the main queue
+///     container.performBackgroundTask([](NSManagedObjectContext& context) {});
 ///
 /// A container whose store could not be opened stays usable: fetches and saves fail with
 /// `StoreError::Kind::notOpen`.

@@ -24,7 +24,7 @@ struct NSPersistentHistoryTransaction {
 
   /// What the predicate of a history request compares:
   ///
-  ///     NSPersistentHistoryTransaction::Attributes::author != "app"
+  ///     (NSPersistentHistoryTransaction::Attributes::author != "app").format().text; // "%K != %@"
   struct Attributes : DeclaredBy<NSPersistentHistoryTransaction> {
     inline static NSEntityDescription description{"_history"};
     inline static const Attribute<Date> timestamp{description, "timestamp"};
@@ -38,8 +38,8 @@ struct NSPersistentHistoryTransaction {
 
 /// Asks a context for history:
 ///
-///     auto request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(bookmark);
-///     if (const auto history = context->execute(request)) merge(history->transactions);
+///     auto request = NSPersistentHistoryChangeRequest::fetchHistoryAfterDate(Date::now());
+///     context->execute(request)->transactions.size();    // 0: nothing has been saved since
 struct NSPersistentHistoryChangeRequest {
   Date after;
   std::optional<NSFetchRequest> fetchRequest = std::nullopt;

@@ -10,10 +10,9 @@ namespace platform {
 class NSManagedObject;
 
 /// A key path as an entity understands it: relations to go along, then perhaps an attribute.
-///
-///     "status"                  no relation, the attribute
-///     "taskShare"               one relation; the value is the object at its end
-///     "task.taskShare.status"   two relations, then the attribute
+/// "entryDate" is an attribute of the entity itself: there is no relation to go along. "task" is
+/// one relation, whose value is the object at its end. "task.taskShare.status" is two relations,
+/// and then the attribute.
 class BoundKeyPath {
  public:
   /// Fails with a `StoreError` (`invalidRequest`) for an unknown key.

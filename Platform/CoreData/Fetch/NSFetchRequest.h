@@ -23,9 +23,9 @@ struct SortDescriptor : NSSortDescriptor {
 
 /// Which objects a context is asked for, and in which order. A value.
 ///
-///     using Entry = TaskLogEntryEntity;
-///     auto request = NSFetchRequest::of<Entry>(Entry::task == task && Entry::progress > 0.5,
-///                                              {Entry::entryDate.descending()});
+///     using Book = BookEntity;
+///     auto request = NSFetchRequest::of<Book>(Book::title == "Emma" && Book::weight > 0.5,
+///                                             {Book::day.descending()});
 ///     request.setFetchLimit(10);
 class NSFetchRequest {
  public:

@@ -55,8 +55,8 @@ class NSPredicate {
   [[nodiscard]] const Node& node() const { return *node_; }
   /// For a person to read, in tests and in messages:
   ///
-  ///     (TaskAttributes::status.in(statuses) || TaskAttributes::status == std::nullopt).format();
-  ///     // {"%K IN %@ OR %K = nil", {"status", "{\"N\", \"P\"}", "status"}}
+  ///     (BookEntity::title == "Emma" || BookEntity::title == std::nullopt).format() ==
+  ///         NSPredicate::Format{"%K = %@ OR %K = nil", {"title", "\"Emma\"", "title"}};    // true
   [[nodiscard]] Format format() const;
 
  private:

@@ -18,9 +18,9 @@ namespace platform {
 
 /// The base of a class that has an entity of its own:
 ///
-///     class TaskNoteEntity : public EntityClass<TaskNoteEntity> { … };
-///     TaskNoteEntity::entityName();                        // "TaskNote"
-///     const auto note = TaskNoteEntity::create(*context);  // inserted, unsaved
+///     struct ShelfEntity : EntityClass<ShelfEntity> {};
+///     ShelfEntity::entityName();                         // "Shelf"
+///     const auto other = BookEntity::create(*context);   // inserted, unsaved
 template <typename T>
 class EntityClass : public NSManagedObject, public DeclaredBy<T> {
  public:

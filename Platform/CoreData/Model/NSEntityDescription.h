@@ -77,17 +77,17 @@ struct NSRelationshipDeclaration {
 /// come the table in the file, its completion when the file is older, the accessors, and what
 /// predicates may name. An entity with a class of its own declares them in it:
 ///
-///     class TaskNoteEntity : public NSManagedObject {
+///     class NoteEntity : public EntityClass<NoteEntity> {
 ///      public:
-///       inline static auto description = NSEntityDescription::of<TaskNoteEntity>();
+///       inline static auto description = NSEntityDescription::of<NoteEntity>();
 ///       inline static const Attribute<std::optional<std::string>> content{description, "content"};
 ///       inline static const Attribute<std::int32_t> noteDate{description, "noteDate"};
-///       inline static const ToOne<TaskEntity> task{description, "task", "taskNote"};
-///       inline static const FetchIndex byDate{description, {"task", "-noteDate"}};
+///       inline static const ToOne<BookEntity> book{description, "book", "notes"};
+///       inline static const FetchIndex byDate{description, {"book", "-noteDate"}};
 ///     };
-///     note->value(TaskNoteEntity::noteDate);             // 20240307
-///     note->setValue(TaskNoteEntity::content, "Slept well.");
-///     note->value(TaskNoteEntity::task);                 // a TaskEntity, or null
+///
+///     book->setValue(BookEntity::day, 20240307);
+///     book->value(BookEntity::author);             // absent: an AuthorEntity, or null
 ///
 /// Names of attributes and relations are names in the file and never change once released; nor does
 /// an attribute's type. New ones may be added at any time.

@@ -10,9 +10,9 @@ namespace platform {
 /// The entities of a store and how their relations fit together. Made once, of descriptions that
 /// outlive it, each of which belongs to this model alone:
 ///
-///     static const NSManagedObjectModel model({&TaskEntity::description,
-///                                              &TaskNoteEntity::description});
-///     model.entity("TaskNote");      // &TaskNoteEntity::description
+///     static const NSManagedObjectModel model({&BookEntity::description, &TagEntity::description,
+///                                       &AuthorEntity::description, &CoverEntity::description});
+///     model.entity("Book");      // &BookEntity::description
 ///
 /// A declaration that makes no sense throws a `StoreError` (`invalidRequest`): two things of one
 /// name, an index of something unknown, a relation whose destination or inverse is missing or

@@ -11,10 +11,10 @@
 namespace platform {
 
 /// Turns the values of a transformable attribute into bytes for the store and back. Registered by
-/// name before a container is made:
+/// name before a container is made, for example by
+/// `setValueTransformer(std::make_shared<SummaryTransformer>(), "SummaryTransformer")`.
 ///
-///     NSValueTransformer::setValueTransformer(std::make_shared<SummaryTransformer>(),
-///                                             "SummaryTransformer");
+///     NSValueTransformer::valueTransformerForName("SummaryTransformer");    // absent until then
 class NSValueTransformer {
  public:
   virtual ~NSValueTransformer() = default;

@@ -19,15 +19,15 @@ enum class TextComparison {
 };
 
 /// How a type of the program is kept in a column. The program specialises it, and declares the
-/// column with the type:
-///
-///     template <>
-///     struct platform::StoredForm<Colour> {
-///       using Stored = std::optional<std::string>;  // the type of the column
-///       static std::optional<Colour> decode(const std::string& stored);
-///       static std::string encode(const Colour& colour);
-///     };
-///     inline static const Attribute<std::optional<Colour>> cover{description, "cover"};
+/// column with the type, such as `Attribute<std::optional<Colour>>`:
+/// ```
+/// template <>
+/// struct platform::StoredForm<Colour> {
+///   using Stored = std::optional<std::string>;  // the type of the column
+///   static std::optional<Colour> decode(const std::string& stored);
+///   static std::string encode(const Colour& colour);
+/// };
+/// ```
 ///
 /// `Stored` is an integer, a real, a text or `Data`, or an optional one; `decode` takes it as
 /// `std::int64_t`, `double`, `std::string` or `Data` and returns nothing for what it can't make

@@ -8,9 +8,9 @@ namespace platform {
 /// Why the object store could not do what it was asked to. The store is then as it was before:
 /// nothing is half done, a context keeps its unsaved changes, and the process goes on.
 ///
-///     if (const auto saved = context->save(); !saved) {
-///       saved.error()->localizedDescription();   // cannot save "a.sqlite": database is locked
-///     }
+///     const auto found = context->fetch(NSFetchRequest("Shelf"));
+///     found.error()->localizedDescription();
+///         // "the model has no entity \"Shelf\""
 class StoreError : public Error {
  public:
   enum class Kind {

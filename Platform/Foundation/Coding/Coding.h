@@ -65,12 +65,12 @@ class UUID;
 ///     };
 ///
 ///     const Note note{Day{20240307}, Place{Place::Pinned{}}, Mood::good, {"a"}};
-///     const std::string json = JSONEncoder{}.encode(note);
+///     JSONEncoder{}.encode(note);
 ///         // {"day":20240307,"place":{"pinned":{}},"mood":"g","lines":["a"]}
-///     JSONDecoder{}.decode<Note>(json) == note;   // true
+///     JSONDecoder{}.decode<Note>(JSONEncoder{}.encode(note)) == note;   // true
 ///     JSONDecoder{}.decode<Note>(R"({"day":-5,"place":{"pinned":{}}})");
-///         // throws DecodingError "day: Unable to create Day from -5"
-///     std::unordered_set<Note> notes;             // the hash comes of the list, too
+///         // throws DecodingError: "day: Unable to create Day from -5"
+///     const std::unordered_set<Note> notes{note};    // the hash comes from the list, too
 ///
 /// What can't be made out spoils as little as it can, so that a record of a newer program, or a
 /// damaged one, can still be read: where one value has the right type and says nothing that is
@@ -80,8 +80,8 @@ class UUID;
 /// that one:
 ///
 ///     JSONDecoder{}.decode<Note>(R"({"day":1,"place":{"pinned":{}},"mood":"?"})").mood;  // absent
-///     JSONDecoder{.isStrict = true}.decode<Note>(…);
-///         // throws DecodingError "mood: No case of Mood is the text "?"."
+///     JSONDecoder{.isStrict = true}.decode<Note>(R"({"day":1,"place":{"pinned":{}},"mood":"?"})");
+///         // throws DecodingError; "mood: No case of Mood is the text "?"."
 ///
 /// A type may have a member `void encode(Encoder&) const` or a static `T decode(const Decoder&)` of
 /// its own (Encoder.h, Decoder.h), alone or beside a list, and these come first; `encodeKeyed` and

@@ -39,8 +39,8 @@ struct WhenUnknown {
 /// its key must be there: `initialValue` (`initialWhenUnknown`), a value, or a function that gives
 /// one, of the decoder or of nothing.
 ///
-///     key("mode", &Task::mode, initialWhenUnknown)
-///     key("count", &Task::count, whenUnknown(1))
+/// Such as `key("mode", &Task::mode, initialWhenUnknown)`, or with a value
+/// `key("count", &Task::count, whenUnknown(1))`.
 template <typename Value>
 consteval auto whenUnknown(Value value) {
   return WhenUnknown<Value>{value};
@@ -68,8 +68,8 @@ consteval auto key(std::string_view name, Member Record::*member) {
 /// `initialValue` stands for the value that the member's declaration gives it; see also
 /// `whenUnknown`.
 ///
-///     key("count", &Task::count, 1)
-///     key("days", &Task::days, initialValue)
+/// Such as `key("count", &Task::count, 1)`, or with an empty list
+/// `key("days", &Task::days, initialValue)`.
 template <typename Record, typename Member, typename Fallback>
 consteval auto key(std::string_view name, Member Record::*member, Fallback fallback) {
   static_assert(!coding_detail::isOptional<Member>, "an optional reads as absent without its key");
@@ -127,10 +127,10 @@ struct CodingKeys {
 };
 
 /// The one list of a record's members, from which come its JSON form (Coding.h) and its hash
-/// (Hasher.h). It stands behind the members:
+/// (Hasher.h). It stands behind the members, as the example in Coding.h shows:
 ///
-///     static constexpr auto codingKeys =
-///         keys(key("date", &Entry::date), key("note", &Entry::note));
+/// `static constexpr auto codingKeys =
+/// keys(key("date", &Entry::date), key("note", &Entry::note));`
 template <typename... Key>
 consteval CodingKeys<Key...> keys(Key... key) {
   return {{{key}...},
@@ -173,8 +173,8 @@ struct CodingCases {
 /// The one list of the cases of a struct around a `std::variant`, one for each alternative and in
 /// their order:
 ///
-///     static constexpr auto codingCases =
-///         cases(&Action::value, payload("completion"), payload("note"));
+/// `static constexpr auto codingCases =
+/// cases(&Action::value, payload("completion"), payload("note"));`
 template <typename Owner, typename... Alternative, std::same_as<CodingCase>... Case>
 consteval auto cases(std::variant<Alternative...> Owner::*member, Case... entry) {
   static_assert(sizeof...(Alternative) == sizeof...(Case), "one case for each alternative");

@@ -36,13 +36,13 @@ inline constexpr DecodingRules plainDecodingRules;
 /// A value of a document that is being read, and the way to it. A type with a form of its own has a
 /// static member `T decode(const Decoder&)`:
 ///
-///     Day Day::decode(const Decoder& from) {
-///       const auto number = from.decode<std::int64_t>();
-///       if (number < 1) {
-///         throw from.dataCorrupted("Unable to create Day from " + std::to_string(number));
-///       }
-///       return Day(number);
-///     }
+///     struct Month {
+///       std::int64_t number;
+///       static Month decode(const Decoder& from) { return {from.integer(1, 12)}; }
+///     };
+///
+///     JSONDecoder{}.decode<Month>("3").number;    // 3
+///     JSONDecoder{}.decode<Month>("13");          // throws DecodingError
 ///
 /// A decoder, and a text that it gives, are good as long as the call that received it.
 class Decoder {
@@ -68,9 +68,9 @@ class Decoder {
     const std::optional<Decoder> value = find(key);
     return value && !value->isNull() ? std::optional<T>(value->decode<T>()) : std::nullopt;
   }
-  /// The first of several readings that succeeds; where none does, the failure of the first.
-  ///
-  ///     return from.firstOf([&] { return fromNumber(from); }, [&] { return fromFields(from); });
+  /// The first of several readings that succeeds; where none does, the failure of the first. For
+  /// example `from.firstOf([&] { return fromNumber(from); }, [&] { return fromFields(from); })`
+  /// reads a number or an object.
   template <typename First, typename... Rest>
   [[nodiscard]] std::invoke_result_t<First> firstOf(const First& first, const Rest&... rest) const;
   /// Whether a reading succeeds. False for a failure of one value (`DecodingError`), which the

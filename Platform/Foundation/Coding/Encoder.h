@@ -22,12 +22,12 @@ class ArrayEncoder;
 /// The place in a document where one value is to be written. A type with a form of its own has a
 /// member `void encode(Encoder&) const`, which writes exactly one value:
 ///
-///     void Range::encode(Encoder& to) const { to.encode(number); }   // a single value, or
-///     to.object([&](ObjectEncoder& object) {                         // an object, or
-///       object.encode("type", type);
-///       object.encode("limit", limit);                               // (left out when absent)
-///     });
-///     to.array([&](ArrayEncoder& array) { array.encode(first); });   // an array
+///     struct Span {
+///       std::optional<int> days;
+///       void encode(Encoder& to) const { to.object([&](auto& o) { o.encode("days", days); }); }
+///     };
+///
+///     JSONEncoder{}.encode(Span{7});    // {"days":7}
 class Encoder {
  public:
   template <typename T>

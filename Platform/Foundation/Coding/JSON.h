@@ -12,9 +12,9 @@ namespace platform {
 
 /// Writes values (Coding.h) as JSON.
 ///
-///     JSONEncoder{}.encode(note);                                    // {"date":731462400.5}
-///     JSONEncoder{.dateForm = DateForm::iso8601}.encode(note);       // {"date":"2024-03-07T…Z"}
-///     JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(note);
+///     JSONEncoder{}.encode(std::vector{Date::now()});    // [731505600]
+///     JSONEncoder{.dateForm = DateForm::iso8601}.encode(std::vector{Date::now()});
+///         // ["2024-03-07T12:00:00Z"]
 struct JSONEncoder {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
   JSONWriter::Layout layout = JSONWriter::Layout::compact;
@@ -49,11 +49,11 @@ struct JSONEncoder {
 /// strict decoder fails on it: for a document that is taken over whole or not at all, and for who
 /// looks for damage.
 ///
-///     try {
-///       const auto note = JSONDecoder{}.decode<Note>(json);
-///     } catch (const DecodingError& error) {
-///       error.localizedDescription();  // "lines[2]: Expected a text, found the number 5."
-///     }
+///     JSONDecoder{}.decode<std::map<std::string, int>>(R"({"a":1})").at("a");    // 1
+///     JSONDecoder{}.decode<std::optional<int>>("null");                          // absent
+///     JSONDecoder{}.decode<Date>("731505600") == Date::now();                    // true
+///     JSONDecoder{}.decode<std::vector<std::string>>(R"(["a","b",5])");
+///         // throws DecodingError: "[2]: Expected a text, found the number 5."
 struct JSONDecoder {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
   bool isStrict = false;

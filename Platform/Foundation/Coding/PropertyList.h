@@ -25,7 +25,7 @@ class Hasher;
 ///
 ///     const PropertyList info(PropertyList::Dictionary{{"id", "a1"}, {"days", 5}});
 ///     info["days"].integer();     // 5
-///     info["id"].text();          // a pointer to "a1"
+///     info["id"].text();          // "a1": by a pointer
 ///     info["x"]["y"].isNull();    // true: what is missing reads as null
 ///     info.json();                // {"days":5,"id":"a1"}
 ///

@@ -26,7 +26,7 @@ namespace platform {
 ///     rawValue(Unit::minutes);      // "m"
 ///     fromRawValue<Unit>("s");      // Unit::seconds
 ///     fromRawValue<Unit>("d");      // absent
-///     allCases<Unit>();             // hours, minutes, seconds: the order of the table
+///     allCases<Unit>();             // {Unit::hours, Unit::minutes, Unit::seconds}
 ///
 /// The table stands in the enumeration's namespace. For an enumeration nested in a class it follows
 /// the class, or is a `friend` inside it where the class's own header needs it. It lists every
@@ -37,14 +37,14 @@ namespace platform {
 /// whose raw values are the names of its cases. In JSON (Coding.h) a case is its raw value. A table
 /// made by `keyedCases` is one of texts whose cases are written as objects instead: {"pinned":{}}.
 ///
-/// Where more is known of each case, the table has rows of its own type, with `value`, `raw` and
-/// further columns:
+/// A table with further columns has rows of its own type, which begins with `value` and `raw`:
 ///
-///     struct UnitRow { Unit value; std::string_view raw; int seconds; };
-///     inline constexpr UnitRow unitRows[] = {{Unit::hours, "h", 3600}, {Unit::minutes, "m", 60}};
-///     constexpr auto rawValues(std::type_identity<Unit>) { return rawColumn(unitRows); }
+///     enum class Stop { coffee, lunch };
+///     struct StopRow { Stop value; std::string_view raw; int minutes; };
+///     inline constexpr StopRow stopRows[] = {{Stop::coffee, "c", 15}, {Stop::lunch, "l", 60}};
+///     constexpr auto rawValues(std::type_identity<Stop>) { return rawColumn(stopRows); }
 ///
-///     rowOf(unitRows, Unit::minutes).seconds;  // 60
+///     rowOf(stopRows, Stop::lunch).minutes;  // 60
 template <typename E, typename Raw>
 struct RawCase {
   E value;
@@ -186,9 +186,9 @@ constexpr std::string_view nameOf() {
 }  // namespace raw_value_detail
 
 /// The names of the cases from 0 to the last one, without the underscore behind a keyword. To
-/// rename a case is then to change a raw value.
-///
-///     constexpr auto rawValues(std::type_identity<Mood>) { return caseNames<Mood::bad>(); }
+/// rename a case is then to change a raw value. The table of an enumeration whose last case is
+/// `bad` is
+/// `constexpr auto rawValues(std::type_identity<Mood>) { return caseNames<Mood::bad>(); }`.
 template <auto Last>
 constexpr auto caseNames() {
   using E = decltype(Last);

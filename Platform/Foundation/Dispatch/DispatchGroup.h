@@ -10,12 +10,12 @@ namespace platform {
 /// Joins pieces of work that end on their own: each enters, each leaves, and when all have left,
 /// the notifications go out. A value: copies name the same group, so that blocks may hold one.
 ///
+///     std::atomic<int> sum = 0;
 ///     const DispatchGroup group;
-///     for (const Task& task : tasks) {
-///       group.enter();
-///       query(task, [group](Result<Answer> answer) { keep(answer); group.leave(); });
-///     }
-///     group.notify(DispatchQueue::main(), [] { plan(); });    // at once when nothing was entered
+///     group.enter();
+///     DispatchQueue::global().async([&sum, group] { sum += 5; group.leave(); });
+///     group.notify(DispatchQueue::main(), [] {});    // in the main loop, once 5 has been added
+///     group.wait();                                  // true
 class DispatchGroup {
  public:
   DispatchGroup();

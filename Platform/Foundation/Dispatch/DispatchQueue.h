@@ -24,10 +24,10 @@ enum class QualityOfService { userInteractive, userInitiated, default_, utility,
 /// side by side. The main queue's blocks run in the environment's main loop. A queue whose last
 /// handle goes still runs what it was given. A block must not throw: the process would terminate.
 ///
+///     std::string log;
 ///     const DispatchQueue queue("velloro.domain.log", QualityOfService::utility);
-///     queue.async([line] { append(line); });
-///     const auto size = queue.sync([] { return fileSize(); });    // after that line was written
-///     DispatchQueue::main().asyncAfter(0.5, [] { hide(); });
+///     queue.async([&] { log += "one line\n"; });
+///     queue.sync([&] { return log.size(); });    // 9: after that line was written
 ///
 /// Workers are never joined: blocks still waiting when the process exits are lost, unless
 /// `queue.sync([] {})` flushes the queue, and a block that is running goes on until the very end.

@@ -20,7 +20,7 @@ struct Notification {
 
   /// The value under `key`; null when there is none or it has another type.
   ///
-  ///     if (const auto* ids = notification.value<std::vector<ObjectID>>("updated")) merge(*ids);
+  ///     Notification{.name = "Saved", .userInfo = {{"rows", 3}}}.value<int>("rows");    // 3
   template <typename T>
   [[nodiscard]] const T* value(std::string_view key) const {
     const auto found = userInfo.find(key);
@@ -31,9 +31,11 @@ struct Notification {
 /// Tells everyone who observes a name that it was posted. All members may be called from any
 /// thread, and from within an observer.
 ///
-///     token_ = NSNotificationCenter::defaultCenter().addObserver(
-///         "Settings.SettingsChanged", [this](const Notification&) { repaint(); });
+///     int heard = 0;
+///     const auto token = NSNotificationCenter::defaultCenter().addObserver(
+///         "Settings.SettingsChanged", [&](const Notification&) { ++heard; });
 ///     NSNotificationCenter::defaultCenter().post({.name = "Settings.SettingsChanged"});
+///     heard;    // 1
 class NSNotificationCenter {
  public:
   /// Runs on several threads at once when they post at once.

@@ -15,10 +15,13 @@ class NSOperation;
 /// and among ready ones the one that was added first. A queue that goes still runs what was added
 /// to it, unless it is suspended. All members may be called from any thread.
 ///
+///     std::string done;
 ///     NSOperationQueue queue("velloro.history");
 ///     queue.setMaxConcurrentOperationCount(1);
-///     queue.addOperation([] { merge(); });
+///     queue.addOperation([&] { done += "a"; });
+///     queue.addOperation([&] { done += "b"; });
 ///     queue.waitUntilAllOperationsAreFinished();
+///     done;    // "ab"
 class NSOperationQueue {
  public:
   /// As many at once as there are workers to be had.

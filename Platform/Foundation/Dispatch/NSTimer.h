@@ -12,9 +12,10 @@ namespace platform {
 /// its handle: a handle that is destroyed or assigned to is invalidated first. So a class holds its
 /// timers as members, and their blocks may hold the class's `this`. For the main thread alone.
 ///
-///     NSTimer rebuildTimer_;                           // invalid
-///     rebuildTimer_ = NSTimer::scheduled(0.8, false, [this] { rebuild(); });
-///     rebuildTimer_.invalidate();                      // never runs
+///     NSTimer timer;                                 // invalid
+///     timer = NSTimer::scheduled(0.8, false, [] {});
+///     timer.isValid();                               // true
+///     timer.invalidate();                            // the block never runs
 ///
 /// A repeating timer keeps to its first rhythm, however late its block runs, and leaves out the
 /// times that have passed meanwhile. Intervals are measured on the media clock; a change of the

@@ -7,9 +7,9 @@ namespace platform {
 /// A lock by way of a file, held until the object goes or its process dies. It keeps out threads
 /// and processes alike, for every lock has an open file of its own.
 ///
-///     const auto lock = FileLock::exclusive(folder / ".counter.lock");
-///     if (!lock) return std::unexpected(lock.error());
-///     …                                            // nobody else is here
+///     const auto path = NSFileManager::cachesDirectory() / ".counter.lock";
+///     const auto lock = FileLock::exclusive(path);    // or why it failed
+///     FileLock::isHeldExclusively(path);              // true
 ///
 /// The file is made when it is missing, in a folder that must be there, and stays behind. The
 /// holder may rename or remove it: whoever waits for it then takes the file that has the name now.

@@ -20,8 +20,8 @@ enum class NewItemAccess {
 /// An open file, closed when the handle goes. Failures are `PosixError`s that name the file and the
 /// system's reason; calls that a signal interrupts are taken up again.
 ///
-///     auto log = NSFileHandle::open("debug.log", O_WRONLY | O_APPEND);
-///     if (log) (void)log->write("one line\n");
+///     const auto none = NSFileHandle::open("/none/debug.log", O_WRONLY | O_APPEND);
+///     none.error()->code();    // ENOENT
 class NSFileHandle {
  public:
   NSFileHandle() = default;  ///< No file; `isOpen` is false.
@@ -61,8 +61,8 @@ class NSFileHandle {
 };
 
 /// A `PosixError` with the reason of the system call that has just failed (`errno`):
-///
-///     return fileFailure("cannot open", "a.log");  // cannot open "a.log": Permission denied
+/// `fileFailure("cannot open", "a.log")` reads, for example,
+/// cannot open "a.log": Permission denied.
 [[nodiscard]] std::unexpected<ErrorPtr> fileFailure(std::string_view attempt,
                                                     const std::filesystem::path& path);
 

@@ -16,10 +16,11 @@ namespace platform {
 /// Files and folders. A failure is a `PosixError` that names the item and the system's reason; what
 /// fails leaves things as they were.
 ///
-///     const auto folder = NSFileManager::cachesDirectory();
-///     auto written = NSFileManager::write("{}", folder / "state.json");
-///     if (!written) report(written.error()->localizedDescription());
-///     // cannot open "…/.state.json.tmp": Permission denied
+///     const auto file = NSFileManager::cachesDirectory() / "state.json";
+///     NSFileManager::write("{}", file).has_value();    // true
+///     NSFileManager::contents(file);                   // "{}"
+///     NSFileManager::contents("/none").error()->localizedDescription();
+///         // "cannot open \"/none\": No such file or directory"
 ///
 /// Content is bytes; a `std::string` holds them whether they are text or not. What is made is the
 /// owner's alone unless another `NewItemAccess` is asked for.

@@ -15,10 +15,11 @@ namespace platform {
 /// A text file that several processes replace as a whole, under a lock file beside it. A reader
 /// looks at the file's identity alone, unless another process has replaced it.
 ///
+///     SharedFile file(NSFileManager::cachesDirectory() / "values.json");
 ///     const auto lock = file.lock();
-///     if (!file.isUpToDate()) values = parse(file.read().value());
-///     …
-///     auto written = file.write(text(values));      // others see all of it or nothing
+///     file.write("{}").has_value();    // true: others see all of it or nothing
+///     file.read();                     // "{}"
+///     file.isUpToDate();               // true
 ///
 /// Without a lock of its own: for one thread at a time.
 class SharedFile {

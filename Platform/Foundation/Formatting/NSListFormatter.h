@@ -12,8 +12,8 @@ namespace platform {
 /// from any thread; what it needs is loaded at first use and shared by copies.
 ///
 ///     const NSListFormatter list({.locale = Locale::fromIdentifier("en_US")});
-///     list.string(std::vector<std::string>{"yoga", "rowing", "golf"});   // "yoga, rowing, and
-///     golf"
+///     list.string(std::vector<std::string>{"yoga", "rowing", "golf"});
+///         // "yoga, rowing, and golf"
 class NSListFormatter {
  public:
   enum class Kind {

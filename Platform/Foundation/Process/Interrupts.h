@@ -8,8 +8,10 @@ namespace platform {
 /// runs once, on a thread of its own, instead of the process being ended. A second wish ends it.
 /// Call it while there is but one thread.
 ///
-///     onInterrupt([] { Environment::current().mainLoop().stop(); });
-///     Environment::current().mainLoop().run();
+///     void runUntilInterrupted() {
+///       onInterrupt([] { Environment::current().mainLoop().stop(); });
+///       Environment::current().mainLoop().run();
+///     }
 void onInterrupt(Block ask);
 
 }  // namespace platform

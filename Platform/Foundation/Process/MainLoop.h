@@ -11,7 +11,7 @@ namespace platform {
 /// program's main function runs it:
 ///
 ///     MainLoop& loop = Environment::current().mainLoop();
-///     startWork([&loop] { loop.stop(); });
+///     DispatchQueue::global().async([&loop] { loop.stop(); });
 ///     loop.run();                                 // returns when the work has called stop()
 class MainLoop {
  public:

@@ -8,7 +8,7 @@ namespace platform {
 /// written (a log, a store) is written before this is called, and what the caller's scopes hold has
 /// gone.
 ///
-///     int main() { endProcess(run()); }
+///     int main() { endProcess(EXIT_SUCCESS); }    // whatever the queues are doing
 ///
 /// Under a sanitizer, leaks are looked for as at any other end.
 [[noreturn]] void endProcess(int exitCode);

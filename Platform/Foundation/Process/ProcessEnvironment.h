@@ -14,7 +14,7 @@ namespace platform {
 /// replaces one answer, so that a command can be run again with the same result.
 ///
 ///     ProcessEnvironment environment({.now = Date::fromISO8601("2024-03-07T12:00:00Z")});
-///     Environment::install(&environment);
+///     environment.now().iso8601();    // "2024-03-07T12:00:00Z"
 class ProcessEnvironment : public Environment {
  public:
   struct Options {

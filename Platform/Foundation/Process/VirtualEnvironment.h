@@ -17,9 +17,9 @@ namespace platform {
 /// time.
 ///
 ///     VirtualEnvironment environment;
-///     environment.setNow(Date::fromISO8601("2024-03-07T12:00:00Z").value());
-///     DispatchQueue::main().asyncAfter(0.5, [] { note(Date::now()); });
-///     environment.advance(0.5);                    // notes 2024-03-07T12:00:00.5Z
+///     DispatchQueue::main().asyncAfter(0.5, [] { Environment::current().report("done"); });
+///     environment.advance(0.5);
+///     environment.reports().front();    // "done"
 ///
 /// Time is virtual; the thread that makes the environment is its main thread. Background queues run
 /// on real threads, and before the clock moves on, all background work handed in so far has ended:

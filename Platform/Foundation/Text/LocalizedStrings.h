@@ -19,10 +19,10 @@ using LocalizedArgument = std::variant<std::string, std::int64_t, double>;
 /// object of key and text. A text is an ICU message with numbered placeholders; "#" is the number
 /// of a plural, an apostrophe before a brace makes it a plain brace:
 ///
-///     {"distance.steps": "{0, plural, one {# step} other {# steps}}"}
+/// `{"distance.steps": "{0, plural, one {# step} other {# steps}}"}`
 ///
-///     const auto& strings = LocalizedStrings::inFolder(folder);
-///     strings.text("distance.steps", {1200}, Locale::fromIdentifier("en_US"));  // "1,200 steps"
+///     const LocalizedStrings texts(Environment::current().directories().resources);
+///     texts.text("distance.steps", {1200}, Locale::fromIdentifier("en_US"));  // "1,200 steps"
 ///
 /// Tables are read and messages parsed at first use, and kept: changed files show in the next
 /// process. A key without a text in the language takes the English text, with English plurals and

@@ -17,8 +17,8 @@ namespace platform {
 /// What came from outside, as a message shows it: whole up to 4 KiB. A longer one is cut there, at
 /// the end of a character, and says so: a message is stored and printed, however long its cause is.
 ///
-///     excerpt("Mars/Base");     // "Mars/Base"
-///     excerpt(fiftyMegabytes);  // "aaa…aaa… (4096 of 52428800 bytes)"
+///     excerpt("Mars/Base");                              // "Mars/Base"
+///     excerpt(std::string(5000, 'a')).substr(4094);      // "aa… (4096 of 5000 bytes)"
 [[nodiscard]] std::string excerpt(std::string_view input);
 /// The same in quotes: "\"Mars/Base\"".
 [[nodiscard]] std::string inQuotes(std::string_view input);
@@ -35,7 +35,7 @@ namespace platform {
 /// The characters as a person counts them: letters with their accents, emoji with all that belongs
 /// to them. Pieces of `text`, which must outlive them.
 ///
-///     graphemes("n\u0303🇳🇵");    // "ñ" (of two scalars) and the flag
+///     graphemes("n\u0303🇳🇵").size();    // 2: "ñ" (of two scalars) and the flag
 [[nodiscard]] std::vector<std::string_view> graphemes(std::string_view text);
 
 }  // namespace platform

@@ -7,8 +7,8 @@ namespace platform {
 
 /// A stretch of time: the instant at which it begins, and its length in seconds.
 ///
-///     const DateInterval interval{.start = now, .duration = 90};
-///     interval.end() == now + 90;     // true
+///     const DateInterval interval{.start = Date::now(), .duration = 90};
+///     interval.end() == Date::now() + 90;     // true
 ///
 /// In JSON {"start": …, "duration": 90}.
 struct DateInterval {

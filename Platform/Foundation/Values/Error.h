@@ -12,7 +12,7 @@ namespace platform {
 /// (`localizedDescription`). What fails by throwing throws a type derived from it; what fails by
 /// answer hands out an `ErrorPtr`.
 ///
-///     throw Error("velloro.store", 2, "The file \"a.sqlite\" is not a database.");
+///     Error("velloro.store", 2, "The file \"a.sqlite\" is not a database.").code();    // 2
 class Error : public std::exception {
  public:
   Error(std::string domain, int code, std::string localizedDescription);
@@ -41,8 +41,8 @@ using Completion = std::move_only_function<void(Result<T>)>;
 
 /// The failing side of a `Result`:
 ///
-///     return failure<Error>("velloro.store", 2, "…");
-///     return failure<DecodingError>(…);
+///     const Result<int> none = failure<Error>("velloro.store", 2, "There is no store.");
+///     none.error()->localizedDescription();    // "There is no store."
 template <typename E, typename... Arguments>
 [[nodiscard]] std::unexpected<ErrorPtr> failure(Arguments&&... arguments) {
   return std::unexpected<ErrorPtr>(

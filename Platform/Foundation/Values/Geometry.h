@@ -12,7 +12,7 @@ struct CGPoint {
   /// The place as a reader from right to left sees it, in a container of that width: with `rtl` it
   /// is mirrored from left to right, otherwise it stays.
   ///
-  ///     CGPoint{10, 5}.transpose(true, 100);     // (90, 5)
+  ///     CGPoint{10, 5}.transpose(true, 100);     // CGPoint{90, 5}
   [[nodiscard]] constexpr CGPoint transpose(bool rtl, double containerWidth) const {
     return {.x = rtl ? containerWidth - x : x, .y = y};
   }

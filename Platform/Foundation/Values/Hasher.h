@@ -34,8 +34,8 @@ concept SelfHashing = CustomHashing<T> || KeyedRecord<T> || PayloadVariant<T> ||
 /// so it may be stored and sent; equal values give equal numbers.
 ///
 ///     Hasher hasher;
-///     hasher.combine(reminder.days, reminder.time, reminder.region);
-///     hasher.finalize();
+///     hasher.combine(3, "Read");
+///     hasher.finalize() == hashValue(std::pair(3, std::string("Read")));    // true
 ///
 /// Takes numbers, texts, enumerations, optionals, variants, tuples, ranges (those without an order
 /// as well), what is `SelfHashing`, and anything else that `std::hash` takes.

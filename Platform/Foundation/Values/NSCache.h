@@ -14,9 +14,9 @@ namespace platform {
 /// may be gone at any time, so a value must always be obtainable in another way. Safe from any
 /// thread. `Value` is copied on the way out: let it be something small, or a shared pointer.
 ///
-///     NSCache<std::int64_t, std::shared_ptr<const Image>> images({.totalCost = 20'000'000});
-///     images.setObject(key, image, image->bytes());
-///     if (const auto image = images.object(key)) draw(**image);
+///     NSCache<std::int64_t, std::string> texts({.totalCost = 20'000'000});
+///     texts.setObject(7, "seven", 5);
+///     texts.object(7);    // "seven"
 template <typename Key, typename Value, typename Hash = std::hash<Key>>
 class NSCache {
  public:

@@ -6,7 +6,7 @@ namespace platform {
 
 /// A type's name as a reader of an error knows it, without the house's namespaces.
 ///
-///     typeName<velloro::TaskFrequency::DayMode>();  // "TaskFrequency::DayMode"
+///     typeName<platform::NSNotificationCenter::Token>();  // "NSNotificationCenter::Token"
 template <typename T>
 constexpr std::string_view typeName() {
   std::string_view name = __PRETTY_FUNCTION__;  // "… [with T = velloro::Task; std::string_view = …"

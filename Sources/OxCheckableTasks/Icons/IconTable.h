@@ -15,9 +15,9 @@ namespace velloro {
 /// The artwork of the icons and of the system symbols: `Icons.json` in the resources. Most are a
 /// glyph of an installed font; what no font has is drawn by a few lines of our own.
 ///
-///     IconTable::shared().icon(IconManagerIcon::tooth);
-///         // {"Material Design Icons", "tooth"}
-///     IconTable::shared().drawing(IconManagerIcon::peas);    // "M1.5 8c2 10 13 14 21 5-4-.5…"
+///     IconTable::shared().icon(IconManagerIcon::tooth)->name;    // "tooth"
+///     IconTable::shared().icon(IconManagerIcon::tooth)->font;    // "Material Design Icons"
+///     IconTable::shared().drawing(IconManagerIcon::peas)->substr(0, 10);    // "M1.5 8c2 1"
 ///
 /// A table that can't be read is reported once, and is empty.
 class IconTable {

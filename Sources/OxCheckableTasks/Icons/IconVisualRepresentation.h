@@ -86,8 +86,8 @@ struct IconVisualRepresentation {
   /// from may have changed. Absent for an icon that is not known, a monogram of no letters, and
   /// bytes that are no UTF-8.
   ///
-  ///     fromStorableValue("mg_", "JD");         // the monogram "JD"
-  ///     fromStorableValue("ic_no_such_icon");   // absent
+  ///     IconVisualRepresentation::fromStorableValue("mg_", "JD")->text();     // "JD"
+  ///     IconVisualRepresentation::fromStorableValue("ic_no_such_icon");       // absent
   [[nodiscard]] static std::optional<IconVisualRepresentation> fromStorableValue(
       std::string_view text, const std::optional<std::string>& monogram = {});
   /// "ic_water_glass".

@@ -72,7 +72,7 @@ struct RingMeasures {
 ///
 ///     calculateSubProgressFillProperties(CheckableTaskSubProgressStyle::fillLinear(), 0.25,
 ///                                        {.radius = 50, .trackWidth = 6}, 270)->angles;
-///         // 270 to 360
+///         // ArcAngles{270, 360}
 [[nodiscard]] std::optional<SubProgressFillProperties> calculateSubProgressFillProperties(
     const CheckableTaskSubProgressStyle& style, double subProgress, const RingMeasures& ring,
     double angleOffset);

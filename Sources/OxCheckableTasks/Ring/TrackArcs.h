@@ -33,8 +33,8 @@ struct TrackArc {
 /// open, what is open and faded, each beginning where the last one ends, from the top of the ring.
 /// A part of nothing has no stroke; a part that is all there is goes round as a full circle.
 ///
-///     trackArcs({.progress = 0.25, .trackProgress = 0.5}, FillDirection::clockwise);
-///         // fill 270 to 360, background 0 to 90, faded background 90 to 270
+///     trackArcs({.progress = 0.25, .trackProgress = 0.5}, FillDirection::clockwise).size();
+///         // 3: fill 270 to 360, background 0 to 90, faded background 90 to 270
 [[nodiscard]] std::vector<TrackArc> trackArcs(const ProgressCalculator& ring,
                                               FillDirection direction);
 

@@ -42,7 +42,7 @@ struct CaptionPlace {
 /// that fits.
 ///
 ///     captionFactor({20, 12}, {.radius = 42, .trackWidth = 6, .distance = 27});    // 1
-///     captionFactor({60, 12}, {.radius = 42, .trackWidth = 6, .distance = 27});    // 0.53
+///     captionFactor({60, 12}, {.radius = 42, .trackWidth = 6, .distance = 27});    // 0.53…
 [[nodiscard]] double captionFactor(CGSize line, const CaptionPlace& place);
 
 /// The ring round two captions.

@@ -20,7 +20,7 @@ inline double percent(double diameter, int onOthers, int onMac) {
 
 /// Of the title below a ring; a little larger on a Mac.
 ///
-///     titleFontSizeForTaskDiameter(100);    // 13, on a Mac 16
+///     CheckableTaskConstants::titleFontSizeForTaskDiameter(100);    // 13: 16 on a Mac
 [[nodiscard]] inline double titleFontSizeForTaskDiameter(double diameter) {
   return std::round(measures_detail::percent(diameter, 13, 16));
 }

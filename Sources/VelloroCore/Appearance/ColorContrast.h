@@ -27,7 +27,8 @@ inline constexpr double shapeContrast = 3;
 /// light colour; beside a dark one a brighter one and, if that isn't enough, a paler one. Up to 4.5
 /// there always is one.
 ///
-///     withContrast(yellow, white, shapeContrast);    // ochre
+///     const auto ochre = withContrast({1, 0.9, 0}, {1, 1, 1}, shapeContrast);
+///     contrastRatio(ochre, {1, 1, 1}) >= shapeContrast;    // true
 [[nodiscard]] OxCodableColor withContrast(const OxCodableColor& color, const OxCodableColor& other,
                                           double ratio);
 

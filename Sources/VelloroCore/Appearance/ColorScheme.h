@@ -51,7 +51,7 @@ inline constexpr ColorScheme heroColorScheme = ColorScheme::orange;
 
 /// One colour or several, in the order in which tasks take them. A few are brighter on a watch.
 ///
-///     colors(ColorScheme::redBlue, false);    // red, blue
+///     colors(ColorScheme::redBlue, false).size();    // 2: red and blue
 [[nodiscard]] std::span<const OxCodableColor> colors(ColorScheme scheme, bool onWatch);
 
 /// Whether the order of the colours can be reversed: of those with two colours, and `neon`.

@@ -25,9 +25,9 @@ inline constexpr TaskPageNumber TaskPageNumber::first{};
 /// page p has the numbers from p × 100 to before (p + 1) × 100.
 ///
 ///     const TaskDisplayOrder third{TaskPageNumber{1}, 2};
-///     third.displayOrderValue();                        // 103
-///     TaskDisplayOrder::fromDisplayOrderValue(103);     // third
-///     TaskDisplayOrder::valueRange(TaskPageNumber{1});  // 100 to before 200
+///     third.displayOrderValue();                                  // 103
+///     TaskDisplayOrder::fromDisplayOrderValue(103) == third;      // true
+///     TaskDisplayOrder::valueRange(TaskPageNumber{1});            // 100 up to, not with, 200
 struct TaskDisplayOrder {
   TaskPageNumber pageNumber;
   std::int64_t position = 0;

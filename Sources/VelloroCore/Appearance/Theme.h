@@ -23,7 +23,7 @@ struct PositionedTheme;
 ///     const Theme theme{.colorScheme = ColorScheme::redBlue, .mode = ThemeMode::white};
 ///     theme.color().toHex();                             // "C73035"
 ///     theme.localizedTitle();                            // "Red and blue (White)"
-///     theme.trackFillColor({order, task.color, Theme::Context::notification});
+///     theme.trackFillColor({task.displayOrder, task.color, Theme::Context::notification});
 struct Theme {
   using ColorScheme = velloro::ColorScheme;
   using Mode = ThemeMode;

@@ -17,8 +17,8 @@ struct RingGround {
 /// The tones of a track that can be told from each other and from the disc below, also when the
 /// ring is faded and the page shows through.
 ///
-///     const auto tones = TrackTones::on({.disc = {white}, .page = orange, .isFaded = true},
-///     brown); tones.areApartOn({.disc = {white}, .page = orange, .isFaded = true});    // true
+///     const RingGround ground{.disc = {{1, 1, 1}}, .page = {1, 0.6, 0}, .isFaded = true};
+///     TrackTones::on(ground, {0.4, 0.2, 0}).areApartOn(ground);    // true
 struct TrackTones {
   OxCodableColor track;      ///< What is not filled.
   OxCodableColor remaining;  ///< The part of the period that has not come yet.

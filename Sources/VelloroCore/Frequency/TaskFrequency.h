@@ -112,11 +112,12 @@ struct TaskFrequency {
   /// day is a skip.
   ///
   ///     // Friday of a week that begins on Sunday, one day done: two more are needed, one is left.
-  ///     thrice.shouldSkipPeriod({.period = friday,
-  ///                              .startOfDay = HHMMSS::midnight,
-  ///                              .daysInPeriodCallback = [&](const auto&) { return oneDone; },
-  ///                              .dayIntervalCallback = [&](const auto&) { return never; },
-  ///                              .now = now});
+  ///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
+  ///     const auto friday = thrice.period({2024, 3, 8}, DayOfWeek::sunday).period;
+  ///     thrice.shouldSkipPeriod(
+  ///         {friday, HHMMSS::midnight, berlin,
+  ///          [](auto&) { return TaskFrequency::DaysInPeriodCallbackResponse{{}, 1}; },
+  ///          [](auto&) { return TaskFrequency::DayIntervalResponse{}; }, now});
   ///     // SkipMode::willMissWithIndicator
   [[nodiscard]] SkipMode shouldSkipPeriod(const SkipQuestion& question) const;
 

@@ -18,8 +18,8 @@ struct DatedPeriod;
 ///
 ///     const auto week = TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::week,
 ///                                                     {2024, 3, 6}, DayOfWeek::sunday);
-///     week.startDate, week.finishDate;      // 20240303, 20240309
-///     week.add(-1).startDate;               // 20240225
+///     week.startDate;              // 20240303: to 20240309
+///     week.add(-1).startDate;      // 20240225
 ///     week.remainingDays({2024, 3, 6}, /*includeThisDay=*/false);   // 3
 ///
 /// Two periods of the same days are equal, whatever their types: of a day in a month of one. A

@@ -57,8 +57,10 @@ struct LogStepQuestion {
 /// entries settle a period; one of a type that does not count for the task never is. A tap on what
 /// is done begins another completion: nothing is left of the whole, and a whole step of the next.
 ///
-///     // 5 of 12 hours are done
-///     nextLogStep({.progress = hours, .done = 5, .now = now});    // completedManuallyFull, 7
+///     const TaskProgress cups = TaskProgressDiscrete{.period = today, .expectedCompletions = 8};
+///     nextLogStep({.progress = cups, .done = 0, .now = now}).amount;    // 1
+///     nextLogStep({.type = TaskLogEntryType::completedManuallyFull, .progress = cups, .now = now})
+///         .amount;    // 8: all that is left
 [[nodiscard]] LogStep nextLogStep(const LogStepQuestion& question);
 
 }  // namespace velloro

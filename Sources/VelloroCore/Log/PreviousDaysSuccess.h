@@ -21,9 +21,12 @@ constexpr auto rawValues(std::type_identity<PreviousSuccessType>) {
 
 /// How often a task was completed in recent periods.
 ///
-///     // Of the last seven days three completed, one missed, two skipped, and one without an entry
-///     success.numSamples;    // 6
-///     success.successPct;    // 0.75: a skip is a sample, but none against the rate
+///     // Of the last four days two completed, one missed, one skipped
+///     const auto success = PreviousDaysSuccess::fromLog(
+///         PreviousSuccessType::last7, rows,
+///         {.rules = rules, .ref = {2024, 3, 6}, .createdDay = {2024, 3, 3}});
+///     success.numSamples;    // 4
+///     success.successPct;    // 0.6666…: a skip is a sample, but none against the rate
 struct PreviousDaysSuccess {
   PreviousSuccessType type = PreviousSuccessType::last7;
   std::int64_t numSamples = 0;

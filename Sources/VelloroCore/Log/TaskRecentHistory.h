@@ -13,9 +13,9 @@ namespace velloro {
 /// What a calendar of a task shows: the status of each period of a stretch of time, and two success
 /// rates.
 ///
-///     const auto history = TaskRecentHistory::fromLog(rows, {.rules = rules, …});
-///     history.single.at({2024, 3, 6});         // TaskCalendarPeriodStatus::completed
-///     for (const auto& info : sortedOldestToNewest(history.unsortedPeriods({2024, 3}))) …
+///     const auto history = TaskRecentHistory::fromLog(
+///         rows, {.rules = rules, .to = {2024, 3, 31}, .createdDay = {2024, 3, 3}});
+///     history.single.at({2024, 3, 5});    // TaskCalendarPeriodStatus::completed
 struct TaskRecentHistory {
   DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
   /// The periods of one day; there are hundreds of them.

@@ -25,7 +25,7 @@ concept TaskProgressRecord = std::same_as<decltype(T::type), const TaskProgressT
 ///         TaskProgressDiscrete{.period = today, .expectedCompletions = 2, .numCompletions = 1};
 ///     progress.progressPct(now);                        // 0.5
 ///     progress.nextProgress().progressPct(now);         // 1
-///     if (const auto* timer = progress.as<TaskProgressTimer>()) …    // the record itself
+///     progress.as<TaskProgressTimer>();                 // absent: a pointer to the record itself
 ///
 /// Only a `TaskProgressDateRange` looks at `now`.
 ///

@@ -12,7 +12,7 @@ namespace velloro {
 ///
 ///     const TaskProgressActivityRings rings{
 ///         .period = today, .energy = 0.29, .exercise = 1, .stand = 1.5};
-///     rings.progressPct();    // 0.7633
+///     rings.progressPct();    // 0.7633…
 ///     rings.encoded();        // 150100029
 struct TaskProgressActivityRings {
   static constexpr TaskProgressType type = TaskProgressType::activity;

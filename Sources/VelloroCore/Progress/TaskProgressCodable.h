@@ -6,7 +6,7 @@ namespace velloro {
 
 /// A progress as it is stored and sent, with the tag that says which record it is:
 ///
-///     {"type": "discrete", "base": {"period": …, "expectedCompletions": 2, "numCompletions": 1}}
+/// `{"type": "discrete", "base": {"period": …, "expectedCompletions": 2, "numCompletions": 1}}`
 struct TaskProgressCodable {
   TaskProgress base;
 

@@ -16,8 +16,8 @@ namespace velloro {
 ///
 ///     // Noon in Berlin, of a day that begins at midnight
 ///     const auto progress = TaskProgressDateRange::from(
-///         {.period = today, .timeZone = berlin, .currentDate = noon, .enabled = true});
-///     progress.progressPct(now);    // 0.5, at any time
+///         {.period = today, .timeZone = berlin, .currentDate = now - 3600, .enabled = true});
+///     progress.progressPct(now);    // 0.5: at any time
 struct TaskProgressDateRange {
   static constexpr TaskProgressType type = TaskProgressType::dateRange;
 

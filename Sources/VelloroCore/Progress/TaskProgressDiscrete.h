@@ -12,7 +12,7 @@ namespace velloro {
 ///
 ///     const TaskProgressDiscrete progress{
 ///         .period = today, .expectedCompletions = 3, .numCompletions = 1};
-///     progress.progressPct();                    // 1.0 / 3
+///     progress.progressPct();                    // 0.3333…
 ///     progress.nextProgress().numCompletions;    // 2
 struct TaskProgressDiscrete {
   static constexpr TaskProgressType type = TaskProgressType::discrete;

@@ -27,8 +27,8 @@ struct TimerReminderTime {
 ///
 ///     const auto settings = TaskNotificationSettings::default_(
 ///         DefaultSettingsTaskType::timer(600), NotificationTimeZone::taskOwner);
-///     settings.sortedPendingTimerReminderTimes(600, now + 600, now);
-///     // one: 60 seconds remain, at nine minutes from now
+///     settings.sortedPendingTimerReminderTimes(600, now + 600, now).size();
+///     // 1: 60 seconds remain, at nine minutes from now
 ///
 /// Completion times come in any order; the latest of them also deals with what is due in the
 /// `allowance` seconds behind it.

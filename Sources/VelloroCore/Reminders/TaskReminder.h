@@ -28,9 +28,9 @@ namespace velloro {
 ///         .timeZone = NotificationTimeZone::taskOwner,
 ///         .trigger = TaskReminder::Trigger::fromTimeOfDay({.h = 23, .m = 30}),
 ///         .daysOfWeek = {DayOfWeek::monday}};
-///     // For someone four hours further east, it is half past three on Tuesday:
-///     reminder.convert(NotificationTimeZone::taskViewer, ownerTimeZone, viewerTimeZone,
-///                      now);
+///     // In Berlin, an hour further east, it is half past midnight on Tuesday:
+///     reminder.convert(NotificationTimeZone::taskViewer, TimeZone::gmt(), berlin, now)
+///         .daysOfWeek.contains(DayOfWeek::tuesday);    // true
 struct TaskReminder {
   enum class TriggerType : std::int8_t {
     timeOfDay,

@@ -29,17 +29,17 @@ struct StreakedCompletionStatus;
 ///     const CompletionStatus status(
 ///         CompletionStatus::Status::positiveIncomplete(SkipMode::willMissWithoutIndicator),
 ///         TaskProgressDiscrete{.period = today, .expectedCompletions = 2});
-///     const auto once = status.nextCompletionStatus(run, true);
-///     once.completionStatus.progress().progressPct();     // 0.5
-///     const auto twice = once.completionStatus.nextCompletionStatus(once.streak, true);
-///     twice.completionStatus.status;                      // positiveComplete
-///     twice.streak == run.increment();                    // true
+///     const auto once = status.nextCompletionStatus(StreakRecord(9, 10), true, now);
+///     once.streak.current;                                // 9
+///     const auto twice = once.completionStatus.nextCompletionStatus(once.streak, true, now);
+///     twice.completionStatus.status == CompletionStatus::Status::positiveComplete;    // true
+///     twice.streak.current;                               // 10
 struct CompletionStatus {
   /// What a period is. Open and clean periods tell what they turn into if they end as they stand.
   ///
-  ///     const auto open = Status::positiveIncomplete(SkipMode::willMissWithIndicator);
-  ///     open.stringValue();                          // "i_mwi": the text that is stored
-  ///     Status::fromStringValue("i_mwi") == open;    // true
+  ///     using Status = CompletionStatus::Status;
+  ///     Status::positiveIncomplete(SkipMode::willMissWithIndicator).stringValue();
+  ///         // "i_mwi": the text that is stored
   ///     Status::fromStringValue("i_x");              // absent
   struct Status {
     enum class Kind : std::int8_t {

@@ -37,12 +37,11 @@ struct PeriodClosing {
 
 /// Which periods of a task are to be closed, and how.
 ///
-///     const PeriodClosings closings{.rules = rules, .since = lastProcessedDay,
-///                                   .createdDay = createdDay};
-///     if (closings.isAnyDue()) {
-///       // rows from closings.firstDay() on
-///       for (const PeriodClosing& closing : closings.fromLog(rows)) …
-///     }
+///     const PeriodClosings closings{
+///         .rules = rules, .since = {2024, 3, 5}, .createdDay = {2024, 3, 1}};
+///     closings.isAnyDue();    // true: the period of yesterday has ended
+///     closings.firstDay();    // 20240305: the rows must begin there
+///     closings.fromLog({}).size();    // 2: without entries, of the 5th and the 6th
 ///
 /// Those that end before today, from the one on that holds the later of two days: the day on which
 /// this was last done, and the day on which the task was made. Fortnights that overlap are closed

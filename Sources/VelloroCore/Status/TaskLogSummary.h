@@ -22,9 +22,9 @@ struct CompletionByPeriod {
 /// What a task's log says as a whole.
 ///
 ///     // From the newest row: completed, skipped, completed, missed, completed
-///     const auto summary = TaskLogSummary::fromLog(rows, {.rules = rules, .to = today});
-///     summary.streak;                  // current=2 best=2: a skip neither counts nor breaks
-///     summary.lastMissed->first;       // the day of the miss
+///     const auto summary = TaskLogSummary::fromLog(rows, {.rules = rules, .to = {2024, 3, 7}});
+///     summary.streak.current;          // 2: a skip neither counts nor breaks
+///     summary.lastMissed->first;       // 20240304
 ///
 /// Each entry counts for the period of the present frequency that its day lies in, and each period
 /// has the entry that `isFullEntryBefore` puts first. Completed periods make a run, and only a full

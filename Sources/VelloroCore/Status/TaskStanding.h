@@ -31,11 +31,11 @@ struct RunningTimer {
 /// Where a task stands, by what is kept of its log. A period other than the current one has nothing
 /// kept of it, and shows as open, or, of a negative task, as clean.
 ///
-///     const TaskStanding task{
-///         .frequency = thriceADay, .temporal = {.streak = StreakRecord(4, 9)}, .now = now};
-///     const auto status =
-///         task.streakedCompletionStatus(task.currentPeriod().period, willSkip);
-///     status.streak.current;    // 4; of a negative task without an entry today, 5
+///     const TaskStanding task{.temporal = {.streak = StreakRecord(4, 9)}, .now = now};
+///     const auto status = task.streakedCompletionStatus(
+///         task.currentPeriod().period,
+///         [](const auto&) { return SkipMode::willMissWithIndicator; });
+///     status.streak.current;    // 4: of a negative task without an entry today, 5
 struct TaskStanding {
   TaskFrequency frequency = {};
   HHMMSS startOfDay = HHMMSS::midnight;

@@ -19,7 +19,7 @@ namespace velloro {
 ///     const FormatManager& formats = FormatManager::shared(locale);
 ///     formats.integerFormatter.string(1234);                     // "1,234"
 ///     formats.integerDeficitFormatter.string(500);               // "+500"
-///     formats.timeFormatter.string(date, task.timeZone);         // "10:00 PM"
+///     formats.timeFormatter.string(now, berlin);                 // "1:00\u202FPM"
 ///     formats.formattedDurationForTimedTaskConfiguration(630);   // "10 min, 30 sec"
 ///
 /// An amount's digits behind the decimal mark are "least-most" in the comments below.

@@ -34,7 +34,7 @@ struct HealthTitleSource {
 ///
 ///     displayTitleForWorkouts({WorkoutType::healthKit(OxHKWorkoutActivityType::yoga),
 ///                              WorkoutType::healthKit(OxHKWorkoutActivityType::golf)},
-///                             locale);
+///                             locale).localizedPrimary;
 ///         // "Golf and Yoga"
 [[nodiscard]] TaskDisplayTitle displayTitleForWorkouts(const std::set<WorkoutType>& workouts,
                                                        const Locale& locale);

@@ -11,10 +11,10 @@ namespace velloro {
 /// stands at `quantityPosition`.
 ///
 ///     using Config = TaskDisplayTitle::AttributedStringConfig;
-///     auto config =
-///         Config::create(request, grey, TaskDisplayTitle::Context::iPhoneNotificationUI);
-///     config.quantityFont = request.font.withSize(14);
-///     title.buildAttributedString(visualRepresentation(*task.titleIcon), config, locale);
+///     auto config = Config::create({}, {}, TaskDisplayTitle::Context::iPhoneNotificationUI);
+///     config.quantityFont = UIFont::system(14);
+///     task.displayTitle
+///         .buildAttributedString(visualRepresentation(*task.titleIcon), config, locale);
 struct TaskDisplayTitle::AttributedStringConfig {
   Context context = Context::voiceOver;
   AttributedWithIconRequest request = {};

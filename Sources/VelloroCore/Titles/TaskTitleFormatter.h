@@ -48,6 +48,8 @@ struct TaskTitlePlaceholderFormatter {
 
 /// The title for an amount, in the unit of the task's type: any of the three behind one interface.
 ///
+///     const AutomaticTaskType eightCups(HealthType::dietaryDrinkWater,
+///                                       TaskTarget{8, TypeUnit::cupsUS});
 ///     const TaskTitleFormatter water = TaskTitleDynamicFormatter{
 ///         .customTitle = "Drink", .type = eightCups, .numPartialCompletions = 2};
 ///     water.formattedTitle(3, locale);       // "Drink"

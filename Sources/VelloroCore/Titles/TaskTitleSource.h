@@ -10,11 +10,12 @@ namespace velloro {
 
 /// What the title of a task is built of.
 ///
+///     const TaskProgress timer = TaskProgressTimer{
+///         .period = today, .totalTargetDuration = 600, .currentCompletionDuration = 590};
 ///     const TaskTitleSource reading{.title = "Read", .isTimed = true, .progress = timer};
 ///     TaskDisplayTitle::build(reading, locale)
-///         .localizedTitle(TaskDisplayTitle::Context::iPhoneInlineTaskTitle, locale);  // "Read
-///         00:10"
-///         // when 590 of the timer's 600 seconds are done
+///         .localizedTitle(TaskDisplayTitle::Context::iPhoneInlineTaskTitle, locale);
+///         // "Read 00:10"
 struct TaskTitleSource {
   std::string title = {};  ///< Empty for none.
   std::optional<AutomaticTaskType> automaticTaskType = {};

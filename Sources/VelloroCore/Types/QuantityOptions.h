@@ -12,8 +12,8 @@ namespace velloro {
 /// The targets that a health type offers in a unit, per day, week, …:
 ///
 ///     const auto range = quantityOptions(HealthType::sleep, TypeUnit::durationHours);
-///     range->first(), range->last();    // 0.25, 15
-///     range->defaultValue();            // 8
+///     range->last();            // 15: from 0.25 on
+///     range->defaultValue();    // 8
 ///
 /// Absent for a unit that the type does not offer, for no unit, and for a type or a period without
 /// targets. A type that can be timed offers every unit of duration, and takes none for minutes.

@@ -39,7 +39,7 @@ enum class HealthKitStatisticsOptions : std::uint8_t { none, discreteAverage, cu
 ///     const TaskType type = HealthType::dietaryDrinkWater;
 ///     type.rawValue();                                      // "hk_water"
 ///     type.defaultUnit();                                   // TypeUnit::cupsUS
-///     type.defaultTarget()->quantity;                       // 8 a day
+///     type.defaultTarget()->quantity;                       // 8: a day
 ///     TaskType::timer().healthType();                       // absent
 ///
 /// Where a type has no units, speeds or targets, or nothing to read from the health store, the

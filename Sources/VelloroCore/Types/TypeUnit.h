@@ -15,7 +15,7 @@ struct OxHKUnit;
 ///
 ///     convert(90, TypeUnit::durationMinutes, TypeUnit::durationHours);   // 1.5
 ///     convert(5, TypeUnit::distanceKm, TypeUnit::distanceMeters);        // absent: no durations
-///     convertToTimeInterval(10, TypeUnit::durationMinutes);              // 600 seconds
+///     convertToTimeInterval(10, TypeUnit::durationMinutes);              // 600: seconds
 ///
 /// A whole number that was converted comes back as that number.
 enum class TypeUnit : std::uint8_t {

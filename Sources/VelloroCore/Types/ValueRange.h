@@ -13,11 +13,11 @@ namespace velloro {
 /// The amounts that one chooses a target from: finely stepped where they are small, coarsely where
 /// they are large.
 ///
-///     const ValueRange range{.unit = TypeUnit::distanceKm, .from = 1, .items = {{5, 0.1}, {20,
-///     0.5}}}; range.sortedValues();      // 1, 1.1, 1.2, … 4.9, 5, 5.5, … 19.5, 20
-///     range.bigger(1.2);         // 1.3
+///     const ValueRange range{.unit = TypeUnit::distanceKm, .from = 1, .items = {{3, 1}, {9, 2}}};
+///     range.sortedValues();      // {1, 2, 3, 5, 7, 9}
+///     range.bigger(1.2);         // 2
 ///     range.smaller(7.2);        // 7
-///     range.bigger(20);          // absent
+///     range.bigger(9);           // absent
 ///
 /// Each item begins where the one before it ends. Values are decimals as a person would write them:
 /// the thousandth step of 0.1 from 1 is 101, with no remainder of adding up.

@@ -46,10 +46,10 @@ constexpr auto rawValues(std::type_identity<VelloroWorkoutWorkoutType::System>) 
 
 /// A kind of workout that counts for a task; `AutomaticTaskType::WorkoutType`.
 ///
-///     WorkoutType::healthKit(OxHKWorkoutActivityType::yoga);           // in JSON "yoga"
-///     WorkoutType::velloroWorkout(
+///     JSONEncoder{}.encode(WorkoutType::healthKit(OxHKWorkoutActivityType::yoga));  // "\"yoga\""
+///     JSONEncoder{}.encode(WorkoutType::velloroWorkout(
 ///         {.id = VelloroWorkoutWorkoutType::ID::system(VelloroWorkoutWorkoutType::System::hard),
-///          .title = "Hard"});    // in JSON {"id":{"system":"hard"},"title":"Hard"}
+///          .title = "Hard"}));    // {"id":{"system":"hard"},"title":"Hard"}
 struct WorkoutType {
   std::variant<OxHKWorkoutActivityType, VelloroWorkoutWorkoutType> value;
 

@@ -21,7 +21,7 @@ namespace velloro {
 ///
 ///     const StoredAutomaticTaskType walk{
 ///         .typeName = "hk_distance.curr", .typeTarget = 5, .typeUnit = "km", .typeSpeed = "walk"};
-///     walk.automaticTaskType()->speeds;    // {walk}
+///     walk.automaticTaskType()->speeds.contains(TypeSpeed::walk);    // true
 struct StoredAutomaticTaskType {
   std::optional<std::string> typeName = {};
   double typeTarget = 0;  ///< In `typeUnit`.

@@ -17,9 +17,9 @@ class TaskEntity;
 /// Which entries of logs are wanted, and in which order. What is empty or absent asks for nothing
 /// in particular; all that is asked for must hold.
 ///
-///     const TaskLogFetchRequest newest{.direction =
-///     TaskLogFetchRequest::Direction::newestToOldest,
-///                                      .fetchLimit = 1};
+///     const TaskLogFetchRequest newest{
+///         .direction = TaskLogFetchRequest::Direction::newestToOldest,
+///         .fetchLimit = 1};
 ///     const auto entries = task->taskLog(newest);
 struct TaskLogFetchRequest {
   enum class Direction : std::uint8_t {

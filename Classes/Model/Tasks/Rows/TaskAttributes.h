@@ -31,7 +31,7 @@ class UserProfileEntity;
 /// `Columns/StoredForms.h`; those forms are of files that others wrote, and never change. The
 /// columns stand apart from `TaskEntity` since its functions have some of the same names.
 ///
-///     task->value(TaskAttributes::status);     // TaskStatus::paused; absent for an unknown one
+///     task->setValue(TaskAttributes::status, TaskStatus::paused);
 ///     task->stored(TaskAttributes::status);    // "P"
 struct TaskAttributes : platform::DeclaredBy<TaskEntity> {
   using Text = std::optional<std::string>;

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "CoreDataTests/Library.h"
+#include "ExampleTests/Example.h"
+
+namespace platform {
+
+/// A library with a book.
+class CoreDataExample : public Example {
+ protected:
+  Library library{NSPersistentStoreDescription::inMemory()};
+  std::shared_ptr<NSManagedObjectContext> context = library.viewContext();
+  Book book = newBook(*context, "Emma");
+};
+
+}  // namespace platform
