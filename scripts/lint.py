@@ -63,7 +63,7 @@ READS_OF_THE_PROCESS = re.compile(
     r"Environment::current\(\)\s*\.\s*(?:now|mediaTime|timeZone|locale)\b"
 )
 DATES_ITS_LINES = "Sources/OxLog/"
-LITERAL_KEY = re.compile(r'\blocalized(?:String)?\(\s*("[^"]*")')
+LITERAL_KEY = re.compile(r'(?m)^(?! *//).*\blocalized(?:String)?\(\s*("[^"]*")')
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 CMAKE_COMMAND = re.compile(r"^\s*(\w+)\s*\(([^)]*)\)", re.MULTILINE)
 TARGET_COMMAND = re.compile(r"add_library|add_executable|velloro_(?!precompiled)\w+")

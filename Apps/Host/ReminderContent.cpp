@@ -5,7 +5,7 @@
 #include "OxKit/Localization.h"
 #include "Settings/Settings.h"
 #include "Tasks/Rows/TaskEntity.h"
-#include "VelloroCore/Reminders/ReminderWordingKeys.h"
+#include "VelloroCore/Wording/ReminderWordingKeys.h"
 
 namespace velloro {
 namespace {

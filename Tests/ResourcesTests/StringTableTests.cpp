@@ -8,10 +8,10 @@
 #include "OxKit/Localization.h"
 #include "VelloroCore/Appearance/ColorScheme.h"
 #include "VelloroCore/Reminders/NotificationTextKeys.h"
-#include "VelloroCore/Reminders/ReminderWordingKeys.h"
 #include "VelloroCore/Status/StreakTextKeys.h"
 #include "VelloroCore/Titles/HealthTitleKey.h"
 #include "VelloroCore/Titles/TitleTextKeys.h"
+#include "VelloroCore/Wording/ReminderWordingKeys.h"
 
 #include <map>
 #include <set>
@@ -63,16 +63,7 @@ Table askedKeys() {
   for (const LocalizedKey& key : notification_text::all) add(key);
   for (const auto& row : streakLengthKeys) add(row.key);
   add(withCurrentAndBestStreak);
-  for (const LocalizedKey& key : reminder_wording::dayNames) add(key);
-  for (const auto& wording : reminder_wording::all) {
-    add(wording.withTaskName);
-    add(wording.noTask);
-  }
-  for (const auto& row : reminder_wording::progress) {
-    add(row.target.withTaskName);
-    add(row.target.noTask);
-    add(row.bracket);
-  }
+  for (const LocalizedKey& key : reminder_wording::all()) add(key);
   return asked;
 }
 
@@ -159,6 +150,31 @@ TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
       EXPECT_TRUE(serves(taken, found->second)) << key << " takes " << taken << ": " << text;
     }
   }
+}
+
+TEST(StringTables, ShowWhatIsPutIn) {
+  VirtualEnvironment environment;
+  const Table asked = askedKeys();
+  for (const char* locale : {"ar_AE", "en_US", "pl_PL"}) {
+    environment.setLocale(locale);
+    for (const auto& [key, kinds] : asked) {
+      for (const std::int64_t number : {0, 1, 2, 5, 11, 22, 100}) {
+        std::vector<LocalizedArgument> arguments;
+        std::vector<std::string> texts;  // "Read A", "Read B"; nothing for a number
+        for (const char kind : kinds) {
+          const char letter = static_cast<char>('A' + arguments.size());
+          texts.push_back(kind == 't' ? std::string("Read ") + letter : "");
+          arguments.emplace_back(number);
+          if (kind == 't') arguments.back() = texts.back();
+        }
+        const std::string text = localized({key, kinds}, arguments);
+        EXPECT_THAT(text, testing::Not(testing::ContainsRegex("[{}#]|Notif|\\b1 [a-z]+s\\b")))
+            << locale << " " << key;
+        for (const std::string& given : texts) EXPECT_THAT(text, testing::HasSubstr(given)) << key;
+      }
+    }
+  }
+  EXPECT_THAT(environment.reports(), ::testing::IsEmpty());
 }
 
 TEST(StringTables, CountByTheRulesOfTheirLanguage) {

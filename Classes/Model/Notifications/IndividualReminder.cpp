@@ -1,0 +1,217 @@
+#include "Notifications/IndividualReminder.h"
+
+#include "Foundation/Process/Environment.h"
+#include "OxKit/Localization.h"
+#include "OxLog/Log.h"
+#include "VelloroCore/Titles/FormatManager.h"
+#include "VelloroCore/Wording/ReminderWordingKeys.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using Kind = NotificationIndividualReminder;
+using Type = NotificationReminderString::ParameterType;
+
+/// The run as it is kept; that of the period can be another one.
+StreakRecord keptStreak(const TaskEntity& task) {
+  return TaskStanding{.startOfDay = task.startOfDay(),
+                      .timeZone = task.taskCurrentTimeZone(),
+                      .isNegative = task.isNegative(),
+                      .temporal = task.temporalData()}
+      .streak();
+}
+
+/// The completed days of the longer period, for reminders of one of its days.
+std::int64_t completedDays(const TaskEntity& task, const ReminderFacts& facts) {
+  const auto counting = periodTypeForCompletionCountCalculation(facts.frequency.dayMode);
+  const auto& [date, period] = facts.period;
+  if (counting == TaskFrequencyPeriodType::day || counting == period.periodType) return 0;
+  return task
+      .numUniqueCompletions(firstDate(counting, date, facts.firstDayOfWeek),
+                            lastDate(counting, date, facts.firstDayOfWeek))
+      .count;
+}
+
+ReminderFacts factsOf(const TaskEntity& task, const DatedPeriod& period,
+                      const CompletionStatus& status) {
+  const auto skipMode = status.status.skipMode;
+  ReminderFacts facts{.isNegative = task.isNegative(),
+                      .shareStatus = task.taskShareStatus(),
+                      .frequency = task.frequency(),
+                      .hasAutomaticType = task.automaticTaskType().has_value(),
+                      .firstDayOfWeek = task.firstDayOfWeek(),
+                      .createdDay = task.createdDay(),
+                      .today = YYYYMMDD::today(task.startOfDay(), task.taskCurrentTimeZone()),
+                      .period = period,
+                      .streak = keptStreak(task),
+                      .willSkip = isSkip(skipMode ? *skipMode : task.willSkip(period.period)),
+                      .partialCompletions = status.progress().numCompletions(),
+                      .expectedPartialCompletions = status.progress().expectedCompletions()};
+  facts.completions = completedDays(task, facts);
+  return facts;
+}
+
+/// The unit of the amounts of a progress; absent where it is not measured in an amount.
+std::optional<TypeUnit> unitOf(const TaskProgress& progress, const AutomaticTaskType& type) {
+  if (const auto* timer = progress.as<TaskProgressTimer>())
+    return automaticTaskTypeUnit(timer->unit);
+  return progress.as<TaskProgressContinuous>() != nullptr ? type.unit : std::nullopt;
+}
+
+/// The values that `parameters` name, in that order. Absent when one of them has none.
+template <typename Parameters>
+bool append(std::vector<LocalizedArgument>& arguments, const Parameters& parameters,
+            const std::vector<IndividualReminder::Parameter>& values,
+            LocalizedArgument IndividualReminder::Parameter::*column) {
+  for (const std::optional<Type>& parameter : parameters) {
+    if (!parameter) continue;
+    const auto found = std::ranges::find(values, *parameter, &IndividualReminder::Parameter::type);
+    if (found == values.end()) return false;
+    arguments.push_back((*found).*column);
+  }
+  return true;
+}
+
+std::optional<std::string> textOf(const NotificationReminderString& string,
+                                  const std::vector<IndividualReminder::Parameter>& values) {
+  using Parameter = IndividualReminder::Parameter;
+  std::vector<LocalizedArgument> arguments;
+  if (!append(arguments, string.parameters(), values, &Parameter::value)) return std::nullopt;
+  std::string text = localized(string.stringKey, arguments);
+  if (!string.bracketStringKey) return text;
+  arguments = {std::move(text)};
+  if (!append(arguments, string.bracketParameters(), values, &Parameter::inBracket)) {
+    return std::nullopt;
+  }
+  return localized(*string.bracketStringKey, arguments);
+}
+
+}  // namespace
+
+std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEntity& task,
+                                                                   const DatedPeriod& period,
+                                                                   YYYYMMDD triggerDate) {
+  const IndividualReminder reminder(task, period, triggerDate);
+  const auto random = [] { return Environment::current().random(); };
+  for (const Kind kind : pickOrder(motivations(reminder.facts()), random)) {
+    if (auto text = reminder.message(kind).text) return text;
+    Log::notifications.error(
+        [&] { return "Notification string not created: " + debugDescription(kind); });
+  }
+  return std::nullopt;
+}
+
+IndividualReminder::IndividualReminder(const TaskEntity& task, const DatedPeriod& period,
+                                       YYYYMMDD triggerDate)
+    : task_(task),
+      triggerDate_(triggerDate),
+      endRelation_(periodEndRelation(period.period.finishDate, triggerDate)),
+      status_(task.streakedCompletionStatus(period.period)),
+      facts_(factsOf(task, period, status_.completionStatus)) {
+  // Of a period to come nothing is known yet.
+  if (!period.period.contains(facts_.today)) return;
+  quantity_ = task.displayTitle(status_.completionStatus.progress()).quantity;
+}
+
+IndividualReminder::Message IndividualReminder::message(Kind kind, Options options) const {
+  Message message{.string =
+                      NotificationReminderString::from(kind, facts_.period.period.periodType,
+                                                       endRelation_, options.includeTaskName)};
+  if (!message.string) return message;
+  if (options.showStreakBracket) message.string = message.string->withStreakBracket(status_.streak);
+  addParameters(message);
+  message.text = textOf(*message.string, message.parameters);
+  return message;
+}
+
+void IndividualReminder::addParameters(Message& message) const {
+  for (const Type type : allCases<Type>()) {
+    if (!message.string->has(type)) continue;
+    const Value shown = value(type, *message.string, Context::notificationWithQuantity);
+    const bool isAmount = type == Type::quantityComplete || type == Type::quantityTarget;
+    const Value inBracket =
+        isAmount ? value(type, *message.string, Context::notificationBracket) : shown;
+    if (shown && inBracket) message.parameters.push_back({type, *shown, *inBracket});
+  }
+}
+
+/// Numbers stay numbers: the texts count and write them.
+IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
+                                                    const NotificationReminderString& string,
+                                                    Context context) const {
+  const TaskProgress& progress = status_.completionStatus.progress();
+  switch (parameter) {
+    using enum NotificationReminderString::ParameterType;
+    case taskTitle:
+      return title(string.has(quantityComplete));
+    case streakAtDate:
+      return status_.streak.current;
+    case bestStreakAtDate:
+      return status_.streak.best;
+    case completionsComplete:
+      return facts_.completions;
+    case completionsTarget:
+      return facts_.frequency.numCompletions;
+    case partialCompletionsComplete:
+      return facts_.partialCompletions;
+    case partialCompletionsTarget:
+      return facts_.expectedPartialCompletions;
+    case quantityComplete:
+      return amount(progress.currentValue(), context);
+    case quantityTarget:
+      return amount(progress.targetValue(), context);
+    case ParameterType::periodEnd:
+      return this->periodEnd();
+  }
+  return std::nullopt;
+}
+
+IndividualReminder::Value IndividualReminder::title(bool withoutQuantity) const {
+  const Date date = triggerDate_.startOfDay(task_.startOfDay(), task_.taskCurrentTimeZone());
+  TaskDisplayTitle title = task_.displayTitle(date);
+  if (withoutQuantity) return title.localizedTitle(Context::notificationWithoutQuantity);
+  if (quantity_) title.quantity = quantity_;
+  return title.localizedTitle(Context::notificationWithQuantity);
+}
+
+/// In the unit of the title, which counts a timer in seconds.
+IndividualReminder::Value IndividualReminder::amount(double inUnitOfProgress,
+                                                     Context context) const {
+  const auto type = task_.automaticTaskType();
+  if (!quantity_ || !type || !type->quantityCanCountdown()) return std::nullopt;
+  const auto unit = unitOf(status_.completionStatus.progress(), *type);
+  const auto converted =
+      unit ? convert(inUnitOfProgress, *unit, quantity_->quantity.unit) : std::nullopt;
+  if (!converted) return std::nullopt;
+  TaskDisplayTitle::Quantity quantity = *quantity_;
+  quantity.quantity.quantity = *converted;
+  return quantity.localizedFormatted(context);
+}
+
+IndividualReminder::Value IndividualReminder::periodEnd() const {
+  const auto nameOf = [](const LocalizedKey& day) {
+    return Locale::current().lowercased(localized(day));
+  };
+  const YYYYMMDD lastDay = facts_.period.period.finishDate;
+  switch (endRelation_) {
+    case PeriodEndRelation::past:
+      break;
+    case PeriodEndRelation::yesterday:
+      return nameOf(reminder_wording::yesterday);
+    case PeriodEndRelation::today:
+      return nameOf(reminder_wording::today);
+    case PeriodEndRelation::tomorrow:
+      return nameOf(reminder_wording::tomorrow);
+    case PeriodEndRelation::withinWeek:
+      return localizedTitle(lastDay.dayOfWeek());
+    case PeriodEndRelation::later:
+      return FormatManager::shared().dateFormatterMedium.string(
+          lastDay.dateAt(HHMMSS::midnight, HHMMSS::midnight, task_.taskCurrentTimeZone()),
+          task_.taskCurrentTimeZone());
+  }
+  return std::nullopt;
+}
+
+}  // namespace velloro

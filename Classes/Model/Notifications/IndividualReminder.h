@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Foundation/Text/LocalizedStrings.h"
+#include "OxKit/Platform.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "VelloroCore/Wording/NotificationReminderString.h"
+#include "VelloroCore/Wording/ReminderMotivations.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+/// The message of an automatic reminder of the task, on a day and in the period that holds it: one
+/// of the things that there are to say, picked at random. Absent where nothing can be said.
+///
+///     alertBodyForLocalIndividualNotification(*task, task->currentPeriod(), day);
+///     // "Extend your best streak today (streak: 9, best: 9)"
+[[nodiscard]] std::optional<std::string> alertBodyForLocalIndividualNotification(
+    const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
+
+/// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
+/// and no longer than it stays as it is.
+///
+///     const IndividualReminder reminder(*task, period, day);
+///     for (const auto kind : pickOrder(motivations(reminder.facts()), random)) {
+///       if (const auto text = reminder.message(kind).text) return text;
+///     }
+class IndividualReminder {
+ public:
+  using Kind = NotificationIndividualReminder;
+  using ParameterType = NotificationReminderString::ParameterType;
+
+  struct Options {
+    bool includeTaskName = false;  ///< For a message that no title stands above.
+    bool showStreakBracket = true;
+  };
+
+  /// What goes into the texts for a parameter.
+  struct Parameter {
+    ParameterType type;
+    LocalizedArgument value;
+    LocalizedArgument inBracket;  ///< An amount has no unit there.
+  };
+
+  struct Message {
+    /// Absent where the kind has no words for such a period.
+    std::optional<NotificationReminderString> string = {};
+    /// Those that the task has a value for.
+    std::vector<Parameter> parameters = {};
+    /// Absent without the string, or without one of its parameters.
+    std::optional<std::string> text = {};
+  };
+
+  IndividualReminder(const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
+
+  [[nodiscard]] const ReminderFacts& facts() const { return facts_; }
+  [[nodiscard]] Message message(Kind kind, Options options) const;
+  [[nodiscard]] Message message(Kind kind) const { return message(kind, {}); }
+
+ private:
+  using Context = TaskDisplayTitle::Context;
+  using Value = std::optional<LocalizedArgument>;
+
+  void addParameters(Message& message) const;
+  [[nodiscard]] Value value(ParameterType parameter, const NotificationReminderString& string,
+                            Context context) const;
+  [[nodiscard]] Value title(bool withoutQuantity) const;
+  [[nodiscard]] Value amount(double inUnitOfProgress, Context context) const;
+  [[nodiscard]] Value periodEnd() const;
+
+  const TaskEntity& task_;
+  YYYYMMDD triggerDate_;
+  PeriodEndRelation endRelation_;
+  StreakedCompletionStatus status_;
+  ReminderFacts facts_;
+  std::optional<TaskDisplayTitle::Quantity> quantity_;  ///< Of the period's title.
+};
+
+}  // namespace velloro

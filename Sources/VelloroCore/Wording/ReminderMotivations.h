@@ -1,0 +1,54 @@
+#pragma once
+
+#include "OxDateTime/DayOfWeek.h"
+#include "OxDateTime/YYYYMMDD.h"
+#include "OxKit/FunctionRef.h"
+#include "VelloroCore/Frequency/DatedPeriod.h"
+#include "VelloroCore/Frequency/TaskFrequency.h"
+#include "VelloroCore/Status/StreakRecord.h"
+#include "VelloroCore/Status/TaskStatus.h"
+#include "VelloroCore/Wording/NotificationIndividualReminder.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace velloro {
+
+/// What a reminder's motivations go by: the task as it stands in one of its periods.
+///
+///     // Three days a week, none done yet, and two days are left after this Friday
+///     const ReminderFacts facts{
+///         .frequency = thriceAWeek, .today = friday, .period = ofFriday, .streak = {4, 9}};
+///     motivations(facts);    // missToBreakWeekProgress
+struct ReminderFacts {
+  bool isNegative = false;
+  TaskShareStatus shareStatus = TaskShareStatus::notShared;
+  TaskFrequency frequency = {};
+  bool hasAutomaticType = false;
+  DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
+  YYYYMMDD createdDay = {};  ///< On which the task was made.
+  YYYYMMDD today = {};
+  DatedPeriod period = {};  ///< Of the reminder.
+  /// The run as it is kept (`TaskStanding::streak`), which is not always that of the period.
+  StreakRecord streak = {};
+  bool willSkip = false;  ///< Whether the period, if it ends as it stands, does not count.
+  /// In the period; for a negative task these count towards a miss.
+  std::int64_t partialCompletions = 0;
+  std::int64_t expectedPartialCompletions = 1;
+  /// Completed days of the longer period that holds the reminder's day, where days are counted.
+  std::int64_t completions = 0;
+
+  bool operator==(const ReminderFacts&) const = default;
+};
+
+/// What there is to say about the task, beside `reminder`, which always applies.
+[[nodiscard]] NotificationIndividualReminders motivations(const ReminderFacts& facts);
+
+/// The motivations in an order left to chance, with `reminder` behind them. The first one that has
+/// words for the period makes the message.
+///
+/// \param random 64 random bits.
+[[nodiscard]] std::vector<NotificationIndividualReminder> pickOrder(
+    NotificationIndividualReminders motivations, FunctionRef<std::uint64_t()> random);
+
+}  // namespace velloro
