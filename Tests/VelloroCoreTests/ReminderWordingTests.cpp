@@ -149,65 +149,73 @@ TEST(PeriodEndRelation, GoesByDays) {
   EXPECT_EQ(relations, "01234444445");
 }
 
-/// "key(parameters) bracket(parameters)"; empty where there are no words.
-string naiveString(const string& kind, TaskFrequencyPeriodType type, PeriodEndRelation end,
-                   bool named) {
-  const string stem = "NotificationIndividualMotivation", no = named ? "" : ".NoTask";
-  const bool isDay = type == TaskFrequencyPeriodType::day;
-  const bool isMonth = type == TaskFrequencyPeriodType::month;
-  const bool endsToday = end == PeriodEndRelation::today;
-  const string title = named ? "(taskTitle)" : "()";
-  const auto key = [&](const string& middle) { return stem + middle + no + title; };
-  const auto progress = [](const string& period, const string& parameters) {
-    return " NotificationWithProgress." + period + "Progress(" + parameters + ")";
-  };
-  const auto counted = [&](const string& whole, const string& period, const string& parameters) {
-    return named ? whole + "(taskTitle," + parameters + ")"
-                 : whole + "()" + progress(period, parameters);
-  };
-  const string steps = "partialCompletionsComplete,partialCompletionsTarget";
-  const string days = "completionsComplete,completionsTarget";
-  if (kind.starts_with("reminder")) {
-    return string("NotificationIndividual") + (named ? "WithTaskName" : "Heading") + title;
-  }
-  if (kind == "dontBreak") return key("DontBreak");
-  if (kind == "keepAlive") return key("KeepAlive");
-  if (kind == "negativeStartNew") return key("NegativeStartNewStreak");
-  if (kind == "negativeAlmostBest") return key("NegativeAlmostBest");
-  if (kind == "missToBreak") return endsToday ? key(".MissToBreak") : "";
-  if (kind == "missToBreakBestStreak") return endsToday ? key(".MissToBreakBest") : "";
-  const string noPeriod = no + (isDay ? "" : ".NoPeriod");
-  if (kind == "negativeStreak") {
-    return stem + "NegativeStreak" + noPeriod + (named ? "(taskTitle," : "(") + "streakAtDate)";
-  }
-  if (kind == "negativeKeepAlive") {
-    return stem + "NegativeKeepAlive" + noPeriod + (named ? "(taskTitle)" : "(streakAtDate)");
-  }
-  const std::map<string, string> ofStreaks = {
-      {"extendBest", "ExtendBest"}, {"nearlyBest", "NearlyBest"}, {"startNew", "StartNewStreak"}};
-  if (const auto found = ofStreaks.find(kind); found != ofStreaks.end()) {
-    const string whole = stem + found->second + no;
-    if (endsToday || isDay) return whole + title;
-    if (isMonth && end == PeriodEndRelation::later) return whole + ".ThisMonth" + title;
-    if (!isMonth && type != TaskFrequencyPeriodType::week) return "";
-    return whole + ".PeriodEnd" + (named ? "(taskTitle,periodEnd)" : "(periodEnd)");
+/// The words of a kind, for periods and ends as their letters and numbers say; the first row that
+/// fits counts. "@" in a key is ".NoTask" for the text without the task's name.
+struct WordsRow {
+  string kind, periods, ends, key, named, plain;
+};
+
+std::vector<WordsRow> wordsRows() {
+  const string any = "dwfmy", all = "012345", title = "(taskTitle)", none = "()";
+  const string run = "(streakAtDate)", titleAndRun = "(taskTitle,streakAtDate)";
+  const string days = "completionsComplete,completionsTarget)";
+  const string steps = "partialCompletionsComplete,partialCompletionsTarget)";
+  const string amounts = "quantityComplete,quantityTarget)";
+  const string with = " NotificationWithProgress.", ofToday = with + "TodayProgress(";
+  std::vector<WordsRow> rows = {
+      {"dontBreak", any, all, "DontBreak@", title, none},
+      {"keepAlive", any, all, "KeepAlive@", title, none},
+      {"negativeStartNew", any, all, "NegativeStartNewStreak@", title, none},
+      {"negativeAlmostBest", any, all, "NegativeAlmostBest@", title, none},
+      {"missToBreak", any, "2", ".MissToBreak@", title, none},
+      {"missToBreakBestStreak", any, "2", ".MissToBreakBest@", title, none},
+      {"negativeStreak", "d", all, "NegativeStreak@", titleAndRun, run},
+      {"negativeStreak", any, all, "NegativeStreak@.NoPeriod", titleAndRun, run},
+      {"negativeKeepAlive", "d", all, "NegativeKeepAlive@", title, run},
+      {"negativeKeepAlive", any, all, "NegativeKeepAlive@.NoPeriod", title, run},
+      {"partialCompletionsTarget", "d", all, "DailyTarget@", "(taskTitle," + steps,
+       none + ofToday + steps},
+      {"dayMissed", "d", all, "KeepAlive@.DayMissed", "(taskTitle," + steps,
+       none + ofToday + steps}};
+  for (const auto& [kind, key] : {std::pair<string, string>{"extendBest", "ExtendBest@"},
+                                  {"nearlyBest", "NearlyBest@"},
+                                  {"startNew", "StartNewStreak@"}}) {
+    rows.push_back({kind, any, "2", key, title, none});
+    rows.push_back({kind, "d", all, key, title, none});
+    rows.push_back({kind, "m", "5", key + ".ThisMonth", title, none});
+    rows.push_back({kind, "wm", all, key + ".PeriodEnd", "(taskTitle,periodEnd)", "(periodEnd)"});
   }
   for (const auto& [own, words] : periodWords) {
-    const bool hasWords = isDay || type == own;
-    const string bracket = isDay ? progress("Today", days) : progress(words.first, steps);
-    if (kind == "keepAlive" + words.first + "Progress") {
-      return hasWords ? key("KeepAlive") + bracket : "";
+    const string period(rawValue(own)), ofPeriod = words.first + "Progress";
+    const string whole = with + ofPeriod + "(", key = target(own, true) + "@";
+    for (const auto& [kind, miss] :
+         {std::pair<string, string>{"keepAlive", "KeepAlive@"}, {"missToBreak", ".MissToBreak@"}}) {
+      const string inDay = ofToday + days, inPeriod = whole + steps;
+      rows.push_back({kind + ofPeriod, "d", all, miss, title + inDay, none + inDay});
+      rows.push_back({kind + ofPeriod, period, all, miss, title + inPeriod, none + inPeriod});
     }
-    if (kind == "missToBreak" + words.first + "Progress") {
-      return hasWords ? key(".MissToBreak") + bracket : "";
-    }
-    if (kind != target(own, false)) continue;
-    const string whole = stem + target(own, true) + no;
-    if (isDay) return counted(whole, "Today", days);
-    return hasWords ? counted(whole, words.first, "quantityComplete,quantityTarget") : "";
+    rows.push_back(
+        {target(own, false), "d", all, key, "(taskTitle," + days, none + ofToday + days});
+    rows.push_back(
+        {target(own, false), period, all, key, "(taskTitle," + amounts, none + whole + amounts});
   }
-  const string ofDay = kind == "dayMissed" ? "KeepAlive" + no + ".DayMissed" : "DailyTarget" + no;
-  return isDay ? counted(stem + ofDay, "Today", steps) : "";
+  return rows;
+}
+
+/// "key(parameters) bracket(parameters)"; empty where there are no words.
+string expectedWords(string kind, TaskFrequencyPeriodType type, PeriodEndRelation end, bool named) {
+  static const auto rows = wordsRows();
+  const string prefix = "NotificationIndividual", number(1, static_cast<char>('0' + int(end)));
+  if (kind.starts_with("reminder"))
+    return prefix + (named ? "WithTaskName(taskTitle)" : "Heading()");
+  for (const auto& [ofKind, periods, ends, key, withName, plain] : rows) {
+    if (ofKind != kind || periods.find(rawValue(type)) == string::npos) continue;
+    if (ends.find(number) == string::npos) continue;
+    string whole = prefix + "Motivation" + key;
+    whole.replace(whole.find('@'), 1, named ? "" : ".NoTask");
+    return whole + (named ? withName : plain);
+  }
+  return "";
 }
 
 string listed(std::string_view key, const auto& parameters) {
@@ -231,7 +239,7 @@ TEST(NotificationReminderString, HasTheKeysOfEveryKind) {
       for (const auto end : allCases<PeriodEndRelation>()) {
         for (const bool named : {true, false}) {
           const auto words = NotificationReminderString::from(kind, type, end, named);
-          const string expected = naiveString(string(rawValue(kind)), type, end, named);
+          const string expected = expectedWords(string(rawValue(kind)), type, end, named);
           ASSERT_EQ(words ? shown(*words) : "", expected);
           if (!words) continue;
           EXPECT_EQ(words->withStreakBracket({0, 9}), *words);
