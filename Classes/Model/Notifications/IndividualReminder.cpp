@@ -15,41 +15,42 @@ using Kind = NotificationIndividualReminder;
 using Type = NotificationReminderString::ParameterType;
 
 /// The run as it is kept; that of the period can be another one.
-StreakRecord keptStreak(const TaskEntity& task) {
+StreakRecord keptStreak(const TaskEntity& task, Date now) {
   return TaskStanding{.startOfDay = task.startOfDay(),
                       .timeZone = task.taskCurrentTimeZone(),
                       .isNegative = task.isNegative(),
-                      .temporal = task.temporalData()}
+                      .temporal = task.temporalData(),
+                      .now = now}
       .streak();
 }
 
 /// The completed days of the longer period, for reminders of one of its days.
-std::int64_t completedDays(const TaskEntity& task, const ReminderFacts& facts) {
+std::int64_t completedDays(const TaskEntity& task, const ReminderFacts& facts, Date now) {
   const auto counting = periodTypeForCompletionCountCalculation(facts.frequency.dayMode);
   const auto& [date, period] = facts.period;
   if (counting == TaskFrequencyPeriodType::day || counting == period.periodType) return 0;
   return task
       .numUniqueCompletions(firstDate(counting, date, facts.firstDayOfWeek),
-                            lastDate(counting, date, facts.firstDayOfWeek))
+                            lastDate(counting, date, facts.firstDayOfWeek), now)
       .count;
 }
 
 ReminderFacts factsOf(const TaskEntity& task, const DatedPeriod& period,
-                      const CompletionStatus& status) {
+                      const CompletionStatus& status, Date now) {
   const auto skipMode = status.status.skipMode;
   ReminderFacts facts{.isNegative = task.isNegative(),
                       .shareStatus = task.taskShareStatus(),
                       .frequency = task.frequency(),
                       .hasAutomaticType = task.automaticTaskType().has_value(),
                       .firstDayOfWeek = task.firstDayOfWeek(),
-                      .createdDay = task.createdDay(),
-                      .today = YYYYMMDD::today(task.startOfDay(), task.taskCurrentTimeZone()),
+                      .createdDay = task.createdDay(now),
+                      .today = YYYYMMDD::today(task.startOfDay(), task.taskCurrentTimeZone(), now),
                       .period = period,
-                      .streak = keptStreak(task),
-                      .willSkip = isSkip(skipMode ? *skipMode : task.willSkip(period.period)),
+                      .streak = keptStreak(task, now),
+                      .willSkip = isSkip(skipMode ? *skipMode : task.willSkip(period.period, now)),
                       .partialCompletions = status.progress().numCompletions(),
                       .expectedPartialCompletions = status.progress().expectedCompletions()};
-  facts.completions = completedDays(task, facts);
+  facts.completions = completedDays(task, facts, now);
   return facts;
 }
 
@@ -104,12 +105,13 @@ std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEnt
 }
 
 IndividualReminder::IndividualReminder(const TaskEntity& task, const DatedPeriod& period,
-                                       YYYYMMDD triggerDate)
+                                       YYYYMMDD triggerDate, Date now)
     : task_(task),
       triggerDate_(triggerDate),
+      now_(now),
       endRelation_(periodEndRelation(period.period.finishDate, triggerDate)),
-      status_(task.streakedCompletionStatus(period.period)),
-      facts_(factsOf(task, period, status_.completionStatus)) {
+      status_(task.streakedCompletionStatus(period.period, now)),
+      facts_(factsOf(task, period, status_.completionStatus, now)) {
   // Of a period to come nothing is known yet.
   if (!period.period.contains(facts_.today)) return;
   quantity_ = task.displayTitle(status_.completionStatus.progress()).quantity;
@@ -170,10 +172,10 @@ IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
 
 IndividualReminder::Value IndividualReminder::title(bool withoutQuantity) const {
   const Date date = triggerDate_.startOfDay(task_.startOfDay(), task_.taskCurrentTimeZone());
-  TaskDisplayTitle title = task_.displayTitle(date);
-  if (withoutQuantity) return title.localizedTitle(Context::notificationWithoutQuantity);
+  TaskDisplayTitle title = task_.displayTitle(date, now_);
+  if (withoutQuantity) return title.localizedTitle(Context::notificationWithoutQuantity, locale_);
   if (quantity_) title.quantity = quantity_;
-  return title.localizedTitle(Context::notificationWithQuantity);
+  return title.localizedTitle(Context::notificationWithQuantity, locale_);
 }
 
 /// In the unit of the title, which counts a timer in seconds.
@@ -187,13 +189,11 @@ IndividualReminder::Value IndividualReminder::amount(double inUnitOfProgress,
   if (!converted) return std::nullopt;
   TaskDisplayTitle::Quantity quantity = *quantity_;
   quantity.quantity.quantity = *converted;
-  return quantity.localizedFormatted(context);
+  return quantity.localizedFormatted(context, locale_);
 }
 
 IndividualReminder::Value IndividualReminder::periodEnd() const {
-  const auto nameOf = [](const LocalizedKey& day) {
-    return Locale::current().lowercased(localized(day));
-  };
+  const auto nameOf = [&](const LocalizedKey& day) { return locale_.lowercased(localized(day)); };
   const YYYYMMDD lastDay = facts_.period.period.finishDate;
   switch (endRelation_) {
     case PeriodEndRelation::past:
@@ -205,9 +205,9 @@ IndividualReminder::Value IndividualReminder::periodEnd() const {
     case PeriodEndRelation::tomorrow:
       return nameOf(reminder_wording::tomorrow);
     case PeriodEndRelation::withinWeek:
-      return localizedTitle(lastDay.dayOfWeek());
+      return localizedTitle(lastDay.dayOfWeek(), locale_);
     case PeriodEndRelation::later:
-      return FormatManager::shared().dateFormatterMedium.string(
+      return FormatManager::shared(locale_).dateFormatterMedium.string(
           lastDay.dateAt(HHMMSS::midnight, HHMMSS::midnight, task_.taskCurrentTimeZone()),
           task_.taskCurrentTimeZone());
   }

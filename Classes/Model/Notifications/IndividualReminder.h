@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/LocalizedStrings.h"
+#include "Foundation/Time/Date.h"
 #include "OxKit/Platform.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "VelloroCore/Wording/NotificationReminderString.h"
@@ -53,7 +55,8 @@ class IndividualReminder {
     std::optional<std::string> text = {};
   };
 
-  IndividualReminder(const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
+  IndividualReminder(const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate,
+                     Date now = Date::now());
 
   [[nodiscard]] const ReminderFacts& facts() const { return facts_; }
   [[nodiscard]] Message message(Kind kind, Options options) const;
@@ -72,6 +75,8 @@ class IndividualReminder {
 
   const TaskEntity& task_;
   YYYYMMDD triggerDate_;
+  Date now_;
+  Locale locale_ = Locale::current();
   PeriodEndRelation endRelation_;
   StreakedCompletionStatus status_;
   ReminderFacts facts_;
