@@ -35,7 +35,7 @@ class IndividualReminderTest : public TasksTest {
     std::string lines;
     for (const auto kind : kinds) {
       const auto message = reminder.message(kind, {.includeTaskName = includeTaskName});
-      lines += debugDescription(kind) + ": " + message.text.value_or("-") + "\n";
+      lines += std::string(rawValue(kind)) + ": " + message.text.value_or("-") + "\n";
     }
     return lines;
   }

@@ -48,7 +48,7 @@ ReminderFacts factsOf(const TaskEntity& task, const DatedPeriod& period,
                       .period = period,
                       .streak = keptStreak(task, now),
                       .willSkip = isSkip(skipMode ? *skipMode : task.willSkip(period.period, now)),
-                      .partialCompletions = status.progress().numCompletions(),
+                      .partialCompletions = status.progress().numCompletions(now),
                       .expectedPartialCompletions = status.progress().expectedCompletions()};
   facts.completions = completedDays(task, facts, now);
   return facts;
@@ -99,7 +99,7 @@ std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEnt
   for (const Kind kind : pickOrder(motivations(reminder.facts()), random)) {
     if (auto text = reminder.message(kind).text) return text;
     Log::notifications.error(
-        [&] { return "Notification string not created: " + debugDescription(kind); });
+        [&] { return "Notification string not created: " + std::string(rawValue(kind)); });
   }
   return std::nullopt;
 }
@@ -161,7 +161,7 @@ IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
     case partialCompletionsTarget:
       return facts_.expectedPartialCompletions;
     case quantityComplete:
-      return amount(progress.currentValue(), context);
+      return amount(progress.currentValue(now_), context);
     case quantityTarget:
       return amount(progress.targetValue(), context);
     case ParameterType::periodEnd:
