@@ -180,8 +180,11 @@ TEST(StoreProcesses, AllFollowAReplacementAtOnceAndLoseNothing) {
     std::filesystem::rename(backup, libraryPath());
     // One that begins now, before the others have noticed or together with them.
     const pid_t newcomer = startProcess([] { saveBook("After"); });
-    if (round % 2 == 0) EXPECT_TRUE(endedWell(newcomer));
-    if (round % 2 != 0) processes.push_back(newcomer);
+    if (round % 2 == 0) {
+      EXPECT_TRUE(endedWell(newcomer));
+    } else {
+      processes.push_back(newcomer);
+    }
     for (int i = 0; i < holders; ++i) go.send(1);
     for (const pid_t process : processes) EXPECT_TRUE(endedWell(process));
     Library library(unwatched());

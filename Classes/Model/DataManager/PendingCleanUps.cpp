@@ -1,9 +1,10 @@
 #include "DataManager/PendingCleanUps.h"
 
-#include "DataManager/DataManager.h"
 #include "Foundation/Files/NSUserDefaults.h"
+#include "Settings/AppGroup.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace velloro {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 constexpr std::string_view prefix = "importCleanUp.";
 
 std::optional<NSUserDefaults> suite() {
-  return NSUserDefaults::initWithSuiteName(DataManager::groupIdentifier);
+  return NSUserDefaults::initWithSuiteName(appGroupIdentifier);
 }
 
 }  // namespace
