@@ -65,15 +65,11 @@ TEST_F(DataCacheTest, FindsAValueWhereItWasPut) {
   EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), numbers) << "memory comes first";
   cache.clearCache(memory);
   EXPECT_EQ(DataCache().item<Numbers>({.key = key, .now = now}), Numbers{4}) << "another process";
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), Numbers{4});
+  cache.clearCache(disk);
+  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), Numbers{4}) << "kept when it was read";
   cache.remove(key);
   EXPECT_EQ(failure({.key = key, .now = now}), Reason::keyNotFound);
-}
-
-TEST_F(DataCacheTest, KeepsInMemoryWhatItReadFromAFile) {
-  cache.save(numbers, {.key = key, .location = disk, .now = now});
-  EXPECT_EQ(cache.item<Numbers>({.key = key, .now = now}), numbers);
-  cache.clearCache(disk);
-  EXPECT_EQ(cache.item<Numbers>({.key = key, .location = memory, .now = now}), numbers);
 }
 
 TEST_F(DataCacheTest, ExpiresByDateAndByAge) {
@@ -111,7 +107,7 @@ TEST_F(DataCacheTest, FindsNoFileOfAnotherVersion) {
 TEST_F(DataCacheTest, RemovesFilesBeyondItsLimit) {
   cache.trimmer.mostBytes = 1000;
   for (int number = 0; number < 100; ++number) {
-    cache.save(numbers, {.key = DataCacheKey(std::to_string(number))});
+    cache.save(numbers, {.key = DataCacheKey(std::to_string(number)), .now = now});
   }
   CacheTrimmer::waitUntilTrimmed();
   EXPECT_LT(files().size(), 30U);

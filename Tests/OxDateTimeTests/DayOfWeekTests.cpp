@@ -15,9 +15,6 @@ TEST(DayOfWeek, CountsRoundTheWeek) {
   EXPECT_EQ(dayOfWeek(CalendarDayOfWeek::sunday), DayOfWeek::sunday);
   EXPECT_EQ(everyDay(DayOfWeek::wednesday)[5], DayOfWeek::monday);
   EXPECT_EQ(everyDay().size(), 7u);
-}
-
-TEST(DayOfWeek, StartsTheWeekAsTheLocaleDoes) {
   EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("en_US")), DayOfWeek::sunday);
   EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("de_DE")), DayOfWeek::monday);
   EXPECT_EQ(defaultFirstDayOfWeek(Locale::fromIdentifier("ar_EG")), DayOfWeek::saturday);
@@ -30,7 +27,6 @@ TEST(DaysOfWeek, IsASetOfBits) {
   EXPECT_TRUE(weekend.isSubset(DaysOfWeek::everyDay));
   EXPECT_TRUE(DaysOfWeek::everyDay.isSuperset(weekend));
   EXPECT_FALSE(weekend.contains(DaysOfWeek::everyDay));
-  EXPECT_FALSE(weekend.isDisjoint(DaysOfWeek::everyDay));
   EXPECT_TRUE(weekend.isDisjoint(DaysOfWeek::monday));
   EXPECT_EQ(weekend.union_(DaysOfWeek::monday).rawValue, 67);
   EXPECT_EQ(weekend.intersection({DaysOfWeek::sunday, DaysOfWeek::monday}), DaysOfWeek::sunday);
@@ -44,12 +40,9 @@ TEST(DaysOfWeek, IsASetOfBits) {
   EXPECT_EQ(days.remove(DaysOfWeek::friday), std::nullopt);
   EXPECT_EQ(days.update(DaysOfWeek::tuesday), std::nullopt);
   EXPECT_EQ(days.update(DaysOfWeek::tuesday), DaysOfWeek::tuesday);
-}
-
-TEST(DaysOfWeek, ConvertsToAndFromASetOfDays) {
-  const EnumSet<DayOfWeek> days{DayOfWeek::sunday, DayOfWeek::wednesday};
-  EXPECT_EQ(daysOfWeek(days).rawValue, 9);
-  EXPECT_EQ(daysOfWeek(days).daysOfWeek(), days);
+  const EnumSet<DayOfWeek> set{DayOfWeek::sunday, DayOfWeek::wednesday};
+  EXPECT_EQ(daysOfWeek(set).rawValue, 9);
+  EXPECT_EQ(daysOfWeek(set).daysOfWeek(), set);
   EXPECT_EQ(DaysOfWeek(std::int16_t{-128}).daysOfWeek(), EnumSet<DayOfWeek>{}) << "bits of no day";
 }
 

@@ -195,11 +195,8 @@ TEST(TaskNotificationSettings, PutAReminderOff) {
                   .reminders = {{}, full(Trigger::fromTimeOfDay({10}))}};
   Settings after = before;
   after.liveActivityDisplayMode = LiveActivityDisplayMode::automatic;
-  const Settings::SnoozeRequest request{.startOfDay = {},
-                                        .timeZone = zone("Pacific/Auckland"),
-                                        .deviceTimeZone = TimeZone::current(),
-                                        .notificationTimeZone = taskViewer,
-                                        .now = Date::now()};
+  const Settings::SnoozeRequest request{
+      {}, zone("Pacific/Auckland"), TimeZone::current(), taskViewer, Date::now()};
   EXPECT_TRUE(before.snoozeNow(UniqueID::create(), request) == after);
   TaskReminder& snoozed = after.reminders[1];
   snoozed.dayIndexesFromStart = snoozed.dayIndexesFromFinish = std::nullopt;
