@@ -2,6 +2,8 @@
 
 #include "Settings/Setting.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
