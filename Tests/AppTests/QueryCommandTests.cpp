@@ -70,14 +70,11 @@ TEST(QueryCommands, TellWhatIsAskedFor) {
       {"period --mode numberOfDaysInMonth --times 31 --date 20240229",
        "expected   31 times in the month"},
       {"period --mode dayInterval --interval 31", "No day can ever be due."},
-      {"period --mode aggregateOverWeek --date 20240306 --locale en_US",
-       "2024-03-03  to  2024-03-09"},
       {"types hk_bedtime", "22:00:00"},
       {"types timer --period year", "360000"},
       {"types --json", R"("type":"screenTime")"},
       {"themes", "redBlue        Red and blue       normal alternate white black"},
       {"themes blue --context widget", "Blue (White): text 1C1C1C on FFFFFF"},
-      {"themes green --context appleWatch --json", R"("colors":["C0D37A"])"},
       {"themes orange --json", R"("colors":["FF704C"],"modes":[{"mode":"normal",)"
                                R"("title":"Orange","background":"FF704C")"},
       {"icons WATER_G", "water_glass                      drink\n"}};
@@ -87,7 +84,6 @@ TEST(QueryCommands, TellWhatIsAskedFor) {
   EXPECT_EQ(numLines(told("themes")), 1 + 25);
   EXPECT_EQ(numLines(told("themes blue --context widget")), 3 * (1 + 1 + 13) + 2);
   EXPECT_EQ(numLines(told("icons")), 725);
-  EXPECT_EQ(numLines(told("icons zodiac")), 12);
 }
 
 TEST(QueryCommands, TellATitle) {
@@ -125,22 +121,18 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"day 20230229", "YYYYMMDD \"20230229\": not a day of the calendar"},
       {"day --at yesterday", "--at \"yesterday\": not an instant"},
       {"day --start-of-day 24:00:00", "--start-of-day \"24:00:00\": not a time of day"},
-      {"day --first-day-of-week Monda", "--first-day-of-week \"Monda\": not a weekday"},
       {"day --locale garbage", "--locale \"garbage\": not a locale"},
       {"day --store ''", "--store \"\": not a folder"},
       {"day --at 0000-01-01T00:00:00Z", "lies before the year 1"},
       {"day --zone ../../etc/passwd", "--zone \"../../etc/passwd\": not a time zone"},
-      {"day --now 2024-03-07", "--now \"2024-03-07\": not an instant"},
       {"day 20240307 --at 2024-03-07T00:00:00Z", "day excludes --at"},
       {"dayy", "COMMAND \"dayy\": not a command of \"velloro\"; did you mean \"day\"?"},
       {"log", "a command is needed; write one of add, list, undo"},
-      {"log night", "\"night\": not a command of \"velloro log\"; write one of add"},
       {"log add --nigh", "--nigh: not expected here; see \"velloro log add --help\""},
       {"day 20240307 --json=5", "json was given"},
       {"", "a command is needed"},
       {"period ", "--mode is required, or --every"},
       {"period --mode weekly", "--mode \"weekly\": not a mode; write one of specificDaysOfWeek, "},
-      {"period --mode dayInterval --interval -1", "--interval \"-1\": not a whole number"},
       {"period --mode specificDaysOfWeek --days mon,", "--days \"\": not a weekday"},
       {"period --mode dayInterval --days mon", "--days \"mon\": dayInterval makes no use of it"},
       {"period --mode numberOfDaysInWeek --first-day-of-week monday",
@@ -157,10 +149,8 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"period --every 1.5d", "write weekdays as mon,wed,fri, or an interval"},
       {"title", "a --type or a --title is needed"},
       {"title --title Read --target 5", "--target \"5\": only with a --type"},
-      {"title --type hk_watr", "did you mean \"hk_water\"?"},
       {"title --type hk_water --unit cups",
        "--unit \"cups\": not a unit of hk_water; write floz_us, litres, mls or cups_us"},
-      {"title --type hk_activity --unit km", "not a unit of hk_activity, which has none"},
       {"title --type hk_activity --target 5", "--target \"5\": hk_activity has no amount"},
       {"title --type timer --target 5", "--target \"5\": timer needs a --unit"},
       {"title --type hk_water --target 8x", "--target \"8x\": not a number"},
@@ -170,9 +160,7 @@ TEST(QueryCommands, NameWhatTheyCannotUse) {
       {"title --type hk_water --progress 1.5", "not a share; write a number from 0 to 1"},
       {"title --title Read --context voiceover", "did you mean \"voiceOver\"?"},
       {"types vitaminb", "\"hk_dietary_vitaminb6\", \"hk_dietary_vitaminb12\"?"},
-      {"types hk_water --period decade", "--period \"decade\": not a period"},
       {"themes ornge", "SCHEME \"ornge\": not a colour scheme; did you mean \"orange\""},
-      {"themes blue --context moon", "--context \"moon\": not a place; write one of main"},
       {"icons watre_glass", "PATTERN \"watre_glass\": in the name of no icon"},
       {"icons qqqqqq", "\"velloro icons\" lists them"}};
   for (const auto& [arguments, complaint] : cases) expectRefusal(arguments, complaint);
