@@ -208,17 +208,15 @@ TEST_F(CheckableTaskViewTest, HoldingOnMarksOnePartThenAll) {
 TEST_F(CheckableTaskViewTest, ReleasesDuringTheInnerHold) {
   usePartialCompletions();
   view->setProgress(1.0 / 3, 0, 0);
-  press(0.8);  // before the whole task begins to fill
-  environment.advance(2);
-  EXPECT_THAT(recorder->changes,
-              ElementsAre(std::pair(checkedInner, 550), std::pair(checkable, 1200)));
-
-  recorder->changes.clear();
-  recorder->start = environment.mediaTime();
-  press(1.4);  // while it does
-  environment.advance(2);
-  EXPECT_THAT(recorder->changes,
-              ElementsAre(std::pair(checkedInner, 550), std::pair(checkable, 1400)));
+  // Before the whole task begins to fill, and while it does.
+  for (const auto& [seconds, end] : {std::pair(0.8, 1200), std::pair(1.4, 1400)}) {
+    recorder->changes.clear();
+    recorder->start = environment.mediaTime();
+    press(seconds);
+    environment.advance(2);
+    EXPECT_THAT(recorder->changes,
+                ElementsAre(std::pair(checkedInner, 550), std::pair(checkable, end)));
+  }
   EXPECT_NEAR(view->progressCurrent(), 1.0 / 3, tolerance);
   EXPECT_EQ(view->subProgressCurrent(), 0);
 }
@@ -237,25 +235,22 @@ TEST_F(CheckableTaskViewTest, IsPressedByAFingerThatRestsOnIt) {
   UIWindow window(2);
   window.setContentView(view);
   EXPECT_EQ(view->contentsScale(), 2);
-  const auto touch = [&](UITouch::Phase phase, CGPoint at) { view->receive({phase, at}); };
-  touch(UITouch::Phase::began, {90, 10});
-  environment.advance(1);
-  touch(UITouch::Phase::ended, {90, 10});
+  const auto rest = [&](CGPoint at) {
+    recorder->changes.clear();
+    recorder->start = environment.mediaTime();
+    view->receive({UITouch::Phase::began, at});
+    environment.advance(1);
+    view->receive({UITouch::Phase::ended, at});
+    environment.advance(1);
+  };
+  rest({90, 10});
   EXPECT_THAT(recorder->changes, IsEmpty()) << "beside the view";
-
-  recorder->start = environment.mediaTime();
-  touch(UITouch::Phase::began, {42, 42});
-  environment.advance(1);
-  touch(UITouch::Phase::ended, {42, 42});
-  environment.advance(1);
+  rest({42, 42});
   EXPECT_THAT(recorder->changes, ElementsAre(std::pair(checked, 750), std::pair(completed, 1400)));
 
   view->setState(checkable);
   view->update([](auto& ring) { ring.longPressIsEnabled = false; });
-  recorder->changes.clear();
-  touch(UITouch::Phase::began, {42, 42});
-  environment.advance(1);
-  touch(UITouch::Phase::ended, {42, 42});
+  rest({42, 42});
   EXPECT_THAT(recorder->changes, IsEmpty());
 }
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -57,16 +58,17 @@ std::string cutNotches(int segments, double progress, FillDirection direction = 
 }
 
 TEST(SegmentNotches, AreCutAheadOfTheFilledPart) {
-  struct Case {
-    int segments;
-    double progress;
-    const char* places;
-  };
-  for (const auto& [segments, progress, places] :
-       {Case{4, 0, "0 90 180 270 "}, Case{4, 0.1, "90 180 270 "}, Case{4, 0.25, "180 270 "},
-        Case{4, 0.5, "270 "}, Case{4, 1, ""}, Case{3, 1.0 / 3, "240 "}, Case{3, 0.3, "120 240 "},
-        Case{10, 0.3, "144 180 216 252 288 324 "},
-        Case{10, 0.1 + 0.2, "144 180 216 252 288 324 "}}) {
+  const std::tuple<int, double, const char*> cases[] = {
+      {4, 0, "0 90 180 270 "},
+      {4, 0.1, "90 180 270 "},
+      {4, 0.25, "180 270 "},
+      {4, 0.5, "270 "},
+      {4, 1, ""},
+      {3, 1.0 / 3, "240 "},
+      {3, 0.3, "120 240 "},
+      {10, 0.3, "144 180 216 252 288 324 "},
+      {10, 0.1 + 0.2, "144 180 216 252 288 324 "}};
+  for (const auto& [segments, progress, places] : cases) {
     EXPECT_EQ(cutNotches(segments, progress), places) << segments << " at " << progress;
   }
   EXPECT_EQ(cutNotches(3, 0.1, antiClockwise), "240 120 ");
@@ -89,13 +91,7 @@ TEST(SubProgress, RunsInsideTheTrack) {
 
 TEST(SubProgress, EndsWhereItsStyleSays) {
   constexpr double early = 1.0 - 1.0 / 64;  // 1 − (1 − ½)⁶
-  struct Case {
-    Style style;
-    double subProgress;
-    FillDirection direction;
-    ArcAngles angles;
-  };
-  const Case cases[] = {
+  const std::tuple<Style, double, FillDirection, ArcAngles> cases[] = {
       {Style::fillLinear(), 0.25, clockwise, {270, 360, false}},
       {Style::fillLinear(), 0.25, antiClockwise, {270, 540, true}},
       {Style::fillLinear(), 1, clockwise, ArcAngles::fullCircle()},
@@ -134,16 +130,17 @@ double dotSeconds(CheckableTaskDotStyle style, double duration, double progress,
 
 TEST(SubProgress, DotGoesRoundOnceAMinuteAndTicks) {
   using enum CheckableTaskDotStyle;
-  struct Case {
-    CheckableTaskDotStyle style;
-    double duration, progress;
-    double seconds;
-  };
-  for (const auto& [style, duration, progress, seconds] :
-       {Case{easeOut, 90, 0.5, 45}, Case{linear, 90, 0.25, 22.5}, Case{linear, 600, 0.55, 30},
-        Case{discrete, 60, 0.175, 10}, Case{easeIn, 60, 0.175, 10 + 1.0 / 64},
-        Case{easeOut, 60, 0.175, 11 - 1.0 / 64}, Case{easeInOut, 60, 0.175, 10.5},
-        Case{easeOut, 60, 1, 0}, Case{easeOut, 100, 0.07, 7}}) {
+  const std::tuple<CheckableTaskDotStyle, double, double, double> cases[] = {
+      {easeOut, 90, 0.5, 45},
+      {linear, 90, 0.25, 22.5},
+      {linear, 600, 0.55, 30},
+      {discrete, 60, 0.175, 10},
+      {easeIn, 60, 0.175, 10 + 1.0 / 64},
+      {easeOut, 60, 0.175, 11 - 1.0 / 64},
+      {easeInOut, 60, 0.175, 10.5},
+      {easeOut, 60, 1, 0},
+      {easeOut, 100, 0.07, 7}};
+  for (const auto& [style, duration, progress, seconds] : cases) {
     EXPECT_NEAR(dotSeconds(style, duration, progress, clockwise), seconds, 1e-6) << seconds;
     EXPECT_NEAR(dotSeconds(style, duration, progress, antiClockwise),
                 seconds == 0 ? 0 : 60 - seconds, 1e-6)
