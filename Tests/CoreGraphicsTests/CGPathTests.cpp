@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -30,15 +32,11 @@ void expectNear(CGPoint actual, CGPoint expected, double tolerance = 1e-9) {
 }
 
 TEST(CGPath, ArcsRunThroughGrowingOrFallingAngles) {
-  struct Case {
-    double start, end;
-    bool clockwise;
-    double sweep;
-  };
-  const Case cases[] = {{0, 360, false, 360},   {0, 360, true, -360},   {270, 180, false, 270},
-                        {270, 180, true, -90},  {270, 378, false, 108}, {270, 162, true, -108},
-                        {270, -18, true, -288}, {10, 10, false, 0},     {0, 720, false, 360},
-                        {350, 10, false, 20},   {10, 350, true, -20},   {-90, 630, true, -360}};
+  const std::tuple<double, double, bool, double> cases[] = {
+      {0, 360, false, 360},   {0, 360, true, -360},   {270, 180, false, 270},
+      {270, 180, true, -90},  {270, 378, false, 108}, {270, 162, true, -108},
+      {270, -18, true, -288}, {10, 10, false, 0},     {0, 720, false, 360},
+      {350, 10, false, 20},   {10, 350, true, -20},   {-90, 630, true, -360}};
   for (const auto& [start, end, clockwise, sweep] : cases) {
     SCOPED_TRACE(std::to_string(start) + " to " + std::to_string(end));
     CGPath arc;
@@ -80,30 +78,26 @@ TEST(CGPath, ShapesAndTransforms) {
 }
 
 TEST(CGPath, ReadsSVG) {
-  struct Case {
-    const char* data;
-    std::vector<CGPoint> points;
-  };
-  const Case cases[] = {{"M1 2l3,4h-1V9z", {{1, 2}, {4, 6}, {3, 6}, {3, 9}}},
-                        {"m1 2 3 4 5 6", {{1, 2}, {4, 6}, {9, 12}}},
-                        {"M0 0L.5.5-1-1", {{0, 0}, {0.5, 0.5}, {-1, -1}}},
-                        {"M1e1 0zm1 1", {{10, 0}, {11, 1}}},
-                        {"M0 0c0 0 4 0 4 4s4 4 4 4", {{0, 0}, {2, 0.5}, {4, 4}, {6, 7.5}, {8, 8}}},
-                        {"M0 0Q2 4 4 0t4 0", {{0, 0}, {2, 2}, {4, 0}, {6, -2}, {8, 0}}},
-                        // Flags need nothing behind them; half a circle by its two eighth-turn
-                        // curves and their middles.
-                        {"M0 0a2 2 0 014 0",
-                         {{0, 0},
-                          {0.1522, -0.7654},
-                          {0.5858, -1.4142},
-                          {1.2346, -1.8478},
-                          {2, -2},
-                          {2.7654, -1.8478},
-                          {3.4142, -1.4142},
-                          {3.8478, -0.7654},
-                          {4, 0},
-                          {4, 0}}},
-                        {"M0 0A9 0 0 0 0 4 0", {{0, 0}, {4, 0}}}};
+  const std::pair<const char*, std::vector<CGPoint>> cases[] = {
+      {"M1 2l3,4h-1V9z", {{1, 2}, {4, 6}, {3, 6}, {3, 9}}},
+      {"m1 2 3 4 5 6", {{1, 2}, {4, 6}, {9, 12}}},
+      {"M0 0L.5.5-1-1", {{0, 0}, {0.5, 0.5}, {-1, -1}}},
+      {"M1e1 0zm1 1", {{10, 0}, {11, 1}}},
+      {"M0 0c0 0 4 0 4 4s4 4 4 4", {{0, 0}, {2, 0.5}, {4, 4}, {6, 7.5}, {8, 8}}},
+      {"M0 0Q2 4 4 0t4 0", {{0, 0}, {2, 2}, {4, 0}, {6, -2}, {8, 0}}},
+      // Flags need nothing behind them; half a circle by two eighths, and their middles.
+      {"M0 0a2 2 0 014 0",
+       {{0, 0},
+        {0.1522, -0.7654},
+        {0.5858, -1.4142},
+        {1.2346, -1.8478},
+        {2, -2},
+        {2.7654, -1.8478},
+        {3.4142, -1.4142},
+        {3.8478, -0.7654},
+        {4, 0},
+        {4, 0}}},
+      {"M0 0A9 0 0 0 0 4 0", {{0, 0}, {4, 0}}}};
   for (const auto& [data, expected] : cases) {
     SCOPED_TRACE(data);
     const auto path = CGPath::fromSVG(data);
