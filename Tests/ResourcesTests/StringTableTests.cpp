@@ -155,8 +155,10 @@ TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
 TEST(StringTables, ShowWhatIsPutIn) {
   VirtualEnvironment environment;
   const Table asked = askedKeys();
-  for (const char* locale : {"ar_AE", "en_US", "pl_PL"}) {
+  for (const std::string locale : {"ar_AE", "en_US", "pl_PL"}) {
     environment.setLocale(locale);
+    const std::string odd =  // what is left of a placeholder or a key, and "1 days"
+        std::string("[{}#]|Notif") + (locale == "en_US" ? "|\\b1 [a-z]+s\\b" : "");
     for (const auto& [key, kinds] : asked) {
       for (const std::int64_t number : {0, 1, 2, 5, 11, 22, 100}) {
         std::vector<LocalizedArgument> arguments;
@@ -168,8 +170,7 @@ TEST(StringTables, ShowWhatIsPutIn) {
           if (kind == 't') arguments.back() = texts.back();
         }
         const std::string text = localized({key, kinds}, arguments);
-        EXPECT_THAT(text, testing::Not(testing::ContainsRegex("[{}#]|Notif|\\b1 [a-z]+s\\b")))
-            << locale << " " << key;
+        EXPECT_THAT(text, testing::Not(testing::ContainsRegex(odd))) << locale << " " << key;
         for (const std::string& given : texts) EXPECT_THAT(text, testing::HasSubstr(given)) << key;
       }
     }
