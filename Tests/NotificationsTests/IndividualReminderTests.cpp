@@ -3,6 +3,7 @@
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 
 namespace velloro {
 namespace {
@@ -29,7 +30,7 @@ class IndividualReminderTest : public TasksTest {
   /// A line "kind: text" for each motivation, and for `reminder` with the task's name.
   std::string said(YYYYMMDD date = today, bool includeTaskName = false) {
     const auto period = task_->frequency().period(date, task_->firstDayOfWeek());
-    const IndividualReminder reminder(*task_, period, date);
+    const IndividualReminder reminder(TaskSnapshot::of(*task_), period, date);
     auto kinds = motivations(reminder.facts());
     if (includeTaskName) kinds.insert(NotificationIndividualReminder::reminder);
     std::string lines;
@@ -52,7 +53,7 @@ class IndividualReminderTest : public TasksTest {
 };
 
 TEST_F(IndividualReminderTest, CountsTheDaysOfAWeek) {
-  task_->setFrequency({.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3});
+  setFrequency(*task_, {.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3});
   keep(4, 9);
   const auto entry = make<TaskLogEntryEntity>();
   entry->setValue(TaskLogEntryEntity::entryDate, YYYYMMDD{2024, 3, 5});
@@ -70,9 +71,9 @@ TEST_F(IndividualReminderTest, CountsTheDaysOfAWeek) {
 }
 
 TEST_F(IndividualReminderTest, TellsAmountsOfAPeriodUnderWay) {
-  task_->setAutomaticTaskType(
-      AutomaticTaskType(HealthType::runOrWalk, TaskTarget{10, TypeUnit::distanceKm}));
-  task_->setFrequency({.dayMode = DayMode::aggregateOverWeek});
+  setAutomaticTaskType(
+      *task_, AutomaticTaskType(HealthType::runOrWalk, TaskTarget{10, TypeUnit::distanceKm}));
+  setFrequency(*task_, {.dayMode = DayMode::aggregateOverWeek});
   keep(9, 9, 3);
   EXPECT_EQ(said(),
             "extendBest: You have until Saturday to extend your best streak (streak: 9, best: 9)\n"
@@ -91,7 +92,7 @@ TEST_F(IndividualReminderTest, TellsAmountsOfAPeriodUnderWay) {
 
 TEST_F(IndividualReminderTest, CountsTheDayThatANegativeTaskIsIn) {
   task_->setValue(Columns::isNegative, true);
-  task_->setFrequency({.numPartialCompletions = 3});
+  setFrequency(*task_, {.numPartialCompletions = 3});
   keep(4, 9, 2);
   EXPECT_EQ(said(),
             "negativeStreak: 5 days strong, keep going\n"
@@ -108,12 +109,12 @@ TEST_F(IndividualReminderTest, CountsTheDayThatANegativeTaskIsIn) {
 
 TEST_F(IndividualReminderTest, IsTheFirstMessageThatThereIs) {
   using Texts = std::set<std::string>;
-  task_->setFrequency({.dayMode = DayMode::aggregateOverMonth, .numPartialCompletions = 5});
+  setFrequency(*task_, {.dayMode = DayMode::aggregateOverMonth, .numPartialCompletions = 5});
   keep(8, 9);
   const std::string best = "Match your best streak this month (streak: 8, best: 9)";
   EXPECT_EQ(said(), "nearlyBest: " + best + "\nmonthlyTarget: -\n");
   EXPECT_EQ(bodies(), Texts{best});
-  task_->setFrequency({.numPartialCompletions = 3});
+  setFrequency(*task_, {.numPartialCompletions = 3});
   EXPECT_EQ(bodies(), (Texts{"Do it today to keep your streak (streak: 8, best: 9)",
                              "Match your best streak today (streak: 8, best: 9)",
                              "Reach your target today (0 of 3 so far)"}));

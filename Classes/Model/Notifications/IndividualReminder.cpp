@@ -3,10 +3,12 @@
 #include "Foundation/Process/Environment.h"
 #include "OxKit/Localization.h"
 #include "OxLog/Log.h"
+#include "Tasks/Status/StoredTaskStatus.h"
 #include "VelloroCore/Titles/FormatManager.h"
 #include "VelloroCore/Wording/ReminderWordingKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velloro {
 namespace {
@@ -14,44 +16,33 @@ namespace {
 using Kind = NotificationIndividualReminder;
 using Type = NotificationReminderString::ParameterType;
 
-/// The run as it is kept; that of the period can be another one.
-StreakRecord keptStreak(const TaskEntity& task, Date now) {
-  return TaskStanding{.startOfDay = task.startOfDay(),
-                      .timeZone = task.taskCurrentTimeZone(),
-                      .isNegative = task.isNegative(),
-                      .temporal = task.temporalData(),
-                      .now = now}
-      .streak();
-}
-
 /// The completed days of the longer period, for reminders of one of its days.
-std::int64_t completedDays(const TaskEntity& task, const ReminderFacts& facts, Date now) {
-  const auto counting = periodTypeForCompletionCountCalculation(facts.frequency.dayMode);
-  const auto& [date, period] = facts.period;
-  if (counting == TaskFrequencyPeriodType::day || counting == period.periodType) return 0;
-  return task
-      .numUniqueCompletions(firstDate(counting, date, facts.firstDayOfWeek),
-                            lastDate(counting, date, facts.firstDayOfWeek), now)
+std::int64_t completedDays(const TaskSnapshot& task, const DatedPeriod& period) {
+  const auto counting = periodTypeForCompletionCountCalculation(task.standing.frequency.dayMode);
+  if (counting == TaskFrequencyPeriodType::day || counting == period.period.periodType) return 0;
+  const DayOfWeek first = task.standing.firstDayOfWeek;
+  return numUniqueCompletions(task, firstDate(counting, period.date, first),
+                              lastDate(counting, period.date, first))
       .count;
 }
 
-ReminderFacts factsOf(const TaskEntity& task, const DatedPeriod& period,
-                      const CompletionStatus& status, Date now) {
+ReminderFacts factsOf(const TaskSnapshot& task, const DatedPeriod& period,
+                      const CompletionStatus& status) {
+  const TaskStanding& standing = task.standing;
   const auto skipMode = status.status.skipMode;
-  ReminderFacts facts{.isNegative = task.isNegative(),
-                      .shareStatus = task.taskShareStatus(),
-                      .frequency = task.frequency(),
-                      .hasAutomaticType = task.automaticTaskType().has_value(),
-                      .firstDayOfWeek = task.firstDayOfWeek(),
-                      .createdDay = task.createdDay(now),
-                      .today = YYYYMMDD::today(task.startOfDay(), task.taskCurrentTimeZone(), now),
-                      .period = period,
-                      .streak = keptStreak(task, now),
-                      .willSkip = isSkip(skipMode ? *skipMode : task.willSkip(period.period, now)),
-                      .partialCompletions = status.progress().numCompletions(now),
-                      .expectedPartialCompletions = status.progress().expectedCompletions()};
-  facts.completions = completedDays(task, facts, now);
-  return facts;
+  return {.isNegative = standing.isNegative,
+          .shareStatus = task.shareStatus,
+          .frequency = standing.frequency,
+          .hasAutomaticType = standing.automaticTaskType.has_value(),
+          .firstDayOfWeek = standing.firstDayOfWeek,
+          .createdDay = createdDay(task),
+          .today = standing.today(),
+          .period = period,
+          .streak = standing.streak(),
+          .willSkip = isSkip(skipMode ? *skipMode : willSkip(task, period.period)),
+          .partialCompletions = status.progress().numCompletions(standing.now),
+          .expectedPartialCompletions = status.progress().expectedCompletions(),
+          .completions = completedDays(task, period)};
 }
 
 /// The unit of the amounts of a progress; absent where it is not measured in an amount.
@@ -94,7 +85,7 @@ std::optional<std::string> textOf(const NotificationReminderString& string,
 std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEntity& task,
                                                                    const DatedPeriod& period,
                                                                    YYYYMMDD triggerDate) {
-  const IndividualReminder reminder(task, period, triggerDate);
+  const IndividualReminder reminder(TaskSnapshot::of(task), period, triggerDate);
   const auto random = [] { return Environment::current().random(); };
   for (const Kind kind : pickOrder(motivations(reminder.facts()), random)) {
     if (auto text = reminder.message(kind).text) return text;
@@ -104,17 +95,16 @@ std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEnt
   return std::nullopt;
 }
 
-IndividualReminder::IndividualReminder(const TaskEntity& task, const DatedPeriod& period,
-                                       YYYYMMDD triggerDate, Date now)
-    : task_(task),
+IndividualReminder::IndividualReminder(TaskSnapshot task, const DatedPeriod& period,
+                                       YYYYMMDD triggerDate)
+    : task_(std::move(task)),
       triggerDate_(triggerDate),
-      now_(now),
       endRelation_(periodEndRelation(period.period.finishDate, triggerDate)),
-      status_(task.streakedCompletionStatus(period.period, now)),
-      facts_(factsOf(task, period, status_.completionStatus, now)) {
+      status_(streakedCompletionStatus(task_, period.period)),
+      facts_(factsOf(task_, period, status_.completionStatus)) {
   // Of a period to come nothing is known yet.
   if (!period.period.contains(facts_.today)) return;
-  quantity_ = task.displayTitle(status_.completionStatus.progress()).quantity;
+  quantity_ = displayTitle(task_, status_.completionStatus.progress()).quantity;
 }
 
 IndividualReminder::Message IndividualReminder::message(Kind kind, Options options) const {
@@ -161,7 +151,7 @@ IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
     case partialCompletionsTarget:
       return facts_.expectedPartialCompletions;
     case quantityComplete:
-      return amount(progress.currentValue(now_), context);
+      return amount(progress.currentValue(task_.standing.now), context);
     case quantityTarget:
       return amount(progress.targetValue(), context);
     case ParameterType::periodEnd:
@@ -171,8 +161,9 @@ IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
 }
 
 IndividualReminder::Value IndividualReminder::title(bool withoutQuantity) const {
-  const Date date = triggerDate_.startOfDay(task_.startOfDay(), task_.taskCurrentTimeZone());
-  TaskDisplayTitle title = task_.displayTitle(date, now_);
+  const TaskStanding& standing = task_.standing;
+  const Date date = triggerDate_.startOfDay(standing.startOfDay, standing.timeZone);
+  TaskDisplayTitle title = displayTitle(task_, standing.progress(task_.period(date)));
   if (withoutQuantity) return title.localizedTitle(Context::notificationWithoutQuantity, locale_);
   if (quantity_) title.quantity = quantity_;
   return title.localizedTitle(Context::notificationWithQuantity, locale_);
@@ -181,7 +172,7 @@ IndividualReminder::Value IndividualReminder::title(bool withoutQuantity) const 
 /// In the unit of the title, which counts a timer in seconds.
 IndividualReminder::Value IndividualReminder::amount(double inUnitOfProgress,
                                                      Context context) const {
-  const auto type = task_.automaticTaskType();
+  const auto& type = task_.standing.automaticTaskType;
   if (!quantity_ || !type || !type->quantityCanCountdown()) return std::nullopt;
   const auto unit = unitOf(status_.completionStatus.progress(), *type);
   const auto converted =
@@ -208,8 +199,8 @@ IndividualReminder::Value IndividualReminder::periodEnd() const {
       return localizedTitle(lastDay.dayOfWeek(), locale_);
     case PeriodEndRelation::later:
       return FormatManager::shared(locale_).dateFormatterMedium.string(
-          lastDay.dateAt(HHMMSS::midnight, HHMMSS::midnight, task_.taskCurrentTimeZone()),
-          task_.taskCurrentTimeZone());
+          lastDay.dateAt(HHMMSS::midnight, HHMMSS::midnight, task_.standing.timeZone),
+          task_.standing.timeZone);
   }
   return std::nullopt;
 }

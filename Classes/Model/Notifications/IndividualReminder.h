@@ -2,9 +2,9 @@
 
 #include "Foundation/Text/Locale.h"
 #include "Foundation/Text/LocalizedStrings.h"
-#include "Foundation/Time/Date.h"
 #include "OxKit/Platform.h"
-#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Status/TaskSnapshot.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Wording/NotificationReminderString.h"
 #include "VelloroCore/Wording/ReminderMotivations.h"
 
@@ -23,9 +23,9 @@ namespace velloro {
     const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
 
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
-/// and no longer than it stays as it is.
+/// and no longer than its snapshot holds.
 ///
-///     const IndividualReminder reminder(*task, period, day);
+///     const IndividualReminder reminder(TaskSnapshot::of(*task), period, day);
 ///     for (const auto kind : pickOrder(motivations(reminder.facts()), random)) {
 ///       if (const auto text = reminder.message(kind).text) return text;
 ///     }
@@ -55,8 +55,7 @@ class IndividualReminder {
     std::optional<std::string> text = {};
   };
 
-  IndividualReminder(const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate,
-                     Date now = Date::now());
+  IndividualReminder(TaskSnapshot task, const DatedPeriod& period, YYYYMMDD triggerDate);
 
   [[nodiscard]] const ReminderFacts& facts() const { return facts_; }
   [[nodiscard]] Message message(Kind kind, Options options) const;
@@ -73,9 +72,8 @@ class IndividualReminder {
   [[nodiscard]] Value amount(double inUnitOfProgress, Context context) const;
   [[nodiscard]] Value periodEnd() const;
 
-  const TaskEntity& task_;
+  TaskSnapshot task_;
   YYYYMMDD triggerDate_;
-  Date now_;
   Locale locale_ = Locale::current();
   PeriodEndRelation endRelation_;
   StreakedCompletionStatus status_;
