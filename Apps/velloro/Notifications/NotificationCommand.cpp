@@ -4,7 +4,6 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
-#include "Host/ReminderContent.h"
 #include "Notifications/NotificationCategory.h"
 #include "OxKit/RuntimeError.h"
 #include "Settings/AppGroup.h"
@@ -12,16 +11,20 @@
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "Tasks/Status/TaskSnapshot.h"
+#include "velloro/Notifications/MadeNotification.h"
 #include "velloro/Notifications/NotificationPlay.h"
 #include "velloro/Notifications/NotificationReport.h"
 #include "velloro/Notifications/NotificationSamples.h"
+#include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/CaseArgument.h"
 #include "velloro/Options/NearMatches.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
 
 #include <memory>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -32,8 +35,8 @@ struct NotificationOptions {
   std::string file;
   std::string action;
   std::string task;
-  std::string period = "today";
-  std::optional<std::string> sample, png, frames, width, scale;
+  std::string kind = "reminder";
+  std::optional<std::string> date, seed, sample, png, frames, width, scale;
   bool dark = false;
   bool json = false;
 };
@@ -145,13 +148,7 @@ void act(const NotificationOptions& options) {
 
 /// As `show` reads it.
 void printContent(const UNNotificationContent& content) {
-  const PropertyList written =
-      PropertyList::Dictionary{{"categoryIdentifier", content.categoryIdentifier},
-                               {"title", content.title},
-                               {"subtitle", content.subtitle},
-                               {"body", content.body},
-                               {"userInfo", content.userInfo}};
-  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(written) + "\n");
+  print(JSONEncoder{.layout = JSONWriter::Layout::pretty}.encode(content) + "\n");
 }
 
 void sample(const NotificationOptions& options) {
@@ -169,13 +166,22 @@ void sample(const NotificationOptions& options) {
   printContent(*content);
 }
 
+/// With the image where it is: a copy is for the notification centre alone.
+UNNotificationContent shownContent(NotificationContent content) {
+  const auto image = std::exchange(content.imageUrl, std::nullopt);
+  UNNotificationContent shown = content.request().content;
+  if (image) shown.attachments = {{.identifier = content.notificationId.str, .url = *image}};
+  return shown;
+}
+
 void make(const NotificationOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
   const TaskLogRules rules = logRules(*task);
-  const bool isToday = options.period == "today";
-  const YYYYMMDD day = isToday ? rules.today() : dayArgument("--period", options.period);
-  printContent(reminderContent(*task, rules.period(day), rules.now));
+  const YYYYMMDD day = options.date ? dayArgument("--date", *options.date) : rules.today();
+  const auto kind = caseArgument<MadeKind>("--kind", options.kind, "kind of notification");
+  printContent(shownContent(
+      madeNotification(*task, kind, day, rules.now, WordChoice::argument(options.seed))));
 }
 
 void addLook(CLI::App& command, NotificationOptions& options) {
@@ -223,10 +229,13 @@ void addNotificationCommand(CLI::App& app) {
                       "The name of the example (default: lists the names)");
   sampled->callback([options] { sample(*options); });
 
-  CLI::App* made = command->add_subcommand("make", "Prints the reminder of a task");
+  CLI::App* made = command->add_subcommand("make", "Prints a notification of a task");
   addTaskArgument(*made, options->task);
-  made->add_option("--period", options->period, "A day of the period (default: today)")
+  made->add_option("--kind", options->kind, "reminder (default), completion, progress or badge")
+      ->type_name("KIND");
+  made->add_option("--date,--period", options->date, "Day of the reminder (default: today)")
       ->type_name("YYYYMMDD");
+  WordChoice::addOption(*made, options->seed);
   made->callback([options] { make(*options); });
   command->footer(
       "Examples:\n"

@@ -85,8 +85,14 @@ std::optional<std::string> textOf(const NotificationReminderString& string,
 std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEntity& task,
                                                                    const DatedPeriod& period,
                                                                    YYYYMMDD triggerDate) {
-  const IndividualReminder reminder(TaskSnapshot::of(task), period, triggerDate);
-  const auto random = [] { return Environment::current().random(); };
+  return alertBodyForLocalIndividualNotification(
+      task, period, triggerDate, [] { return Environment::current().random(); }, Date::now());
+}
+
+std::optional<std::string> alertBodyForLocalIndividualNotification(
+    const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate,
+    FunctionRef<std::uint64_t()> random, Date now) {
+  const IndividualReminder reminder(TaskSnapshot::of(task, now), period, triggerDate);
   for (const Kind kind : pickOrder(motivations(reminder.facts()), random)) {
     if (auto text = reminder.message(kind).text) return text;
     Log::notifications.error(

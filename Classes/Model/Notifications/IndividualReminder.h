@@ -21,6 +21,10 @@ namespace velloro {
 ///     // "Extend your best streak today (streak: 9, best: 9)"
 [[nodiscard]] std::optional<std::string> alertBodyForLocalIndividualNotification(
     const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
+/// \param random 64 random bits, by which it is picked.
+[[nodiscard]] std::optional<std::string> alertBodyForLocalIndividualNotification(
+    const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate,
+    FunctionRef<std::uint64_t()> random, Date now);
 
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
 /// and no longer than its snapshot holds.

@@ -1,0 +1,96 @@
+#include "velloro/Notifications/ReminderWords.h"
+
+#include "Foundation/Process/Terminal.h"
+#include "Foundation/Text/Locale.h"
+#include "Notifications/IndividualReminder.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "VelloroCore/Titles/FormatManager.h"
+#include "velloro/Output/Output.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+using Message = IndividualReminder::Message;
+
+std::string shown(const LocalizedArgument& argument) {
+  if (const auto* text = std::get_if<std::string>(&argument)) return *text;
+  const auto* integer = std::get_if<std::int64_t>(&argument);
+  const double number = integer ? static_cast<double>(*integer) : std::get<double>(argument);
+  return FormatManager::shared(Locale::current()).integerFormatter.string(number);
+}
+
+PropertyList shown(const IndividualReminder::Parameter& parameter) {
+  using Type = IndividualReminder::ParameterType;
+  if (parameter.type != Type::quantityComplete && parameter.type != Type::quantityTarget) {
+    return shown(parameter.value);
+  }
+  return PropertyList::Dictionary{{"main", shown(parameter.value)},
+                                  {"bracket", shown(parameter.inBracket)}};
+}
+
+PropertyList parametersOf(const Message& message) {
+  PropertyList::Dictionary parameters;
+  for (const auto& parameter : message.parameters) {
+    parameters.emplace(rawValue(parameter.type), shown(parameter));
+  }
+  return parameters;
+}
+
+/// Why the message has no text.
+std::string reasonOf(const Message& message, const DatedPeriod& period, YYYYMMDD day) {
+  if (!message.string) {
+    return "no words for a " + PeriodStretch::of(period.period).type + " that ends " +
+           (period.period.finishDate == day ? "today" : "on another day");
+  }
+  std::string missing;
+  for (const auto type : allCases<IndividualReminder::ParameterType>()) {
+    const auto found =
+        std::ranges::find(message.parameters, type, &IndividualReminder::Parameter::type);
+    const bool isMissing = message.string->has(type) && found == message.parameters.end();
+    if (isMissing) missing += " " + std::string(rawValue(type));
+  }
+  return "the task has no" + missing;
+}
+
+}  // namespace
+
+ReminderWords ReminderWords::of(const TaskEntity& task, YYYYMMDD day,
+                                FunctionRef<std::uint64_t()> random) {
+  const DatedPeriod period = task.frequency().period(day, task.firstDayOfWeek());
+  const IndividualReminder reminder(TaskSnapshot::of(task), period, day);
+  ReminderWords words{.task = task.uniqueId().stringValue(),
+                      .period = PeriodStretch::of(period.period),
+                      .motivations = {},
+                      .picked = {}};
+  for (const auto kind : pickOrder(velloro::motivations(reminder.facts()), random)) {
+    const Message message = reminder.message(kind);
+    Motivation motivation{.kind = std::string(rawValue(kind)),
+                          .parameters = parametersOf(message),
+                          .text = message.text};
+    if (message.string) {
+      motivation.stringKey = message.string->stringKey;
+      motivation.bracketStringKey = message.string->bracketStringKey;
+    }
+    if (!message.text) motivation.why = reasonOf(message, period, day);
+    if (message.text && !words.picked) words.picked = motivation.kind;
+    words.motivations.push_back(std::move(motivation));
+  }
+  return words;
+}
+
+std::string ReminderWords::text() const {
+  std::size_t width = 0;
+  for (const Motivation& each : motivations) width = std::max(width, each.kind.size());
+  std::string lines;
+  for (const Motivation& each : motivations) {
+    lines += each.kind == picked ? "→ " : "  ";
+    lines += padded(each.kind, width + 2);
+    lines += each.text ? terminalText(*each.text) : "(" + each.why.value_or("") + ")";
+    lines += "\n";
+  }
+  return lines;
+}
+
+}  // namespace velloro
