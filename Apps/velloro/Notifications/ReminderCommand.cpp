@@ -28,9 +28,8 @@ struct ReminderOptions {
 void words(const ReminderOptions& options) {
   const HostStore store;
   const auto task = currentTaskArgument(store, options.task);
-  const YYYYMMDD day = options.date
-                           ? dayArgument("--date", *options.date)
-                           : YYYYMMDD::today(task->startOfDay(), task->taskCurrentTimeZone());
+  const YYYYMMDD day =
+      options.date ? dayArgument("--date", *options.date) : logRules(*task).today();
   const auto words = ReminderWords::of(*task, day, WordChoice::argument(options.seed));
   print(options.json ? JSONEncoder{}.encode(words) + "\n" : words.text());
 }
