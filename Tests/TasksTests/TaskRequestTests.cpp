@@ -18,10 +18,20 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
+using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 using Columns = TaskAttributes;
 using Entry = TaskLogEntryEntity;
 using Filter = TaskFetchRequest::TaskTypeFilter;
+
+/// What a fetch asks for, as one text: the format, and then what its places stand for.
+std::string printed(const NSFetchRequest& request) {
+  if (!request.predicate()) return "";
+  const auto format = request.predicate()->format();
+  std::string text = format.text;
+  for (const std::string& argument : format.arguments) text += " | " + argument;
+  return text;
+}
 
 class TaskRequestTest : public TasksTest {
  protected:
@@ -86,102 +96,72 @@ TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
   a->add(Columns::taskCategories, red);
   a->add(Columns::taskCategories, green);
   d->add(Columns::taskCategories, green);
-  const std::pair<TaskFetchRequest, const char*> cases[] = {
-      {{}, "adbc"},
-      {{.includeStatuses = {TaskStatus::normal}}, "ad"},  // without a status, too
-      {{.includeStatuses = {TaskStatus::paused}}, "b"},
-      {{.includeStatuses = activeStatuses}, "adb"},
-      {{.pageNumbers = {TaskPageNumber{0}, TaskPageNumber{2}}}, "adc"},
-      {{.pageNumbers = {TaskPageNumber{655}}}, ""},  // no column holds its numbers
-      {{.userProfile = profile}, "c"},
-      {{.uniqueIds = {*a->taskUniqueId(), *c->taskUniqueId()}}, "ac"},
-      {{.fetchLimit = 2}, "ad"},
-      {{.direction = TaskFetchRequest::SortDirection::statusDateDesc}, "dbca"},
-      {{.maxStatusDate = Date::now()}, "bc"},
-      {{.includeShareStatuses = {TaskShareStatus::notShared}}, "a"},
-      {{.includeShareStatuses = {TaskShareStatus::isSharedWithOthers}}, "b"},
+  const char* shared = "%K != nil AND %K IN %@ | taskShare | taskShare.status | {\"L\"}";
+  const std::tuple<TaskFetchRequest, const char*, const char*> cases[] = {
+      {{}, "adbc", ""},
+      {{.includeStatuses = {TaskStatus::normal}},
+       "ad",  // without a status, too
+       R"(%K IN %@ OR %K = nil | status | {"N"} | status)"},
+      {{.includeStatuses = {TaskStatus::paused}}, "b", R"(%K IN %@ | status | {"P"})"},
+      {{.includeStatuses = activeStatuses}, "adb", "%K IN %@ OR %K = nil"},
+      {{.pageNumbers = {TaskPageNumber{0}, TaskPageNumber{2}}},
+       "adc",
+       "(%K >= %@ AND %K < %@) OR (%K >= %@ AND %K < %@) | displayOrder | 0 | displayOrder | 100 "
+       "|"},
+      {{.pageNumbers = {TaskPageNumber{655}}}, "", "%K >= %@ AND %K < %@ | displayOrder | 65500 |"},
+      {{.userProfile = profile}, "c", "%K = %@ | userProfile | UserProfile 1"},
+      {{.uniqueIds = {*a->taskUniqueId(), *c->taskUniqueId()}}, "ac", "%K IN %@ | uniqueId | {\""},
+      {{.fetchLimit = 2}, "ad", ""},
+      {{.direction = TaskFetchRequest::SortDirection::statusDateDesc}, "dbca", ""},
+      {{.maxStatusDate = Date::now()}, "bc", "%K <= %@ | statusDate | "},
+      {{.includeShareStatuses = {TaskShareStatus::notShared}}, "a", "%K = nil | taskShare"},
+      {{.includeShareStatuses = {TaskShareStatus::isSharedWithOthers}}, "b", shared},
       {{.includeShareStatuses = {TaskShareStatus::isSharedWithMe, TaskShareStatus::notShared}},
-       "ac"},
-      {{.includeCategories = {red, green}}, "ad"},
-      {{.includeTaskTypeFilter = {Filter::eat}}, "a"},
-      {{.includeTaskTypeFilter = {Filter::timed}}, "bc"},
-      {{.includeTaskTypeFilter = {Filter::negative, Filter::eat}}, "ad"},
-      {{.excludeTaskTypeFilter = {Filter::health, Filter::negative}}, "c"},
+       "ac",
+       "%K = nil OR (%K != nil AND %K IN %@) | taskShare | taskShare | taskShare.status | {\"E\", "
+       "\"X\"}"},
+      {{.includeCategories = {red, green}}, "ad", "ANY %K IN %@ | taskCategories | {TaskCategory "},
+      {{.includeTaskTypeFilter = {Filter::eat}}, "a", "%K IN %@ | typeName | {\"hk_"},
+      {{.includeTaskTypeFilter = {Filter::timed}},
+       "bc",
+       "%K = %@ OR %K IN %@ | typeSpeed | \"timed\" | typeName | {\"hk_"},
+      {{.includeTaskTypeFilter = {Filter::negative, Filter::eat}}, "ad", "%K IN %@ OR %K = %@"},
+      {{.maxStatusDate = Date::now(), .excludeTaskTypeFilter = {Filter::health, Filter::negative}},
+       "c",
+       "NOT (%K BEGINSWITH %@) AND NOT (%K = %@) AND %K <= %@ | typeName | \"hk_\" | isNegative | "
+       "1"},
   };
-  for (std::size_t i = 0; i < std::size(cases); ++i) {
-    EXPECT_EQ(titles(cases[i].first), cases[i].second) << "case " << i;
+  for (const auto& [request, expected, format] : cases) {
+    EXPECT_EQ(titles(request), expected) << format;
+    EXPECT_THAT(printed(request.fetchRequest()), StartsWith(format));
   }
 }
 
-/// What a fetch asks for, as one text: the format, and then what its places stand for.
-std::string printed(const NSFetchRequest& request) {
-  const auto format = request.predicate().value().format();
-  std::string text = format.text;
-  for (const std::string& argument : format.arguments) text += " | " + argument;
-  return text;
-}
-
-TEST_F(TaskRequestTest, FetchesPrintTheirFormats) {
+TEST_F(TaskRequestTest, LogAndNotesPrintTheirFormats) {
   using Log = TaskLogFetchRequest;
   using Note = TaskNoteEntity::Request;
   constexpr YYYYMMDD first{2024, 3, 1}, last{2024, 3, 31};
-  const UniqueID id = UniqueID::create();
-  const std::string idList = "{\"" + id.stringValue() + "\"}";
-  const auto profile = make<UserProfileEntity>();
-  const auto red = make<TaskCategoryEntity>();
   const auto read = task("Read");
   save();
-  const std::pair<NSFetchRequest, std::string> cases[] = {
-      {TaskFetchRequest{.includeStatuses = {TaskStatus::paused}}.fetchRequest(),
-       R"(%K IN %@ | status | {"P"})"},
-      {TaskFetchRequest{.includeStatuses = {TaskStatus::normal, TaskStatus::paused},
-                        .includeCategories = {red}}
-           .fetchRequest(),
-       "(%K IN %@ OR %K = nil) AND ANY %K IN %@ | status | {\"N\", \"P\"} | status | "
-       "taskCategories | {TaskCategory 1}"},
-      {TaskFetchRequest{.includeShareStatuses = {TaskShareStatus::notShared,
-                                                 TaskShareStatus::isSharedWithOthers}}
-           .fetchRequest(),
-       "%K = nil OR (%K != nil AND %K IN %@) | taskShare | taskShare | taskShare.status | {\"L\"}"},
-      {TaskFetchRequest{.includeShareStatuses = {TaskShareStatus::isSharedWithMe}}.fetchRequest(),
-       "%K != nil AND %K IN %@ | taskShare | taskShare.status | {\"E\", \"X\"}"},
-      {TaskFetchRequest{.includeTaskTypeFilter = {Filter::health, Filter::negative}}.fetchRequest(),
-       "%K BEGINSWITH %@ OR %K = %@ | typeName | \"hk_\" | isNegative | 1"},
-      {TaskFetchRequest{.maxStatusDate = Date::sinceReferenceDate(0.5),
-                        .excludeTaskTypeFilter = {Filter::negative, Filter::health}}
-           .fetchRequest(),
-       "NOT (%K BEGINSWITH %@) AND NOT (%K = %@) AND %K <= %@ | typeName | \"hk_\" | isNegative | "
-       "1 | statusDate | 0.5"},
-      {TaskFetchRequest{.pageNumbers = {TaskPageNumber{1}}}.fetchRequest(),
-       "%K >= %@ AND %K < %@ | displayOrder | 100 | displayOrder | 200"},
-      {TaskFetchRequest{.userProfile = profile, .uniqueIds = {id}}.fetchRequest(),
-       "%K = %@ AND %K IN %@ | userProfile | UserProfile 1 | uniqueId | " + idList},
-      {Log{.minDate = first, .maxDate = first}.fetchRequest(read.get()),
-       "%K = %@ AND %K = 20240301 | task | Task 1 | entryDate"},
-      {Log{.minDate = first, .maxDate = last, .uniqueIds = {id}}.fetchRequest(),
-       "%K IN %@ AND %K >= 20240301 AND %K <= 20240331 | uniqueId | " + idList +
-           " | entryDate | entryDate"},
-      {Log{.includeStatuses = TaskLogEntryTypes::allSkipTypes,
-           .excludeStatuses = TaskLogEntryTypes::allSkipTypes,
-           .temporaryEntriesOnly = true}
-           .fetchRequest(),
-       "%K IN %@ AND NOT (%K IN %@) AND %K = %@ | entryType | {3, 4} | entryType | {3, 4} | "
-       "cloudStatus | \"TMP\""},
-      {Note{.task = read.get(), .date = Note::NoteDate::empty()}.fetchRequest(),
-       "%K = %@ AND %K = %@ | task | Task 1 | noteDate | 0"},
-      {Note{.date = Note::NoteDate::range({first, last}),
-            .includeStatuses = {TaskNoteStatus::pinned},
-            .excludeStatuses = {TaskNoteStatus::trashed}}
-           .fetchRequest(),
-       "%K >= %@ AND %K <= %@ AND %K IN %@ AND NOT (%K IN %@) | noteDate | 20240301 | noteDate | "
-       "20240331 | status | {\"P\"} | status | {\"T\"}"},
-  };
-  for (const auto& [request, expected] : cases) EXPECT_EQ(printed(request), expected);
-  const auto timed = TaskFetchRequest{.includeTaskTypeFilter = {Filter::timed}}.fetchRequest();
-  EXPECT_EQ(timed.predicate()->format().text, "%K = %@ OR %K IN %@");
-  const auto eat = TaskFetchRequest{.includeTaskTypeFilter = {Filter::eat}}.fetchRequest();
-  EXPECT_EQ(eat.predicate()->format().text, "%K IN %@");
-  EXPECT_FALSE(TaskFetchRequest{}.fetchRequest().predicate());
+  EXPECT_EQ(printed(Log{.minDate = first, .maxDate = first}.fetchRequest(read.get())),
+            "%K = %@ AND %K = 20240301 | task | Task 1 | entryDate");
+  const Log ofIds{.minDate = first, .maxDate = last, .uniqueIds = {UniqueID::create()}};
+  EXPECT_THAT(printed(ofIds.fetchRequest()),
+              StartsWith("%K IN %@ AND %K >= 20240301 AND %K <= 20240331 | uniqueId | {\""));
+  const Log ofTypes{.includeStatuses = TaskLogEntryTypes::allSkipTypes,
+                    .excludeStatuses = TaskLogEntryTypes::allSkipTypes,
+                    .temporaryEntriesOnly = true};
+  EXPECT_EQ(printed(ofTypes.fetchRequest()),
+            "%K IN %@ AND NOT (%K IN %@) AND %K = %@ | entryType | {3, 4} | entryType | {3, 4} | "
+            "cloudStatus | \"TMP\"");
+  const Note ofNoDay{.task = read.get(), .date = Note::NoteDate::empty()};
+  EXPECT_EQ(printed(ofNoDay.fetchRequest()), "%K = %@ AND %K = %@ | task | Task 1 | noteDate | 0");
+  const Note ofDays{.date = Note::NoteDate::range({first, last}),
+                    .includeStatuses = {TaskNoteStatus::pinned},
+                    .excludeStatuses = {TaskNoteStatus::trashed}};
+  EXPECT_EQ(printed(ofDays.fetchRequest()),
+            "%K >= %@ AND %K <= %@ AND %K IN %@ AND NOT (%K IN %@) | noteDate | 20240301 | "
+            "noteDate | 20240331 | status | {\"P\"} | status | {\"T\"}");
 }
 
 TEST_F(TaskRequestTest, ReadsALog) {
