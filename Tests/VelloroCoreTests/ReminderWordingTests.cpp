@@ -1,7 +1,7 @@
 #include "VelloroCore/Wording/NotificationReminderString.h"
 #include "VelloroCore/Wording/ReminderMotivations.h"
 
-#include <algorithm>
+#include <bitset>
 #include <map>
 #include <set>
 #include <string>
@@ -79,15 +79,15 @@ Names positiveMotivations(const ReminderFacts& task, bool isLastDay, bool isShor
 /// In every combination of what is either so or not.
 void compareMotivations(ReminderFacts task, bool isShort) {
   for (unsigned bits = 0; bits < 64; ++bits) {
-    const auto has = [&](unsigned bit) { return (bits >> bit & 1) != 0; };
-    task.isNegative = has(0);
-    task.frequency.numPartialCompletions = task.expectedPartialCompletions = has(1) ? 3 : 1;
-    task.partialCompletions = has(2) ? 2 : 0;
-    task.hasAutomaticType = has(3);
-    task.willSkip = has(4);
-    if (has(5)) task.shareStatus = TaskShareStatus::isSharedWithMe;
+    const std::bitset<6> has(bits);
+    task.isNegative = has[0];
+    task.frequency.numPartialCompletions = task.expectedPartialCompletions = has[1] ? 3 : 1;
+    task.partialCompletions = has[2] ? 2 : 0;
+    task.hasAutomaticType = has[3];
+    task.willSkip = has[4];
+    if (has[5]) task.shareStatus = TaskShareStatus::isSharedWithMe;
     const bool isLastDay = task.period.date == task.period.period.finishDate;
-    const Names expected = has(5)            ? Names{"reminderTaskSharedWithMe"}
+    const Names expected = has[5]            ? Names{"reminderTaskSharedWithMe"}
                            : task.isNegative ? negativeMotivations(task, isLastDay)
                                              : positiveMotivations(task, isLastDay, isShort);
     Names names;
@@ -118,7 +118,7 @@ TEST(ReminderMotivations, FollowTheRulesInEveryPeriod) {
               task.today = today;
               task.streak = StreakRecord(current, best);
               task.createdDay = isNew ? date : YYYYMMDD{2020, 1, 1};
-              task.completions = (isNew ? std::min(days, std::int64_t{400}) : 400) - left + spare;
+              task.completions = (isNew ? days : 400) - left + spare;
               compareMotivations(task, spare < 0);
               if (HasFatalFailure()) return;
             }
@@ -157,11 +157,11 @@ struct WordsRow {
 
 std::vector<WordsRow> wordsRows() {
   const string any = "dwfmy", all = "012345", title = "(taskTitle)", none = "()";
-  const string run = "(streakAtDate)", titleAndRun = "(taskTitle,streakAtDate)";
+  const string run = "(streakAtDate)", titleAnd = "(taskTitle,";
   const string days = "completionsComplete,completionsTarget)";
   const string steps = "partialCompletionsComplete,partialCompletionsTarget)";
   const string amounts = "quantityComplete,quantityTarget)";
-  const string with = " NotificationWithProgress.", ofToday = with + "TodayProgress(";
+  const string with = " NotificationWithProgress.", today = "()" + with + "TodayProgress(";
   std::vector<WordsRow> rows = {
       {"dontBreak", any, all, "DontBreak@", title, none},
       {"keepAlive", any, all, "KeepAlive@", title, none},
@@ -169,14 +169,12 @@ std::vector<WordsRow> wordsRows() {
       {"negativeAlmostBest", any, all, "NegativeAlmostBest@", title, none},
       {"missToBreak", any, "2", ".MissToBreak@", title, none},
       {"missToBreakBestStreak", any, "2", ".MissToBreakBest@", title, none},
-      {"negativeStreak", "d", all, "NegativeStreak@", titleAndRun, run},
-      {"negativeStreak", any, all, "NegativeStreak@.NoPeriod", titleAndRun, run},
+      {"negativeStreak", "d", all, "NegativeStreak@", titleAnd + run.substr(1), run},
+      {"negativeStreak", any, all, "NegativeStreak@.NoPeriod", titleAnd + run.substr(1), run},
       {"negativeKeepAlive", "d", all, "NegativeKeepAlive@", title, run},
       {"negativeKeepAlive", any, all, "NegativeKeepAlive@.NoPeriod", title, run},
-      {"partialCompletionsTarget", "d", all, "DailyTarget@", "(taskTitle," + steps,
-       none + ofToday + steps},
-      {"dayMissed", "d", all, "KeepAlive@.DayMissed", "(taskTitle," + steps,
-       none + ofToday + steps}};
+      {"partialCompletionsTarget", "d", all, "DailyTarget@", titleAnd + steps, today + steps},
+      {"dayMissed", "d", all, "KeepAlive@.DayMissed", titleAnd + steps, today + steps}};
   for (const auto& [kind, key] : {std::pair<string, string>{"extendBest", "ExtendBest@"},
                                   {"nearlyBest", "NearlyBest@"},
                                   {"startNew", "StartNewStreak@"}}) {
@@ -188,16 +186,16 @@ std::vector<WordsRow> wordsRows() {
   for (const auto& [own, words] : periodWords) {
     const string period(rawValue(own)), ofPeriod = words.first + "Progress";
     const string whole = with + ofPeriod + "(", key = target(own, true) + "@";
-    for (const auto& [kind, miss] :
-         {std::pair<string, string>{"keepAlive", "KeepAlive@"}, {"missToBreak", ".MissToBreak@"}}) {
-      const string inDay = ofToday + days, inPeriod = whole + steps;
-      rows.push_back({kind + ofPeriod, "d", all, miss, title + inDay, none + inDay});
-      rows.push_back({kind + ofPeriod, period, all, miss, title + inPeriod, none + inPeriod});
+    for (const string kind : {"keepAlive", "missToBreak"}) {
+      const string ofKind = kind == "keepAlive" ? "KeepAlive@" : ".MissToBreak@";
+      rows.push_back(
+          {kind + ofPeriod, "d", all, ofKind, "(taskTitle" + today.substr(1) + days, today + days});
+      rows.push_back(
+          {kind + ofPeriod, period, all, ofKind, title + whole + steps, none + whole + steps});
     }
+    rows.push_back({target(own, false), "d", all, key, titleAnd + days, today + days});
     rows.push_back(
-        {target(own, false), "d", all, key, "(taskTitle," + days, none + ofToday + days});
-    rows.push_back(
-        {target(own, false), period, all, key, "(taskTitle," + amounts, none + whole + amounts});
+        {target(own, false), period, all, key, titleAnd + amounts, none + whole + amounts});
   }
   return rows;
 }

@@ -18,7 +18,7 @@ namespace velloro {
 /// of the things that there are to say, picked at random. Absent where nothing can be said.
 ///
 ///     alertBodyForLocalIndividualNotification(*task, task->currentPeriod(), day);
-///     // "Extend your best streak today (streak: 9, best: 9)"
+///     // such as "Extend your best streak today (streak: 9, best: 9)"
 [[nodiscard]] std::optional<std::string> alertBodyForLocalIndividualNotification(
     const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
 /// \param random 64 random bits, by which it is picked.
@@ -29,10 +29,8 @@ namespace velloro {
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
 /// and no longer than its snapshot holds.
 ///
-///     const IndividualReminder reminder(TaskSnapshot::of(*task), period, day);
-///     for (const auto kind : pickOrder(motivations(reminder.facts()), random)) {
-///       if (const auto text = reminder.message(kind).text) return text;
-///     }
+///     const IndividualReminder reminder(TaskSnapshot::of(*task), task->currentPeriod(), day);
+///     reminder.message(NotificationIndividualReminder::reminder).text;    // "A little reminder"
 class IndividualReminder {
  public:
   using Kind = NotificationIndividualReminder;

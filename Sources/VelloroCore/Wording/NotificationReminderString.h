@@ -38,7 +38,7 @@ constexpr auto rawValues(std::type_identity<PeriodEndRelation>) {
 ///         NotificationIndividualReminder::extendBest, TaskFrequencyPeriodType::week,
 ///         PeriodEndRelation::withinWeek, /*includeTaskName=*/false);
 ///     string->stringKey;    // "NotificationIndividualMotivationExtendBest.NoTask.PeriodEnd"
-///     string->param1;       // periodEnd
+///     string->param1;       // NotificationReminderString::ParameterType::periodEnd
 struct NotificationReminderString {
   enum class ParameterType : std::uint8_t {
     taskTitle,

@@ -16,10 +16,15 @@ namespace velloro {
 
 /// What a reminder's motivations go by: the task as it stands in one of its periods.
 ///
-///     // Three days a week, none done yet, and two days are left after this Friday
-///     const ReminderFacts facts{
-///         .frequency = thriceAWeek, .today = friday, .period = ofFriday, .streak = {4, 9}};
-///     motivations(facts);    // missToBreakWeekProgress
+///     // Three days a week, none done yet, and one day is left after this Friday.
+///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
+///     const YYYYMMDD friday{2024, 3, 8};
+///     const ReminderFacts facts{.frequency = thrice,
+///                               .today = friday,
+///                               .period = thrice.period(friday, DayOfWeek::sunday),
+///                               .streak = StreakRecord(4, 9)};
+///     using enum NotificationIndividualReminder;
+///     motivations(facts).contains(missToBreakWeekProgress);    // true
 struct ReminderFacts {
   bool isNegative = false;
   TaskShareStatus shareStatus = TaskShareStatus::notShared;
