@@ -85,7 +85,8 @@ TEST(CaptionIcons, TellOfTheStreak) {
                               .sharedWithStatus = each.sharing,
                               .canShowWillBreakStreak = each.canShowWillBreakStreak,
                               .hasNotes = each.hasNotes,
-                              .timeZone = zone});
+                              .timeZone = zone,
+                              .now = environment.now()});
     EXPECT_EQ(
         ids(icons.topLeading) + "|" + ids(icons.topTrailing) + "|" + ids(icons.bottomTrailing),
         each.icons);
