@@ -4,8 +4,6 @@
 #include "Tasks/Rows/TaskCategoryEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskNotificationSettingsEntity.h"
-#include "Tasks/Rows/TaskShareEntity.h"
-#include "Tasks/Rows/TaskWriting.h"
 
 #include <map>
 #include <string>
@@ -44,7 +42,6 @@ TEST(Schema, IsTheOneThatFilesWereWrittenWith) {
 }
 
 TEST_F(TasksTest, AnEntityIsFoundByItsClass) {
-  EXPECT_EQ(TaskLogEntryEntity::entityName(), "TaskLogEntry");
   EXPECT_EQ(TaskEntity::entity(context_), &TaskAttributes::description);
   const NSManagedObjectModel small({});
   TaskStore other(NSPersistentStoreDescription::inMemory(), small);
@@ -66,40 +63,6 @@ TEST_F(TasksTest, WhatATaskOwnsGoesWithIt) {
   EXPECT_EQ(entry->managedObjectContext(), nullptr);
   EXPECT_EQ(settings->managedObjectContext(), nullptr);
   EXPECT_THAT(category->value(TaskCategoryEntity::tasks), SizeIs(0));
-}
-
-/// A file of a program whose schema has less, and something that this one doesn't have.
-TEST(Schema, ForeignFilesOpenAndKeepWhatIsNotKnown) {
-  const VirtualEnvironment environment;
-  const auto file = NSPersistentStoreDescription::initWithURL(
-      Environment::current().directories().temporary / "tasks.sqlite");
-  NSEntityDescription foreign("Task");
-  const Attribute<std::string> title(foreign, "title");
-  const Attribute<std::string> mood(foreign, "mood");
-  NSEntityDescription moods("Mood");
-  const NSManagedObjectModel model({&foreign, &moods});
-  {
-    TaskStore store(file, model);
-    const auto task = store.viewContext()->insert("Task");
-    task->setValue(title, "Read");
-    task->setValue(mood, "calm");
-    store.viewContext()->insert("Mood");
-    EXPECT_TRUE(store.viewContext()->save());
-  }
-  {
-    TaskStore store(file);
-    const auto tasks = store.viewContext()->fetch<TaskEntity>(NSFetchRequest("Task")).value();
-    ASSERT_THAT(tasks, SizeIs(1));
-    EXPECT_EQ(tasks[0]->value(TaskAttributes::title), "Read");
-    EXPECT_EQ(tasks[0]->taskStatus(), TaskStatus::normal);
-    EXPECT_EQ(tasks[0]->frequency().days, everyDay());
-    EXPECT_TRUE(setTaskStatus(*tasks[0], TaskStatus::paused));
-    EXPECT_TRUE(store.viewContext()->save());
-  }
-  TaskStore store(file, model);
-  const auto tasks = store.viewContext()->fetch(NSFetchRequest("Task")).value();
-  EXPECT_EQ(tasks[0]->value(mood), "calm");
-  EXPECT_EQ(store.viewContext()->count(NSFetchRequest("Mood")), 1U);
 }
 
 }  // namespace

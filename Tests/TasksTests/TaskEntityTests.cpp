@@ -45,10 +45,6 @@ TEST_F(TasksTest, TheStartOfDayIsTheTasksOwnOrThatOfAllTasks) {
     task_->setStored(Columns::startOfDayValue, stored);
     EXPECT_EQ(task_->startOfDay(), read) << stored;
   }
-  EXPECT_TRUE(task_->replaceValue(Columns::startOfDayValue, HHMMSS::midnight));
-  EXPECT_EQ(task_->stored(Columns::startOfDayValue), 86400);
-  EXPECT_TRUE(task_->replaceValue(Columns::startOfDayValue, std::nullopt));
-  EXPECT_EQ(task_->startOfDay(), global);
   SettingsStorage::shared().setInteger(0, Setting::startOfDay);
 }
 
@@ -117,11 +113,13 @@ TEST_F(TasksTest, WhatIsSetIsReadAndWrittenOnlyWhereItDiffers) {
                                                     .incrementAmount = 250}};
   const TaskFrequency thrice{.dayMode = numberOfDaysInWeek, .numCompletions = 3, .dayInterval = 3};
   const OxCodableColor blue{.r = 0.2, .g = 0.4, .b = 0.6};
+  const HHMMSS midnight;
   for (const bool isFirst : {true, false}) {
     EXPECT_EQ(setTaskStatus(*task_, TaskStatus::paused), isFirst);
     EXPECT_EQ(setTaskDisplayOrder(*task_, {TaskPageNumber{1}, 2}), isFirst);
     EXPECT_EQ(task_->setDisplayRepresentation(bicycle), isFirst);
     EXPECT_EQ(task_->replaceValue(Columns::colorInfo, blue), isFirst);
+    EXPECT_EQ(task_->replaceValue(Columns::startOfDayValue, midnight), isFirst);
     EXPECT_EQ(task_->replaceValue(Columns::firstDayOfWeekValue, CalendarDayOfWeek::saturday),
               isFirst);
     EXPECT_EQ(setFrequency(*task_, thrice), isFirst);
@@ -131,6 +129,7 @@ TEST_F(TasksTest, WhatIsSetIsReadAndWrittenOnlyWhereItDiffers) {
   EXPECT_EQ(task_->value(Columns::displayOrder), 103);
   EXPECT_EQ(task_->taskDisplayOrder(), (TaskDisplayOrder{TaskPageNumber{1}, 2}));
   EXPECT_EQ(task_->displayRepresentation(), bicycle);
+  EXPECT_EQ(task_->stored(Columns::startOfDayValue), 86400);
   EXPECT_EQ(task_->stored(Columns::colorInfo), "0.2 0.4 0.6 1");
   EXPECT_EQ(task_->taskColor(), blue);
   EXPECT_EQ(task_->frequency(), thrice);
@@ -190,7 +189,7 @@ TEST_F(TasksTest, TheLaterOfTwoDatesIsTheLastUpdate) {
   EXPECT_TRUE(task_->isNewer(*other));
 }
 
-TEST_F(TasksTest, AnEntryHasAPeriodATypeAndAZone) {
+TEST_F(TasksTest, AnEntryHasAPeriodAndAZone) {
   const auto entry = make<TaskLogEntryEntity>();
   entry->setStored(TaskLogEntryEntity::entryDate, 20240307);
   entry->setStored(TaskLogEntryEntity::entryPeriodFrom, 20240303);
@@ -202,9 +201,6 @@ TEST_F(TasksTest, AnEntryHasAPeriodATypeAndAZone) {
   EXPECT_EQ(entry->timeZone(given), given);
   entry->setStored(TaskLogEntryEntity::createdTimeZone, "Pacific/Apia");
   EXPECT_EQ(entry->timeZone(given).identifier(), "Pacific/Apia");
-  entry->setStored(TaskLogEntryEntity::entryType, std::int16_t{13});
-  EXPECT_EQ(entry->value(TaskLogEntryEntity::entryType),
-            TaskLogEntryType::allowableMissManuallyFull);
 }
 
 }  // namespace

@@ -89,6 +89,7 @@ TEST_F(TaskStatusTest, WritesOnlyWhatChanged) {
   add(today, completedManuallyFull);
   add(yesterday, missedManuallyFull);
   task_->setStored(Columns::uniqueId, "broken");
+  EXPECT_FALSE(task_->notificationTaskCurrentProgress(current()));
   task_->setValue(Columns::lastChangedDifficultyStatus, "x");
   update();
   EXPECT_TRUE(saveIfChanged(context_));
@@ -185,11 +186,6 @@ TEST_F(TaskStatusTest, KeepsTheRingsForTheExtensions) {
   row->setStored(Row::lastMissed, 20240307);
   EXPECT_EQ(task_->currentCompletionStatus().progress().progressPct({}), 1);
   EXPECT_EQ(SavedActivityRings::shared()->saved(today)->energy, 0.29);
-}
-
-TEST_F(TaskStatusTest, HasNoSnapshotWithoutAnIdentifier) {
-  task_->setValue(Columns::uniqueId, std::nullopt);
-  EXPECT_FALSE(task_->notificationTaskCurrentProgress(current()));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace velloro {
 
 /// The rows that hold something which the program can't make out and treats as absent, a line each:
 /// "can't be read: Task 17 colorInfo". A newer program may have written it; else it is damage that
-/// the file's own checks don't see. Reads every row of the entities that have texts of such forms.
+/// the file's own checks don't see. Reads every row.
 [[nodiscard]] Result<std::vector<std::string>> unreadableRows(NSManagedObjectContext& context);
 
 }  // namespace velloro
