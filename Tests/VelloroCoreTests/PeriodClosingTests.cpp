@@ -103,6 +103,7 @@ TEST(PeriodClosing, GivesEachPeriodThatHasEndedAnEntryOfItsOwn) {
         daily.push_back(closing);
       }
     }
+    atOnce.rules.now = task.rules.now;
     EXPECT_EQ(atOnce.close(), daily) << "no period depends on when one looks";
     const auto history = TaskRecentHistory::fromLog(
         task.rows, {.rules = task.rules, .to = task.rules.today(), .createdDay = created});
