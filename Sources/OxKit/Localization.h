@@ -17,7 +17,7 @@ namespace velloro {
 /// The program's text for a key in the user's language, with arguments for its placeholders. A key
 /// without a text shows itself.
 ///
-///     localized("distance.steps", {1200});     // "1,200 steps"
+///     localized(LocalizedKey{"distance.steps", "n"}, {1200});     // "1,200 steps"
 [[nodiscard]] std::string localized(std::string_view key,
                                     const std::vector<LocalizedArgument>& arguments = {});
 /// The same for a key that says what its text takes; the arguments must be that.

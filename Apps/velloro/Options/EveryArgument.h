@@ -8,10 +8,9 @@ namespace velloro {
 
 /// Makes a frequency recur as a person writes it:
 ///
-///     "mon,wed,fri", "monday"         // on these days of the week
-///     "day", "weekday", "weekend"
-///     "3d", "3 days", "other day"     // from one completion to the next
-///     "2 weeks", "2w", "fortnight"    // the same in days: 14
+/// - "mon,wed,fri", "monday", "day", "weekday", "weekend": on these days of the week
+/// - "3d", "3 days", "other day": from one completion to the next
+/// - "2 weeks", "2w", "fortnight": the same in days, 14
 ///
 /// Months and years have no fixed number of days: for them there is `--times 1 --per month`.
 /// \throws UsageError

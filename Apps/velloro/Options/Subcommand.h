@@ -8,7 +8,10 @@ namespace velloro {
 
 /// Adds a command with the flag `--json`, which runs `work` with the options that were given.
 ///
-///     addSubcommand(*command, "list", "Lists the tasks", options, list);
+///     struct Options { bool json = false; };
+///     CLI::App command;
+///     addSubcommand<Options>(command, "list", "Lists the tasks", std::make_shared<Options>(),
+///                            [](const Options& options) {});
 template <typename Options>
 CLI::App* addSubcommand(CLI::App& command, const char* name, const char* help,
                         const std::shared_ptr<Options>& options, void (*work)(const Options&)) {

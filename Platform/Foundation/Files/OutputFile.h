@@ -12,10 +12,10 @@ namespace platform {
 /// ends before that leaves nothing behind; where the file system knows no files without a name, a
 /// killed one leaves a hidden file, which the next writer takes over.
 ///
-///     auto file = OutputFile::open("check.png");
-///     if (file) (void)file->write(firstPiece);
-///     if (file) (void)file->write(lastPiece);
-///     if (file) (void)file->finish();                 // now there is a "check.png"
+///     auto file = OutputFile::open(NSFileManager::cachesDirectory() / "check.txt");
+///     if (file) (void)file->write("first piece, ");
+///     if (file) (void)file->write("last piece");
+///     if (file) (void)file->finish();                 // now there is a "check.txt"
 ///
 /// A file that is replaced keeps its permissions; until then nobody but the owner can read the new
 /// content. A new file gets the permissions that the umask leaves. A link is followed to the file
