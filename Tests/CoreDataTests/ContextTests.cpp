@@ -1,5 +1,5 @@
 #include "CoreData/Context/NSPersistentCloudKitContainer.h"
-#include "CoreDataTests/Library.h"
+#include "Support/Library.h"
 
 #include <thread>
 

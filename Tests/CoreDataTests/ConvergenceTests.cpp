@@ -1,4 +1,4 @@
-#include "CoreDataTests/Library.h"
+#include "Support/Library.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,5 +1,5 @@
 #include "CoreData/Store/StoreError.h"
-#include "CoreDataTests/Library.h"
+#include "Support/Library.h"
 
 namespace platform {
 namespace {

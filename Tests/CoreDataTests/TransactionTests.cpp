@@ -1,6 +1,6 @@
 #include "CoreData/Store/StoreError.h"
 #include "CoreDataTests/FailingDisk.h"
-#include "CoreDataTests/Library.h"
+#include "Support/Library.h"
 
 namespace platform {
 namespace {

@@ -4,10 +4,11 @@
 #include "Containers/VelloroNSPersistentContainer.h"
 #include "ExampleTests/SourcesExample.h"
 #include "Settings/Settings.h"
-#include "SettingsTests/MemoryStorage.h"
+#include "Settings/SettingsStorageLocal.h"
 #include "Tasks/Requests/TaskFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/VelloroModel.h"
+#include "Tasks/Status/StoredTaskStatus.h"
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
 
 namespace velloro {
@@ -26,7 +27,8 @@ class ClassesExample : public SourcesExample {
       std::make_shared<VelloroNSPersistentCloudKitContainer>(velloroModelName, velloroModel());
   const std::shared_ptr<NSManagedObjectContext> context = container->viewContext();
   const std::shared_ptr<TaskEntity> task = TaskEntity::create(*context);
-  const std::shared_ptr<SettingsStorageContainer> localStorage = std::make_shared<MemoryStorage>();
+  const std::shared_ptr<SettingsStorageContainer> localStorage =
+      std::make_shared<SettingsStorageLocal>();
   SettingsStorage storage{{.localStorage = localStorage}, false};
   Settings settings{storage};
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreDataTests/Library.h"
 #include "ExampleTests/Example.h"
+#include "Support/Library.h"
 
 namespace platform {
 

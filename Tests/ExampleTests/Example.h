@@ -34,12 +34,6 @@ class Example : public ::testing::Test {
 /// How results are compared.
 namespace example {
 
-/// Whether a call returned nothing.
-template <typename Value>
-bool isAbsent(const Value& value) {
-  return !value;
-}
-
 template <typename Value, typename Expected>
 bool equals(const Value& value, const Expected& expected, double accuracy = 1e-9) {
   if constexpr (std::is_arithmetic_v<Value> && std::is_arithmetic_v<Expected>) {
@@ -61,29 +55,6 @@ template <typename Value, typename Expected>
 testing::AssertionResult is(const Value& value, const Expected& expected, double accuracy = 1e-9) {
   if (equals(value, expected, accuracy)) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "it is " << testing::PrintToString(value);
-}
-
-template <typename Value, typename Expected>
-testing::AssertionResult is(const Value& values, std::initializer_list<Expected> expected) {
-  auto value = values.begin();
-  for (const Expected& each : expected) {
-    if (value == values.end() || !equals(*value++, each)) {
-      return testing::AssertionFailure() << "it is " << testing::PrintToString(values);
-    }
-  }
-  return value == values.end() ? testing::AssertionSuccess() : testing::AssertionFailure();
-}
-
-/// Whether the call throws that error, with that text unless none is given.
-template <typename Error, typename Call>
-testing::AssertionResult throws(const Call& call, std::string_view text = {}) {
-  try {
-    call();
-  } catch (const Error& error) {
-    if (text.empty() || error.what() == text) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << error.what();
-  }
-  return testing::AssertionFailure() << "nothing is thrown";
 }
 
 }  // namespace example

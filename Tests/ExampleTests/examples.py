@@ -34,7 +34,8 @@ NO_EXPRESSION = re.compile(
 RESULT = re.compile(
     rf"(?P<thrown>throws (?P<type>\w+(::\w+)*)(: (?P<text>{TEXT}))?)|(?P<absent>absent)"
     r'|(?P<json>(\{"\w*":|\{\}|\[).*)'
-    rf"|(?P<value>({TEXT}|-?\d[\w.']*…?( / \d+)?|true|false|&?\w+(::\w+)+|\{{.*?\}}|[A-Z]\w+(::\w+)*[({{].*[)}}]))"
+    r"|(?:\{(?P<list>.*?)\}(?=$|[:;,]|\s\())"
+    rf"|(?P<value>({TEXT}|-?\d[\w.']*…?( / \d+)?|true|false|&?\w+(::\w+)+|[A-Z]\w+(::\w+)*[({{].*[)}}]))"
     r"(?=$|[:;,]|\s\()"
 )
 
@@ -84,10 +85,12 @@ def checked(code, comment):
         return code
     code = code.rstrip(";")
     if result["absent"]:
-        return f"EXPECT_TRUE(example::isAbsent({code}));"
+        return f"EXPECT_FALSE(({code}));"
     if result["thrown"]:
-        call = f"[&] {{ (void)({code}); }}, {result['text'] or '{}'}"
-        return f"EXPECT_TRUE(example::throws<{result['type']}>({call}));"
+        error, text = result["type"], result["text"] or "testing::_"
+        return f"EXPECT_THAT(([&] {{ (void)({code}); }}), testing::ThrowsMessage<{error}>({text}));"
+    if result["list"]:
+        return f"EXPECT_THAT(({code}), testing::ElementsAre({result['list']}));"
     value = f'R"({result["json"]})"' if result["json"] else result["value"]
     if value.endswith("…"):
         value = f"{value[:-1]}, 1e-{len(value.partition('.')[2]) - 1}"

@@ -80,7 +80,6 @@ TEST(RawValue, NamesTheCaseInDebugTexts) {
   EXPECT_EQ(debugDescription(Unit::hours), "h");
   EXPECT_EQ(debugDescription(Task::Page::second), "7");
   EXPECT_EQ(typeName<Task::Weekday>(), "Task::Weekday");
-  EXPECT_EQ(typeName<std::optional<int>>(), "std::optional<int>");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "Foundation/Formatting/NSDateFormatter.h"
 #include "Foundation/Process/VirtualEnvironment.h"
-#include "Foundation/Values/Geometry.h"
 #include "OxKit/AccessibilityLabel.h"
 #include "OxKit/DeviceType.h"
 #include "OxKit/Localization.h"
@@ -85,12 +84,6 @@ TEST(OxAnimationCurve, FollowsItsFormula) {
     EXPECT_DOUBLE_EQ(valueAt(curve, 0.25), atQuarter);
     EXPECT_DOUBLE_EQ(valueAt(curve, 1), 1);
   }
-}
-
-TEST(CGPoint, IsMirroredForReadersFromTheRight) {
-  const CGPoint point{.x = 10, .y = 5};
-  EXPECT_EQ(point.transpose(true, 100), (CGPoint{.x = 90, .y = 5}));
-  EXPECT_EQ(point.transpose(false, 100), point);
 }
 
 TEST(Localization, FollowsTheLocale) {

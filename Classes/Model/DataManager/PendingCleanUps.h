@@ -12,9 +12,9 @@ namespace velloro {
 /// The clean-ups after imports that are not done yet, as all processes see them: whoever cleans up
 /// next does what a process that was killed, or that failed, has left undone.
 ///
-///     PendingCleanUps::add(event.identifier, began);
+///     PendingCleanUps::add(UUID{}, now);
 ///     const auto pending = PendingCleanUps::kept();
-///     if (TaskDeduplicator{id}.run(context, pending.since)) pending.remove();
+///     if (TaskDeduplicator{}.run(*context, pending.since)) pending.remove();
 struct PendingCleanUps {
   Date since = Date::distantFuture();  ///< When the first of their imports began.
 

@@ -17,8 +17,8 @@ namespace velloro {
 /// The message of an automatic reminder of the task, on a day and in the period that holds it: one
 /// of the things that there are to say, picked at random. Absent where nothing can be said.
 ///
-///     alertBodyForLocalIndividualNotification(*task, task->currentPeriod(), day);
-///     // such as "Extend your best streak today (streak: 9, best: 9)"
+///     alertBodyForLocalIndividualNotification(*task, task->currentPeriod(), {2024, 3, 7});
+///     // For example "Extend your best streak today (streak: 9, best: 9)"
 [[nodiscard]] std::optional<std::string> alertBodyForLocalIndividualNotification(
     const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate);
 /// \param random 64 random bits, by which it is picked.
@@ -29,7 +29,8 @@ namespace velloro {
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
 /// and no longer than its snapshot holds.
 ///
-///     const IndividualReminder reminder(TaskSnapshot::of(*task), task->currentPeriod(), day);
+///     const IndividualReminder reminder(TaskSnapshot::of(*task), task->currentPeriod(),
+///                                   {2024, 3, 7});
 ///     reminder.message(NotificationIndividualReminder::reminder).text;    // "A little reminder"
 class IndividualReminder {
  public:

@@ -10,10 +10,10 @@ class TaskEntity;
 /// A task of the store as of one instant, its row decoded once. What is derived of a task is
 /// derived from this; only what the log alone knows is fetched.
 ///
-///     const auto task = TaskSnapshot::of(*entity, now);
-///     const auto period = task.standing.currentPeriod().period;
-///     streakedCompletionStatus(task, period).streak.current;    // 4
-///     willSkip(task, period);                                   // SkipMode::willSkipWithIndicator
+///     const auto snapshot = TaskSnapshot::of(*task, now);
+///     const auto period = snapshot.standing.currentPeriod().period;
+///     streakedCompletionStatus(snapshot, period).streak.current;    // 0
+///     willSkip(snapshot, period);    // SkipMode::willMissWithIndicator
 struct TaskSnapshot {
   const TaskEntity* entity = nullptr;  ///< It must outlive the snapshot.
   TaskStanding standing = {};
