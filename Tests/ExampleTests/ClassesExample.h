@@ -10,6 +10,7 @@
 #include "Tasks/Rows/VelloroModel.h"
 #include "Tasks/Status/StoredTaskStatus.h"
 #include "UserNotifications/UNNotificationContentExtensionHost.h"
+#include "UserNotifications/UNUserNotificationCenter.h"
 
 namespace velloro {
 

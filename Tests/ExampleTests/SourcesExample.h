@@ -14,7 +14,7 @@ class SourcesExample : public Example {
     return {.entryDate = day,
             .entryPeriodFrom = day,
             .entryPeriodTo = day,
-            .entryType = rawValue(type),
+            .entryType = static_cast<std::int16_t>(rawValue(type)),
             .entryPeriodType = TaskFrequencyPeriodType::day};
   }
 

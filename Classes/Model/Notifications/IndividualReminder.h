@@ -30,7 +30,7 @@ namespace velloro {
 /// and no longer than its snapshot holds.
 ///
 ///     const IndividualReminder reminder(TaskSnapshot::of(*task), task->currentPeriod(),
-///                                   {2024, 3, 7});
+///                                      {2024, 3, 7});
 ///     reminder.message(NotificationIndividualReminder::reminder).text;    // "A little reminder"
 class IndividualReminder {
  public:

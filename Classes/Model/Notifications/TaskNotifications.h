@@ -12,7 +12,10 @@ namespace velloro {
 /// Makes the notifications of stored tasks. To be used on the queue of the task.
 ///
 ///     const TaskNotifications notifications({.now = now});
-///     const auto content = notifications.reminder(*task, {.id = id, .day = today});
+///     const auto content = notifications.reminder(
+///         *task, {.id = NotificationID::badge(0), .day = {2024, 3, 7}},
+///         [] { return Environment::current().random(); });
+///     auto center = UNUserNotificationCenter::currentNotificationCenter();
 ///     if (content) center.addNotificationRequest(content->request());
 struct TaskNotifications {
   NotificationContentBuilder builder;
