@@ -8,7 +8,7 @@ Each block becomes one test case. What it declares (types, templates, functions)
 of the header, where later blocks see it. A statement that is an expression with a result behind it or
 on the next line is checked:
 
-    range.smaller(7.2);     // 7              a number, a text in quotes, true, false, a name::of_a_case,
+    range.smaller(7.2);     // 7              a number, a text in quotes, true, false, a name::of_a_case
     range.middle();         // 3.33…          a number that is not written to its end
     range.color();          // Color{.r = 1}  a value, or a list of values in braces
     range.bigger(20);       // absent         an optional, result or pointer that holds nothing
@@ -32,11 +32,15 @@ NO_EXPRESSION = re.compile(
     r"|[\w:<>,]+[&*]? +\w+ *[={(;]"
 )
 RESULT = re.compile(
-    rf"(?P<thrown>throws (?P<type>\w+(::\w+)*)(: (?P<text>{TEXT}))?)|(?P<absent>absent)"
-    r'|(?P<json>(\{"\w*":|\{\}|\[).*)'
-    r"|(?:\{(?P<list>.*?)\}(?=$|[:;,]|\s\())"
-    rf"|(?P<value>({TEXT}|-?\d[\w.']*…?( / \d+)?|true|false|&?\w+(::\w+)+|[A-Z]\w+(::\w+)*[({{].*[)}}]))"
-    r"(?=$|[:;,]|\s\()"
+    rf"""
+    (?P<json>(\{{"\w*":|\{{\}}|\[).*)
+    | (?P<absent>absent\b)
+    | (throws\ (?P<error>\w+(::\w+)*)(:\ (?P<text>{TEXT}))?
+      | \{{(?P<list>.*?)\}}
+      | (?P<value>{TEXT}|true|false|-?\d[\w.']*…?(\ /\ \d+)?|&?\w+(::\w+)+|[A-Z]\w+(::\w+)*[({{].*[)}}])
+    )(?=$|[:;,](?!\d)|\ \()
+    """,
+    re.VERBOSE,
 )
 
 
@@ -86,8 +90,8 @@ def checked(code, comment):
     code = code.rstrip(";")
     if result["absent"]:
         return f"EXPECT_FALSE(({code}));"
-    if result["thrown"]:
-        error, text = result["type"], result["text"] or "testing::_"
+    if error := result["error"]:
+        text = result["text"] or "testing::_"
         return f"EXPECT_THAT(([&] {{ (void)({code}); }}), testing::ThrowsMessage<{error}>({text}));"
     if result["list"]:
         return f"EXPECT_THAT(({code}), testing::ElementsAre({result['list']}));"

@@ -15,7 +15,7 @@ namespace velloro {
 ///
 ///     const SettingRule& rule = SettingRule::of(Setting::selectedTaskPage);
 ///     rule.expect("3");
-///     rule.expect("4");    // UsageError: VALUE "4": not a page; write 0 to 3
+///     rule.expect("4");    // throws UsageError; VALUE "4": not a page; write 0 to 3
 struct SettingRule {
   std::string_view what = {};     ///< "a page"
   std::string_view example = {};  ///< "0 to 3": what to write instead.

@@ -13,7 +13,7 @@ class TaskEntity;
 ///     const auto snapshot = TaskSnapshot::of(*task, now);
 ///     const auto period = snapshot.standing.currentPeriod().period;
 ///     streakedCompletionStatus(snapshot, period).streak.current;    // 0
-///     willSkip(snapshot, period);    // SkipMode::willMissWithIndicator
+///     willSkip(snapshot, period);    // SkipMode::willMissWithoutIndicator
 struct TaskSnapshot {
   const TaskEntity* entity = nullptr;  ///< It must outlive the snapshot.
   TaskStanding standing = {};
