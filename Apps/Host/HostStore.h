@@ -22,14 +22,14 @@ namespace velloro {
 
 class TaskEntity;
 
-/// What a person wanted of the store and can't have; the text says why.
+/// A request that the store can't fulfil; the text gives the reason.
 class HostError : public Error {
  public:
   explicit HostError(const std::string& text) : Error("velloro.host", 1, terminalText(text)) {}
 };
 
-/// The process's active store, for one command that a person gave: errors of which the data manager
-/// says nothing are thrown here. Everything happens on the main thread.
+/// The process's active store, for one command: errors that the data manager does not report are
+/// thrown here. To be used on the main thread.
 ///
 ///     HostStore store;
 ///     store.write([&] {
@@ -40,7 +40,7 @@ class HostStore {
   /// \throws HostError, which names the file, where it can't be opened.
   HostStore();
 
-  /// The file of the active store, for whoever only looks at it: opening a store may make one.
+  /// The file of the active store, for code that only inspects it: opening a store may make one.
   /// \throws HostError where there is none.
   [[nodiscard]] static std::filesystem::path existingFile();
 
@@ -72,10 +72,11 @@ class HostStore {
   }
 
  private:
-  /// What is read and written from now on is of the store that is active then.
+  /// From now on, the store that is then active is read and written.
   [[nodiscard]] StoreUse beginWriting() const;
   void openActiveStore() const;
-  /// As other processes have left them. \throws HostError: defaults would be taken for them.
+  /// Reads the settings as other processes have left them. \throws HostError if they can't be read,
+  /// since defaults would be used instead.
   static void readSettings();
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 

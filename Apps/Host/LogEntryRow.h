@@ -8,18 +8,18 @@
 
 namespace velloro {
 
-/// What the host writes of an entry, in the form in which it is stored.
+/// The columns of an entry that the host writes.
 struct LogEntryRow {
   UniqueID id;
   const TaskFrequencyPeriod& period;
   YYYYMMDD date = {};
   Date at;  ///< When it is made.
   LogStep step = {};
-  double total = 0;  ///< Of the period, up to and with it.
+  double total = 0;  ///< Of the period, up to and including this entry.
 
   /// Into a new row of the task.
   [[nodiscard]] std::shared_ptr<TaskLogEntryEntity> insert(TaskEntity& task) const;
-  /// Into a row that is there.
+  /// Into an existing row.
   void write(TaskLogEntryEntity& entry, const TaskEntity& task) const;
 };
 

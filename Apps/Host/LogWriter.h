@@ -13,34 +13,36 @@ namespace velloro {
 
 class TaskEntity;
 
-/// What a person says happened.
+/// An entry that a user wants to write.
 struct NewLogEntry {
-  /// Absent for the next tap: a step, or, when that is the last one, the completion; of a negative
-  /// task the same as misses.
+  /// Absent for the next tap: a step or, if it is the last one, the completion; for a negative
+  /// task, the corresponding misses.
   std::optional<TaskLogEntryType> type = {};
   YYYYMMDD date = {};
-  /// When the entry is made; one of the same day and instant as another counts as made after it.
+  /// When the entry is made. If another entry of the day has the same instant, this one counts as
+  /// made after it.
   Date at;
-  std::optional<double> amount = {};  ///< In the task's unit; absent for what the type takes.
+  std::optional<double> amount = {};  ///< In the task's unit; absent for the default of the type.
 };
 
-// All of this is called within `HostStore::write`: what is written follows from the log as it is at
-// that moment. Whoever writes or takes back closes past periods before (`PeriodCloser`), and calls
-// `updateDerivedData` when all of it is done.
+// These functions are called within `HostStore::write`, since what they write depends on the log at
+// that moment. Before an entry is written or removed, the caller closes past periods
+// (`PeriodCloser`); afterwards, it calls `updateDerivedData`.
 
-/// Writes an entry for the period of the task that holds the day: `nextLogStep` says which.
+/// Writes an entry for the period of the task that contains the day. `nextLogStep` decides its type
+/// and its amount.
 ///
-/// An entry holds its own amount and the period's total up to and with it. Of a task in eight
-/// glasses, the third step holds 1 and 3.
+/// An entry contains its own amount and the period's total up to and including it: for a task of
+/// eight glasses, the third step contains 1 and 3.
 ///
 ///     addLogEntry(*task, {.date = {2024, 3, 7}, .at = now});
 std::shared_ptr<TaskLogEntryEntity> addLogEntry(TaskEntity& task, const NewLogEntry& entry);
 
-/// Takes the newest entry back that the user made in the period with that day; null without one.
-/// A past period may be open then, and is closed again at the next occasion.
+/// Removes the newest entry that the user made in the period with that day; null if there is none.
+/// A past period may be open then, and is closed again with the next write.
 std::shared_ptr<TaskLogEntryEntity> undoLogEntry(TaskEntity& task, YYYYMMDD date);
 
-/// Rewrites what the task's temporal row tells of its log, for the logical day of now.
+/// Updates the task's temporal row from its log, for the current logical day.
 void updateDerivedData(TaskEntity& task);
 
 }  // namespace velloro

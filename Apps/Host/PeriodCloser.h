@@ -14,35 +14,35 @@ namespace velloro {
 class TaskEntity;
 class TaskLogEntryEntity;
 
-/// Closes the periods of a task that have ended without a full entry: writes one full entry for
-/// each. It is a miss or a skip, as the task's skip mode says; for a negative task that stayed
-/// clean it is a completion in place of the miss.
+/// Closes the periods of a task that have ended without a full entry, by writing one full entry for
+/// each: a miss or a skip, depending on the task's skip mode. For a negative task that stayed
+/// clean, it is a completion instead of the miss.
 ///
 /// Both fail with a `HostError` where the clock is more than 150 years ahead of the log.
 ///
-/// Streaks go by full entries alone, so this comes before anything else is read or written on a new
-/// day. Whoever pauses or resumes a task closes first: the periods behind are then closed as what
-/// they were.
+/// Streaks depend on full entries alone, so periods are closed before anything else is read or
+/// written on a new day. They are also closed before a task is paused or resumed, so that past
+/// periods are closed as the task was then.
 ///
 ///     PeriodCloser(*context, now).close(*task);             // in the store, within a transaction
 ///     PeriodCloser(*context, now).foresee(*task).size();    // 0: in memory alone
 ///
-/// A clock that was set ahead, and is right again, leaves closing entries of periods that have not
-/// ended. They are taken back, and nothing else is: only what carries the identifier that
-/// `closingEntryID` gives. Not by a command that was told what time it is (`--now`), and not while
-/// the store has an entry made by hand that is newer than the clock, since then it may be the clock
-/// that is wrong.
+/// After a clock was set ahead and is right again, there may be closing entries of periods that
+/// have not ended. These are removed, and no others: only entries with the identifier that
+/// `closingEntryID` returns. A command with a given time (`--now`) removes none, and neither does
+/// any command while the store has an entry made by hand that is newer than the clock, since then
+/// the clock may be wrong.
 class PeriodCloser {
  public:
   /// \param now The instant by which it goes, whenever it is asked.
   explicit PeriodCloser(NSManagedObjectContext& context, Date now = Date::now())
       : context_(context), now_(now) {}
 
-  /// Within a transaction; whoever calls it calls `updateDerivedData` when something has changed.
-  /// Whether the log has.
+  /// Within a transaction. Returns whether the log has changed; if so, the caller calls
+  /// `updateDerivedData`.
   bool close(TaskEntity& task);
-  /// Lets the task answer as if `close` and `updateDerivedData` had been called, and changes
-  /// nothing that could be saved. The entries that it would have.
+  /// Makes the task answer as if `close` and `updateDerivedData` had been called, without changing
+  /// anything that could be saved. Returns the entries that `close` would write.
   std::vector<PeriodClosing> foresee(TaskEntity& task);
 
  private:
@@ -58,8 +58,8 @@ class PeriodCloser {
   std::optional<bool> isClockTrusted_;
 };
 
-/// Closes the task's past periods, and rewrites its row where that changed the log or where it has
-/// none. Within a transaction.
+/// Closes the task's past periods, and updates its temporal row if that changed the log or if the
+/// task has none. Within a transaction.
 void bringUpToDate(TaskEntity& task);
 
 }  // namespace velloro

@@ -12,7 +12,8 @@
 
 namespace velloro {
 
-/// What a person says of a task. What is absent stays as it is, or is as new tasks have it.
+/// The properties of a task that a user gives. What is absent is left unchanged, or has the default
+/// of new tasks.
 struct TaskFields {
   std::optional<std::string> title = {};
   std::optional<TaskFrequency> frequency = {};
@@ -26,13 +27,13 @@ struct TaskFields {
   std::optional<TaskPageNumber> page = {};
 };
 
-/// The fields that were given contradict each other: no task can have them all.
+/// The given fields contradict each other: no task can have all of them.
 class ImpossibleTask : public HostError {
  public:
   using HostError::HostError;
 };
 
-/// A new task, behind the others of its page. Within `HostStore::write`. \throws HostError
+/// Makes a task, after the others of its page. Within `HostStore::write`. \throws HostError
 std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fields, Date created);
 /// Within `HostStore::write`. \throws ImpossibleTask
 void changeTask(const HostStore& store, TaskEntity& task, const TaskFields& fields);

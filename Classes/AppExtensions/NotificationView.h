@@ -56,8 +56,8 @@ class NotificationView : public UIView {
     bool operator==(const Background&) const = default;
   };
 
-  /// Of a label's text so many bytes are shown, and no more than so many points of height; what is
-  /// cut off is told by an ellipsis.
+  /// A label shows at most this many bytes of its text, and at most this many points of its height;
+  /// an ellipsis marks what is cut off.
   static constexpr std::size_t maximumTextLength = 1000;
   static constexpr double maximumTextHeight = 2000;
 

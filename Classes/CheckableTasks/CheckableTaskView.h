@@ -60,7 +60,7 @@ class CheckableTaskView : public UIView, public UIGestureRecognizerDelegate {
 
   /// How the ring looks and behaves.
   struct Configuration {
-    HabitMode habitMode = HabitMode::positive;  ///< Chooses the words for who listens.
+    HabitMode habitMode = HabitMode::positive;  ///< Selects the accessibility texts.
     OxAnimationCurve progressTimingFunction = OxAnimationCurve::easeInOut;
     OxAnimationCurve subProgressTimingFunction = OxAnimationCurve::easeInOut;
     FillDirection fillDirection = FillDirection::clockwise;
@@ -96,7 +96,7 @@ class CheckableTaskView : public UIView, public UIGestureRecognizerDelegate {
   ~CheckableTaskView() override;
 
   [[nodiscard]] const Configuration& configuration() const { return configuration_; }
-  /// Changes the configuration; the view is drawn anew if it then looks different.
+  /// Changes the configuration; the view is drawn again if it then looks different.
   template <typename Change>
   void update(Change&& change) {
     Configuration changed = configuration_;

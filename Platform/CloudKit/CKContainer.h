@@ -36,8 +36,7 @@ inline constexpr const char* CKAccountChanged = "CKAccountChanged";
 ///     const auto container = CKContainer::initWithIdentifier("iCloud.velloro.app.coreData");
 ///     container->containerIdentifier();    // "iCloud.velloro.app.coreData"
 ///
-/// There is no account until a service that has one tells of it by `setAccountStatus`. From any
-/// thread.
+/// There is no account until a service reports one by `setAccountStatus`. From any thread.
 class CKContainer {
  public:
   /// Called once, on any thread, and perhaps before the asking returns.
@@ -48,7 +47,7 @@ class CKContainer {
   [[nodiscard]] const std::string& containerIdentifier() const { return identifier_; }
   void accountStatus(const AccountStatusHandler& handler) const;
 
-  /// For the service: another status than before is told by `CKAccountChanged`.
+  /// For the service. If the status changes, `CKAccountChanged` is posted.
   static void setAccountStatus(CKAccountStatus status);
 
  private:

@@ -11,9 +11,9 @@
 namespace platform {
 
 /// The outline of one glyph of an icon font, a family of a single face, in a box of 1 by 1 with y
-/// growing downwards: the font's line is as high as the box, the glyph stands in its middle. Absent
-/// when no installed font is of that family, when the font has no such glyph, and for a glyph
-/// without an outline.
+/// growing downwards: the font's line is as high as the box, and the glyph is centred in it. Absent
+/// if no installed font is of that family, if the font has no such glyph, and for a glyph without
+/// an outline.
 ///
 ///     fontGlyph("Material Design Icons", "water");
 ///     fontGlyph("Material Design Icons", "U+F0003");

@@ -28,7 +28,7 @@ class UIGestureRecognizerDelegate {
 
   /// Whether a gesture that was made may count; if not, the recogniser fails.
   virtual bool gestureRecognizerShouldBegin(const UIGestureRecognizer&) { return true; }
-  /// Whether the recogniser is told of a finger at all: asked as it comes down.
+  /// Whether the recogniser receives a touch; called when the touch begins.
   virtual bool gestureRecognizerShouldReceive(const UIGestureRecognizer&, const UITouch&) {
     return true;
   }

@@ -12,7 +12,7 @@ namespace platform {
 /// program share. For one thread at a time.
 ///
 /// What can't be read is left out; the file as it was is moved aside (".corrupt" behind its name)
-/// before the next write. Whatever goes wrong is told to `Environment::report`, once.
+/// before the next write. A problem is reported by `Environment::report`, once.
 class NotificationStore {
  public:
   explicit NotificationStore(std::filesystem::path folder);

@@ -78,7 +78,7 @@ struct UNNotificationContent {
            key("relevanceScore", &UNNotificationContent::relevanceScore, initialValue));
 };
 
-/// Content is a value: whoever holds one may change it.
+/// Content is a value, so every copy can be changed.
 using UNMutableNotificationContent = UNNotificationContent;
 
 }  // namespace platform

@@ -40,7 +40,7 @@ class UNUserNotificationCenterDelegate {
 /// What is asked takes effect in the order of the calls; handlers run later, on a queue of the
 /// centre, when the change is on the disk. One fails with the disk's `PosixError`, with an
 /// `EncodingError` for a value that can't be stored, and with domain "UNErrorDomain", code 1, for a
-/// request while the user does not allow notifications. A failure is also told to
+/// request while the user does not allow notifications. A failure is also reported by
 /// `Environment::report`.
 ///
 /// Requests lie in a file that all processes of the program share. They are delivered, each once,

@@ -5,8 +5,8 @@
 
 namespace velloro {
 
-/// This thread's own calendar, set to the given zone. The next call on the same thread sets it
-/// anew, so use it at once and do not keep it.
+/// This thread's own calendar, set to the given zone. The next call on the same thread changes it,
+/// so use it immediately and do not keep it.
 [[nodiscard]] Calendar& currentThreadCalendar(TimeZone timeZone);
 
 }  // namespace velloro

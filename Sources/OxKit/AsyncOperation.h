@@ -10,8 +10,8 @@
 
 namespace velloro {
 
-/// An operation that ends when it says so: `main` may return while the work goes on elsewhere, and
-/// `complete` ends it. Made by `std::make_shared`, run by an `NSOperationQueue` or by `start`.
+/// An operation that ends when `complete` is called: `main` may return while the work continues
+/// elsewhere. Made by `std::make_shared`, run by an `NSOperationQueue` or by `start`.
 ///
 ///     class Download : public AsyncOperation {
 ///       void main() override {
@@ -20,9 +20,8 @@ namespace velloro {
 ///       }
 ///     };
 ///
-/// A cancelled operation is started too and must complete itself, so that whoever waits for its
-/// answer gets one. Every `main` must lead to `complete`: until then it keeps its place in the
-/// queue.
+/// A cancelled operation is started too and must complete itself, so that its callers get an
+/// answer. Every `main` must lead to `complete`: until then it keeps its place in the queue.
 class AsyncOperation : public NSOperation {
  public:
   [[nodiscard]] bool isAsynchronous() const override { return true; }

@@ -11,9 +11,9 @@ namespace velloro {
 ///     inline constexpr LocalizedKey steps{"distance.steps", "n"};
 ///     localized(steps, {1200});    // "1,200 steps": see Localization.h
 ///
-/// The keys of a family of texts stand in one header, with a list `all` of them. The texts of every
-/// language are held against these lists by test, so a key that has no text, or takes other
-/// arguments than its text, never ships.
+/// The keys of a family of texts are declared in one header, with a list `all` of them. A test
+/// compares these lists with the texts of every language, so a key without a text, or with other
+/// arguments than its text, is never released.
 struct LocalizedKey {
   std::string_view key;
   std::string_view arguments;

@@ -7,7 +7,7 @@
 
 namespace velloro {
 
-/// A failure that nobody tells apart from others: only a log reads its message.
+/// A failure that callers do not distinguish from others; its message goes to the log only.
 class RuntimeError : public Error {
  public:
   explicit RuntimeError(std::string message);

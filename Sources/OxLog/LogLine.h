@@ -13,9 +13,9 @@ namespace velloro {
 [[nodiscard]] std::string logLineText(const LogManager::WatchDebugPacket& line,
                                       std::string_view prefix, const TimeZone& zone);
 
-/// The bare name in a function's signature as the compiler spells it, with "()": "update()" for
-/// "void velloro::NotificationManager::update(int)". A lambda goes by the function around it. A
-/// text without a parameter list stays as it is.
+/// The name of a function, with "()", from its signature as the compiler writes it: "update()" for
+/// "void velloro::NotificationManager::update(int)". For a lambda, it is the name of the enclosing
+/// function. A text without a parameter list is returned as it is.
 [[nodiscard]] std::string functionName(std::string_view signature);
 
 }  // namespace velloro

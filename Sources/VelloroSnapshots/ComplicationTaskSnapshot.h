@@ -60,7 +60,7 @@ struct ComplicationTaskSnapshot {
              key("count", &UniqueCompletions::count));
   };
 
-  Date date;  ///< The moment that the snapshot stands for.
+  Date date;  ///< The instant that the snapshot describes.
   Date statusDate;
   std::optional<UniqueID> taskUniqueId = {};
   TaskStatus taskStatus = defaultStatus;

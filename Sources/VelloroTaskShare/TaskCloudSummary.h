@@ -116,9 +116,9 @@ struct NotificationSettings {
 
 }  // namespace task_cloud_summary
 
-/// What those with whom a task is shared are given of it: what it is, what happened in each period,
-/// how far the current one has come, and when its owner is reminded. From it they can tell the
-/// task's status without its log.
+/// What the participants of a shared task receive: the task itself, what happened in each period,
+/// the progress of the current one, and when its owner is reminded. The status of the task can be
+/// derived from it without the log.
 struct TaskCloudSummary {
   using TaskDescriptor = task_cloud_summary::TaskDescriptor;
   using Entry = task_cloud_summary::Entry;

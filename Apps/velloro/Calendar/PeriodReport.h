@@ -9,7 +9,7 @@
 
 namespace velloro {
 
-/// A period of a task and what there is to do in it, as `velloro period` prints it.
+/// A period of a task, its neighbours and what is expected in it, as `velloro period` prints it.
 struct PeriodReport {
   std::string mode;  ///< "numberOfDaysInWeek"
   YYYYMMDD date = {};

@@ -7,7 +7,7 @@
 
 namespace velloro {
 
-/// A period as the commands tell it.
+/// A period as the commands print it.
 struct PeriodStretch {
   std::string type;  ///< "week"
   YYYYMMDD start = {};

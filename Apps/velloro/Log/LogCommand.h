@@ -6,7 +6,7 @@ class App;
 
 namespace velloro {
 
-/// `velloro log`: writes, lists and takes back what happened.
+/// `velloro log`: writes, lists and removes entries of the log.
 void addLogCommand(CLI::App& app);
 
 }  // namespace velloro

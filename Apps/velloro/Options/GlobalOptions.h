@@ -12,8 +12,8 @@ class App;
 
 namespace velloro {
 
-/// The options that every command takes and that fix what it gets from outside, so that any answer
-/// can be had again.
+/// The options of every command. They replace what it gets from outside, so that every answer can
+/// be reproduced.
 struct GlobalOptions {
   std::optional<std::string> store;
   std::optional<std::string> now;
@@ -22,7 +22,7 @@ struct GlobalOptions {
   std::optional<std::string> process;
 
   void addTo(CLI::App& app);
-  /// \param usualProcess In whose place the command stands where `--process` doesn't say it.
+  /// \param usualProcess The process in whose place the command runs without `--process`.
   /// \throws UsageError
   [[nodiscard]] ProcessEnvironment::Options environment(const std::string& usualProcess) const;
 };

@@ -14,12 +14,12 @@ namespace velloro {
 /// Adds `TASK`, which must be given.
 void addTaskArgument(CLI::App& command, std::string& text);
 
-/// The one task of the store that a person means: by its title, its id, or the beginning of its id.
-/// \throws UsageError, which names similar titles, where there is none, or more than one.
+/// The task of the store that a text names: by its title, its id, or the beginning of its id.
+/// \throws UsageError, which names similar titles, if there is none or more than one.
 [[nodiscard]] std::shared_ptr<TaskEntity> taskArgument(const HostStore& store,
                                                        const std::string& text);
 
-/// The same, as it stands with its past periods closed: in memory, for those who only read.
+/// The same, with its past periods closed in memory, for commands that only read.
 [[nodiscard]] std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store,
                                                               const std::string& text);
 

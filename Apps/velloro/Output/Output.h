@@ -9,16 +9,16 @@
 
 namespace velloro {
 
-/// Writes a text, or JSON, to standard output. What stands in it must not act on a terminal: what
-/// is left of control characters becomes escapes (`terminalLines`). A value from outside is to be
-/// escaped (`terminalText`) before it is put into a line, since it may hold a line break.
+/// Writes a text, or JSON, to standard output. Control characters that are left in it become
+/// escapes (`terminalLines`), so that they do not act on the terminal. A value from outside must be
+/// escaped (`terminalText`) before it is put into a line, since it may contain a line break.
 ///
-/// Whether the output arrived is found out at the end of the program.
+/// Whether the output was written is checked at the end of the program.
 void print(std::string_view text);
 /// The same for a file, such as a picture, as it is.
 void printBytes(std::string_view bytes);
 
-/// The columns that a text takes on a terminal, as far as its characters tell.
+/// The number of columns that a text takes on a terminal, estimated from its characters.
 [[nodiscard]] std::size_t columns(std::string_view text);
 /// Filled with blanks up to a width.
 [[nodiscard]] std::string padded(std::string_view text, std::size_t width);

@@ -11,7 +11,7 @@
 
 namespace velloro {
 
-/// A row that others have changed, as `velloro watch` prints it.
+/// A row that another process has changed, as `velloro watch` prints it.
 struct WatchedChange {
   Date merged;         ///< When this process took it over.
   std::string change;  ///< "inserted", "updated" or "deleted".

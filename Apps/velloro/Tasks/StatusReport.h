@@ -16,7 +16,7 @@ namespace velloro {
 
 class TaskEntity;
 
-/// Where a task stands in one of its periods, as `velloro status` prints it.
+/// The state of a task in one of its periods, as `velloro status` prints it.
 struct StatusReport {
   struct Progress {
     TaskProgressType type = TaskProgressType::discrete;
@@ -64,7 +64,7 @@ struct StatusReport {
   [[nodiscard]] std::string line() const;
 };
 
-/// One line a task.
+/// One line per task.
 [[nodiscard]] std::string table(const std::vector<StatusReport>& reports);
 
 }  // namespace velloro

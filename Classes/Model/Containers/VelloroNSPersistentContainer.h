@@ -35,7 +35,7 @@ class VelloroNSPersistentCloudKitContainer : public NSPersistentCloudKitContaine
 
   /// As `NSPersistentContainer::loadPersistentStores`, and remembers the error.
   void loadPersistentStores(const LoadHandler& handler) override;
-  /// Why the store could not be opened; null when it was. For programs that can tell a person.
+  /// Why the store could not be opened; null if it was. For programs that can report it to a user.
   [[nodiscard]] const ErrorPtr& loadError() const { return loadError_; }
 
   /// Observers that end with the container.

@@ -33,7 +33,7 @@ constexpr auto rawValues(std::type_identity<Author>) {
                            {deviceActivity, "ext_deviceActivity"}});
 }
 
-/// As whom a target writes.
+/// The author of what a target writes.
 [[nodiscard]] Author author(RunTarget target);
 
 /// Whether a target may run the mirror: those that live too short for it leave all traffic with the

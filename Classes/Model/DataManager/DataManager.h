@@ -23,7 +23,8 @@
 namespace velloro {
 
 /// The process's owner of the store. It decides which of two files this process works on, the one
-/// that the cloud mirrors or the local one, whether the mirror runs here, and as whom it writes.
+/// that the cloud mirrors or the local one, whether the mirror runs here, and as which author it
+/// writes.
 ///
 ///     const auto manager = DataManager::make();    // in a program: DataManager::shared()
 ///     manager->viewContext()->fetch(TaskFetchRequest{}.fetchRequest());    // on the main queue
@@ -33,10 +34,11 @@ namespace velloro {
 ///     });
 ///
 /// All processes of a user open the same two files; `cloudSyncTasksEnabled` says which of them is
-/// active, and is read at each use. A store that fails to open is neither told nor touched: its
-/// container stays without a store, fetches and saves fail, and the next process tries again.
+/// active, and is read at each use. If a store can't be opened, that is neither reported nor is the
+/// file changed: its container remains without a store, fetches and saves fail, and the next
+/// process tries again.
 ///
-/// From any thread, but for what is said to be of the main queue.
+/// May be used from any thread, except for what is documented to be for the main queue.
 class DataManager : public std::enable_shared_from_this<DataManager> {
  public:
   using Author = velloro::Author;
@@ -78,7 +80,7 @@ class DataManager : public std::enable_shared_from_this<DataManager> {
   [[nodiscard]] static std::filesystem::path activeStoreUrl();
   /// Closes the stores of `shared`, for a process that is about to end: there is no further use.
   static void closeShared();
-  /// \param settings Whom errors of the mirror are told; called when there is one.
+  /// \param settings Returns where errors of the mirror are recorded; called when there is one.
   [[nodiscard]] static std::shared_ptr<DataManager> make(
       std::function<Settings&()> settings = Settings::shared);
   ~DataManager();

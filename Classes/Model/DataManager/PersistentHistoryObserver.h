@@ -14,19 +14,19 @@ namespace velloro {
 
 /// Brings what other processes, and other devices through the mirror, have saved into the contexts
 /// of this one. It reads the store's history from where a process of the same author stopped the
-/// last time, the bookmark, which outlives the process. From there on each observer goes by its own
-/// position: two at the same time, in one process or in two, take nothing from each other.
+/// last time, the bookmark, which outlives the process. After that, each observer uses its own
+/// position, so that two at the same time, in one process or in two, do not affect each other.
 ///
 ///     const auto observer = PersistentHistoryObserver::make(
 ///         Author::app, container, NSUserDefaults::standardUserDefaults());
 ///     observer->startObserving();
 ///
-/// A bookmark counts for the file that it was made of (`storeKey` tells which), and not while it
-/// lies in the future, as after a clock was wrong: history would be missed until then. Without one
-/// that counts, as the first time of all, the whole history is merged. Nothing here deletes
-/// history. Where the store tells not all that happened since, because it has dropped what is older
-/// than it keeps or because a row is damaged, the view context reads anew all that it holds. From
-/// any thread.
+/// A bookmark is valid for the file for which it was made (`storeKey` identifies it), and not while
+/// it lies in the future, as after a clock was wrong, since history would be missed until then.
+/// Without a valid bookmark, as at the first time, the whole history is merged. History is never
+/// deleted here. If the history since the bookmark is incomplete, because old rows have been
+/// deleted or because a row is damaged, the view context reads all its objects again. May be used
+/// from any thread.
 class PersistentHistoryObserver : public std::enable_shared_from_this<PersistentHistoryObserver> {
  public:
   using Container = VelloroNSPersistentCloudKitContainer;

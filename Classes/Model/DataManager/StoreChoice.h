@@ -13,13 +13,13 @@ namespace velloro {
 /// active one, everywhere at once.
 struct StoreChoice {
   bool isCloud = false;  ///< The store that is chosen; the other one is the former.
-  /// The chosen store has tasks of its own, which stay. Otherwise its tasks are but a copy, which
-  /// is made anew when the choice is completed later: the former one may have been written to.
+  /// The chosen store has tasks of its own, which stay. Otherwise its tasks are only a copy, which
+  /// is repeated if the choice is completed later, since the former store may have been written to.
   bool keepsTasks = false;
 
-  /// Absent while none is under way.
+  /// Absent if none is in progress.
   [[nodiscard]] static std::optional<StoreChoice> underWay();
-  /// On failure none is under way.
+  /// On failure, none is in progress.
   [[nodiscard]] Result<void> begin() const;
   /// On failure it is still under way, for other processes.
   [[nodiscard]] static Result<void> end();

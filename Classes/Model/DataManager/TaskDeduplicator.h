@@ -20,7 +20,7 @@ struct TaskDeduplicator {
 
   /// On the context's queue. A failure is logged and ends the run; what is not done yet then stays
   /// as it was. Returns whether all is done.
-  /// \param since From when on the store's history tells whose logs have changed.
+  /// \param since Tasks whose logs have changed since then, by the store's history, are included.
   bool run(NSManagedObjectContext& context, Date since = Date::distantPast()) const;
 };
 

@@ -75,7 +75,7 @@ constexpr auto rawValues(std::type_identity<NotificationAction>) {
 /// What stands on the button. Behind the one that leaves the program there is an arrow.
 [[nodiscard]] std::string localizedTitle(NotificationAction action);
 
-/// All of them, as the notification centre is told of them.
+/// All categories, as they are registered with the notification centre.
 [[nodiscard]] std::vector<UNNotificationCategory> notificationCategories();
 
 }  // namespace velloro

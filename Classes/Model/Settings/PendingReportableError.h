@@ -10,7 +10,7 @@
 
 namespace velloro {
 
-/// A failure of which the user is told nothing, kept until the host program can report it.
+/// A failure that was not shown to the user, stored until the host program can report it.
 struct PendingReportableError {
   Date date;
   std::string errorDescription;

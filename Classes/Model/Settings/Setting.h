@@ -63,8 +63,8 @@ struct Setting {
   /// The setting as one of its kind.
   [[nodiscard]] Wrapper wrapper() const;
 
-  /// Those of which a change on another device is told: all without a payload but the last one, and
-  /// the themes and the hiding of the first four pages.
+  /// The settings whose changes on other devices are announced: all without a payload except the
+  /// last one, and the themes and the visibility of the first four pages.
   [[nodiscard]] static std::span<const Setting> allCases();
   /// The one of `allCases` with a key; absent for another key, and for the empty one.
   [[nodiscard]] static std::optional<Setting> fromKey(std::string_view key);

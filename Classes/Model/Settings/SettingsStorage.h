@@ -54,7 +54,7 @@ class SettingsStorage {
     /// Null in a process that opens no object store, such as one that shows a notification. There
     /// the local tier, which follows the cloud, stands in for it.
     std::shared_ptr<SettingsStorageContainer> cloudStorage = nullptr;
-    /// For code that takes over what was written there long ago; settings are not read from it.
+    /// For code that migrates old values; settings are not read from it.
     std::shared_ptr<SettingsStorageContainer> legacyCloudStorage = nullptr;
   };
   /// Gives the container of the rows that all of a person's devices share, the one that is open at
@@ -132,7 +132,7 @@ class SettingsStorage {
   [[nodiscard]] SettingsStorageContainer& container(const Setting& setting) const;
   [[nodiscard]] SettingsStorageContainer& localStorage() const { return *tiers_.localStorage; }
   /// Null where there is none. The first call opens it, which reads the container's rows; meanwhile
-  /// the local tier stands in for it, so whoever makes the container may read settings.
+  /// the local tier is used instead, so that code that makes the container can read settings.
   [[nodiscard]] SettingsStorageContainer* cloudStorage() const;
   /// Null where there is none.
   [[nodiscard]] const SettingsStorageContainer* legacyCloudStorage() const {

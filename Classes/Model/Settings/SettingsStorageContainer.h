@@ -67,10 +67,10 @@ class SettingsStorageContainer {
   }
   void setDouble(double value, std::string_view key) { write(value, key); }
 
-  /// Whether something is kept under the key. A tier that can't tell takes what reads as absent for
-  /// nothing.
+  /// Whether a value is stored under the key. A tier that can't distinguish this returns false for
+  /// a value that reads as absent.
   [[nodiscard]] virtual bool hasValue(std::string_view key) const;
-  /// Reads anew what the tier holds in memory. Where that can't be done it stays as it was.
+  /// Reads the values again that the tier keeps in memory. If that fails, they stay as they were.
   virtual Result<void> refresh() { return {}; }
   /// Does several writes, all of them or none where the tier can. Fails if they are not kept.
   virtual Result<void> writeTogether(const std::function<void()>& writes) {

@@ -23,10 +23,10 @@ namespace velloro {
 ///     cloud.setInteger(14400, "Settings_StartOfDay");    // in the store when this returns
 ///     cloud.integerForKey("Settings_StartOfDay");        // 14400: from memory
 ///
-/// All rows are held in memory, where reads look alone. They are read again whenever the view
-/// context merges what others have saved; then the local tier is given the new values, and
-/// `settingsChangedNotification` tells which settings have changed. A write whose save fails is
-/// logged, told by `saveError`, and lasts until the next such merge.
+/// All rows are kept in memory, and reads use only these. They are read again whenever the view
+/// context merges what others have saved; then the new values are written to the local tier, and
+/// `settingsChangedNotification` lists the changed settings. A write whose save fails is logged,
+/// reported by `saveError`, and lasts until the next such merge.
 ///
 /// Safe from any thread. No member waits for the main queue.
 class SettingsStorageCoreData final : public SettingsStorageContainer {

@@ -5,8 +5,7 @@
 
 namespace velloro {
 
-/// The tier of long ago, which only stays so that what was written there can be read. It tells of
-/// no failure.
+/// A former tier, which is kept so that old values can be read. It reports no failures.
 class SettingsStorageLegacyCloud final : public SettingsStorageContainer {
  public:
   [[nodiscard]] SettingContent read(std::string_view key, SettingKind kind) const override {

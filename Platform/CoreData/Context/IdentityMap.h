@@ -9,8 +9,8 @@ namespace platform {
 
 class NSManagedObject;
 
-/// The objects that a context has handed out, by ID, for as long as somebody uses them. One flat
-/// table: the place of an ID that is new costs no allocation of its own.
+/// The objects of a context that are in use, by ID. It is one flat table, so that a new ID needs no
+/// allocation of its own.
 class IdentityMap {
  public:
   /// Null when it isn't in use.

@@ -62,7 +62,7 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
   void setValue(const Attribute<T, Form>& attribute, std::type_identity_t<T> value) {
     setSlotValue(attribute.slot(), attribute.to(std::move(value)));
   }
-  /// What the column holds, whether or not it can be made out.
+  /// The stored value of the column, whether or not it can be read.
   template <typename T, typename Form>
   [[nodiscard]] auto stored(const Attribute<T, Form>& attribute) const {
     return AttributeForm<typename Form::Stored>::from(slotValue(attribute.slot()));
@@ -77,8 +77,8 @@ class NSManagedObject : public std::enable_shared_from_this<NSManagedObject> {
   [[nodiscard]] const std::string* text(const Attribute<T, Form>& of) const {
     return std::get_if<std::string>(&slotValue(of.slot()));
   }
-  /// Whether all that an attribute holds can be made out. Nothing can. A class overrides it for
-  /// what only several attributes tell together.
+  /// Whether the stored value of an attribute can be read; an absent value can. A class overrides
+  /// it for values that depend on several attributes.
   [[nodiscard]] virtual bool canRead(std::size_t slot) const;
 
   /// Absent when there is none, when its transformer is not registered or can't read the bytes.

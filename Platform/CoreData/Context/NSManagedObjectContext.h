@@ -61,8 +61,8 @@ class FetchResult : public Result<std::vector<std::shared_ptr<T>>> {
 ///       const auto saved = context->save();        // all of it, or an error and nothing
 ///     });
 ///
-/// A fetch sees the unsaved changes. An object without any takes the file's newer values when a
-/// fetch comes upon them, or when a merge is told of them.
+/// A fetch sees the unsaved changes. An object without unsaved changes gets newer values of the
+/// file when a fetch reads them, or when a merge is notified of them.
 class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObjectContext> {
  public:
   using Objects = NSManagedObject::Objects;
@@ -95,7 +95,7 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   void setTransactionAuthor(std::string author) { transactionAuthor_ = std::move(author); }
   [[nodiscard]] const std::string& transactionAuthor() const { return transactionAuthor_; }
   void setMergePolicy(NSMergePolicy policy) { mergePolicy_ = policy; }
-  /// Whether it merges what other contexts of its container save, without being told.
+  /// Whether it automatically merges what other contexts of its container save.
   void setAutomaticallyMergesChangesFromParent(bool merges) { mergesAutomatically_ = merges; }
   [[nodiscard]] bool automaticallyMergesChangesFromParent() const { return mergesAutomatically_; }
   [[nodiscard]] const std::shared_ptr<NSPersistentStoreCoordinator>& persistentStoreCoordinator()
@@ -139,10 +139,11 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   /// Gives up all unsaved changes.
   void rollback();
 
-  /// Reads and writes as one: what `work` derives from the store is still true when it is saved.
-  /// From beginning to end no other writes to the file. Before `work` begins, what the context
-  /// knows is forgotten, and read anew when it is used; unsaved changes stay, and are saved, too.
-  /// Whatever the context reads within it, the transaction reads. At its end everything is saved.
+  /// Reads and writes in one transaction: what `work` derives from the store is still true when it
+  /// is saved, since no other process or context writes to the file meanwhile. Before `work`
+  /// begins, the context discards what it has read, and reads it again when it is used; unsaved
+  /// changes stay, and are saved, too. All reads of the context within `work` belong to the
+  /// transaction. At its end, everything is saved.
   ///
   ///     const auto added = context->performTransaction([&]() -> Result<std::int64_t> {
   ///       const std::int64_t number = book->value(BookEntity::copies) + 1;
@@ -153,11 +154,11 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   /// \param work Returns a `Result`. It writes to no other context of the store: that would have to
   /// wait for its end.
   ///
-  /// When `work` returns an error or throws, or when anything in it could not be read, even where
-  /// whoever read it takes that for nothing, then nothing is saved, all unsaved changes of the
-  /// context are given up, and the first failure is returned, or thrown again. So it is when the
-  /// save fails. A transaction within another is part of that one, which also fails with it. Runs
-  /// on the queue, as with `performAndWait`.
+  /// If `work` returns an error or throws, or if a read in it failed, even if its caller ignored
+  /// the failure, nothing is saved, all unsaved changes of the context are discarded, and the first
+  /// failure is returned or thrown again. The same holds if the save fails. A transaction within
+  /// another is part of that one, which also fails with it. Runs on the queue, as with
+  /// `performAndWait`.
   template <std::invocable Work>
   std::invoke_result_t<Work&> performTransaction(Work&& work) {
     return performAndWait([&]() -> std::invoke_result_t<Work&> {
@@ -172,8 +173,8 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
     });
   }
 
-  /// Everything may have changed: what was read is read anew when it is next used, and unsaved
-  /// changes stay. Posts the notification of a merge, with the objects in use under
+  /// To be called if everything may have changed: objects are read again when they are next used,
+  /// and unsaved changes stay. Posts the notification of a merge, with the objects in use under
   /// `NSInvalidatedAllObjectsKey`.
   void refreshAllObjects();
 

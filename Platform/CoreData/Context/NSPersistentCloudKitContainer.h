@@ -28,9 +28,9 @@ inline constexpr const char* NSPersistentCloudKitContainerEventChangedNotificati
     "NSPersistentCloudKitContainerEventChangedNotification";
 inline constexpr const char* NSPersistentCloudKitContainerEventUserInfoKey = "event";
 
-/// Keeps a store and a cloud container alike. It reads the store's history, writes as any other
-/// context does, and tells of its work by `NSPersistentCloudKitContainer::post`. It goes with its
-/// container.
+/// Synchronises a store with a cloud container. It reads the store's history, writes as any other
+/// context does, and reports its work by `NSPersistentCloudKitContainer::post`. It is destroyed
+/// with its container.
 class StoreMirror {
  public:
   virtual ~StoreMirror() = default;

@@ -19,7 +19,7 @@ namespace platform {
 /// `StoreError::Kind::notOpen`.
 class NSPersistentContainer {
  public:
-  /// What is told of each description: null, or why it could not be opened.
+  /// Called for each description, with null or the reason why it could not be opened.
   using LoadHandler =
       std::function<void(const NSPersistentStoreDescription&, const ErrorPtr& error)>;
   using BackgroundTask = std::move_only_function<void(NSManagedObjectContext&)>;

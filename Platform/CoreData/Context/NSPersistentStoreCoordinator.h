@@ -46,9 +46,9 @@ class NSPersistentStoreCoordinator
   /// rest may not fit together.
   [[nodiscard]] bool hasBeenWritten() const;
 
-  /// Looks into the history now, and posts the notification before it returns if there is
-  /// something new from others; within a transaction soon after it. The coordinator does so by
-  /// itself whenever another writer wakes it; this is for who wants to be sure.
+  /// Checks the history immediately, and posts the notification before it returns if there is
+  /// something new from others; within a transaction, soon after it. The coordinator also does so
+  /// whenever another writer wakes it; call this function to be certain.
   void checkForRemoteChanges();
 
  private:

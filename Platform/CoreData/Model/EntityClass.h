@@ -32,22 +32,22 @@ class EntityClass : public NSManagedObject, public DeclaredBy<T> {
   [[nodiscard]] static const NSEntityDescription* entity(const NSManagedObjectContext& context) {
     return entityNamed(entityName(), context);
   }
-  /// Inserts a new object. An entity that the model doesn't have is a programming error, told by a
-  /// `StoreError`.
+  /// Inserts a new object. An entity that the model doesn't have is a programming error and throws
+  /// a `StoreError`.
   [[nodiscard]] static std::shared_ptr<T> create(NSManagedObjectContext& context) {
     return std::static_pointer_cast<T>(insertObject(entityName(), context));
   }
 
-  /// Writes a value unless it reads as that already, and returns whether it wrote. So what can't be
-  /// made out stays while nothing is wanted in its place.
+  /// Writes a value unless the column already reads as that value, and returns whether it wrote. A
+  /// stored value that can't be read therefore stays as long as the new value is absent.
   template <typename V, typename Form>
   bool writeValue(const Attribute<V, Form>& attribute, const std::type_identity_t<V>& newValue) {
     if (value(attribute) == newValue) return false;
     setValue(attribute, newValue);
     return true;
   }
-  /// Writes a value unless the column holds just that already: in place of what can't be made out,
-  /// and of the same value in another form. Returns whether it wrote.
+  /// Writes a value unless the column already has exactly this form: it also replaces what can't be
+  /// read, and the same value in another form. Returns whether it wrote.
   template <typename V, typename Form>
   bool replaceValue(const Attribute<V, Form>& attribute, const std::type_identity_t<V>& newValue) {
     PropertyValue stored = attribute.to(newValue);

@@ -22,7 +22,7 @@ struct NSAttributeDescription {
   PropertyValue defaultValue = {};
   std::string valueTransformerName = {};  ///< Of a transformable attribute.
   TextComparison comparison = TextComparison::exact;
-  /// Whether all of a value can be made out; null where any value of the type can.
+  /// Whether all of a value can be read; null if any value of the type can.
   bool (*canRead)(const PropertyValue& value) = nullptr;
 };
 
@@ -173,7 +173,7 @@ NSEntityDescription NSEntityDescription::of() {
 
 /// Declares an attribute and is its typed accessor; see `NSEntityDescription`. `T` is what callers
 /// read and write: a number, a text, a date and so on, or an optional one; or an optional type of
-/// the program (`StoredForm`), absent also where what is stored can't be made out.
+/// the program (`StoredForm`), which is absent also if the stored value can't be read.
 template <typename T, typename Form = AttributeForm<T>>
 class Attribute {
  public:

@@ -91,7 +91,7 @@ struct DecodedForm {
   static PropertyValue to(const std::optional<T>& value) {
     return value ? AttributeForm<Stored>::to(Stored(Form::encode(*value))) : nothing();
   }
-  /// Whether all of a value can be made out. Nothing and an empty text can.
+  /// Whether all of a value can be read. An absent value and an empty text can.
   static bool canRead(const PropertyValue& value) {
     if (isNull(value) || value == nothing()) return true;
     const auto* stored = std::get_if<Kept>(&value);

@@ -18,9 +18,9 @@ class StoreTransaction;
 /// An open store: its connections, each used by one thread at a time, and the SQL of its entities.
 /// From any thread.
 ///
-/// When another file takes the name of the one that is open, as when a backup is put in its place,
-/// the next lease opens that one: no save that begins later goes to a file that nobody finds any
-/// more. While there is no file of the name, leases fail.
+/// When another file takes the name of the open file, as when a backup is restored, the next lease
+/// opens that file: no save that begins later is written to the old file. While no file has the
+/// name, leases fail.
 class SqliteStore {
  public:
   [[nodiscard]] static Result<std::shared_ptr<SqliteStore>> open(
@@ -40,7 +40,7 @@ class SqliteStore {
   /// \param within Whose connection it is to be; null for any.
   [[nodiscard]] Result<Lease> lease(const StoreTransaction* within = nullptr);
 
-  /// Whom to tell that another file has taken the name; on any thread, under locks.
+  /// Called when another file has taken the name; on any thread, while locks are held.
   void setOnReplaced(std::function<void()> told) { onReplaced_ = std::move(told); }
   /// Whether the file, or its log, is no longer as it was when the store was opened.
   [[nodiscard]] bool hasBeenWritten() const;
@@ -51,10 +51,10 @@ class SqliteStore {
   }
   [[nodiscard]] const std::filesystem::path& path() const { return location_.path; }
 
-  /// Held by whoever writes, or looks for what others wrote: among the threads of a process, each
-  /// waits its turn here and not in the file's busy loop.
+  /// Held while writing, or while checking for what others wrote, so that the threads of a process
+  /// wait here and not in the busy loop of the file.
   std::mutex writing;
-  /// The newest transaction that this store wrote or has told of. Guarded by `writing`.
+  /// The newest transaction that this store has written or reported. Guarded by `writing`.
   std::int64_t knownTransaction = 0;
 
   /// Of a transaction under way, and of none afterwards.

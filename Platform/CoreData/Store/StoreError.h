@@ -5,8 +5,8 @@
 
 namespace platform {
 
-/// Why the object store could not do what it was asked to. The store is then as it was before:
-/// nothing is half done, a context keeps its unsaved changes, and the process goes on.
+/// Why an operation of the object store failed. The store is then unchanged: nothing is half done,
+/// a context keeps its unsaved changes, and the process can continue.
 ///
 ///     const auto found = context->fetch(NSFetchRequest("Shelf"));
 ///     found.error()->localizedDescription();

@@ -17,7 +17,7 @@ struct StoreChanges {
   [[nodiscard]] bool empty() const {
     return inserted.empty() && updated.empty() && deleted.empty();
   }
-  /// As history would tell it.
+  /// The notification with these changes.
   [[nodiscard]] Notification notification() const;
 };
 

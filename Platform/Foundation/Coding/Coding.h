@@ -23,8 +23,8 @@ class Date;
 class TimeZone;
 class UUID;
 
-/// The JSON forms of values. An author states each fact once, beside the type, and writing, reading
-/// and hashing come from it:
+/// The JSON forms of values. The form is declared once, beside the type; writing, reading and
+/// hashing follow from it:
 ///
 ///     /// An enumeration: one table (RawValue.h).
 ///     enum class Mood { good, bad };
@@ -72,20 +72,20 @@ class UUID;
 ///         // throws DecodingError: "day: Unable to create Day from -5"
 ///     const std::unordered_set<Note> notes{note};    // the hash comes from the list, too
 ///
-/// What can't be made out spoils as little as it can, so that a record of a newer program, or a
-/// damaged one, can still be read: where one value has the right type and says nothing that is
-/// known (an enumeration's text, a time zone, a number out of its range), an optional member reads
-/// as absent, an element of a list, set or map is left out, and a member with a fallback takes
-/// that. Where nothing can stand in, the smallest record around it fails, and the same holds for
-/// that one:
+/// A value that can't be read affects as little as possible, so that a damaged record, or one of a
+/// newer program, can still be read. If a value has the right type but no known meaning (an
+/// enumeration's text, a time zone, a number out of range), an optional member reads as absent, an
+/// element of a list, set or map is left out, and a member with a fallback takes the fallback.
+/// Without any of these, the smallest record around the value fails, and the same rule holds for
+/// that record:
 ///
 ///     JSONDecoder{}.decode<Note>(R"({"day":1,"place":{"pinned":{}},"mood":"?"})").mood;  // absent
 ///     JSONDecoder{.isStrict = true}.decode<Note>(R"({"day":1,"place":{"pinned":{}},"mood":"?"})");
 ///         // throws DecodingError; "mood: No case of Mood is the text "?"."
 ///
-/// A type may have a member `void encode(Encoder&) const` or a static `T decode(const Decoder&)` of
-/// its own (Encoder.h, Decoder.h), alone or beside a list, and these come first; `encodeKeyed` and
-/// `decodeKeyed` then do what the list says.
+/// A type may have a member `void encode(Encoder&) const` or a static `T decode(const Decoder&)`
+/// (Encoder.h, Decoder.h), alone or beside a list. These take precedence; they can use
+/// `encodeKeyed` and `decodeKeyed`, which follow the list.
 ///
 /// | type | form |
 /// | --- | --- |

@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Where in a document a coder stands, as a list of steps that live on the stack: a step costs a
-/// few stores, and a text is made only when something fails.
+/// The position of a coder in a document, as a list of steps on the stack. A step costs a few
+/// stores; the text of the path is made only if something fails.
 ///
 ///     const CodingPath root, tasks(root, "tasks"), third(tasks, 3), days(third, "days");
 ///     days.text();  // "tasks[3].days"
@@ -30,13 +30,13 @@ class CodingPath {
   std::size_t sizeOrIndex_ = 0;
 };
 
-/// Why a text could not be read as what was wanted. Its description is the path followed by the
+/// Why a text could not be read as a value of a type. Its description is the path followed by the
 /// debug description: "tasks[3].frequency.days: Unable to create YYYYMMDD from -5".
 class DecodingError : public Error {
  public:
   enum class Kind {
-    typeMismatch,   ///< Another type of value stands there.
-    valueNotFound,  ///< A null stands where a value is needed.
+    typeMismatch,   ///< The value has another type.
+    valueNotFound,  ///< The value is null, but is needed.
     keyNotFound,    ///< A needed key is missing; the path is that of its object.
     dataCorrupted,  ///< The type is right, but not the value; or the text is no JSON.
   };
@@ -48,12 +48,11 @@ class DecodingError : public Error {
   [[nodiscard]] const std::string& codingPath() const { return codingPath_; }
   [[nodiscard]] const std::string& debugDescription() const { return debugDescription_; }
 
-  /// Whether one value alone is wrong: what stands there has the right type and says nothing that
-  /// is known, or it is null. A reader that is not strict does without it (`JSONDecoder`). False
-  /// where a key is missing or another type stands, for the tag of a variant, and for a text that
-  /// is no JSON.
+  /// Whether one value alone is wrong: it has the right type but no known meaning, or it is null. A
+  /// reader that is not strict continues without it (`JSONDecoder`). False if a key is missing or a
+  /// value has another type, for the tag of a variant, and for a text that is not JSON.
   [[nodiscard]] bool isOfOneValue() const { return isOfOneValue_; }
-  /// The same failure, of what nothing can do without.
+  /// The same failure, of a value that is indispensable.
   [[nodiscard]] DecodingError ofMoreThanOneValue() const;
 
  private:

@@ -28,16 +28,16 @@ inline constexpr InitialValue initialValue;
 /// The fallback of a key that must be there.
 struct NoFallback {};
 
-/// The fallback of a key that must be there, but whose value may be one of which nothing is known,
-/// such as the text of a newer program's case. See `whenUnknown`.
+/// The fallback of a key that must be present, but whose value may be unknown, such as the text of
+/// a newer program's case. See `whenUnknown`.
 template <typename Value>
 struct WhenUnknown {
   [[no_unique_address]] Value value;
 };
 
-/// What a member takes for a value that can't be made out (`DecodingError::isOfOneValue`), while
-/// its key must be there: `initialValue` (`initialWhenUnknown`), a value, or a function that gives
-/// one, of the decoder or of nothing.
+/// The replacement for a value that can't be read (`DecodingError::isOfOneValue`). The key itself
+/// must be present. It is `initialValue` (`initialWhenUnknown`), a value, or a function that
+/// returns one, which takes the decoder or no argument.
 ///
 /// Such as `key("mode", &Task::mode, initialWhenUnknown)`, or with a value
 /// `key("count", &Task::count, whenUnknown(1))`.
@@ -57,16 +57,16 @@ struct CodingKey {
   [[no_unique_address]] Fallback fallback;
 };
 
-/// A member under its key: needed on reading, unless it is a `std::optional`, which is written only
-/// when it has a value and reads as absent when the key is missing, null, or can't be made out.
+/// A member under its key: it must be present when it is read, unless it is a `std::optional`. That
+/// is written only if it has a value, and reads as absent if the key is missing, or if its value is
+/// null or can't be read.
 template <typename Record, typename Member>
 consteval auto key(std::string_view name, Member Record::*member) {
   return CodingKey<Record, Member, NoFallback>{name, member, {}};
 }
 
-/// A member that takes `fallback` when its key is missing or null, or can't be made out.
-/// `initialValue` stands for the value that the member's declaration gives it; see also
-/// `whenUnknown`.
+/// A member that has the value `fallback` if its key is missing, or if its value is null or can't
+/// be read. `initialValue` means the value in the member's declaration; see also `whenUnknown`.
 ///
 /// Such as `key("count", &Task::count, 1)`, or with an empty list
 /// `key("days", &Task::days, initialValue)`.
@@ -93,8 +93,8 @@ struct KeyAt {
   Key key;
 };
 
-/// Keys of different types, by their places: an aggregate, since `std::tuple`'s constructors are a
-/// large part of what a header full of records costs to compile.
+/// Keys of different types, by index. It is an aggregate, because the constructors of `std::tuple`
+/// would take a large part of the time to compile a header with many records.
 template <typename Indexes, typename... Key>
 struct KeyList;
 template <std::size_t... I, typename... Key>

@@ -16,8 +16,8 @@
 #include <utility>
 #include <vector>
 
-/// How lists, sets and maps are written and read: an element that can't be made out is left out.
-/// Part of Coding.h, which is the header to include.
+/// How lists, sets and maps are written and read: an element that can't be read is left out. Part
+/// of Coding.h, which is the header to include.
 namespace platform {
 namespace coding_detail {
 

@@ -26,9 +26,9 @@ struct Coding;
 /// How a document is read.
 struct DecodingRules {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
-  /// Whether a value that can't be made out fails all that it is in.
+  /// Whether a value that can't be read makes the whole document fail.
   bool isStrict = false;
-  /// Hears of each value that the reader does without; may be null.
+  /// Called for each value that is left out or replaced; may be null.
   const std::function<void(const DecodingError&)>* didLeaveOut = nullptr;
 };
 inline constexpr DecodingRules plainDecodingRules;
@@ -44,7 +44,7 @@ inline constexpr DecodingRules plainDecodingRules;
 ///     JSONDecoder{}.decode<Month>("3").number;    // 3
 ///     JSONDecoder{}.decode<Month>("13");          // throws DecodingError
 ///
-/// A decoder, and a text that it gives, are good as long as the call that received it.
+/// A decoder, and a text that it returns, are valid during the call that received it.
 class Decoder {
  public:
   using Kind = JSONNode::Kind;
@@ -68,13 +68,14 @@ class Decoder {
     const std::optional<Decoder> value = find(key);
     return value && !value->isNull() ? std::optional<T>(value->decode<T>()) : std::nullopt;
   }
-  /// The first of several readings that succeeds; where none does, the failure of the first. For
-  /// example `from.firstOf([&] { return fromNumber(from); }, [&] { return fromFields(from); })`
-  /// reads a number or an object.
+  /// The result of the first of several readings that succeeds; if none does, the failure of the
+  /// first. For example `from.firstOf([&] { return fromNumber(from); }, [&] { return
+  /// fromFields(from); })` reads a number or an object.
   template <typename First, typename... Rest>
   [[nodiscard]] std::invoke_result_t<First> firstOf(const First& first, const Rest&... rest) const;
-  /// Whether a reading succeeds. False for a failure of one value (`DecodingError`), which the
-  /// reader then does without; any other is thrown, and so is every failure of a strict reader.
+  /// Whether a reading succeeds. False for a failure of one value (`DecodingError`), without which
+  /// the reader then continues; any other failure is thrown, and so is every failure of a strict
+  /// reader.
   template <typename F>
   [[nodiscard]] bool succeeds(F&& reading) const;
 
@@ -112,7 +113,7 @@ class Decoder {
   [[nodiscard]] TimeZone timeZone() const;
   [[nodiscard]] Locale locale() const;
 
-  /// To be thrown when this value has the right type, but says nothing that can be.
+  /// To be thrown if this value has the right type, but no valid meaning.
   [[nodiscard]] DecodingError dataCorrupted(std::string debugDescription) const;
   /// The same, with a text: "Expected a weekday, found the number 8." for `wanted` "a weekday".
   [[nodiscard]] DecodingError invalidValue(std::string_view wanted) const;
@@ -121,7 +122,7 @@ class Decoder {
   [[nodiscard]] DecodingError keyNotFound(std::string_view key) const;
   /// To be thrown when this value names no case of an enumeration.
   [[nodiscard]] DecodingError unknownCase(std::string_view typeName) const;
-  /// To be thrown when no case of a variant has the name. Nothing can do without a variant's tag.
+  /// To be thrown if no case of a variant has the name. A variant's tag is indispensable.
   [[nodiscard]] DecodingError unknownCase(std::string_view name, std::string_view typeName) const;
 
   /// The rules must outlive the decoder.

@@ -18,8 +18,8 @@ namespace platform {
 struct JSONEncoder {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
   JSONWriter::Layout layout = JSONWriter::Layout::compact;
-  /// Puts the keys of every object in the order of their bytes, instead of the order in which they
-  /// are written. Costs a second pass.
+  /// Sorts the keys of every object by their bytes, instead of keeping the order in which they are
+  /// written. Costs a second pass.
   bool sortsKeys = false;
 
   /// \throws EncodingError
@@ -30,7 +30,7 @@ struct JSONEncoder {
     return json;
   }
 
-  /// Hands the text to a sink in pieces of at most 256 KiB. When this throws, the sink may have
+  /// Passes the text to a sink in pieces of at most 256 KiB. If this throws, the sink may have
   /// received a part.
   /// \throws EncodingError, and what the sink throws.
   template <typename T>
@@ -45,9 +45,9 @@ struct JSONEncoder {
   void runSorted(const Write& write, const JSONWriter::Sink& sink) const;
 };
 
-/// Reads values from JSON. What can't be made out is left out where that is possible (Coding.h). A
-/// strict decoder fails on it: for a document that is taken over whole or not at all, and for who
-/// looks for damage.
+/// Reads values from JSON. A value that can't be read is left out where that is possible
+/// (Coding.h). A strict decoder fails instead: use it for documents that are imported as a whole or
+/// not at all, and to look for damage.
 ///
 ///     JSONDecoder{}.decode<std::map<std::string, int>>(R"({"a":1})").at("a");    // 1
 ///     JSONDecoder{}.decode<std::optional<int>>("null");                          // absent
@@ -57,7 +57,7 @@ struct JSONEncoder {
 struct JSONDecoder {
   DateForm dateForm = DateForm::secondsSinceReferenceDate;
   bool isStrict = false;
-  /// Hears of each value that was left out, such as to log it; may be null.
+  /// Called for each value that was left out, for example to log it; may be null.
   const std::function<void(const DecodingError&)>* didLeaveOut = nullptr;
 
   /// \throws DecodingError
@@ -80,15 +80,15 @@ struct JSONDecoder {
   }
 };
 
-/// A value as a property list, as its JSON says it: dates and binary data come out in their JSON
-/// forms. It goes through a text.
+/// The property list that the JSON form of a value reads as: dates and binary data have their JSON
+/// forms. It is made by way of a text.
 /// \throws EncodingError
 template <typename T>
 [[nodiscard]] PropertyList toPropertyList(const T& value, const JSONEncoder& encoder = {}) {
   return PropertyList::fromJSON(encoder.encode(value));
 }
 
-/// The reverse. The decoder must have the date form of the encoder. It goes through a text.
+/// The reverse. The decoder must have the date form of the encoder. It is made by way of a text.
 /// \throws DecodingError
 template <typename T>
 [[nodiscard]] T fromPropertyList(const PropertyList& list, const JSONDecoder& decoder = {}) {

@@ -9,14 +9,14 @@
 
 namespace platform {
 
-/// Objects and arrays may lie this deep in each other, on reading and on writing. On reading, one
-/// that is empty may lie a level deeper.
+/// The greatest depth of nested objects and arrays, for reading and writing. When reading, an empty
+/// one may lie one level deeper.
 inline constexpr std::size_t maximumJSONDepth = 512;
 
 /// A text of more bytes is not read.
 inline constexpr std::size_t maximumJSONSize = std::size_t{256} << 20;
 
-/// A value in a parsed JSON text: two words, good as long as its `JSONDocument` lives. Ask for its
+/// A value in a parsed JSON text: two words, valid as long as its `JSONDocument` exists. Check its
 /// kind before its value.
 class JSONNode {
  public:

@@ -8,9 +8,8 @@
 
 namespace platform {
 
-/// Writes a JSON text value by value; commas, quotes and line breaks are its own business. The text
-/// goes to a sink in pieces of 256 KiB (the first one smaller), so a long one is never in memory
-/// as a whole.
+/// Writes a JSON text value by value, and adds commas, quotes and line breaks. The text goes to a
+/// sink in pieces of 256 KiB (the first one smaller), so a long one is never in memory as a whole.
 class JSONWriter {
  public:
   using Sink = std::function<void(std::string_view)>;

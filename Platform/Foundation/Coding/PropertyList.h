@@ -20,8 +20,9 @@ class Decoder;
 class Encoder;
 class Hasher;
 
-/// A value whose shape is only known at run time: what a notification's `userInfo` or a file of
-/// defaults holds. Null, a Boolean, a number, a text, `Data`, `Date`, an array or a dictionary.
+/// A value whose structure is only known at run time, such as a notification's `userInfo` or the
+/// content of a defaults file. Null, a Boolean, a number, a text, `Data`, `Date`, an array or a
+/// dictionary.
 ///
 ///     const PropertyList info(PropertyList::Dictionary{{"id", "a1"}, {"days", 5}});
 ///     info["days"].integer();     // 5

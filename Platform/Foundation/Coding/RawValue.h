@@ -14,8 +14,8 @@
 
 namespace platform {
 
-/// Enumerations whose cases are stored or exchanged under a raw value, a text or an integer. One
-/// table beside the enumeration says which case has which, and everything else comes from it:
+/// Enumerations whose cases are stored or exchanged as a raw value, a text or an integer. One table
+/// beside the enumeration assigns a raw value to each case, and everything else follows from it:
 ///
 ///     enum class Unit { hours, minutes, seconds };
 ///
@@ -30,8 +30,7 @@ namespace platform {
 ///
 /// The table stands in the enumeration's namespace. For an enumeration nested in a class it follows
 /// the class, or is a `friend` inside it where the class's own header needs it. It lists every
-/// case; one that stands twice, or a raw value that does, is an error of compilation wherever the
-/// table is used.
+/// case; if a case or a raw value occurs twice, using the table is a compilation error.
 ///
 /// `rawIntegers` makes a table of integers. `caseNames` makes the table of texts of an enumeration
 /// whose raw values are the names of its cases. In JSON (Coding.h) a case is its raw value. A table

@@ -41,8 +41,8 @@ concept SelfCoded =
 /// Coding.h, which is the header to include.
 namespace platform::coding_detail {
 
-/// Where a name stands in a list, looked for first where it is expected; the list's size when it is
-/// not there.
+/// The index of a name in a list, where the expected index is tried first; the size of the list if
+/// the name is not in it.
 std::size_t searchName(std::span<const std::string_view> names, std::string_view name,
                        std::size_t expected);
 
@@ -133,7 +133,7 @@ struct RecordCoding {
     }
   }
 
-  /// Gives a member that something was read into what it has when its value can't be made out.
+  /// Sets a member to the value that it has if its own can't be read.
   template <std::size_t I>
   static void replace(T& record, const Decoder& from) {
     auto& member = record.*keyAt<I>.member;
@@ -183,7 +183,7 @@ struct RecordCoding {
   }
   static constexpr std::array<Reader, count> readers = makeReaders(Indexes{});
 
-  /// Null where nothing can stand in for a value.
+  /// Null where there is no replacement for a value.
   template <std::size_t I>
   static constexpr Replacer replacerAt() {
     if constexpr (isNeeded<I>) {

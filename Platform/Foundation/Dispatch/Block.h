@@ -4,7 +4,7 @@
 
 namespace platform {
 
-/// A piece of work, run at most once by whoever is given it.
+/// A piece of work that its receiver runs at most once.
 using Block = std::move_only_function<void()>;
 
 }  // namespace platform

@@ -7,8 +7,9 @@
 
 namespace platform {
 
-/// Joins pieces of work that end on their own: each enters, each leaves, and when all have left,
-/// the notifications go out. A value: copies name the same group, so that blocks may hold one.
+/// Waits for pieces of work that end independently: each enters and leaves the group, and when all
+/// have left, the notifications are sent. It is a value: copies refer to the same group, so that
+/// blocks may hold one.
 ///
 ///     std::atomic<int> sum = 0;
 ///     const DispatchGroup group;
@@ -21,13 +22,13 @@ class DispatchGroup {
   DispatchGroup();
 
   void enter() const;
-  /// One call for each `enter`; one too many asserts.
+  /// To be called once for each `enter`; a further call is an error (assertion).
   void leave() const;
 
-  /// Runs the block on the queue the next time that nobody is inside, at once if so now.
+  /// Runs the block on the queue as soon as the group is empty.
   void notify(const DispatchQueue& queue, Block block) const;
 
-  /// Waits until nobody is inside, or for `timeout` seconds. Returns whether nobody was. The
+  /// Waits until the group is empty, or for `timeout` seconds. Returns whether it was empty. The
   /// timeout is a safety net and runs in real time, also where time is virtual. Never on the main
   /// thread for work that needs the main queue.
   bool wait(std::optional<TimeInterval> timeout = {}) const;

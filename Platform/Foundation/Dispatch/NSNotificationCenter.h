@@ -12,10 +12,10 @@
 
 namespace platform {
 
-/// What observers hear: that something named happened, to which object, and what goes with it.
+/// What observers receive: the name of an event, the object that it concerns, and further values.
 struct Notification {
   std::string name;
-  const void* object = nullptr;  ///< For its identity alone; whoever posts says what it points to.
+  const void* object = nullptr;  ///< Used for its identity alone.
   std::map<std::string, std::any, std::less<>> userInfo = {};
 
   /// The value under `key`; null when there is none or it has another type.
@@ -28,8 +28,8 @@ struct Notification {
   }
 };
 
-/// Tells everyone who observes a name that it was posted. All members may be called from any
-/// thread, and from within an observer.
+/// Notifies the observers of a name when a notification with that name is posted. All members may
+/// be called from any thread, and from within an observer.
 ///
 ///     int heard = 0;
 ///     const auto token = NSNotificationCenter::defaultCenter().addObserver(
@@ -41,9 +41,9 @@ class NSNotificationCenter {
   /// Runs on several threads at once when they post at once.
   using Handler = std::move_only_function<void(const Notification&) const>;
 
-  /// Keeps an observer registered; when it goes, so does the observer. After `remove` no new call
-  /// begins, not even for a notification that is just being posted or waits in the observer's
-  /// queue. A call that another thread is in may still be ending.
+  /// Keeps an observer registered; destroying it removes the observer. After `remove`, no new call
+  /// begins, not even for a notification that is being posted or waits in the observer's queue. A
+  /// call on another thread may still be running.
   class Token {
    public:
     Token() = default;
@@ -67,16 +67,16 @@ class NSNotificationCenter {
 
   [[nodiscard]] static NSNotificationCenter& defaultCenter();
 
-  /// \param object Hears only of this object; null hears of any.
+  /// \param object Only notifications of this object are received; null for those of any object.
   /// \param queue Where the handler runs. It runs before `post` returns when there is no queue or
   ///     the queue is current where it is posted, and later otherwise.
   [[nodiscard]] Token addObserver(std::string name, const void* object,
                                   std::optional<DispatchQueue> queue, Handler handler);
-  /// Hears of any object, where it is posted.
+  /// The same for any object; the handler runs on the posting thread.
   [[nodiscard]] Token addObserver(std::string name, Handler handler);
 
-  /// Calls the observers in the order in which they were added. One that is added meanwhile hears
-  /// only of the next post.
+  /// Calls the observers in the order in which they were added. An observer that is added meanwhile
+  /// receives only the next notification.
   void post(Notification notification) const;
 
  private:

@@ -14,15 +14,15 @@
 
 namespace platform {
 
-/// A piece of work with a life of its own: it waits until it is ready, executes once and is
-/// finished for good. It can be cancelled, depend on others and be observed. Made by
-/// `std::make_shared`, run by an `NSOperationQueue` or by `start`. All members may be called from
-/// any thread.
+/// A piece of work that waits until it is ready, executes once and is then finished. It can be
+/// cancelled, depend on others and be observed. Made by `std::make_shared`, run by an
+/// `NSOperationQueue` or by `start`. All members may be called from any thread.
 ///
-/// A subclass whose work ends when `main` returns overrides `main` alone. One whose work goes on
-/// elsewhere keeps both flags itself, overrides what reads them, and changes them by `changeValue`;
-/// it must see to it that "isFinished" is announced last, although its start and its end may meet
-/// on two threads. OxKit/AsyncOperation.h does all of that.
+/// A subclass whose work ends when `main` returns overrides `main` alone. A subclass whose work
+/// continues elsewhere stores both flags itself, overrides the functions that return them, and
+/// changes them by `changeValue`. It must ensure that "isFinished" is announced last, although its
+/// start and its end may run on two threads at the same time. OxKit/AsyncOperation.h does all of
+/// this.
 class NSOperation : public std::enable_shared_from_this<NSOperation> {
  public:
   NSOperation() = default;
@@ -33,14 +33,14 @@ class NSOperation : public std::enable_shared_from_this<NSOperation> {
   /// Executes: runs `main`, unless cancelled, and is finished. No effect on a finished operation.
   /// Called once, by the queue, or by hand for an operation that is in no queue.
   virtual void start();
-  /// The work. Looks at `isCancelled` from time to time when it is long. Must not throw.
+  /// The work. If it takes long, it should check `isCancelled` from time to time. Must not throw.
   virtual void main() {}
 
   /// Asks the operation to end early. Before its start it becomes ready at once, whatever it
   /// depends on, and then finishes without `main`. No effect on a finished operation.
   virtual void cancel();
 
-  /// Whether the work may go on after `start` has returned.
+  /// Whether the work may continue after `start` has returned.
   [[nodiscard]] virtual bool isAsynchronous() const { return false; }
   [[nodiscard]] virtual bool isExecuting() const { return executing_; }
   [[nodiscard]] virtual bool isFinished() const { return finished_; }
@@ -53,8 +53,8 @@ class NSOperation : public std::enable_shared_from_this<NSOperation> {
   void addDependency(std::shared_ptr<NSOperation> other);
   /// What it still depends on; empty once it has finished.
   [[nodiscard]] std::vector<std::shared_ptr<NSOperation>> dependencies() const;
-  /// Runs once, on the thread on which the operation finishes, before anyone who waits goes on. Set
-  /// before that.
+  /// Runs once, on the thread on which the operation finishes, before any waiting thread continues.
+  /// To be set before that.
   void setCompletionBlock(Block block);
   /// Not on a thread that the operation needs.
   void waitUntilFinished() const;

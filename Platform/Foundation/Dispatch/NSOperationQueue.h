@@ -12,8 +12,8 @@ namespace platform {
 class NSOperation;
 
 /// Runs operations in the background, as many at once as it is allowed to: each when it is ready,
-/// and among ready ones the one that was added first. A queue that goes still runs what was added
-/// to it, unless it is suspended. All members may be called from any thread.
+/// and among ready ones the one that was added first. A queue that is destroyed still runs what was
+/// added to it, unless it is suspended. All members may be called from any thread.
 ///
 ///     std::string done;
 ///     NSOperationQueue queue("velloro.history");
@@ -24,7 +24,7 @@ class NSOperation;
 ///     done;    // "ab"
 class NSOperationQueue {
  public:
-  /// As many at once as there are workers to be had.
+  /// As many at once as there are workers.
   static constexpr int defaultMaxConcurrentOperationCount = -1;
 
   explicit NSOperationQueue(std::string name = "",
@@ -33,13 +33,13 @@ class NSOperationQueue {
   NSOperationQueue(const NSOperationQueue&) = delete;
   NSOperationQueue& operator=(const NSOperationQueue&) = delete;
 
-  /// An operation goes into one queue, once. One that is already finished is passed over.
+  /// An operation is added to one queue, once. A finished operation is ignored.
   void addOperation(std::shared_ptr<NSOperation> operation);
   void addOperation(Block block);
 
   /// Does not end what is executing beyond the new number.
   void setMaxConcurrentOperationCount(int count);
-  /// A suspended queue starts nothing; what executes goes on.
+  /// A suspended queue starts no operations; those that execute continue.
   void setSuspended(bool suspended);
   [[nodiscard]] bool isSuspended() const;
 

@@ -8,9 +8,9 @@
 
 namespace platform {
 
-/// Runs a block on the main queue after an interval, once or again and again. The timer goes with
-/// its handle: a handle that is destroyed or assigned to is invalidated first. So a class holds its
-/// timers as members, and their blocks may hold the class's `this`. For the main thread alone.
+/// Runs a block on the main queue after an interval, once or repeatedly. The timer ends with its
+/// handle: a handle that is destroyed or assigned to is invalidated first. Therefore a class can
+/// hold its timers as members, and their blocks may capture `this`. For the main thread alone.
 ///
 ///     NSTimer timer;                                 // invalid
 ///     timer = NSTimer::scheduled(0.8, false, [] {});

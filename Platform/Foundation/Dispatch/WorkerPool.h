@@ -29,11 +29,11 @@ class WorkerPool {
   /// Runs a job on a worker as soon as there is one; a more urgent job goes first.
   void submit(QualityOfService urgency, Block job);
 
-  /// Bracket one block's life from being handed in until it has run and is destroyed.
+  /// Called before a block is submitted, and after it has run and is destroyed.
   void workBegan() { ++unfinished_; }
   void workEnded();
-  /// Returns when every block handed in has ended, or when `interrupted` says so; it is asked again
-  /// at each `wakeWaiter`.
+  /// Returns when every submitted block has ended, or when `interrupted` returns true; it is called
+  /// again at each `wakeWaiter`.
   void waitUntilIdle(const std::function<bool()>& interrupted);
   void wakeWaiter();
 

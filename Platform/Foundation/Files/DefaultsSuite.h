@@ -11,8 +11,8 @@
 
 namespace platform {
 
-/// The file behind the handles of one defaults suite, and what this process knows of it: see
-/// `NSUserDefaults` for what it promises. Safe from any thread.
+/// The file of one defaults suite, and its cached content; see `NSUserDefaults` for its guarantees.
+/// Safe from any thread.
 ///
 /// A write takes the suite's lock file, reads the file again if another process has replaced it,
 /// applies its own changes and replaces the file. A read looks at the file's identity alone, unless
@@ -49,7 +49,7 @@ class DefaultsSuite {
   [[nodiscard]] Result<Content> contentWith(const Dictionary& changes);
   void keep(const Dictionary& changes, const ErrorPtr& reason);
 
-  std::mutex writing_;  ///< Taken for a whole write, before `mutex_`: readers don't wait for it.
+  std::mutex writing_;  ///< Held during a whole write; locked before `mutex_`.
   std::mutex mutex_;    ///< Guards what follows.
 
   Dictionary stored_;      ///< What the file held when it was last read.

@@ -11,14 +11,14 @@ struct stat;
 
 namespace platform {
 
-/// Who may use a file or a folder that is made. One that is there already keeps its permissions.
+/// Who may use a new file or folder. An existing one keeps its permissions.
 enum class NewItemAccess {
-  owner,    ///< The owner alone, whatever the umask: what a program keeps about a person is theirs.
-  byUmask,  ///< As the umask has it: for what a person asks to have written somewhere.
+  owner,    ///< The owner alone, whatever the umask: for what a program stores about its user.
+  byUmask,  ///< By the umask: for a file that the user has asked for.
 };
 
-/// An open file, closed when the handle goes. Failures are `PosixError`s that name the file and the
-/// system's reason; calls that a signal interrupts are taken up again.
+/// An open file, closed when the handle is destroyed. Failures are `PosixError`s that name the file
+/// and the system's reason; calls that are interrupted by a signal are repeated.
 ///
 ///     const auto none = NSFileHandle::open("/none/debug.log", O_WRONLY | O_APPEND);
 ///     none.error()->code();    // ENOENT
@@ -30,8 +30,8 @@ class NSFileHandle {
   NSFileHandle& operator=(NSFileHandle&& other) noexcept;
   ~NSFileHandle();
 
-  /// \param flags Those of open(2), such as `O_RDONLY` or `O_WRONLY | O_CREAT`. No handle reaches a
-  ///   program that this process starts.
+  /// \param flags Those of open(2), such as `O_RDONLY` or `O_WRONLY | O_CREAT`. Programs that this
+  /// process starts do not inherit handles.
   [[nodiscard]] static Result<NSFileHandle> open(const std::filesystem::path& path, int flags,
                                                  NewItemAccess access = NewItemAccess::owner);
 
@@ -42,10 +42,11 @@ class NSFileHandle {
   /// What `readToEnd` reads at most: 256 MiB.
   static constexpr std::size_t largestRead = std::size_t{256} << 20;
 
-  /// What follows the handle's place, all of it. More than `limit` bytes, of a file or of a pipe
-  /// that never ends, is an error that names the limit.
+  /// Everything after the current position. More than `limit` bytes, of a file or of an endless
+  /// pipe, are an error that names the limit.
   [[nodiscard]] Result<std::string> readToEnd(std::size_t limit = largestRead);
-  /// Writes all of `bytes` at the handle's place, in one system call unless the system takes less.
+  /// Writes all of `bytes` at the current position, in one system call unless the system writes
+  /// less.
   [[nodiscard]] Result<void> write(std::string_view bytes);
   /// Returns when the content has reached the disk.
   [[nodiscard]] Result<void> synchronize();

@@ -28,7 +28,7 @@ class DefaultsSuite;
 /// writers of different keys never undo each other; of the same key the last one's value stays. A
 /// read sees every write that has returned, whichever process made it.
 ///
-/// Nothing here fails outward; what goes wrong is told to `Environment::report`:
+/// No function here reports a failure to its caller; problems go to `Environment::report`:
 /// - A write that fails (a full disk, a folder that can't be written) stays in this process's
 ///   memory, where it is read as if it had succeeded, and goes to the disk with the next write that
 ///   succeeds.
@@ -63,7 +63,7 @@ class NSUserDefaults {
   [[nodiscard]] bool boolForKey(std::string_view key) const;
   /// A number, a flag as 1 or 0, a text by the number that it begins with.
   [[nodiscard]] double doubleForKey(std::string_view key) const;
-  /// A text, or a number in the shortest digits that tell it; a flag as "1" or "0".
+  /// A text, or a number in the shortest digits that represent it exactly; a flag as "1" or "0".
   [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const;
   [[nodiscard]] std::optional<Data> dataForKey(std::string_view key) const;
   /// Absent unless every element is a text.
@@ -83,12 +83,12 @@ class NSUserDefaults {
   void removeObjectForKey(std::string_view key);
   /// All changes in one write: other processes see all of them or none.
   void setObjects(const Changes& changes);
-  /// Why what this process has written is in its memory alone; null when all is on the disk.
+  /// Why changes of this process are only in its memory; null if all are on the disk.
   [[nodiscard]] ErrorPtr saveError() const;
   /// @}
 
-  /// Gives values to be read where a key has none. They are not stored and last as long as the
-  /// process.
+  /// Registers values for keys that have none. They are not stored, and are kept until the process
+  /// ends.
   void registerDefaults(const Dictionary& values);
 
  private:

@@ -9,8 +9,8 @@
 namespace platform {
 
 /// A file that is written piece by piece and takes its name when it is complete. A process that
-/// ends before that leaves nothing behind; where the file system knows no files without a name, a
-/// killed one leaves a hidden file, which the next writer takes over.
+/// ends before that leaves nothing behind; in a file system without support for unnamed files, a
+/// killed process leaves a hidden file, which the next writer reuses.
 ///
 ///     auto file = OutputFile::open(NSFileManager::cachesDirectory() / "check.txt");
 ///     if (file) (void)file->write("first piece, ");

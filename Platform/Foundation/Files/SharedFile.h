@@ -38,14 +38,14 @@ class SharedFile {
   /// \name For the holder of the lock
   /// @{
   [[nodiscard]] Result<void> write(std::string_view text) const;
-  /// Takes a file that makes no sense out of the way: ".corrupt" behind its name, or ".corrupt.2",
-  /// … where that is taken.
+  /// Renames a file that can't be read: appends ".corrupt" to its name, or ".corrupt.2", … if that
+  /// name is taken.
   [[nodiscard]] Result<void> moveAside() const;
   /// @}
 
-  /// Tells `Environment::report`, unless that was the last thing told.
+  /// Calls `Environment::report`, unless the last report was the same.
   void reportOnce(const std::string& problem);
-  /// What goes wrong from now on is told again.
+  /// Reports the next problem even if it is the same as the last one.
   void forgetReport() { lastReported_.clear(); }
 
  private:

@@ -14,7 +14,7 @@ namespace platform {
 class MainLoop;
 class TimedWork;
 
-/// What the application does right now, as far as a user would notice.
+/// The state of the application, as its user sees it.
 enum class ApplicationState { active, inactive, background };
 
 /// Where a process keeps its files.
@@ -27,16 +27,16 @@ struct Directories {
   std::filesystem::path resources;  ///< The string tables and the icon table, read only.
 };
 
-/// Who the process is.
+/// The identity of the process.
 struct BundleInfo {
-  std::string identifier = {};     ///< Such as "velloro.app"; tells the run target.
+  std::string identifier = {};     ///< Such as "velloro.app"; determines the run target.
   std::string shortVersion = {};   ///< CFBundleShortVersionString: "1.2.3".
   std::string version = {};        ///< CFBundleVersion: the build number.
   std::string pathExtension = {};  ///< Of the bundle's folder: "app", or "appex" of an extension.
 };
 
-/// What a process gets from outside: time, place, identity, folders and chance. Nothing else in the
-/// program asks the system for these, so a test or a command with `--now` can set them all.
+/// What a process gets from outside: time, place, identity, folders and random bits. Nothing else
+/// in the program asks the system for these, so a test or a command with `--now` can set them all.
 ///
 /// A `ProcessEnvironment` stands for the real machine, a `VirtualEnvironment` for a hand-moved one.
 /// The current one is the machine's until another is installed:
@@ -76,7 +76,7 @@ class Environment {
 
   [[nodiscard]] virtual const BundleInfo& bundle() const = 0;
   [[nodiscard]] virtual const Directories& directories() const = 0;
-  /// The device's model name, whose beginning tells its family: "iPhone", "iPad", "Mac", …
+  /// The device's model name; its beginning is the family: "iPhone", "iPad", "Mac", …
   [[nodiscard]] virtual std::string deviceModel() const = 0;
   [[nodiscard]] virtual ApplicationState applicationState() const = 0;
   /// A variable of the process environment, empty when it is not set.
@@ -85,7 +85,7 @@ class Environment {
   /// 64 random bits, from any thread.
   [[nodiscard]] virtual std::uint64_t random() = 0;
 
-  /// A line for whoever watches the process: standard error, or a test's list.
+  /// Reports a line to the user: on standard error, or in the list of a test.
   virtual void report(std::string_view line) = 0;
 
  protected:

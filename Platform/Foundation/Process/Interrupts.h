@@ -4,9 +4,9 @@
 
 namespace platform {
 
-/// Takes the wish that the process may end (SIGINT, as by Ctrl-C, and SIGTERM) as an event: `ask`
-/// runs once, on a thread of its own, instead of the process being ended. A second wish ends it.
-/// Call it while there is but one thread.
+/// Handles the first request to end the process (SIGINT, as by Ctrl-C, or SIGTERM): `ask` runs
+/// once, on a thread of its own, and the process continues. A second request ends it. To be called
+/// while the process has one thread.
 ///
 ///     void runUntilInterrupted() {
 ///       onInterrupt([] { Environment::current().mainLoop().stop(); });

@@ -20,17 +20,17 @@ class MainLoop {
   MainLoop(const MainLoop&) = delete;
   MainLoop& operator=(const MainLoop&) = delete;
 
-  /// Puts a block behind those already posted. From any thread.
+  /// Adds a block after those already posted. From any thread.
   virtual void post(Block block) = 0;
   /// Whether the caller is the main thread.
   [[nodiscard]] virtual bool isCurrent() const = 0;
 
   /// Runs posted blocks one after the other until `stop`, and waits while there are none. On the
-  /// main thread only. In virtual time the clock moves on by itself from one thing due to the next,
-  /// and the loop also ends when nothing is left to come.
+  /// main thread only. In virtual time, the clock moves from one due event to the next by itself,
+  /// and the loop also ends when no event is left.
   virtual void run() = 0;
-  /// Ends `run` after the block under way; a later `run` takes up what is still posted. Before
-  /// `run`, it makes the next one return at once. From any thread.
+  /// Ends `run` after the current block; a later `run` continues with the posted blocks. If it is
+  /// called before `run`, the next `run` returns at once. From any thread.
   virtual void stop() = 0;
 };
 

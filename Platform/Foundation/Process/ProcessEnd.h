@@ -2,15 +2,15 @@
 
 namespace platform {
 
-/// Ends the process at once: what the standard streams hold is written, and nothing is destroyed.
-/// Background queues have no end of their own, and a block may be running to the last moment; what
-/// it uses, be it of this program or of a library, must not go before it. Whatever else has to be
-/// written (a log, a store) is written before this is called, and what the caller's scopes hold has
-/// gone.
+/// Ends the process immediately: the standard streams are flushed, and no static object is
+/// destroyed. Background queues never end, so a block may run to the last moment, and the objects
+/// of the program and of libraries that it uses must outlive it. Everything else that must be
+/// written (a log, a store) is written before this call, and the caller's local objects are
+/// destroyed before it.
 ///
 ///     int main() { endProcess(EXIT_SUCCESS); }    // whatever the queues are doing
 ///
-/// Under a sanitizer, leaks are looked for as at any other end.
+/// Under a sanitizer, leaks are checked as at any other exit.
 [[noreturn]] void endProcess(int exitCode);
 
 }  // namespace platform

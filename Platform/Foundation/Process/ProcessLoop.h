@@ -10,7 +10,7 @@ namespace platform {
 [[nodiscard]] MainLoop& processMainLoop();
 [[nodiscard]] TimedWork& processTimedWork();
 
-/// The clock that `processTimedWork` goes by, in seconds.
+/// The clock that `processTimedWork` uses, in seconds.
 [[nodiscard]] double processMediaTime();
 
 }  // namespace platform

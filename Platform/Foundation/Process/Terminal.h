@@ -9,8 +9,8 @@ namespace platform {
 /// (`NO_COLOR`, https://no-color.org).
 [[nodiscard]] bool standardOutputHasColors();
 
-/// A text from outside in the form in which a terminal can be given it: it stays on its line, moves
-/// no cursor, sets no colour and turns no other text around.
+/// A text from outside in a form that is safe for a terminal: it stays on its line, moves no
+/// cursor, sets no colour and does not reverse other text.
 ///
 ///     terminalText("a\nb\x1b[31m");    // "a\\nb\\u001b[31m"
 ///     terminalText("caf\xE9");         // "caf\\xe9"
@@ -21,15 +21,15 @@ namespace platform {
 /// escaped does not change when it is escaped again.
 [[nodiscard]] std::string terminalText(std::string_view text);
 
-/// The same for a text of several lines, composed by the program: line breaks and its own colours
-/// stay. What is JSON stays the same JSON.
+/// The same for a text of several lines that the program has composed: line breaks and its own
+/// colours are kept. JSON remains the same JSON.
 [[nodiscard]] std::string terminalLines(std::string_view text);
 
 /// Whether `terminalText` would change a text.
 [[nodiscard]] bool hasControlCharacters(std::string_view text);
 
-/// Whether anything of a text in UTF-8 can be seen: not where it has nothing but blanks, controls
-/// and characters without a width of their own, such as joiners.
+/// Whether a text in UTF-8 has a visible character: not a blank, a control character, or one
+/// without a width, such as a joiner.
 [[nodiscard]] bool isVisible(std::string_view text);
 
 }  // namespace platform

@@ -19,8 +19,8 @@ class TimedBlocks {
     return token;
   }
 
-  /// Takes a block out, empty when it is not there. The caller destroys it without its lock: what a
-  /// block holds may call back.
+  /// Removes and returns a block; empty if there is none. The caller destroys it without holding
+  /// its lock, since what a block captures may call back.
   [[nodiscard]] Block take(TimedWork::Token token) {
     auto node = blocks_.extract(token);
     return node ? std::move(node.mapped()) : nullptr;

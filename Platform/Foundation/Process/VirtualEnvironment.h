@@ -10,11 +10,11 @@
 
 namespace platform {
 
-/// An environment moved by hand: the clock stands until it is set or advanced, zone and locale are
-/// what they were set to (Europe/Berlin and en_US at the start), chance comes from a fixed seed,
-/// and the folders lie in a new temporary directory that goes with the object. It is the current
-/// environment while it lives. Tests run in it, and so do commands that play a scene out of real
-/// time.
+/// An environment that is controlled by the program: the clock stands still until it is set or
+/// advanced, zone and locale are fixed (Europe/Berlin and en_US at the start), random bits come
+/// from a fixed seed, and the folders lie in a new temporary directory that is removed with the
+/// object. It is the current environment while it lives. Tests run in it, and so do commands that
+/// play a scene out of real time.
 ///
 ///     VirtualEnvironment environment;
 ///     DispatchQueue::main().asyncAfter(0.5, [] { Environment::current().report("done"); });
@@ -38,7 +38,7 @@ class VirtualEnvironment : public Environment {
   void advance(TimeInterval seconds) { time_.advance(seconds); }
   /// Runs everything that is due now, until nothing is.
   void settle() { advance(0); }
-  /// Jumps the wall clock alone, as a user does who sets it: nothing falls due.
+  /// Sets the wall clock alone, as a user does: nothing becomes due.
   void setNow(Date now) { time_.setNow(now); }
   using Environment::setTimeZone;
   void setLocale(std::string identifier) { localeIdentifier_ = std::move(identifier); }

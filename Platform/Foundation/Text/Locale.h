@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// How a language, as written in a place, writes: its case rules, signs, week and clock. A handle
-/// of one pointer to data that lives for the process; two locales are equal when their identifiers
+/// The writing conventions of a language in a place: case rules, signs, week and clock. A handle of
+/// one pointer to data that lives for the process; two locales are equal when their identifiers
 /// are. All texts are UTF-8.
 ///
 ///     const Locale german = Locale::fromIdentifier("de_DE");
@@ -19,8 +19,8 @@ namespace platform {
 /// The calendar is the Gregorian one in every locale.
 class Locale {
  public:
-  /// "de", "de_DE", "zh_Hant_TW"; "-" does as well as "_". What a place doesn't write in a way of
-  /// its own comes from the language, and what an unknown language doesn't, from English.
+  /// "de", "de_DE", "zh_Hant_TW"; "-" may be used instead of "_". What is not specific to the place
+  /// is taken from the language, and what is not known of the language, from English.
   [[nodiscard]] static Locale fromIdentifier(std::string_view identifier);
   /// The user's, as the installed `Environment` has it.
   [[nodiscard]] static Locale current();
@@ -46,7 +46,8 @@ class Locale {
 
   [[nodiscard]] std::string uppercased(std::string_view text) const;
   [[nodiscard]] std::string lowercased(std::string_view text) const;
-  /// Each word with a large first letter, the rest of it small: "IJsland" for Dutch "ijsland".
+  /// Each word with its first letter in upper case and the rest in lower case: "IJsland" for Dutch
+  /// "ijsland".
   [[nodiscard]] std::string capitalized(std::string_view text) const;
 
   bool operator==(const Locale&) const = default;

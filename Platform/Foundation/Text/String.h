@@ -14,8 +14,8 @@ namespace platform {
 /// Whether the bytes are a text in UTF-8.
 [[nodiscard]] bool isUTF8(std::string_view bytes);
 
-/// What came from outside, as a message shows it: whole up to 4 KiB. A longer one is cut there, at
-/// the end of a character, and says so: a message is stored and printed, however long its cause is.
+/// An input as a message shows it: unchanged up to 4 KiB. A longer one is cut there, at the end of
+/// a character, and its length is added, so that a message can always be stored and printed.
 ///
 ///     excerpt("Mars/Base");                              // "Mars/Base"
 ///     excerpt(std::string(5000, 'a')).substr(4094);      // "aa… (4096 of 5000 bytes)"
@@ -23,7 +23,7 @@ namespace platform {
 /// The same in quotes: "\"Mars/Base\"".
 [[nodiscard]] std::string inQuotes(std::string_view input);
 
-/// The text with U+FFFD in the place of what is not UTF-8.
+/// The text with U+FFFD instead of what is not UTF-8.
 [[nodiscard]] std::string repairedUTF8(std::string_view text);
 
 /// The names that Unicode gives a text's scalars, the corrected ones where a name was at fault,

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Parts of a date or a time of day; a part that is not meant is absent.
+/// Components of a date or a time of day; components that are not given are absent.
 struct DateComponents {
   std::optional<std::int64_t> year = {};
   std::optional<std::int64_t> month = {};   ///< 1 is January
@@ -54,8 +54,8 @@ class Calendar {
   [[nodiscard]] DateComponents dateComponents(Date date) const;
 
   /// The instant at which the clock shows these components. Absent parts count as 1 for a month or
-  /// a day and as 0 otherwise. Values out of their range carry on: month 13 is the next January,
-  /// day 45 counts on from the 1st. Absent beyond about a million years from now.
+  /// a day and as 0 otherwise. Values out of range carry over: month 13 is the next January, day 45
+  /// is counted from the 1st. Absent beyond about a million years from now.
   [[nodiscard]] std::optional<Date> date(const DateComponents& components) const;
   /// The same for the reading of a clock; beyond about 31 million years its nearest end counts.
   [[nodiscard]] Date date(ClockTime clockTime) const;

@@ -13,7 +13,7 @@ namespace platform {
 /// A length of time in seconds.
 using TimeInterval = double;
 
-/// How an instant stands in JSON.
+/// How an instant is written in JSON.
 enum class DateForm {
   secondsSinceReferenceDate,  ///< A number: seconds since 2001-01-01T00:00:00Z.
   iso8601,                    ///< "2024-03-07T01:59:59Z"; a fraction of a second is cut off.

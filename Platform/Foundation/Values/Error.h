@@ -31,11 +31,11 @@ class Error : public std::exception {
 /// A shared, immutable error, as answers carry it.
 using ErrorPtr = std::shared_ptr<const Error>;
 
-/// A value or the reason why there is none.
+/// A value, or the error that is the reason why there is none.
 template <typename T>
 using Result = std::expected<T, ErrorPtr>;
 
-/// What answers later: called exactly once.
+/// A callback for an asynchronous answer, called exactly once.
 template <typename T>
 using Completion = std::move_only_function<void(Result<T>)>;
 

@@ -45,7 +45,7 @@ constexpr auto rawValues(std::type_identity<IconCategory>) {
   return caseNames<IconCategory::hidden>();
 }
 
-/// The icons of a group by their names. Each icon stands in one group.
+/// The icons of a group, sorted by name. Each icon belongs to one group.
 ///
 ///     sortedIcons(IconCategory::zodiac).size();    // 12
 [[nodiscard]] std::span<const IconManagerIcon> sortedIcons(IconCategory category);

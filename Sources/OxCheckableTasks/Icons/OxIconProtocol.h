@@ -8,8 +8,8 @@
 
 namespace velloro {
 
-/// What drawing asks of an icon type: it is made from its raw text, and tells whether its image
-/// changes with a task's state.
+/// What drawing requires of an icon type: it can be made from its raw text, and `isDynamic` says
+/// whether its image changes with a task's state.
 template <typename Icon>
 concept OxIconProtocol = RawRepresentable<Icon> &&
     std::same_as<RawValueType<Icon>, std::string_view> && requires(Icon icon) {

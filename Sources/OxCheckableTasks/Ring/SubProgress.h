@@ -23,7 +23,7 @@ struct CheckableTaskSubProgressStyle {
   /// A dot that goes round once a minute.
   struct Dot {
     CheckableTaskDotStyle style = CheckableTaskDotStyle::linear;
-    double totalDuration = 0;  ///< Seconds that a progress of 1 stands for.
+    double totalDuration = 0;  ///< The seconds of a progress of 1.
     bool operator==(const Dot&) const = default;
   };
   struct FillLinear {

@@ -14,7 +14,7 @@ class CGContext;
 
 namespace velloro {
 
-/// One line of a ring's caption: what there is of icons and text, with a narrow space between.
+/// One line of a ring's caption: its icons and its text, with narrow spaces between them.
 struct CaptionLine {
   struct Icon {
     IconVisualRepresentation representation;
@@ -30,7 +30,7 @@ struct CaptionLine {
   [[nodiscard]] NSAttributedString inFont(double factor) const;
 };
 
-/// Where a caption stands in a ring.
+/// The position of a caption in a ring.
 struct CaptionPlace {
   double radius = 0;         ///< Of the ring, to the outer edge of its track.
   double trackWidth = 0;     ///< Captions also leave room for a second, narrower track inside it.

@@ -47,7 +47,7 @@ constexpr auto rawValues(std::type_identity<Caption::Size>) {
 }
 
 struct Request {
-  /// What stands in the middle.
+  /// What is shown in the middle.
   struct Image {
     std::optional<IconVisualRepresentation> icon = {};
     bool dynamic = false;               ///< The icon's image changes with the task's state.

@@ -52,7 +52,7 @@ constexpr auto rawValues(std::type_identity<CaptionIcon::Kind>) {
   return caseNames<CaptionIcon::Kind::hasNotes>();
 }
 
-/// The signs in the four corners of a ring.
+/// The signs in the four corners around a ring.
 struct CaptionIcons {
   std::vector<CaptionIcon> topLeading = {};
   std::vector<CaptionIcon> topTrailing = {};
@@ -66,7 +66,7 @@ struct CaptionIcons {
   [[nodiscard]] static const CaptionIcons& noIcons();
 };
 
-/// With whom a task is shared: so many participants, or nobody.
+/// Whether a task is shared, and with how many participants.
 struct SharedWithStatus {
   std::optional<int> participants = {};
 
@@ -92,8 +92,8 @@ struct StreakIconsRequest {
   Date now;
 };
 
-/// What the signs round a ring tell of a streak: how long the period is, what is about to end, what
-/// has been reached.
+/// The signs around a ring that describe a streak: the length of the period, what is about to end,
+/// and what has been reached.
 [[nodiscard]] CaptionIcons iconsForStreakNumber(const StreakIconsRequest& request);
 
 }  // namespace velloro

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// The measures, in points, of what stands beside a ring of so many points.
+/// The measures, in points, of what is shown beside a ring of a given diameter.
 namespace velloro::CheckableTaskConstants {
 
 namespace measures_detail {

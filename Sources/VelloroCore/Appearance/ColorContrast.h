@@ -6,11 +6,11 @@
 
 namespace velloro {
 
-// How colours stand to each other. Luminance and contrast are those of the Web Content
-// Accessibility Guidelines 2.1; alpha doesn't count.
+// Relations between colours. Luminance and contrast are those of the Web Content Accessibility
+// Guidelines 2.1; alpha doesn't count.
 
-/// How far apart two colours are at least where one is to be told from the other: text from what is
-/// behind it, and shapes or large text (18 points on) from what is behind them.
+/// The least contrast of two colours that must be distinguished: of a text and its background, and
+/// of shapes or large text (from 18 points) and their background.
 inline constexpr double textContrast = 4.5;
 inline constexpr double shapeContrast = 3;
 

@@ -32,8 +32,8 @@ struct PositionedTheme {
                                                            Context context, bool isFaded) const;
   [[nodiscard]] ColorProfile positiveCompletedColorProfile(const TaskColor& taskColor,
                                                            Context context) const;
-  /// Something to avoid that has been avoided so far. With `willShowPeriodProgress` the track tells
-  /// the days that have passed from those to come; else all of it looks the same.
+  /// For a habit to avoid that has been avoided so far. With `willShowPeriodProgress`, the track
+  /// shows which days have passed and which are to come; otherwise all of it looks the same.
   [[nodiscard]] ColorProfile negativeCompletedColorProfile(const TaskColor& taskColor,
                                                            Context context, bool isFaded,
                                                            bool willShowPeriodProgress) const;
@@ -46,8 +46,8 @@ struct PositionedTheme {
   [[nodiscard]] ColorProfile siriShortcutsConfigurationColorProfile() const;
   [[nodiscard]] ColorProfile siriWatchFaceColorProfile() const;
 
-  /// By the status alone: faded when the period may be skipped and a user may want to know, and
-  /// when it was skipped. `numDaysInPeriod` tells whether there are days to come.
+  /// Depends on the status alone: faded if the period may be skipped and the status has an
+  /// indicator, and if it was skipped. `numDaysInPeriod` decides whether there are days to come.
   [[nodiscard]] ColorProfile colorProfile(const CompletionStatus::Status& status,
                                           const TaskColor& taskColor, std::int64_t numDaysInPeriod,
                                           Context context) const;

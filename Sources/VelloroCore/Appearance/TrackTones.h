@@ -14,8 +14,8 @@ struct RingGround {
   bool isFaded = false;              ///< The ring is drawn at half strength.
 };
 
-/// The tones of a track that can be told from each other and from the disc below, also when the
-/// ring is faded and the page shows through.
+/// The tones of a track that can be distinguished from each other and from the disc below, also if
+/// the ring is faded and the page shows through.
 ///
 ///     const RingGround ground{.disc = {{1, 1, 1}}, .page = {1, 0.6, 0}, .isFaded = true};
 ///     TrackTones::on(ground, {0.4, 0.2, 0}).areApartOn(ground);    // true

@@ -4,7 +4,7 @@
 
 namespace velloro {
 
-// Which of a task's values a mode makes use of.
+// Which of a task's values a mode uses.
 
 /// Whether a task may say itself when its weeks begin: not where its log is kept by days or by
 /// months, which begin when they begin.
@@ -13,7 +13,7 @@ namespace velloro {
   return duration != TaskFrequencyPeriodType::day && duration != TaskFrequencyPeriodType::month;
 }
 
-/// Whether so many days of a longer period are called for (`TaskFrequency::numCompletions`).
+/// Whether the mode requires a number of days of a longer period (`TaskFrequency::numCompletions`).
 [[nodiscard]] constexpr bool countsDays(DayMode mode) {
   switch (mode) {
     case DayMode::numberOfDaysInWeek:

@@ -9,8 +9,8 @@
 namespace velloro {
 
 /// What an unfinished period turns into if nothing more happens; `TaskFrequency::SkipMode`. An
-/// indicator is shown where a user may want to know: this is the last chance, or this day is none
-/// of the task's.
+/// indicator is shown if the user may want to know that this is the last chance, or that the task
+/// is not due on this day.
 enum class SkipMode : std::int8_t {
   willMissWithIndicator,
   willMissWithoutIndicator,

@@ -75,7 +75,7 @@ struct TaskFrequency {
   [[nodiscard]] bool hasDay(DayOfWeek day) const { return days.contains(day); }
   void set(DayOfWeek day, bool include);
 
-  /// The completions that are called for in the counting period that holds `period.startDate`: at
+  /// The completions that are required in the counting period that contains `period.startDate`: at
   /// least 1, and, where the task was created in it, no more than it has days.
   [[nodiscard]] std::int64_t numberOfExpectedTimes(const TaskFrequencyPeriod& period,
                                                    YYYYMMDD taskCreatedDate,
@@ -84,7 +84,7 @@ struct TaskFrequency {
   /// Whether no day can ever be due, as without any weekday; such a task is not scheduled.
   [[nodiscard]] bool isEmpty() const;
 
-  /// What the log says of the counting period that holds the first day of a period.
+  /// What the log contains for the counting period with the first day of a period.
   struct DaysInPeriodCallbackResponse {
     DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
     std::int64_t numUniqueCompletions = 0;  ///< Completed days so far.
@@ -96,8 +96,8 @@ struct TaskFrequency {
   struct DayIntervalResponse {
     std::optional<TaskFrequencyPeriod> periodOfLastCompletionBeforeToday = {};
   };
-  /// A period of the mode's `measurementDuration`, and whom to ask for what only the log knows.
-  /// Each callback is given the period, and is called at most once and for the modes that need it.
+  /// A period of the mode's `measurementDuration`, and callbacks for what only the log knows. Each
+  /// callback receives the period, and is called at most once, and only for the modes that need it.
   struct SkipQuestion {
     const TaskFrequencyPeriod& period;
     HHMMSS startOfDay;

@@ -10,9 +10,9 @@
 
 namespace velloro {
 
-/// The types whose amounts add up to what a period of a task has reached: completions and stretches
-/// of a timer or, of a negative task, misses and the same stretches. An amount on any other entry
-/// is kept with the entry and counts for nothing.
+/// The types whose amounts are added to the total of a period: completions and timed stretches or,
+/// for a negative task, misses and timed stretches. The amount of any other entry is stored, but
+/// does not count.
 [[nodiscard]] constexpr EnumSet<TaskLogEntryType> countedTypes(bool isNegative) {
   return TaskLogEntryTypes::allTimerTypes.union_(isNegative ? TaskLogEntryTypes::allMissedTypes
                                                             : TaskLogEntryTypes::allCompletedTypes);
@@ -30,19 +30,19 @@ struct LogStep {
   }
 };
 
-/// The total of a period up to and with each of its entries.
+/// The total of a period up to and including each of its entries.
 [[nodiscard]] std::vector<double> runningTotals(std::span<const LogStep> entries, bool isNegative);
 
-/// The instant of a new entry: a millisecond later for each entry of its day that is there of that
-/// very instant, since the newest of a day's entries tells its total and is the one to be taken
-/// back. \param taken The instants of the day's entries, the earliest first.
+/// The instant of a new entry: a millisecond later for each entry of its day that has the same
+/// instant, since the newest entry of a day has its total and is the one that is removed first.
+/// \param taken The instants of the day's entries, the earliest first.
 [[nodiscard]] Date instantOfItsOwn(Date at, std::span<const Date> taken);
 
 /// The full type with the same outcome and origin as a partial one; any other type is its own.
 [[nodiscard]] TaskLogEntryType fullForm(TaskLogEntryType type);
 
 struct LogStepQuestion {
-  /// Absent for the next tap: a step towards completion or, of a negative task, a miss.
+  /// Absent for the next tap: a step towards completion or, for a negative task, towards a miss.
   std::optional<TaskLogEntryType> type = {};
   /// Absent for what the type takes: a step takes what is left of the completion under way, a
   /// completion what is left of all, and what does not count takes nothing.

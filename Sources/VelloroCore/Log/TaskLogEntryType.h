@@ -11,8 +11,8 @@
 
 namespace velloro {
 
-/// What an entry of a task's log says of its period. A full entry settles the period, partial ones
-/// are steps on the way; either is made manually, by the user, or automatically.
+/// The meaning of an entry of a task's log for its period. A full entry settles the period, partial
+/// ones are steps on the way; either is made manually, by the user, or automatically.
 ///
 ///     rawValue(TaskLogEntryType::skippedManuallyFull);         // 3: the number that is stored
 ///     description(TaskLogEntryType::skippedManuallyFull);      // "skipped_manually", in exports

@@ -37,11 +37,11 @@ struct TaskLogRow {
 /// row first.
 using TaskLogRows = std::span<const TaskLogRow>;
 
-/// The rows whose `entryDate` lies in a stretch of days; an absent end is open.
+/// The rows whose `entryDate` lies in a range of days; an absent bound is open.
 [[nodiscard]] TaskLogRows rowsWithin(TaskLogRows rows, const YYYYMMDD::Range& dates);
 
-/// By what a task's log is read: which period of the present frequency an entry falls into, which
-/// of several entries stands for its period, and which day is today.
+/// The rules by which a task's log is read: to which period of the current frequency an entry
+/// belongs, which of several entries decides its period, and which day is today.
 struct TaskLogRules {
   TaskFrequency frequency = {};
   HHMMSS startOfDay = HHMMSS::midnight;
@@ -59,7 +59,7 @@ struct TaskLogRules {
   [[nodiscard]] YYYYMMDD today() const { return YYYYMMDD::today(startOfDay, timeZone, now); }
 };
 
-/// The full entry that stands for a period.
+/// The full entry that decides a period.
 struct PeriodEntry {
   std::int64_t periodStart = 0;  ///< `YYYYMMDD::intValue` of the period's first day.
   std::uint32_t row = 0;         ///< Its place among the rows.
@@ -71,8 +71,8 @@ struct PeriodEntry {
                                       TaskLogEntryType type);
 };
 
-/// Collects the full entries of a log, which are added from the newest row to the oldest, and keeps
-/// one for each period; of several that are as good, the one of the oldest row.
+/// Collects the full entries of a log. They are added from the newest row to the oldest. Keeps one
+/// for each period; of several that are as good, the one of the oldest row.
 class PeriodEntries {
  public:
   explicit PeriodEntries(bool isNegative) : isNegative_(isNegative) {}
@@ -90,16 +90,17 @@ class PeriodEntries {
   std::vector<PeriodEntry> entries_;
 };
 
-/// The entries that stand for the periods of those rows that lie within a stretch of days.
+/// The entries that decide the periods of the rows within a range of days.
 [[nodiscard]] std::vector<PeriodEntry> fullEntriesByPeriod(TaskLogRows rows,
                                                            const TaskLogRules& rules,
                                                            const YYYYMMDD::Range& dates);
 
-/// A walk from period to period, which steps over what nobody asks for. Asked in the order in which
-/// it goes whether it comes to the period of an entry; for one behind it, no.
+/// A walk from period to period, which skips the periods that are not asked for. Entries must be
+/// passed in the order of the walk; the answer is whether it reaches the period of the entry, and
+/// no for a period that it has passed.
 ///
-/// Not each period of a log lies on the way: a date that is none of the calendar begins none, a
-/// zone that skipped a day has no period on it, and fortnights of neighbouring days overlap.
+/// The walk does not reach every period of a log: a date that is none of the calendar begins none,
+/// a zone that skipped a day has no period on it, and fortnights of neighbouring days overlap.
 class PeriodWalk {
  public:
   [[nodiscard]] static PeriodWalk forwards(const TaskFrequencyPeriod& from, TimeZone timeZone);

@@ -10,7 +10,7 @@
 
 namespace velloro {
 
-/// The kinds of record that tell a task's progress in a period; see `TaskProgress`.
+/// The kinds of records of a task's progress in a period; see `TaskProgress`.
 enum class TaskProgressType : std::int8_t {
   discrete,
   continuous,

@@ -28,7 +28,7 @@ constexpr auto rawValues(std::type_identity<ReminderType>) {
 /// The type to begin with where none was chosen. Read it and set it from any thread.
 inline std::atomic<ReminderType> initialReminderType{ReminderType::automatic};
 
-/// Of the two people of a shared task, the one whose clock a time is read on.
+/// The person whose clock determines a time, one of the two people of a shared task.
 enum class NotificationTimeZone : std::int8_t { taskOwner, taskViewer };
 
 constexpr auto rawValues(std::type_identity<NotificationTimeZone>) {

@@ -4,8 +4,8 @@
 
 namespace velloro {
 
-/// The texts of notifications that don't remind: of what was done, and of a running timer. The
-/// reminders' are in ReminderWordingKeys.h.
+/// The texts of notifications that are no reminders: about what was done, and about a running
+/// timer. The reminders' are in ReminderWordingKeys.h.
 namespace notification_text {
 
 // What was done. A timer's end comes before the other two.

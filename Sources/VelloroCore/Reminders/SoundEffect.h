@@ -10,9 +10,9 @@
 
 namespace velloro {
 
-/// The name of a sound that goes with a notification; the player chooses the file. `system` is the
-/// platform's own sound, and `nilSound`, stored as "nil", plays nothing. Where a setting holds no
-/// effect at all, there is no sound either.
+/// The name of a notification's sound; the player chooses the file. `system` is the platform's own
+/// sound, and `nilSound`, stored as "nil", plays nothing. Where a setting holds no effect at all,
+/// there is no sound either.
 enum class SoundEffect : std::int8_t {
   system,
   chillbell,
@@ -59,7 +59,7 @@ inline constexpr auto sortedEffects = [] {
 /// The effect that new settings start with. Read it and set it from any thread.
 inline std::atomic<SoundEffect> defaultEffect{SoundEffect::islands};
 
-/// How good the news is that an effect goes with.
+/// How good the news is that the effect accompanies.
 enum class SoundEffectDirection : std::int8_t { negative, neutral, positive, superPositive };
 
 /// An effect as it is played.

@@ -11,10 +11,10 @@
 
 namespace velloro {
 
-/// Whether a timer's reminder tells the time done or the time left.
+/// Whether a timer's reminder mentions the time done or the time left.
 enum class TimerReminderType : std::int8_t { completed, remaining };
 
-/// A moment of a running timer at which its user hears of it.
+/// An instant of a running timer at which its user is notified.
 struct TimerReminderTime {
   TimerReminderType type = TimerReminderType::completed;
   TimeInterval duration = 0;  ///< That is done, or left.
@@ -23,7 +23,7 @@ struct TimerReminderTime {
   bool operator==(const TimerReminderTime&) const = default;
 };
 
-/// What one task's user is told of, when and how.
+/// Which notifications a task sends, when and how.
 ///
 ///     const auto settings = TaskNotificationSettings::default_(
 ///         DefaultSettingsTaskType::timer(600), NotificationTimeZone::taskOwner);
@@ -52,8 +52,9 @@ struct TaskNotificationSettings {
   std::optional<LiveActivityDisplayMode> liveActivityDisplayMode = {};
   std::vector<TaskReminder> reminders = {};
 
-  /// The settings of a new task. A timer of 3 minutes or more tells when a minute is left, one of
-  /// 15 or more also when five are; screen time of more than 2 minutes when one is left.
+  /// The settings of a new task. A timer of 3 minutes or more notifies when one minute is left, a
+  /// timer of 15 minutes or more also when five are left, and screen time of more than 2 minutes
+  /// when one is left.
   [[nodiscard]] static TaskNotificationSettings default_(const DefaultSettingsTaskType& taskType,
                                                          NotificationTimeZone timeZone);
 
@@ -87,8 +88,8 @@ struct TaskNotificationSettings {
       std::span<const Date> recentCompletionTimes, TimeInterval allowance, HHMMSS startOfDay,
       TimeZone timeZone, Date now) const;
 
-  /// What is still to be told of a timer that runs: after now, and strictly between its start and
-  /// its finish.
+  /// The remaining notifications of a running timer: those after now, and strictly between its
+  /// start and its finish.
   [[nodiscard]] std::vector<TimerReminderTime> sortedPendingTimerReminderTimes(
       TimeInterval totalDurationForPartialCompletion, Date currentFinishDate, Date now) const;
 

@@ -40,7 +40,7 @@ struct TaskReminder {
     durationBeforeFinish,  ///< Of a timer.
   };
 
-  /// What sets a reminder off. Which of the optional members is there goes by the type.
+  /// What triggers a reminder. The type decides which of the optional members is present.
   struct Trigger {
     TriggerType type = TriggerType::timeOfDay;
     std::optional<HHMMSS> timeOfDay = {};
@@ -103,8 +103,8 @@ struct TaskReminder {
   /// summer clock counts as it does today. Where that moment falls on another date, days and day
   /// indexes move by one. The snooze is kept as it is, and `timeSensitive` becomes absent.
   ///
-  /// A reminder that stands in the zone already, or has no time of day, is returned as it is; one
-  /// with `timeZone` absent counts as standing in the other zone.
+  /// A reminder that already is in the zone, or has no time of day, is returned unchanged; one with
+  /// `timeZone` absent counts as being in the other zone.
   [[nodiscard]] TaskReminder convert(NotificationTimeZone to, TimeZone ownerTimeZone,
                                      TimeZone viewerTimeZone, Date now) const;
 };

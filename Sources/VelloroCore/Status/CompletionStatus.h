@@ -19,7 +19,7 @@ namespace velloro {
 struct StreakRecord;
 struct StreakedCompletionStatus;
 
-/// How a task stands in one period: what the period is so far, and the progress made in it.
+/// The state of a task in one period: its status so far, and the progress made in it.
 ///
 /// A positive task is something to do, and a period without action ends as a miss. A negative task
 /// is something to avoid: its period is complete, that is clean, until the bad event happens.
@@ -35,7 +35,8 @@ struct StreakedCompletionStatus;
 ///     twice.completionStatus.status == CompletionStatus::Status::positiveComplete;    // true
 ///     twice.streak.current;                               // 10
 struct CompletionStatus {
-  /// What a period is. Open and clean periods tell what they turn into if they end as they stand.
+  /// The status of a period. For an open or clean period, it includes what the period turns into if
+  /// nothing more happens.
   ///
   ///     using Status = CompletionStatus::Status;
   ///     Status::positiveIncomplete(SkipMode::willMissWithIndicator).stringValue();

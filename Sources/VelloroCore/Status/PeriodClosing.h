@@ -23,7 +23,7 @@ struct PeriodClosing {
 
   bool operator==(const PeriodClosing&) const = default;
 
-  /// As it will stand in the log. \param at When it is made.
+  /// The row of the entry. \param at When the entry is made.
   [[nodiscard]] TaskLogRow row(Date at) const;
 };
 

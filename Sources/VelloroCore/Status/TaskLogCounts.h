@@ -30,8 +30,8 @@ struct NumUniqueCompletions {
 /// The day of the newest full completion up to a day; absent when there is none.
 [[nodiscard]] std::optional<YYYYMMDD> lastCompletedDate(TaskLogRows rows, YYYYMMDD onOrBefore);
 
-/// What a task's open period will turn into, and whom to ask for what only the log knows; each is
-/// asked at most once, and only for the frequencies that need it.
+/// What the outcome of a task's open period depends on, and the callbacks for what only the log
+/// knows. Each is called at most once, and only for the frequencies that need it.
 struct WillSkipQuestion {
   const TaskLogRules& rules;
   TaskStatus status = defaultStatus;

@@ -9,8 +9,7 @@
 
 namespace velloro {
 
-/// The entry that stands for a period: its type, the day on which it stands, and the time of day at
-/// which it was made.
+/// The entry that decides a period: its type, its day, and the time of day at which it was made.
 struct CompletionByPeriod {
   TaskLogEntryType type = TaskLogEntryType::unknown;
   YYYYMMDD date;

@@ -28,8 +28,8 @@ struct RunningTimer {
   TimeInterval duration = 0;   ///< Seconds that it has run.
 };
 
-/// Where a task stands, by what is kept of its log. A period other than the current one has nothing
-/// kept of it, and shows as open, or, of a negative task, as clean.
+/// The state of a task, by the values derived from its log. There are none for periods other than
+/// the current one: they show as open or, for a negative task, as clean.
 ///
 ///     const TaskStanding task{.temporal = {.streak = StreakRecord(4, 9)}, .now = now};
 ///     const auto status = task.streakedCompletionStatus(

@@ -39,7 +39,8 @@ struct AttributedWithIconRequest {
                                             const std::optional<IconVisualRepresentation>& icon,
                                             const AttributedWithIconRequest& request);
 
-/// One behind the other, with a space between that looks as told; of an empty one nothing.
+/// The two texts with a space between them that has the given attributes; an empty text is left
+/// out, with the space.
 [[nodiscard]] NSAttributedString joinedBySpace(
     const NSAttributedString& first, const NSAttributedString& second,
     const NSAttributedString::Attributes& spaceAttributes);

@@ -36,8 +36,8 @@ struct HealthTitleForm {
 [[nodiscard]] std::optional<std::string> titleKey(HealthType type, const TaskTarget& target,
                                                   HealthTitleForm form = {});
 
-/// The key of the name under which a type stands in the list of predefined tasks; absent for a type
-/// that has no name of its own there.
+/// The key of a type's name in the list of predefined tasks; absent for a type without a name of
+/// its own there.
 [[nodiscard]] std::optional<std::string_view> predefinedTitleKey(HealthType type);
 
 }  // namespace velloro

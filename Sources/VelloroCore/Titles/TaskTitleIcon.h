@@ -7,7 +7,7 @@
 
 namespace velloro {
 
-/// The small icon beside a task's title, which tells what completes the task; absent for a positive
+/// The small icon beside a task's title, which shows what completes the task; absent for a positive
 /// task that the user completes.
 [[nodiscard]] inline std::optional<TaskDisplayTitle::TitleIcon> titleIcon(
     const std::optional<AutomaticTaskType>& automaticTaskType, bool isNegative) {

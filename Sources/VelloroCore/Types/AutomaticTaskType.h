@@ -143,7 +143,7 @@ constexpr auto rawValues(std::type_identity<AutomaticTaskType::DataSource>) {
   return rawTexts<AutomaticTaskType::DataSource>({{currentTask, "curr"}, {allData, "all"}});
 }
 
-/// What a task row keeps of its automatic type once it has been made out, also when it has none.
+/// The automatic type of a task row once it has been decoded, also if the row has none.
 struct AutomaticTaskTypeContainer {
   std::optional<AutomaticTaskType> value;
 };

@@ -46,7 +46,7 @@ struct StoredAutomaticTaskType {
   [[nodiscard]] std::optional<AutomaticTaskType> automaticTaskType() const;
 };
 
-/// The same, made out anew.
+/// The same, decoded again.
 [[nodiscard]] std::optional<AutomaticTaskType> _buildAutomaticTaskType(
     const std::optional<std::string>& typeName, double typeTarget,
     const std::optional<std::string>& typeUnit, const std::optional<std::string>& typeSpeed);

@@ -10,8 +10,8 @@
 
 namespace velloro {
 
-/// A record of a column that holds its JSON. What can't be made out is left out and logged under
-/// the record's name; absent, and logged, where nothing can be made out.
+/// A record that a column stores as JSON. Values that can't be read are left out and logged with
+/// the record's name. Absent, and logged, if the whole record can't be read.
 template <typename T>
 [[nodiscard]] std::optional<T> fromStoredJSON(
     const std::string& json, std::string_view record, DateForm dateForm = {},

@@ -7,7 +7,8 @@ namespace velloro {
 
 class TaskLogEntryEntity;
 
-/// What another program still has to tell the health store of an entry. It is kept as found.
+/// A request to the health store that another program still has to send for an entry. It is never
+/// changed here.
 class HealthKitRequestEntity : public EntityClass<HealthKitRequestEntity> {
  public:
   inline static auto description = NSEntityDescription::of<HealthKitRequestEntity>();

@@ -7,8 +7,8 @@ namespace velloro {
 
 class TaskEntity;
 
-/// What follows from a task's log, kept so that nobody has to walk the log to show the task. One
-/// row a task, which can be computed again at any time.
+/// Values that are derived from a task's log, and stored so that showing the task requires no walk
+/// over the log. One row per task, which can be computed again at any time.
 class TaskTemporalDataEntity : public EntityClass<TaskTemporalDataEntity> {
  public:
   inline static auto description = NSEntityDescription::of<TaskTemporalDataEntity>();
