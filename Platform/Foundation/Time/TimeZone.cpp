@@ -264,16 +264,4 @@ std::int64_t TimeZone::searchedUtcSecondsAt(std::int64_t localSeconds) const {
   return localSeconds - rules().offset[static_cast<std::size_t>(later - rules().localEnd.begin())];
 }
 
-std::optional<Date> TimeZone::nextTransition(Date after) const {
-  const std::size_t next = rules().intervalAt(after.secondsSince1970());
-  if (next < rules().changeAt.size()) {
-    return Date::since1970(static_cast<double>(rules().changeAt[next]));
-  }
-  cctz::time_zone::civil_transition change;
-  const CctzInstant from = instantAt(std::max(after.secondsSince1970(), Rules::horizon - 1));
-  if (!rules().zone.next_transition(from, &change)) return std::nullopt;
-  const CctzInstant at = rules().zone.lookup(std::min(change.from, change.to)).trans;
-  return Date::since1970(static_cast<double>(secondsOf(at)));
-}
-
 }  // namespace platform

@@ -64,8 +64,6 @@ class TimeZone {
   /// date line. In such a zone a civil day can be missing or stand twice, so day arithmetic must
   /// ask the calendar.
   [[nodiscard]] bool hasSkippedOrRepeatedDays() const { return index_->hasDayJump; }
-  /// The first clock change after an instant, absent when there is none.
-  [[nodiscard]] std::optional<Date> nextTransition(Date after) const;
 
   bool operator==(const TimeZone&) const = default;
   [[nodiscard]] std::size_t hashValue() const { return std::hash<const void*>{}(index_); }
