@@ -87,7 +87,7 @@ TEST(RingCommand, WritesThroughLinksAndPipesAndLeavesNothingWhenItIsInterrupted)
   EXPECT_TRUE(fs::is_fifo(pipe));
   EXPECT_EQ(runProgram("ring --animate check --png /dev/full").exitCode, 1);
   // The system ends the process by a signal when the file grows beyond one block.
-  const std::string killed = "ulimit -c 0 -f 1; '" VELLORO_PROGRAM
+  const std::string killed = "ulimit -c 0; ulimit -f 1; '" VELLORO_PROGRAM
                              "' ring --animate check --size 500 --png '" +
                              file + "' 2>/dev/null";
   EXPECT_NE(std::system(killed.c_str()), 0);

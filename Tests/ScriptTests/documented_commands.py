@@ -2,9 +2,9 @@
 
 A command is an indented line that begins with `scripts/run` or `velloro` and has arguments, or code
 in a sentence that begins with the former. All of them run in order, in an empty home, with PROGRAM in
-the place of both; each must succeed and print nothing on standard error. Indented lines after them
-are what the last command prints: there may be more lines between, and in a line with an instant the
-digits may differ. `watch` runs until it has printed them, and is then interrupted.
+the place of both; each must succeed without a complaint. Indented lines after them are what the
+last command prints: there may be more lines between, and in a line with an instant the digits may
+differ. `watch` runs until it has printed them, and is then interrupted. Fenced code is no command.
 """
 
 import os
@@ -21,8 +21,11 @@ COMMAND = re.compile(r"(scripts/run|velloro) [^#\s]")
 
 def steps(document):
     """Yields ("run", line number, command) and ("shows", line number, lines), in order."""
-    block = []
+    block, is_fenced = [], False
     for number, line in enumerate([*document.split("\n"), "."], 1):
+        is_fenced ^= line.startswith("```")
+        if is_fenced:
+            continue
         if line.startswith("    "):
             block.append((number, line[4:]))
         elif line:
@@ -85,7 +88,8 @@ class Session:
         output, errors = process.communicate()
         if not self.watching:
             self.printed = output
-        return f"exit code {process.returncode}: {errors}" if process.returncode or errors else None
+        complains = process.returncode or "velloro: " in errors
+        return f"exit code {process.returncode}: {errors}" if complains else None
 
     def shows(self, expected):
         if self.watching:
