@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <tuple>
 
@@ -95,6 +96,41 @@ TEST_F(HostCommands, KeepStreaksFromDayToDay) {
   EXPECT_THAT(at("08T15:00:00", "history Read").output, HasSubstr("2024-03"));
   const auto log = answer("08T15:00:00", "log list Read");
   EXPECT_EQ(log.array()->size(), 4U) << "two completions, a skip, a miss";
+}
+
+TEST_F(HostCommands, TellWhatAReminderSaysAndMakeIt) {
+  answer("04T08:00:00", "task add Swim --times 3 --per week");
+  answer("04T09:00:00", "log add Swim");
+  // Thursday of a week that begins on Sunday: one of three is done, two days are left after it.
+  const auto words = answer("07T12:00:00", "reminder words Swim --seed 1");
+  EXPECT_EQ(*words["period"]["type"].text(), "day");
+  std::set<std::string> kinds;
+  std::string first;
+  for (const PropertyList& each : *words["motivations"].array()) {
+    kinds.insert(*each["kind"].text());
+    EXPECT_NE(each["text"].isNull(), each["why"].isNull());
+    if (first.empty() && !each["text"].isNull()) first = *each["kind"].text();
+  }
+  EXPECT_THAT(kinds, testing::ElementsAre("extendBest", "keepAliveWeekProgress", "reminder",
+                                          "weeklyTarget"));
+  EXPECT_EQ(*words["motivations"].array()->back()["kind"].text(), "reminder");
+  EXPECT_EQ(*words["picked"].text(), first);
+  const auto weekly = std::ranges::find_if(*words["motivations"].array(), [](const auto& each) {
+    return *each["kind"].text() == "weeklyTarget";
+  });
+  EXPECT_EQ((*weekly)["parameters"].json(),
+            R"({"completionsComplete":"1","completionsTarget":"3"})");
+  EXPECT_THAT(*(*weekly)["text"].text(), HasSubstr("1 of 3"));
+
+  const auto made = [&](const std::string& options) {
+    return PropertyList::fromJSON(at("07T12:00:00", "notification make Swim " + options).output);
+  };
+  EXPECT_EQ(made("--seed 1"), made("--seed 1"));
+  EXPECT_EQ(*made("--kind completion")["categoryIdentifier"].text(), "nm.c.tc");
+  EXPECT_EQ(made("--kind badge")["badge"].integer(), 1);
+  refuses("07T12:00:00", "notification make Swim --kind progress", "no timer");
+  refuses("07T12:00:00", "notification make Swim --kind reminders", "did you mean \"reminder\"");
+  refuses("07T12:00:00", "reminder words Swim --seed -1", "--seed");
 }
 
 TEST_F(HostCommands, ShowWhatAWriterWouldFindAndSaveNothing) {
