@@ -1,3 +1,4 @@
+#include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Notifications/NotificationContentBuilder.h"
 #include "Support/SampleTasks.h"
@@ -98,7 +99,7 @@ TEST_F(NotificationContentBuilding, AnImageIsMadeForTheNextDayOfWhatLooksTheSame
   for (const auto& [secondsAhead, icon, hasImage] :
        std::vector<Case>{{86400, "ic_book", true},
                          {86401, "ic_book", false},
-                         {60, "em_🚲", true},
+                         {60, "mg_AL", true},
                          {60, "ic_activity_rings", false},
                          {60, "ic_no_such", false}}) {
     SCOPED_TRACE(icon);
@@ -112,6 +113,10 @@ TEST_F(NotificationContentBuilding, AnImageIsMadeForTheNextDayOfWhatLooksTheSame
   ASSERT_TRUE(first.imageUrl);
   EXPECT_EQ(reminder().imageUrl, first.imageUrl);
   EXPECT_EQ(first.request().content.attachments.size(), 1U);
+  data.task.displayRepresentation = look("mg_JD");
+  const auto letters = NSFileManager::contents(*reminder().imageUrl);
+  data.task.displayRepresentation = look("mg_AL");
+  EXPECT_NE(NSFileManager::contents(*reminder().imageUrl).value(), letters.value());
   data.task.completionStatus.status = Status::positiveComplete;
   EXPECT_NE(reminder().imageUrl, first.imageUrl);
   // An image that is gone drops only itself.
@@ -132,8 +137,8 @@ TEST_F(NotificationContentBuilding, CompletionsSayWhatWasDone) {
       {false, false, false, taskCompletion, "Well done! (streak: 1,200, best: 1,300)",
        "Well done!"},
       {false, false, true, taskPartialCompletion, "Well done!", ""},
-      {false, true, false, taskMiss, "Missed this time. Keep at it!", ""},
-      {false, true, true, taskPartialMiss, "Missed this time. Keep at it!", ""},
+      {false, true, false, taskMiss, "Not this time. Don’t give up!", ""},
+      {false, true, true, taskPartialMiss, "Not this time. Don’t give up!", ""},
       {true, false, false, taskTimedCompletion,
        "Time’s up, well done! (streak: 1,200, best: 1,300)", "Time’s up, well done!"},
       {true, false, true, taskTimedPartialCompletion, "Time’s up, well done!", ""},

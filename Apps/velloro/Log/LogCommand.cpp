@@ -152,12 +152,14 @@ struct Listing {
 
  private:
   void setSince(const std::string& text) {
-    const bool isDay = text.size() == 8 && !text.contains('T');
-    if (!isDay) {
+    if (text.contains('T')) {
       made = instantArgument("--since", text);
       return;
     }
-    const YYYYMMDD day = dayArgument("--since", text);
+    // As listings print it, too: 2024-03-07.
+    std::string digits = text;
+    if (text.size() == 10 && text[4] == '-' && text[7] == '-') std::erase(digits, '-');
+    const YYYYMMDD day = dayArgument("--since", digits);
     dates.minDate = std::max(dates.minDate.value_or(day), day);
   }
 };

@@ -14,13 +14,15 @@ NotificationContentBuilder::BadgeUpdate ownBadge(const TaskEntity& task,
   return {.badge = status.kind == Kind::positiveIncomplete ? 1 : 0};
 }
 
+std::string reasonFor(const TaskEntity& task, MadeKind kind) {
+  if (!task.taskUniqueId()) return "it has no identifier";
+  if (kind != MadeKind::progress) return "there is nothing to say";
+  return task.isTimed() ? "its time is up" : "it has no timer";
+}
+
 std::string whyNone(const TaskEntity& task, MadeKind kind) {
-  const bool isKnown = task.taskUniqueId().has_value();
-  const std::string reason = !isKnown                     ? "it has no identifier"
-                             : kind == MadeKind::progress ? "it has no timer"
-                                                          : "there is nothing to say";
   return inQuotes(task.title()) + ": no " + std::string(rawValue(kind)) +
-         " notification: " + reason;
+         " notification: " + reasonFor(task, kind);
 }
 
 }  // namespace

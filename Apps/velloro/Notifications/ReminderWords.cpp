@@ -39,19 +39,14 @@ PropertyList parametersOf(const Message& message) {
 }
 
 /// Why the message has no text.
-std::string reasonOf(const Message& message, const DatedPeriod& period, YYYYMMDD day) {
+std::string reasonOf(const Message& message, const ReminderFacts& facts, YYYYMMDD day) {
+  const TaskFrequencyPeriod& period = facts.period.period;
   if (!message.string) {
-    return "no words for a " + PeriodStretch::of(period.period).type + " that ends " +
-           (period.period.finishDate == day ? "today" : "on another day");
+    return "no words for a " + PeriodStretch::of(period).type + " that ends " +
+           (period.finishDate == day ? "on that day" : "on another day");
   }
-  std::string missing;
-  for (const auto type : allCases<IndividualReminder::ParameterType>()) {
-    const auto found =
-        std::ranges::find(message.parameters, type, &IndividualReminder::Parameter::type);
-    const bool isMissing = message.string->has(type) && found == message.parameters.end();
-    if (isMissing) missing += " " + std::string(rawValue(type));
-  }
-  return "the task has no" + missing;
+  if (!period.contains(facts.today)) return "amounts are known in the current period alone";
+  return "the task has no amount";
 }
 
 }  // namespace
@@ -73,7 +68,7 @@ ReminderWords ReminderWords::of(const TaskEntity& task, YYYYMMDD day,
       motivation.stringKey = message.string->stringKey;
       motivation.bracketStringKey = message.string->bracketStringKey;
     }
-    if (!message.text) motivation.why = reasonOf(message, period, day);
+    if (!message.text) motivation.why = reasonOf(message, reminder.facts(), day);
     if (message.text && !words.picked) words.picked = motivation.kind;
     words.motivations.push_back(std::move(motivation));
   }

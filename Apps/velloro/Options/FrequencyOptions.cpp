@@ -69,12 +69,17 @@ void expectUse(const char* name, const std::optional<std::string>& text, DayMode
 TaskFrequency FrequencyOptions::over(TaskFrequency base, bool isTotalTarget) const {
   if (per && !times && !total) throw incomplete("--per", *per, "--times or --total");
   if (total && !per) throw incomplete("--total", *total, "--per");
+  const DayMode former = base.dayMode;
   if (every) {
     setRecurrence(base, "--every", *every);
   } else if (per) {
     choosePeriod(base);
   } else {
     base.dayMode = modeOver(base.dayMode);
+  }
+  // What were the steps of a total are none of a day.
+  if (isAggregate(former) && !isAggregate(base.dayMode)) {
+    base.numPartialCompletions = TaskFrequency::minPartialCompletions;
   }
   const bool isPerDay = per && base.dayMode == DayMode::specificDaysOfWeek;
   expectUse("--days", days, base.dayMode, base.dayMode == DayMode::specificDaysOfWeek);

@@ -1,6 +1,7 @@
 #include "Notifications/NotificationContentBuilder.h"
 
 #include "Notifications/TaskSharingBadge.h"
+#include "OxCheckableTasks/Icons/IconArtwork.h"
 #include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
 #include "OxKit/Localization.h"
 #include "VelloroCore/Reminders/NotificationTextKeys.h"
@@ -170,6 +171,10 @@ std::optional<std::filesystem::path> NotificationContentBuilder::image(
       .scale = screenScale,
       .image = StaticImageGenerator::Request::Image{.icon = icon->visualRepresentation,
                                                     .displayProperties = icon->displayProperties}};
+  if (icon->visualRepresentation.kind() == IconVisualRepresentation::EncodingPrefix::monogram) {
+    request.image->image =
+        IconArtwork{.representation = *icon, .side = imageDiameter, .scale = screenScale}.image();
+  }
   request.layoutProperties.colors = data.theme.colorProfile(
       task.completionStatus.status, task.color,
       progress.period().period.numberOfDays(task.timeZone), Theme::Context::notificationAttachment);

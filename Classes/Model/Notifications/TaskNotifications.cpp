@@ -66,7 +66,7 @@ std::optional<NotificationContent> TaskNotifications::timedProgress(
   const TaskProgress progress = task.progress(period, builder.now);
   const auto* timer = progress.as<TaskProgressTimer>();
   const auto snapshot = task.notificationTaskCurrentProgress(period, builder.now);
-  if (timer == nullptr || !snapshot) return std::nullopt;
+  if (timer == nullptr || !snapshot || timer->remainingDuration() <= 0) return std::nullopt;
   return builder.timedProgressRemaining(
       {.id = NotificationID::timedProgress(snapshot->taskId, 0),
        .duration = timer->remainingDuration(),

@@ -38,7 +38,7 @@ struct TaskNotifications {
       const TaskEntity& task, const TaskFrequencyPeriod& period) const;
 
   /// Tells how long a task's timer has still to run in a period. Absent for a task without an
-  /// identifier or a timer.
+  /// identifier or a timer, and when its time is up.
   [[nodiscard]] std::optional<NotificationContent> timedProgress(
       const TaskEntity& task, const TaskFrequencyPeriod& period) const;
 };

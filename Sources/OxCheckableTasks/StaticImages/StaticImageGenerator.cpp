@@ -173,8 +173,8 @@ class Drawing {
     context_.fill(*image.cgImage, rect);
   }
 
-  /// For a box in points. Emoji and monograms have none: they are texts, and their request brings
-  /// an image of its own.
+  /// For a box in points. Emoji and monograms have none unless their request brings an image of its
+  /// own: what is drawn here is a mask for one colour.
   [[nodiscard]] UIImage iconImage(CGSize box) const {
     if (!request_.image) return {};
     const Request::Image& image = *request_.image;
@@ -244,9 +244,11 @@ std::optional<std::filesystem::path> imageFile(const Request& request) {
   auto file = cache.imageUrl(*key);
   if (NSFileManager::exists(file)) return file;
   const UIImage image = request.createSync();
-  // An image that was in memory alone has no file yet.
-  if (image.cgImage && !NSFileManager::exists(file)) cache.save(image, *key, false);
-  return NSFileManager::exists(file) ? std::optional(std::move(file)) : std::nullopt;
+  if (NSFileManager::exists(file)) return file;
+  // The image was in memory alone, or the cache keeps no files.
+  const auto png = image.cgImage ? image.cgImage->pngData() : std::nullopt;
+  if (!png || !NSFileManager::createDirectory(file.parent_path())) return std::nullopt;
+  return NSFileManager::write(png->text(), file) ? std::optional(std::move(file)) : std::nullopt;
 }
 
 UIImage create(const Request& request) {
