@@ -27,6 +27,7 @@ using testing::HasSubstr;
 /// A store of its own, seen at instants of March 2024 in Berlin.
 class HostCommands : public testing::Test {
  protected:
+  HostCommands() { std::filesystem::remove_all(folder_); }  // of a run that was killed
   ~HostCommands() override { std::filesystem::remove_all(folder_); }
 
   [[nodiscard]] ProgramResult at(const std::string& now, const std::string& arguments) const {
