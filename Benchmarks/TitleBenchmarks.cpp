@@ -1,6 +1,7 @@
 // A title with its amount, beside ICU's own formatters: kept, as here, and made for each title.
 
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "Foundation/Text/Locale.h"
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
 
 #include <benchmark/benchmark.h>
