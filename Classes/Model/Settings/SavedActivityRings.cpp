@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::string_view activityProgressKey = "ActivityProgress";
 
-std::shared_ptr<SettingsStorageContainer> sharedOrLocalStorage() {
-  if (auto shared = SettingsStorageLocalShared::open()) return shared;
-  return std::make_shared<SettingsStorageLocal>();
-}
-
 bool isNews(const TaskProgressActivityRings& progress, const TaskProgressActivityRings& held,
             YYYYMMDD today) {
   const auto isAhead = [&](const auto& rings) { return rings.period.period.startsAfter(today); };

@@ -52,4 +52,9 @@ std::shared_ptr<SettingsStorageLocalShared> SettingsStorageLocalShared::open() {
   return suite ? std::make_shared<SettingsStorageLocalShared>(*suite) : nullptr;
 }
 
+std::shared_ptr<SettingsStorageContainer> sharedOrLocalStorage() {
+  if (auto shared = SettingsStorageLocalShared::open()) return shared;
+  return std::make_shared<SettingsStorageLocal>();
+}
+
 }  // namespace velloro

@@ -40,4 +40,8 @@ class SettingsStorageLocalShared final : public SettingsStorageLocalUserDefaults
   [[nodiscard]] static std::shared_ptr<SettingsStorageLocalShared> open();
 };
 
+/// For what the application and its extensions share: that tier, or the program's own where the
+/// suite can't be opened.
+[[nodiscard]] std::shared_ptr<SettingsStorageContainer> sharedOrLocalStorage();
+
 }  // namespace velloro
