@@ -67,7 +67,7 @@ void registerDayArithmetic() {
   using benchmark::RegisterBenchmark;
   using benchmark::State;
   RegisterBenchmark("next_day/velloro", [](State& state) {
-    overAll(state, days(), [](const YYYYMMDD& day, const auto&) { return day.nextDay(); });
+    overAll(state, days(), [](const YYYYMMDD& day, const auto&) { return day.nextDay({}); });
   });
   RegisterBenchmark("next_day/cctz", [](State& state) {
     overAll(state, days(),
@@ -84,7 +84,7 @@ void registerDayArithmetic() {
   });
 
   RegisterBenchmark("weekday/velloro", [](State& state) {
-    overAll(state, days(), [](const YYYYMMDD& day, const auto&) { return day.dayOfWeek(); });
+    overAll(state, days(), [](const YYYYMMDD& day, const auto&) { return day.dayOfWeek({}); });
   });
   RegisterBenchmark("weekday/cctz", [](State& state) {
     overAll(state, days(),
@@ -182,7 +182,7 @@ void registerCalendarRoad() {
   });
   RegisterBenchmark("next_day_by_calendar/memo", [](State& state) {
     NSCache<std::int64_t, YYYYMMDD> memo;
-    for (const YYYYMMDD& day : days()) memo.setObject(day.intValue(), day.nextDay());
+    for (const YYYYMMDD& day : days()) memo.setObject(day.intValue(), day.nextDay({}));
     overAll(state, days(),
             [&](const YYYYMMDD& day, const auto&) { return *memo.object(day.intValue()); });
   });

@@ -16,7 +16,7 @@ inline const std::vector<YYYYMMDD>& days() {
     std::mt19937 generator(7);
     std::vector<YYYYMMDD> list(4096);
     for (YYYYMMDD& day : list) {
-      day = YYYYMMDD{.y = 2000, .m = 1, .d = 1}.add(generator() % 18262);
+      day = YYYYMMDD{.y = 2000, .m = 1, .d = 1}.add(generator() % 18262, {});
     }
     return list;
   }();

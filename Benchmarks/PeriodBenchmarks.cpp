@@ -48,7 +48,7 @@ class IcalSeries {
 
 SkipMode skipMode(const TaskFrequency& frequency, const YYYYMMDD& day,
                   const std::optional<TaskFrequencyPeriod>& last = {}) {
-  const DatedPeriod today = frequency.period(day, DayOfWeek::monday);
+  const DatedPeriod today = frequency.period(day, DayOfWeek::monday, {});
   return frequency.shouldSkipPeriod(
       {.period = today.period,
        .startOfDay = HHMMSS::midnight,
@@ -69,13 +69,13 @@ void registerPeriod(const char* group, TaskFrequencyPeriodType type,
                     std::pair<YYYYMMDD, YYYYMMDD> (*byIcal)(icaltimetype)) {
   RegisterBenchmark((std::string(group) + "/velloro").c_str(), [=](State& state) {
     overAll(state, days(), [=](const YYYYMMDD& day, const auto&) {
-      return TaskFrequencyPeriod::fromDate(type, day, DayOfWeek::monday);
+      return TaskFrequencyPeriod::fromDate(type, day, DayOfWeek::monday, {});
     });
   });
   if (byIcal == nullptr) return;
   RegisterBenchmark((std::string(group) + "/libical").c_str(), [=](State& state) {
     for (const YYYYMMDD& day : days()) {
-      const auto period = TaskFrequencyPeriod::fromDate(type, day, DayOfWeek::monday);
+      const auto period = TaskFrequencyPeriod::fromDate(type, day, DayOfWeek::monday, {});
       if (byIcal(icalTime(day)) != std::pair(period.startDate, period.finishDate)) {
         return state.SkipWithError("another period");
       }
@@ -140,9 +140,9 @@ void registerWalk(const char* group, const TaskFrequency& frequency, const char*
     std::int64_t due = 0;
     std::optional<TaskFrequencyPeriod> last;
     YYYYMMDD day = seriesStart;
-    for (std::int64_t i = 0; i < length; ++i, day = day.nextDay()) {
+    for (std::int64_t i = 0; i < length; ++i, day = day.nextDay({})) {
       if (!isDue(skipMode(frequency, day, last))) continue;
-      last = frequency.period(day, DayOfWeek::monday).period;
+      last = frequency.period(day, DayOfWeek::monday, {}).period;
       ++due;
     }
     return due;
@@ -150,7 +150,7 @@ void registerWalk(const char* group, const TaskFrequency& frequency, const char*
   RegisterBenchmark((std::string(group) + "/velloro").c_str(), [=](State& state) {
     while (state.KeepRunningBatch(length)) benchmark::DoNotOptimize(walk());
   });
-  const auto walkByIcal = [=, end = seriesStart.add(length)] {
+  const auto walkByIcal = [=, end = seriesStart.add(length, {})] {
     std::int64_t due = 0;
     for (IcalSeries series(rule); series.next() < end;) ++due;
     return due;

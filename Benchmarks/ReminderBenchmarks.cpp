@@ -5,7 +5,8 @@
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Notifications/TaskNotifications.h"
 #include "Tasks/Rows/TaskEntity.h"
-#include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
 #include "Tasks/Rows/VelloroModel.h"
 
 #include <random>
@@ -19,40 +20,71 @@ namespace {
 using benchmark::DoNotOptimize;
 using benchmark::State;
 
-struct Readers {
-  Readers() {
+/// A store with one task: it is to be done every day, or on three days a week over 5 km.
+struct Task {
+  explicit Task(bool isCounted) {
     environment.setResources(VELLORO_RESOURCES);
     environment.setNow(Date::fromISO8601("2024-03-07T12:00:00Z").value());
     container.setPersistentStoreDescriptions({NSPersistentStoreDescription::inMemory()});
     container.loadPersistentStores([](const auto&, const ErrorPtr&) {});
     NSManagedObjectContext& context = *container.viewContext();
     task = TaskEntity::create(context);
-    task->setValue(TaskAttributes::title, "Read");
+    task->setValue(TaskAttributes::title, "Run");
+    if (isCounted) {
+      setFrequency(*task, {.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3});
+      setAutomaticTaskType(
+          *task, AutomaticTaskType(HealthType::runOrWalk, TaskTarget{5, TypeUnit::distanceKm}));
+    }
+    for (const std::int64_t day : {4, 5, 6}) {
+      const auto entry = TaskLogEntryEntity::create(context);
+      entry->setValue(TaskLogEntryEntity::entryDate, YYYYMMDD{2024, 3, day});
+      entry->setValue(TaskLogEntryEntity::entryType, TaskLogEntryType::completedManuallyFull);
+      entry->setValue(TaskLogEntryEntity::task, task);
+    }
     task->updateTemporalData({2024, 3, 7}, TimeZone::gmt());
-    const auto kept = task->value(TaskAttributes::taskTemporalData);
-    kept->setValue(TaskTemporalDataEntity::activeStreak, 12);
-    kept->setValue(TaskTemporalDataEntity::bestStreak, 20);
+    DoNotOptimize(context.save());
+  }
+
+  [[nodiscard]] TaskNotifications read() const {
+    return TaskNotifications::of(*task, {.now = environment.now()});
   }
 
   VirtualEnvironment environment;
   NSPersistentContainer container{"Velloro", velloroModel()};
   std::shared_ptr<TaskEntity> task;
+  /// So far ahead that no image is made.
+  TaskNotifications::Reminder reminder{
+      .id = NotificationID::badge(0),
+      .trigger = NotificationTrigger{environment.now() + 3 * 86400}};
 };
 
-void content(State& state) {
-  const Readers readers;
-  const TaskNotifications notifications{.builder = {.now = readers.environment.now()}};
-  // So far ahead that no image is made.
-  const TaskNotifications::Reminder reminder{
-      .id = NotificationID::reminder({2024, 3, 10}, readers.task->uniqueId(), 0),
-      .day = {2024, 3, 10},
-      .trigger = NotificationTrigger{readers.environment.now() + 3 * 86400}};
+constexpr YYYYMMDD saturday{2024, 3, 9};
+
+/// One after another for a task and a day that were read once, as a plan has them.
+void contents(State& state, bool isCounted) {
+  const Task task(isCounted);
+  const TaskNotifications notifications = task.read();
+  const auto day = notifications.day(saturday);
   std::mt19937_64 generator(1);
   for (auto _ : state) {
-    DoNotOptimize(notifications.reminder(*readers.task, reminder, [&] { return generator(); }));
+    DoNotOptimize(notifications.reminder(day, task.reminder, [&] { return generator(); }));
   }
 }
-BENCHMARK(content)->Name("reminder_content/velloro");
+BENCHMARK_CAPTURE(contents, daily, false)->Name("reminder_content/velloro");
+BENCHMARK_CAPTURE(contents, counted, true)->Name("reminder_content/velloro_counted");
+
+/// One alone, with the reading of its task.
+void single(State& state, bool isCounted) {
+  const Task task(isCounted);
+  std::mt19937_64 generator(1);
+  for (auto _ : state) {
+    const TaskNotifications notifications = task.read();
+    DoNotOptimize(notifications.reminder(notifications.day(saturday), task.reminder,
+                                         [&] { return generator(); }));
+  }
+}
+BENCHMARK_CAPTURE(single, daily, false)->Name("reminder_content/velloro_read");
+BENCHMARK_CAPTURE(single, counted, true)->Name("reminder_content/velloro_counted_read");
 
 void message(State& state) {
   const icu::Locale locale("en_US");

@@ -44,8 +44,8 @@ void fill(TaskEntity& task, int number) {
   task.setValue(TaskAttributes::created, Date::now() - 86400.0 * numDays);
   task.setValue(TaskAttributes::lastProcessedDate, Date::now());
   const TaskLogRules rules = logRules(task);
-  for (auto period = rules.period(lastDay.add(-numDays)); period.endsBefore(lastDay);
-       period = period.next()) {
+  for (auto period = rules.period(lastDay.add(-numDays, {})); period.endsBefore(lastDay);
+       period = period.next({})) {
     const bool isMissed = period.startDate.d % 10 == 3;
     (void)LogEntryRow{.id = UniqueID::create(),
                       .period = period,

@@ -41,7 +41,7 @@ const std::vector<TaskLogRow>& memoryRows() {
   static const auto rows = [] {
     std::vector<TaskLogRow> list;
     for (std::int64_t row = 0; row < numRows; ++row) {
-      const auto date = static_cast<std::int32_t>(lastDay.add(-row).intValue());
+      const auto date = static_cast<std::int32_t>(lastDay.add(-row, {}).intValue());
       list.push_back(
           {.entryDate = date,
            .entryPeriodFrom = date,
@@ -77,7 +77,7 @@ StreakRecord runsByMap(const TaskLogRules& own) {
   }
   std::int64_t best = 0, run = 0;
   std::optional<std::int64_t> current;
-  for (auto p = own.period(lastDay); p.startDate >= found.begin()->first; p = p.previous()) {
+  for (auto p = own.period(lastDay); p.startDate >= found.begin()->first; p = p.previous({})) {
     const auto entry = found.find(p.startDate);
     if (entry == found.end()) continue;
     if (isCompletedFull(entry->second)) best = std::max(best, ++run);

@@ -82,11 +82,11 @@ std::int64_t YYYYMM::distance(YYYYMM to, bool includeThisMonth) const {
 }
 
 std::int64_t YYYYMM::numberOfDaysInWeekBeforeMonthStarts(DayOfWeek firstDayOfWeek) const {
-  return daysUpTo(firstDay().dayOfWeek(), firstDayOfWeek);
+  return daysUpTo(firstDay().dayOfWeek({}), firstDayOfWeek);
 }
 
 std::int64_t YYYYMM::numberOfDaysInWeekAfterMonthEnds(DayOfWeek firstDayOfWeek) const {
-  return daysUpTo(previousDay(firstDayOfWeek), lastDay().dayOfWeek());
+  return daysUpTo(previousDay(firstDayOfWeek), lastDay().dayOfWeek({}));
 }
 
 std::string YYYYMM::localizedTitle(const Locale& locale) const {

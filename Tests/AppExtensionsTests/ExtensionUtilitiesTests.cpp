@@ -9,7 +9,7 @@ namespace velloro {
 namespace {
 
 TaskProgressActivityRings ringsOn(YYYYMMDD day, double energy) {
-  return {.period = DatedPeriod::fromDate(day, TaskFrequencyPeriodType::day, DayOfWeek::monday),
+  return {.period = DatedPeriod::fromDate(day, TaskFrequencyPeriodType::day, DayOfWeek::monday, {}),
           .energy = energy,
           .exercise = 0.5,
           .stand = 1};

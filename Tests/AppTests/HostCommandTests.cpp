@@ -124,8 +124,12 @@ TEST_F(HostCommands, TellWhatAReminderSaysAndMakeIt) {
   EXPECT_THAT(*(*weekly)["text"].text(), HasSubstr("1 of 3"));
 
   const auto made = [&](const std::string& options) {
-    return PropertyList::fromJSON(at("07T12:00:00", "notification make Swim " + options).output);
+    return answer("07T12:00:00", "notification make Swim " + options);
   };
+  const std::string id = *words["task"].text();
+  EXPECT_EQ(*made("--date 20240309")["identifier"].text(), "r9." + id + ".0");
+  EXPECT_EQ(*made("--date 20240309")["trigger"].text(), "2024-03-08T23:00:00Z");
+  EXPECT_TRUE(made("--kind badge")["trigger"].isNull());
   EXPECT_EQ(made("--seed 1"), made("--seed 1"));
   EXPECT_EQ(*made("--kind completion")["categoryIdentifier"].text(), "nm.c.tc");
   EXPECT_EQ(made("--kind badge")["badge"].integer(), 1);

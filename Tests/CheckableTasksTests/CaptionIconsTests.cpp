@@ -77,8 +77,9 @@ TEST(CaptionIcons, TellOfTheStreak) {
   const TimeZone zone = TimeZone::fromIdentifier("Europe/Berlin").value();
   for (const Case& each : cases) {
     const auto date = YYYYMMDD::fromIntValue(each.date).value();
-    const TodayStatus today{.completionStatus = {each.status, TaskProgressSimple{}},
-                            .period = DatedPeriod::fromDate(date, each.period, DayOfWeek::sunday)};
+    const TodayStatus today{
+        .completionStatus = {each.status, TaskProgressSimple{}},
+        .period = DatedPeriod::fromDate(date, each.period, DayOfWeek::sunday, {})};
     const CaptionIcons icons =
         iconsForStreakNumber({.todayStatus = today,
                               .streak = each.streak,

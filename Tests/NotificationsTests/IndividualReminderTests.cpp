@@ -29,8 +29,8 @@ class IndividualReminderTest : public TasksTest {
   }
   /// A line "kind: text" for each motivation, and for `reminder` with the task's name.
   std::string said(YYYYMMDD date = today, bool includeTaskName = false) {
-    const auto period = task_->frequency().period(date, task_->firstDayOfWeek());
-    const IndividualReminder reminder(TaskSnapshot::of(*task_), period, date);
+    const auto task = TaskSnapshot::of(*task_);
+    const IndividualReminder reminder(task, task.datedPeriod(date), date);
     auto kinds = motivations(reminder.facts());
     if (includeTaskName) kinds.insert(NotificationIndividualReminder::reminder);
     std::string lines;
@@ -66,7 +66,7 @@ TEST_F(IndividualReminderTest, CountsTheDaysOfAWeek) {
             "reminder: A little reminder: Read (streak: 4, best: 9)\n"
             "keepAliveWeekProgress: Read: keep your streak going (1 of 3 so far)\n"
             "weeklyTarget: Read: 1 of 3 this week (streak: 4, best: 9)\n");
-  EXPECT_EQ(said(today.nextDay()),
+  EXPECT_EQ(said(today.nextDay({})),
             "missToBreakWeekProgress: Do it today to keep your streak (1 of 3 so far)\n");
 }
 
@@ -78,7 +78,7 @@ TEST_F(IndividualReminderTest, TellsAmountsOfAPeriodUnderWay) {
   EXPECT_EQ(said(),
             "extendBest: You have until Saturday to extend your best streak (streak: 9, best: 9)\n"
             "weeklyTarget: Reach your weekly target (3.0 of 10.0 this week)\n");
-  EXPECT_EQ(said(today.nextDay(), true),
+  EXPECT_EQ(said(today.nextDay({}), true),
             "reminder: A little reminder: Read 7.0 km (streak: 9, best: 9)\n"
             "extendBest: Read 7.0 km: you have until tomorrow to extend your best streak"
             " (streak: 9, best: 9)\n"

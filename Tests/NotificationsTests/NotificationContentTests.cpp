@@ -25,10 +25,11 @@ struct NotificationContentBuilding : testing::Test {
     data.task.titleIcon.reset();
     data.task.displayRepresentation = look("ic_book");
     data.task.streak = StreakRecord(1200, 1300);
-    data.task.completionStatus = CompletionStatus(
-        Status::positiveIncomplete(SkipMode::willMissWithIndicator),
-        TaskProgressDiscrete{.period = DatedPeriod::fromDate(
-                                 {2024, 3, 7}, TaskFrequencyPeriodType::day, DayOfWeek::monday)});
+    data.task.completionStatus =
+        CompletionStatus(Status::positiveIncomplete(SkipMode::willMissWithIndicator),
+                         TaskProgressDiscrete{.period = DatedPeriod::fromDate(
+                                                  {2024, 3, 7}, TaskFrequencyPeriodType::day,
+                                                  DayOfWeek::monday, {})});
   }
 
   [[nodiscard]] NotificationContent reminder() const {

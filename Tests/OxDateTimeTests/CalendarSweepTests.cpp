@@ -22,17 +22,17 @@ TEST(CalendarSweep, DayArithmeticFrom1600To2400) {
   CalendarOracle oracle("Etc/UTC");
   std::int64_t far = 20000101;
   std::int64_t expected = 16000101;
-  for (YYYYMMDD today = day(16000101); today < day(24000101); today = today.nextDay()) {
+  for (YYYYMMDD today = day(16000101); today < day(24000101); today = today.nextDay({})) {
     const std::int64_t value = today.intValue();
     ASSERT_EQ(value, expected);
-    ASSERT_EQ(static_cast<int>(today.dayOfWeek()), oracle.weekday(value)) << value;
+    ASSERT_EQ(static_cast<int>(today.dayOfWeek({})), oracle.weekday(value)) << value;
     expected = oracle.add(value, 1);
-    ASSERT_EQ(day(expected).previousDay().intValue(), value);
+    ASSERT_EQ(day(expected).previousDay({}).intValue(), value);
     ASSERT_EQ(today.nextDayUsingCalendar(calendar).intValue(), expected);
     if (value % 7 != 0) continue;
     ASSERT_EQ(today.distance(day(far)), oracle.distance(value, far)) << value << " to " << far;
     const int days = static_cast<int>(value / 7 % 61) - 30;
-    ASSERT_EQ(today.add(days).intValue(), oracle.add(value, days)) << value << " " << days;
+    ASSERT_EQ(today.add(days, {}).intValue(), oracle.add(value, days)) << value << " " << days;
     ASSERT_EQ(today.yyyymm().numberOfDays(), oracle.numberOfDaysInMonth(value)) << value;
     far = value;
   }

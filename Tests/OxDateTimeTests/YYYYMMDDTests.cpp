@@ -36,20 +36,20 @@ TEST(YYYYMMDD, ReadsText) {
 }
 
 TEST(YYYYMMDD, CountsDays) {
-  EXPECT_EQ(day(20240307).distance(day(20240307), true), 1);
+  EXPECT_EQ(day(20240307).distance(day(20240307), true, {}), 1);
   EXPECT_EQ(day(20240307).distance(day(20240305)), -2);
-  EXPECT_EQ(day(20240307).distance(day(20240305), true), -1);
-  EXPECT_EQ(day(20240307).add(0), day(20240307));
-  EXPECT_EQ(day(20241345).add(0).intValue(), 20241345) << "nothing added, nothing normalised";
-  EXPECT_EQ(day(20241345).nextDay(), day(20250215));
-  EXPECT_EQ(day(20240230).previousDay(), day(20240229));
-  EXPECT_EQ(day(20240230).nextDay(), day(20240302));
-  EXPECT_EQ(day(99991231).nextDay().intValue(), 100000101);
+  EXPECT_EQ(day(20240307).distance(day(20240305), true, {}), -1);
+  EXPECT_EQ(day(20240307).add(0, {}), day(20240307));
+  EXPECT_EQ(day(20241345).add(0, {}).intValue(), 20241345) << "nothing added, nothing normalised";
+  EXPECT_EQ(day(20241345).nextDay({}), day(20250215));
+  EXPECT_EQ(day(20240230).previousDay({}), day(20240229));
+  EXPECT_EQ(day(20240230).nextDay({}), day(20240302));
+  EXPECT_EQ(day(99991231).nextDay({}).intValue(), 100000101);
   // No overflow, whatever stands in a store.
-  EXPECT_GT(day(20240307).add(INT64_MAX), day(20240307));
+  EXPECT_GT(day(20240307).add(INT64_MAX, {}), day(20240307));
   EXPECT_GT(day(INT64_MAX).dateAt({}, {}, TimeZone::gmt()), Date::distantFuture());
-  EXPECT_NE(day(INT64_MAX).nextDay(), day(INT64_MAX));
-  EXPECT_GT(YYYYMM::fromRawValue(INT64_MAX)->firstDay().nextDay().y, 9999);
+  EXPECT_NE(day(INT64_MAX).nextDay({}), day(INT64_MAX));
+  EXPECT_GT(YYYYMM::fromRawValue(INT64_MAX)->firstDay().nextDay({}).y, 9999);
 }
 
 TEST(YYYYMMDD, FindsFortnights) {
@@ -65,20 +65,20 @@ TEST(YYYYMMDD, FindsFortnights) {
                  {20240307, monday, day(20240226), 20240226, 20240310},
                  {20240307, monday, day(20240304), 20240304, 20240317}};
   for (const auto& [value, first, reference, start, end] : cases) {
-    EXPECT_EQ(day(value).startOfFortnight(first, reference), day(start)) << value;
-    EXPECT_EQ(day(value).endOfFortnight(first, reference), day(end)) << value;
+    EXPECT_EQ(day(value).startOfFortnight(first, reference, {}), day(start)) << value;
+    EXPECT_EQ(day(value).endOfFortnight(first, reference, {}), day(end)) << value;
   }
 }
 
 TEST(YYYYMMDD, CountsTheDaysThatRemain) {
   const YYYYMMDD thursday = day(20240307);
-  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::monday, false), 3);
-  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::friday, false), 0);
-  EXPECT_EQ(thursday.numberOfDaysRemainingThisFortnight(DayOfWeek::monday, false, day(20240304)),
-            10);
-  EXPECT_EQ(thursday.numberOfDaysRemainingThisMonth(false), 24);
-  EXPECT_EQ(thursday.numberOfDaysRemainingThisYear(false), 299);
-  EXPECT_EQ(day(20241231).numberOfDaysRemainingThisYear(true), 1);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::monday, false, {}), 3);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisWeek(DayOfWeek::friday, false, {}), 0);
+  EXPECT_EQ(
+      thursday.numberOfDaysRemainingThisFortnight(DayOfWeek::monday, false, day(20240304), {}), 10);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisMonth(false, {}), 24);
+  EXPECT_EQ(thursday.numberOfDaysRemainingThisYear(false, {}), 299);
+  EXPECT_EQ(day(20241231).numberOfDaysRemainingThisYear(true, {}), 1);
 }
 
 YYYYMM month(std::int64_t value) {

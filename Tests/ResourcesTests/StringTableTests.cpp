@@ -9,7 +9,9 @@
 #include "VelloroCore/Appearance/ColorScheme.h"
 #include "VelloroCore/Reminders/NotificationTextKeys.h"
 #include "VelloroCore/Status/StreakTextKeys.h"
+#include "VelloroCore/Titles/FormatManager.h"
 #include "VelloroCore/Titles/HealthTitleKey.h"
+#include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Titles/TitleTextKeys.h"
 #include "VelloroCore/Wording/ReminderWordingKeys.h"
 
@@ -152,20 +154,37 @@ TEST(StringTables, HaveATextForEveryKeyThatIsAskedFor) {
   }
 }
 
+/// Texts as they are put into others: a title, an amount, a bare one, a duration, a day.
+std::vector<std::string> formattedValues() {
+  using enum TaskDisplayTitle::Context;
+  const Locale locale = Locale::current();
+  const TaskDisplayTitle::Quantity distance{.quantity = {1234.5, TypeUnit::distanceKm}};
+  const TaskDisplayTitle::Quantity time{.quantity = {630, TypeUnit::durationSeconds}};
+  return {"Read",
+          distance.localizedFormatted(notificationWithQuantity, locale).value(),
+          distance.localizedFormatted(notificationBracket, locale).value(),
+          time.localizedFormatted(notificationWithQuantity, locale).value(),
+          time.localizedFormatted(notificationBracket, locale).value(),
+          FormatManager::shared(locale).dateFormatterMedium.string(Date::now(), TimeZone::gmt()),
+          localizedTitle(DayOfWeek::friday, locale)};
+}
+
 TEST(StringTables, ShowWhatIsPutIn) {
   VirtualEnvironment environment;
   const Table asked = askedKeys();
-  for (const std::string locale : {"ar_AE", "en_US", "pl_PL"}) {
+  for (const std::string locale : {"ar_AE", "ar_EG", "en_US", "pl_PL"}) {
     environment.setLocale(locale);
-    const std::string odd =  // what is left of a placeholder or a key, and "1 days"
-        std::string("[{}#]|Notif") + (locale == "en_US" ? "|\\b1 [a-z]+s\\b" : "");
+    const std::vector<std::string> values = formattedValues();
+    const std::string odd =  // what is left of a placeholder or a key, "1 days", foreign digits
+        std::string("[{}#]|Notif|  |^ | $") + (locale == "en_US" ? "|\\b1 [a-z]+s\\b" : "") +
+        (locale == "ar_EG" ? "|[0-9]" : "");
     for (const auto& [key, kinds] : asked) {
       for (const std::int64_t number : {0, 1, 2, 5, 11, 22, 100}) {
         std::vector<LocalizedArgument> arguments;
-        std::vector<std::string> texts;  // "Read A", "Read B"; nothing for a number
+        std::vector<std::string> texts;  // nothing for a number
         for (const char kind : kinds) {
-          const char letter = static_cast<char>('A' + arguments.size());
-          texts.push_back(kind == 't' ? std::string("Read ") + letter : "");
+          const auto next = static_cast<std::size_t>(number) + arguments.size();
+          texts.push_back(kind == 't' ? values[next % values.size()] : "");
           arguments.emplace_back(number);
           if (kind == 't') arguments.back() = texts.back();
         }

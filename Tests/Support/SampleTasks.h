@@ -11,7 +11,7 @@ inline UniqueID sampleID(int number) {
 }
 
 inline DatedPeriod sampleDay() {
-  return DatedPeriod::fromDate({2024, 3, 7}, TaskFrequencyPeriodType::day, DayOfWeek::monday);
+  return DatedPeriod::fromDate({2024, 3, 7}, TaskFrequencyPeriodType::day, DayOfWeek::monday, {});
 }
 
 /// A task of three parts a day, of which one is done.

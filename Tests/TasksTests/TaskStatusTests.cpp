@@ -74,7 +74,7 @@ TEST_F(TaskStatusTest, FollowsTheLog) {
   add(today, completedAutomaticallyFull);
   EXPECT_EQ(shown(), "c 3/3 3/3");
   EXPECT_NE(task_->currentUndoableEntry(current()), std::nullopt);  // the first step
-  const auto tomorrow = task_->streakedCompletionStatus(current().next());
+  const auto tomorrow = task_->streakedCompletionStatus(current().next({}));
   EXPECT_EQ(tomorrow.streak, StreakRecord(3, 3));
 
   task_->setValue(Columns::isNegative, true);

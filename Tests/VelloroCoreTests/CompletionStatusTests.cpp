@@ -72,20 +72,20 @@ TEST(CompletionStatus, LeadsOn) {
       {"c", {"i_mwoi", "c", 4}},       {"m", {"i_mwoi", "m", 0}},
       {"s", {"i_mwoi", "s", 4}},       {"nm", {"nc_mwoi", "nm", 1}},
       {"a", {"nc_swi", "a", 5}}};
-  const auto week =
-      TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::week, {2024, 3, 6}, DayOfWeek::monday);
+  const auto week = TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::week, {2024, 3, 6},
+                                                  DayOfWeek::monday, {});
   auto longer = week;
-  longer.finishDate = longer.finishDate.nextDay();
+  longer.finishDate = longer.finishDate.nextDay({});
   const StreakRecord run(4, 40);
   for (const Status each : Status::allCases()) {
     const Next& next = all.at(each.stringValue());
     EXPECT_EQ(each.uncheckedStatus(), status(next.unchecked)) << each.stringValue();
     EXPECT_EQ(each.completedStatus(), status(next.checked)) << each.stringValue();
-    for (const auto& later : {week.next(), week.add(50), longer}) {
+    for (const auto& later : {week.next({}), week.add(50, {}), longer}) {
       EXPECT_EQ(run.adjust(week, later, each), StreakRecord(next.run, 40)) << each.stringValue();
     }
     EXPECT_EQ(run.adjust(week, week, each), run);
-    EXPECT_EQ(run.adjust(week, week.previous(), each), run);
+    EXPECT_EQ(run.adjust(week, week.previous({}), each), run);
   }
   EXPECT_EQ(StreakRecord().adjust(week, longer, Status::negativeMiss), StreakRecord(1, 1));
 }

@@ -92,13 +92,13 @@ TEST(PeriodClosing, GivesEachPeriodThatHasEndedAnEntryOfItsOwn) {
   forAllTasks([](Task& task) {
     Task atOnce = task;
     std::vector<PeriodClosing> daily;
-    YYYYMMDD covered = created.add(-1);
+    YYYYMMDD covered = created.add(-1, {});
     for (std::int64_t day = 0; day <= 70; ++day) {
-      task.setToday(created.add(day));
+      task.setToday(created.add(day, {}));
       for (const PeriodClosing& closing : task.close()) {
         EXPECT_EQ(task.rules.period(closing.date), closing.period);
-        EXPECT_TRUE(closing.period.endsBefore(created.add(day)));
-        EXPECT_TRUE(closing.period.startDate <= covered.add(1)) << "no day is left out";
+        EXPECT_TRUE(closing.period.endsBefore(created.add(day, {})));
+        EXPECT_TRUE(closing.period.startDate <= covered.add(1, {})) << "no day is left out";
         covered = closing.period.finishDate;
         daily.push_back(closing);
       }
@@ -122,17 +122,18 @@ TEST(PeriodClosing, ComesToEachDayOnceWhereFortnightsOverlap) {
     }
     for (std::int64_t made = 0; made < 28; ++made) {
       task.rows.clear();
-      task.createdDay = task.since = created.add(made);
+      task.createdDay = task.since = created.add(made, {});
       std::vector<PeriodClosing> closings;
       for (std::int64_t day = 0; day <= 60; ++day) {
-        task.setToday(task.createdDay.add(day));
+        task.setToday(task.createdDay.add(day, {}));
         std::ranges::copy(task.close(), std::back_inserter(closings));
       }
       ASSERT_GE(closings.size(), 3U);
       EXPECT_TRUE(closings[0].period.contains(task.createdDay)) << made;
       for (std::size_t i = 1; i < closings.size(); ++i) {
-        EXPECT_EQ(closings[i].period, closings[i - 1].period.next());
-        EXPECT_EQ(closings[i].period.startDate, closings[i - 1].period.finishDate.add(1)) << made;
+        EXPECT_EQ(closings[i].period, closings[i - 1].period.next({}));
+        EXPECT_EQ(closings[i].period.startDate, closings[i - 1].period.finishDate.add(1, {}))
+            << made;
       }
     }
   });
@@ -148,14 +149,14 @@ TEST(PeriodClosing, FollowsFromTheLogAndKeepsWhatTheLogSays) {
       task.since = created;
       const int end = 10 + number(60);
       for (int entries = number(20); entries > 0; --entries) {
-        const YYYYMMDD day = created.add(number(static_cast<unsigned>(end)));
+        const YYYYMMDD day = created.add(number(static_cast<unsigned>(end)), {});
         task.add({.entryDate = static_cast<std::int32_t>(day.intValue()),
                   .entryType = static_cast<std::int16_t>(number(15)),
                   .createdTimestamp = Date::since1970(number(10))});
       }
-      task.setToday(created.add(end));
+      task.setToday(created.add(end, {}));
       task.close();
-      task.setToday(created.add(end + 1 + number(40)));
+      task.setToday(created.add(end + 1 + number(40), {}));
       const TaskTemporalData before = task.kept();
       Task plain = task;
       const auto closings = task.close();

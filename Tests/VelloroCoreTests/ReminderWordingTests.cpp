@@ -105,12 +105,12 @@ TEST(ReminderMotivations, FollowTheRulesInEveryPeriod) {
     ReminderFacts task{.frequency = {.dayMode = mode, .numCompletions = 400},
                        .firstDayOfWeek = first};
     const auto counting = TaskFrequencyPeriod::fromDate(
-        periodTypeForCompletionCountCalculation(mode), {2024, 3, 7}, first);
-    const std::int64_t days = counting.numberOfDays();
+        periodTypeForCompletionCountCalculation(mode), {2024, 3, 7}, first, {});
+    const std::int64_t days = counting.numberOfDays({});
     for (const std::int64_t left : {days - 1, days / 2, std::int64_t{1}, std::int64_t{0}}) {
-      const YYYYMMDD date = counting.finishDate.add(-left);
-      task.period = task.frequency.period(date, first);
-      for (const YYYYMMDD today : {date, date.previousDay(), date.add(400)}) {
+      const YYYYMMDD date = counting.finishDate.add(-left, {});
+      task.period = task.frequency.period(date, first, {});
+      for (const YYYYMMDD today : {date, date.previousDay({}), date.add(400, {})}) {
         for (const auto& [current, best] : streaks) {
           for (const std::int64_t spare : {-1, 0, 1}) {
             // A task that was made in the period can't have been done on more days than that has.
@@ -125,6 +125,33 @@ TEST(ReminderMotivations, FollowTheRulesInEveryPeriod) {
           }
         }
       }
+    }
+  }
+}
+
+// In 2011 the last Friday of December was skipped there.
+TEST(ReminderMotivations, CountTheDaysOfTheZone) {
+  const TimeZone apia = TimeZone::fromIdentifier("Pacific/Apia").value();
+  const YYYYMMDD thursday{2011, 12, 29}, saturday{2011, 12, 31};
+  const std::tuple<TimeZone, bool, PeriodEndRelation, PeriodEndRelation> cases[] = {
+      {TimeZone::gmt(), false, PeriodEndRelation::withinWeek, PeriodEndRelation::later},
+      {apia, true, PeriodEndRelation::tomorrow, PeriodEndRelation::withinWeek}};
+  for (const auto& [zone, isShort, fromThursday, fromWeekBefore] : cases) {
+    EXPECT_EQ(periodEndRelation(saturday, thursday, zone), fromThursday);
+    EXPECT_EQ(periodEndRelation(saturday, {2011, 12, 23}, zone), fromWeekBefore);
+    for (const auto mode :
+         {DayMode::numberOfDaysInWeek, DayMode::numberOfDaysInMonth, DayMode::numberOfDaysInYear}) {
+      const TaskFrequency thrice{.dayMode = mode, .numCompletions = 3};
+      const ReminderFacts task{.frequency = thrice,
+                               .timeZone = zone,
+                               .today = thursday,
+                               .period = thrice.period(thursday, DayOfWeek::sunday, zone),
+                               .streak = StreakRecord(1, 9),
+                               .createdDay = {2011, 1, 1},
+                               .completions = 1};
+      string kinds;
+      for (const Kind kind : motivations(task)) kinds += rawValue(kind);
+      EXPECT_EQ(kinds.find("missToBreak") != string::npos, isShort) << kinds;
     }
   }
 }
@@ -144,7 +171,7 @@ TEST(PeriodEndRelation, GoesByDays) {
   string relations;
   for (std::int64_t ahead = -2; ahead <= 8; ++ahead) {
     const YYYYMMDD date{2024, 2, 29};
-    relations += std::to_string(static_cast<int>(periodEndRelation(date.add(ahead), date)));
+    relations += std::to_string(static_cast<int>(periodEndRelation(date.add(ahead, {}), date, {})));
   }
   EXPECT_EQ(relations, "01234444445");
 }

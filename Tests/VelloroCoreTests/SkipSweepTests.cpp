@@ -25,7 +25,7 @@ YYYYMMDD date(sys_days day) {
 }
 
 TaskFrequencyPeriod dayPeriod(sys_days day, DayOfWeek first = DayOfWeek::sunday) {
-  return TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, date(day), first);
+  return TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, date(day), first, {});
 }
 
 /// What a task's log answers, and how often it is asked.
@@ -169,7 +169,7 @@ TEST(SkipSweep, WarnsOnTheLastDayOfATotal) {
   for (const DayMode mode : {DayMode::aggregateOverWeek, DayMode::aggregateOverFortnight,
                              DayMode::aggregateOverMonth, DayMode::aggregateOverYear}) {
     const TaskFrequency frequency{.dayMode = mode};
-    const auto period = frequency.period(date(firstDay + days(40)), DayOfWeek::monday).period;
+    const auto period = frequency.period(date(firstDay + days(40)), DayOfWeek::monday, {}).period;
     bool isOver = false;
     for (sys_days day = firstDay - days(20); day <= lastDay + days(20); day += days(1)) {
       isOver = isOver || date(day) == period.finishDate;

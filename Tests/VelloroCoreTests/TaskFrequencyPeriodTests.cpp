@@ -17,7 +17,7 @@ YYYYMMDD date(std::int64_t value) {
 
 TaskFrequencyPeriod period(TaskFrequencyPeriodType type, std::int64_t day,
                            DayOfWeek first = DayOfWeek::sunday) {
-  return TaskFrequencyPeriod::fromDate(type, date(day), first);
+  return TaskFrequencyPeriod::fromDate(type, date(day), first, {});
 }
 
 TEST(TaskFrequencyPeriod, KeepsItsForm) {
@@ -51,8 +51,8 @@ TEST(TaskFrequencyPeriod, HoldsItsDate) {
     const auto found = period(type, value, first);
     EXPECT_EQ(found.startDate, date(start)) << value;
     EXPECT_EQ(found.finishDate, date(finish)) << value;
-    EXPECT_EQ(firstDate(type, date(value), first), date(start)) << value;
-    EXPECT_EQ(lastDate(type, date(value), first), date(finish)) << value;
+    EXPECT_EQ(firstDate(type, date(value), first, {}), date(start)) << value;
+    EXPECT_EQ(lastDate(type, date(value), first, {}), date(finish)) << value;
   }
 }
 
@@ -60,31 +60,31 @@ TEST(TaskFrequencyPeriod, HoldsItsDate) {
 void expectSound(const TaskFrequencyPeriod& found, YYYYMMDD today) {
   static constexpr std::int64_t lengths[][2] = {{1, 1}, {7, 7}, {14, 14}, {28, 31}, {365, 366}};
   const auto [shortest, longest] = lengths[static_cast<int>(found.periodType)];
-  const YYYYMMDD behind = found.finishDate.nextDay();
+  const YYYYMMDD behind = found.finishDate.nextDay({});
   ASSERT_TRUE(found.contains(today)) << today.debugDescription();
-  ASSERT_GE(found.numberOfDays(), shortest) << today.debugDescription();
-  ASSERT_LE(found.numberOfDays(), longest) << today.debugDescription();
+  ASSERT_GE(found.numberOfDays({}), shortest) << today.debugDescription();
+  ASSERT_LE(found.numberOfDays({}), longest) << today.debugDescription();
   if (found.periodType == week || found.periodType == fortnight) {
-    ASSERT_EQ(found.startDate.dayOfWeek(), found.firstDayOfWeek) << today.debugDescription();
+    ASSERT_EQ(found.startDate.dayOfWeek({}), found.firstDayOfWeek) << today.debugDescription();
   } else if (found.periodType != day) {
     ASSERT_TRUE(found.startDate.d == 1 && behind.d == 1) << today.debugDescription();
     ASSERT_TRUE(found.periodType == month || (found.startDate.m == 1 && behind.m == 1));
   }
   const bool mayOverlap = found.periodType == fortnight;
-  const TaskFrequencyPeriod next = found.next();
-  const TaskFrequencyPeriod previous = found.previous();
+  const TaskFrequencyPeriod next = found.next({});
+  const TaskFrequencyPeriod previous = found.previous({});
   ASSERT_TRUE(next.contains(behind)) << today.debugDescription();
-  ASSERT_TRUE(previous.contains(found.startDate.previousDay())) << today.debugDescription();
+  ASSERT_TRUE(previous.contains(found.startDate.previousDay({}))) << today.debugDescription();
   ASSERT_TRUE(mayOverlap || next.startDate == behind) << today.debugDescription();
-  ASSERT_TRUE(mayOverlap || previous.next() == found) << today.debugDescription();
+  ASSERT_TRUE(mayOverlap || previous.next({}) == found) << today.debugDescription();
 }
 
 TEST(TaskFrequencyPeriod, IsSoundOnEveryDayOf200Years) {
   VirtualEnvironment environment;
   for (const DayOfWeek first : allCases<DayOfWeek>()) {
-    for (YYYYMMDD today = date(19000101); today < date(21000101); today = today.nextDay()) {
+    for (YYYYMMDD today = date(19000101); today < date(21000101); today = today.nextDay({})) {
       for (const auto type : allCases<TaskFrequencyPeriodType>()) {
-        expectSound(TaskFrequencyPeriod::fromDate(type, today, first), today);
+        expectSound(TaskFrequencyPeriod::fromDate(type, today, first, {}), today);
         if (HasFatalFailure()) return;
       }
     }
@@ -94,9 +94,9 @@ TEST(TaskFrequencyPeriod, IsSoundOnEveryDayOf200Years) {
 /// From the anchor on, fortnights that begin on its weekday lie side by side.
 TEST(TaskFrequencyPeriod, CountsFortnightsFromTheAnchor) {
   auto found = period(fortnight, 20000101, DayOfWeek::saturday);
-  for (YYYYMMDD today = date(20000101); today < date(21000101); today = today.nextDay()) {
-    if (today > found.finishDate) found = found.next();
-    const auto start = date(20000101).add(date(20000101).distance(today) / 14 * 14);
+  for (YYYYMMDD today = date(20000101); today < date(21000101); today = today.nextDay({})) {
+    if (today > found.finishDate) found = found.next({});
+    const auto start = date(20000101).add(date(20000101).distance(today) / 14 * 14, {});
     ASSERT_EQ(found.startDate, start) << today.debugDescription();
     ASSERT_EQ(period(fortnight, today.intValue(), DayOfWeek::saturday), found);
   }
@@ -104,11 +104,11 @@ TEST(TaskFrequencyPeriod, CountsFortnightsFromTheAnchor) {
 
 TEST(TaskFrequencyPeriod, StepsByPeriods) {
   const auto january = period(month, 20240131);
-  EXPECT_EQ(january.add(0), january);
-  EXPECT_EQ(january.add(1).finishDate, date(20240229));
-  EXPECT_EQ(january.add(-11).startDate, date(20230201));
-  EXPECT_EQ(period(week, 20240306).add(-1), period(week, 20240302));
-  EXPECT_EQ(period(fortnight, 20000108).next(), period(fortnight, 20000102));
+  EXPECT_EQ(january.add(0, {}), january);
+  EXPECT_EQ(january.add(1, {}).finishDate, date(20240229));
+  EXPECT_EQ(january.add(-11, {}).startDate, date(20230201));
+  EXPECT_EQ(period(week, 20240306).add(-1, {}), period(week, 20240302));
+  EXPECT_EQ(period(fortnight, 20000108).next({}), period(fortnight, 20000102));
 }
 
 TEST(TaskFrequencyPeriod, ComparesDaysAndNotTypes) {
@@ -129,11 +129,11 @@ TEST(TaskFrequencyPeriod, ComparesDaysAndNotTypes) {
 
 TEST(TaskFrequencyPeriod, CountsItsDays) {
   const auto days = period(week, 20240228);  // 25 February to 2 March
-  EXPECT_EQ(days.remainingDays(date(20240224), false), 7);
-  EXPECT_EQ(days.remainingDays(date(20240225), false), 6);
-  EXPECT_EQ(days.remainingDays(date(20240225), true), 7);
-  EXPECT_EQ(days.remainingDays(date(20240302), false), 0);
-  EXPECT_EQ(days.remainingDays(date(20240303), true), 0);
+  EXPECT_EQ(days.remainingDays(date(20240224), false, {}), 7);
+  EXPECT_EQ(days.remainingDays(date(20240225), false, {}), 6);
+  EXPECT_EQ(days.remainingDays(date(20240225), true, {}), 7);
+  EXPECT_EQ(days.remainingDays(date(20240302), false, {}), 0);
+  EXPECT_EQ(days.remainingDays(date(20240303), true, {}), 0);
   EXPECT_EQ(days.numberOfDaysInStartingMonth(), 5);
   EXPECT_EQ(days.numberOfDaysInFinishMonth(), 2);
   EXPECT_EQ(period(week, 20240306).numberOfDaysInStartingMonth(), 7);
@@ -175,18 +175,18 @@ TEST(TaskFrequencyPeriod, KnowsToday) {
 
 TEST(DatedPeriod, TellsHowFarItIs) {
   const auto progress = [](std::int64_t day) {
-    return DatedPeriod{date(day), period(week, 20240306)}.periodProgressAtEndOfToday();
+    return DatedPeriod{date(day), period(week, 20240306)}.periodProgressAtEndOfToday({});
   };
   EXPECT_DOUBLE_EQ(progress(20240302), 0);
   EXPECT_DOUBLE_EQ(progress(20240303), 1 / 7.0);
   EXPECT_DOUBLE_EQ(progress(20240306), 4 / 7.0);
   EXPECT_DOUBLE_EQ(progress(20240309), 1);
   EXPECT_DOUBLE_EQ(progress(20240310), 1);
-  auto reversed = DatedPeriod::fromDate(date(20240306), week, DayOfWeek::sunday);
+  auto reversed = DatedPeriod::fromDate(date(20240306), week, DayOfWeek::sunday, {});
   std::swap(reversed.period.startDate, reversed.period.finishDate);
   EXPECT_DOUBLE_EQ(reversed.periodProgressAtEndOfToday(), 1);
-  EXPECT_TRUE(DatedPeriod::fromDate(date(20240309), week, DayOfWeek::sunday).isLastDay());
-  EXPECT_FALSE(DatedPeriod::fromDate(date(20240308), week, DayOfWeek::sunday).isLastDay());
+  EXPECT_TRUE(DatedPeriod::fromDate(date(20240309), week, DayOfWeek::sunday, {}).isLastDay());
+  EXPECT_FALSE(DatedPeriod::fromDate(date(20240308), week, DayOfWeek::sunday, {}).isLastDay());
 }
 
 TEST(MultiDayCount, IsThatOfTheCurrentPeriod) {

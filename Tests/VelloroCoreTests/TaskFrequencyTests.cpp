@@ -77,7 +77,7 @@ TEST(TaskFrequency, FindsItsPeriod) {
     return TaskFrequency{.dayMode = mode}.currentPeriod(HHMMSS::midnight, DayOfWeek::monday,
                                                         TimeZone::current(), Date::now());
   };
-  EXPECT_EQ(dated(numberOfDaysInYear).period.numberOfDays(), 1);
+  EXPECT_EQ(dated(numberOfDaysInYear).period.numberOfDays({}), 1);
   EXPECT_EQ(dated(aggregateOverWeek).date, date(20240307));
   EXPECT_EQ(dated(aggregateOverWeek).period.startDate, date(20240304));
   EXPECT_EQ(dated(aggregateOverMonth).period.periodType, Type::month);
@@ -85,14 +85,14 @@ TEST(TaskFrequency, FindsItsPeriod) {
   const Date newYear = Date::fromISO8601("2024-01-01T01:30:00Z").value();
   EXPECT_EQ(yearly.period({.h = 3}, newYear, DayOfWeek::monday, TimeZone::current()).date,
             date(20231231));
-  EXPECT_EQ(yearly.startOfPeriod(date(20231231), DayOfWeek::monday), date(20230101));
+  EXPECT_EQ(yearly.startOfPeriod(date(20231231), DayOfWeek::monday, {}), date(20230101));
 }
 
 TEST(TaskFrequency, ExpectsNoMoreThanThereAreDaysAtFirst) {
   const auto expected = [](std::int64_t count, std::int64_t day, std::int64_t created) {
     const TaskFrequency frequency{.dayMode = numberOfDaysInMonth, .numCompletions = count};
-    const auto period = frequency.period(date(day), DayOfWeek::sunday).period;
-    return frequency.numberOfExpectedTimes(period, date(created));
+    const auto period = frequency.period(date(day), DayOfWeek::sunday, {}).period;
+    return frequency.numberOfExpectedTimes(period, date(created), {});
   };
   EXPECT_EQ(expected(31, 20240220, 20240229), 29);
   EXPECT_EQ(expected(31, 20240401, 20240229), 31);

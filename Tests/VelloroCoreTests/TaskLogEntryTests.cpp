@@ -106,7 +106,7 @@ TEST(TaskLogEntryPeriod, IsMadeOfWhatIsStored) {
   const char* outside = R"({"type":"w","from":20240303,"to":20240309,"date":20240401})";
   EXPECT_EQ(JSONDecoder{}.decode<TaskLogEntryPeriod>(outside), period(week, 3, 9, 9));
   const auto whole = stored.frequencyPeriod(DayOfWeek::sunday);
-  EXPECT_EQ(whole, TaskFrequencyPeriod::fromDate(week, *date(6), DayOfWeek::sunday));
+  EXPECT_EQ(whole, TaskFrequencyPeriod::fromDate(week, *date(6), DayOfWeek::sunday, {}));
   EXPECT_EQ(whole.periodType, week);
 }
 

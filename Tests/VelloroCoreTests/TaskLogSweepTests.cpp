@@ -66,7 +66,7 @@ class Cases {
   std::int64_t number(std::int64_t below) { return static_cast<std::int64_t>(random_()) % below; }
   std::size_t index(std::int64_t below) { return static_cast<std::size_t>(number(below)); }
   bool chance(std::int64_t oneIn) { return number(oneIn) == 0; }
-  YYYYMMDD day(std::int64_t days) { return base_.add(number(days)); }
+  YYYYMMDD day(std::int64_t days) { return base_.add(number(days), {}); }
   static TimeZone zone(std::string_view name) { return TimeZone::fromIdentifier(name).value(); }
 
   TaskFrequency frequency() {

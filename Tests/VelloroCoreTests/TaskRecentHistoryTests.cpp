@@ -90,7 +90,7 @@ TEST(TaskRecentHistory, IsSerialised) {
   expectRawValues<TaskCalendarPeriodStatus>({"c", "m", "s", "a", "cp", "cc", "cm", "ca", "f", "p"});
   expectRawValues<PreviousSuccessType>({"last7", "last30", "pastMonth", "pastYear", "allTime"});
   const auto period = [](TaskFrequencyPeriodType type, YYYYMMDD date) {
-    return TaskFrequencyPeriod::fromDate(type, date, DayOfWeek::monday);
+    return TaskFrequencyPeriod::fromDate(type, date, DayOfWeek::monday, {});
   };
   const TaskRecentHistory history(
       DayOfWeek::monday,

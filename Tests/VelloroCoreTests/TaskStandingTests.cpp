@@ -19,7 +19,7 @@ class TaskStandingTest : public testing::Test {
   int questions = 0;
 
   TaskFrequencyPeriod day(YYYYMMDD date) {
-    return task.frequency.period(date, DayOfWeek::sunday).period;
+    return task.frequency.period(date, DayOfWeek::sunday, {}).period;
   }
   /// "i_swi 1/3 4": the status, the progress, the current run.
   std::string shown(YYYYMMDD date = today) {

@@ -56,10 +56,12 @@ std::string HistoryReport::month(YYYYMM month,
                                  const std::map<YYYYMMDD, const char*>& glyphs) const {
   std::string text = month.debugDescription() + "\n";
   for (const DayOfWeek day : everyDay(firstDayOfWeek)) text += " " + weekdayName(day).substr(0, 2);
-  const auto column = [&](YYYYMMDD day) { return day.startOfWeek(firstDayOfWeek).distance(day); };
+  const auto column = [&](YYYYMMDD day) {
+    return day.startOfWeek(firstDayOfWeek, {}).distance(day);
+  };
   text += "\n" + std::string(static_cast<std::size_t>(column(month.firstDay())) * 3, ' ');
   const YYYYMMDD last = std::min(month.lastDay(), glyphs.rbegin()->first);
-  for (YYYYMMDD day = month.firstDay(); day <= last; day = day.nextDay()) {
+  for (YYYYMMDD day = month.firstDay(); day <= last; day = day.nextDay({})) {
     const auto found = glyphs.find(day);
     text += std::string("  ") + (found != glyphs.end() ? found->second : " ");
     if (column(day) == 6 || day == last) text += "\n";

@@ -3,15 +3,14 @@
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
 #include "Notifications/TaskNotifications.h"
+#include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
 namespace {
 
-NotificationContentBuilder::BadgeUpdate ownBadge(const TaskEntity& task,
-                                                 const TaskFrequencyPeriod& period, Date now) {
+NotificationContentBuilder::BadgeUpdate ownBadge(const CompletionStatus& status) {
   using Kind = CompletionStatus::Status::Kind;
-  const auto status = task.completionStatus(period, now).status;
-  return {.badge = status.kind == Kind::positiveIncomplete ? 1 : 0};
+  return {.badge = status.status.kind == Kind::positiveIncomplete ? 1 : 0};
 }
 
 std::string reasonFor(const TaskEntity& task, MadeKind kind) {
@@ -29,25 +28,27 @@ std::string whyNone(const TaskEntity& task, MadeKind kind) {
 
 NotificationContent madeNotification(const TaskEntity& task, MadeKind kind, YYYYMMDD day, Date now,
                                      FunctionRef<std::uint64_t()> random) {
-  const TaskNotifications notifications{.builder = {.now = now}};
-  const auto period = task.frequency().period(day, task.firstDayOfWeek()).period;
+  const auto notifications = TaskNotifications::of(task, {.now = now});
+  const auto standing = notifications.day(day);
+  const TaskFrequencyPeriod& period = standing.period.period;
   const auto made = [&]() -> std::optional<NotificationContent> {
     switch (kind) {
       case MadeKind::reminder: {
-        const Date start = day.startOfDay(task.startOfDay(), task.taskCurrentTimeZone());
-        TaskNotifications::Reminder reminder{
-            .id = NotificationID::reminder(day, task.uniqueId(), 0), .day = day};
+        const TaskStanding& rules = notifications.task.standing;
+        const Date start = day.startOfDay(rules.startOfDay, rules.timeZone);
+        TaskNotifications::Reminder reminder{.id =
+                                                 NotificationID::reminder(day, task.uniqueId(), 0)};
         if (start > now) reminder.trigger = NotificationTrigger{start};
-        return notifications.reminder(task, reminder, random);
+        return notifications.reminder(standing, reminder, random);
       }
       case MadeKind::completion:
-        return notifications.completion(task, period);
+        return notifications.completion(period);
       case MadeKind::progress:
-        return notifications.timedProgress(task, period);
+        return notifications.timedProgress(period);
       case MadeKind::badge:
         break;
     }
-    return notifications.builder.badge(ownBadge(task, period, now), 0);
+    return notifications.builder.badge(ownBadge(standing.status.completionStatus), 0);
   }();
   if (made) return *made;
   throw HostError(whyNone(task, kind));

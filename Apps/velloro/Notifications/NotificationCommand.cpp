@@ -166,12 +166,16 @@ void sample(const NotificationOptions& options) {
   printContent(*content);
 }
 
+/// The content as `show` reads it, and beside it the identifier and the instant of the request.
 /// With the image where it is: a copy is for the notification centre alone.
-UNNotificationContent shownContent(NotificationContent content) {
-  const auto image = std::exchange(content.imageUrl, std::nullopt);
-  UNNotificationContent shown = content.request().content;
-  if (image) shown.attachments = {{.identifier = content.notificationId.str, .url = *image}};
-  return shown;
+PropertyList requestReport(NotificationContent made) {
+  const auto image = std::exchange(made.imageUrl, std::nullopt);
+  UNNotificationContent content = made.request().content;
+  if (image) content.attachments = {{.identifier = made.notificationId.str, .url = *image}};
+  PropertyList report = PropertyList::fromJSON(JSONEncoder{}.encode(content));
+  report.dictionary()->emplace("identifier", made.notificationId.str);
+  if (made.trigger) report.dictionary()->emplace("trigger", made.trigger->date.iso8601());
+  return report;
 }
 
 void make(const NotificationOptions& options) {
@@ -180,8 +184,10 @@ void make(const NotificationOptions& options) {
   const TaskLogRules rules = logRules(*task);
   const YYYYMMDD day = options.date ? dayArgument("--date", *options.date) : rules.today();
   const auto kind = caseArgument<MadeKind>("--kind", options.kind, "kind of notification");
-  printContent(shownContent(
-      madeNotification(*task, kind, day, rules.now, WordChoice::argument(options.seed))));
+  const PropertyList report = requestReport(
+      madeNotification(*task, kind, day, rules.now, WordChoice::argument(options.seed)));
+  const auto layout = options.json ? JSONWriter::Layout::compact : JSONWriter::Layout::pretty;
+  print(JSONEncoder{.layout = layout}.encode(report) + "\n");
 }
 
 void addLook(CLI::App& command, NotificationOptions& options) {
@@ -236,6 +242,15 @@ void addNotificationCommand(CLI::App& app) {
   made->add_option("--date,--period", options->date, "Day of the reminder (default: today)")
       ->type_name("YYYYMMDD");
   WordChoice::addOption(*made, options->seed);
+  made->add_flag("--json", options->json, "Prints the JSON object on one line")
+      ->disable_flag_override();
+  made->footer(
+      "Prints the content as \"notification show\" reads it, with the \"identifier\" of the "
+      "request\n"
+      "and its \"trigger\", the instant in UTC; without a trigger it is due at once.\n\n"
+      "Examples:\n"
+      "  velloro notification make Read --seed 7 > read.json\n"
+      "  velloro notification make Read --date 20240309 --json");
   made->callback([options] { make(*options); });
   command->footer(
       "Examples:\n"

@@ -53,8 +53,9 @@ std::string reasonOf(const Message& message, const ReminderFacts& facts, YYYYMMD
 
 ReminderWords ReminderWords::of(const TaskEntity& task, YYYYMMDD day,
                                 FunctionRef<std::uint64_t()> random) {
-  const DatedPeriod period = task.frequency().period(day, task.firstDayOfWeek());
-  const IndividualReminder reminder(TaskSnapshot::of(task), period, day);
+  const auto snapshot = TaskSnapshot::of(task);
+  const DatedPeriod period = snapshot.datedPeriod(day);
+  const IndividualReminder reminder(snapshot, period, day);
   ReminderWords words{.task = task.uniqueId().stringValue(),
                       .period = PeriodStretch::of(period.period),
                       .motivations = {},

@@ -16,33 +16,35 @@ namespace {
 using Kind = NotificationIndividualReminder;
 using Type = NotificationReminderString::ParameterType;
 
-/// The completed days of the longer period, for reminders of one of its days.
-std::int64_t completedDays(const TaskSnapshot& task, const DatedPeriod& period) {
-  const auto counting = periodTypeForCompletionCountCalculation(task.standing.frequency.dayMode);
-  if (counting == TaskFrequencyPeriodType::day || counting == period.period.periodType) return 0;
-  const DayOfWeek first = task.standing.firstDayOfWeek;
-  return numUniqueCompletions(task, firstDate(counting, period.date, first),
-                              lastDate(counting, period.date, first))
-      .count;
+/// What is known of the longer period in which days are counted, for reminders of one of its days.
+void addCount(ReminderFacts& facts, const TaskSnapshot& task) {
+  const auto counting = periodTypeForCompletionCountCalculation(facts.frequency.dayMode);
+  const auto& [date, period] = facts.period;
+  if (counting == TaskFrequencyPeriodType::day || counting == period.periodType) return;
+  const auto first = firstDate(counting, date, facts.firstDayOfWeek, facts.timeZone);
+  const auto last = lastDate(counting, date, facts.firstDayOfWeek, facts.timeZone);
+  facts.createdDay = createdDay(task);
+  facts.completions = numUniqueCompletions(task, first, last).count;
 }
 
 ReminderFacts factsOf(const TaskSnapshot& task, const DatedPeriod& period,
                       const CompletionStatus& status) {
   const TaskStanding& standing = task.standing;
   const auto skipMode = status.status.skipMode;
-  return {.isNegative = standing.isNegative,
-          .shareStatus = task.shareStatus,
-          .frequency = standing.frequency,
-          .hasAutomaticType = standing.automaticTaskType.has_value(),
-          .firstDayOfWeek = standing.firstDayOfWeek,
-          .createdDay = createdDay(task),
-          .today = standing.today(),
-          .period = period,
-          .streak = standing.streak(),
-          .willSkip = isSkip(skipMode ? *skipMode : willSkip(task, period.period)),
-          .partialCompletions = status.progress().numCompletions(standing.now),
-          .expectedPartialCompletions = status.progress().expectedCompletions(),
-          .completions = completedDays(task, period)};
+  ReminderFacts facts{.isNegative = standing.isNegative,
+                      .shareStatus = task.shareStatus,
+                      .frequency = standing.frequency,
+                      .hasAutomaticType = standing.automaticTaskType.has_value(),
+                      .firstDayOfWeek = standing.firstDayOfWeek,
+                      .timeZone = standing.timeZone,
+                      .today = standing.today(),
+                      .period = period,
+                      .streak = standing.streak(),
+                      .willSkip = isSkip(skipMode ? *skipMode : willSkip(task, period.period)),
+                      .partialCompletions = status.progress().numCompletions(standing.now),
+                      .expectedPartialCompletions = status.progress().expectedCompletions()};
+  addCount(facts, task);
+  return facts;
 }
 
 /// The unit of the amounts of a progress; absent where it is not measured in an amount.
@@ -92,24 +94,25 @@ std::optional<std::string> alertBodyForLocalIndividualNotification(const TaskEnt
 std::optional<std::string> alertBodyForLocalIndividualNotification(
     const TaskEntity& task, const DatedPeriod& period, YYYYMMDD triggerDate,
     FunctionRef<std::uint64_t()> random, Date now) {
-  const IndividualReminder reminder(TaskSnapshot::of(task, now), period, triggerDate);
-  for (const Kind kind : pickOrder(motivations(reminder.facts()), random)) {
-    if (auto text = reminder.message(kind).text) return text;
-    Log::notifications.error(
-        [&] { return "Notification string not created: " + std::string(rawValue(kind)); });
-  }
-  return std::nullopt;
+  const auto snapshot = TaskSnapshot::of(task, now);
+  return IndividualReminder(snapshot, period, triggerDate).pickedText(random);
 }
 
-IndividualReminder::IndividualReminder(TaskSnapshot task, const DatedPeriod& period,
+IndividualReminder::IndividualReminder(const TaskSnapshot& task, const DatedPeriod& period,
                                        YYYYMMDD triggerDate)
-    : task_(std::move(task)),
+    : IndividualReminder(task, period, triggerDate, streakedCompletionStatus(task, period.period)) {
+}
+
+IndividualReminder::IndividualReminder(const TaskSnapshot& task, const DatedPeriod& period,
+                                       YYYYMMDD triggerDate, StreakedCompletionStatus status)
+    : task_(task),
       triggerDate_(triggerDate),
-      endRelation_(periodEndRelation(period.period.finishDate, triggerDate)),
-      status_(streakedCompletionStatus(task_, period.period)),
+      endRelation_(
+          periodEndRelation(period.period.finishDate, triggerDate, task.standing.timeZone)),
+      status_(std::move(status)),
       facts_(factsOf(task_, period, status_.completionStatus)) {
-  // Of a period to come nothing is known yet.
-  if (!period.period.contains(facts_.today)) return;
+  // Of a period to come nothing is known yet, and an amount is that of a type.
+  if (!period.period.contains(facts_.today) || !facts_.hasAutomaticType) return;
   quantity_ = displayTitle(task_, status_.completionStatus.progress()).quantity;
 }
 
@@ -122,6 +125,16 @@ IndividualReminder::Message IndividualReminder::message(Kind kind, Options optio
   addParameters(message);
   message.text = textOf(*message.string, message.parameters);
   return message;
+}
+
+std::optional<std::string> IndividualReminder::pickedText(
+    FunctionRef<std::uint64_t()> random) const {
+  for (const Kind kind : pickOrder(motivations(facts_), random)) {
+    if (auto text = message(kind).text) return text;
+    Log::notifications.error(
+        [&] { return "Notification string not created: " + std::string(rawValue(kind)); });
+  }
+  return std::nullopt;
 }
 
 void IndividualReminder::addParameters(Message& message) const {
@@ -167,9 +180,8 @@ IndividualReminder::Value IndividualReminder::value(ParameterType parameter,
 }
 
 IndividualReminder::Value IndividualReminder::title(bool withoutQuantity) const {
-  const TaskStanding& standing = task_.standing;
-  const Date date = triggerDate_.startOfDay(standing.startOfDay, standing.timeZone);
-  TaskDisplayTitle title = displayTitle(task_, standing.progress(task_.period(date)));
+  const TaskFrequencyPeriod period = task_.datedPeriod(triggerDate_).period;
+  TaskDisplayTitle title = displayTitle(task_, task_.standing.progress(period));
   if (withoutQuantity) return title.localizedTitle(Context::notificationWithoutQuantity, locale_);
   if (quantity_) title.quantity = quantity_;
   return title.localizedTitle(Context::notificationWithQuantity, locale_);
@@ -202,7 +214,7 @@ IndividualReminder::Value IndividualReminder::periodEnd() const {
     case PeriodEndRelation::tomorrow:
       return nameOf(reminder_wording::tomorrow);
     case PeriodEndRelation::withinWeek:
-      return localizedTitle(lastDay.dayOfWeek(), locale_);
+      return localizedTitle(lastDay.dayOfWeek(task_.standing.timeZone), locale_);
     case PeriodEndRelation::later:
       return FormatManager::shared(locale_).dateFormatterMedium.string(
           lastDay.dateAt(HHMMSS::midnight, HHMMSS::midnight, task_.standing.timeZone),

@@ -29,8 +29,8 @@ namespace velloro {
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
 /// and no longer than its snapshot holds.
 ///
-///     const IndividualReminder reminder(TaskSnapshot::of(*task), task->currentPeriod(),
-///                                      {2024, 3, 7});
+///     const auto snapshot = TaskSnapshot::of(*task);
+///     const IndividualReminder reminder(snapshot, task->currentPeriod(), {2024, 3, 7});
 ///     reminder.message(NotificationIndividualReminder::reminder).text;    // "A little reminder"
 class IndividualReminder {
  public:
@@ -58,11 +58,20 @@ class IndividualReminder {
     std::optional<std::string> text = {};
   };
 
-  IndividualReminder(TaskSnapshot task, const DatedPeriod& period, YYYYMMDD triggerDate);
+  /// \param task Must outlive this.
+  IndividualReminder(const TaskSnapshot& task, const DatedPeriod& period, YYYYMMDD triggerDate);
+  IndividualReminder(TaskSnapshot&&, const DatedPeriod&, YYYYMMDD) = delete;
+  /// \param status That of the task in the period, for a caller that has it.
+  IndividualReminder(const TaskSnapshot& task, const DatedPeriod& period, YYYYMMDD triggerDate,
+                     StreakedCompletionStatus status);
 
   [[nodiscard]] const ReminderFacts& facts() const { return facts_; }
   [[nodiscard]] Message message(Kind kind, Options options) const;
   [[nodiscard]] Message message(Kind kind) const { return message(kind, {}); }
+  /// Of the kinds that apply, in an order left to chance, the first text that there is.
+  ///
+  /// \param random 64 random bits, by which it is picked.
+  [[nodiscard]] std::optional<std::string> pickedText(FunctionRef<std::uint64_t()> random) const;
 
  private:
   using Context = TaskDisplayTitle::Context;
@@ -75,7 +84,7 @@ class IndividualReminder {
   [[nodiscard]] Value amount(double inUnitOfProgress, Context context) const;
   [[nodiscard]] Value periodEnd() const;
 
-  TaskSnapshot task_;
+  const TaskSnapshot& task_;
   YYYYMMDD triggerDate_;
   Locale locale_ = Locale::current();
   PeriodEndRelation endRelation_;

@@ -73,19 +73,19 @@ RelevanceLevel completionLevel(const NotificationContentBuilder::Completion& com
 
 }  // namespace
 
-NotificationContent NotificationContentBuilder::reminder(const Reminder& reminder) const {
-  const NotificationTask& task = reminder.data.task;
-  NotificationContent content{.notificationId = reminder.id,
+NotificationContent NotificationContentBuilder::reminder(Reminder reminder) const {
+  NotificationContent content{.notificationId = std::move(reminder.id),
                               .trigger = reminder.trigger,
-                              .category = reminderCategory(task),
-                              .body = reminder.body,
-                              .data = reminder.data,
+                              .category = reminderCategory(reminder.data.task),
+                              .body = std::move(reminder.body),
+                              .data = std::move(reminder.data),
                               .sound = sounding(reminder.sound, SoundEffectDirection::neutral),
                               .timeSensitive = reminder.timeSensitive};
-  if (std::string owner = ownersText(task); !owner.empty()) content.title = std::move(owner);
-  (content.title ? content.subtitle : content.title) = title(reminder.displayTitle, reminder.data);
-  if (!reminder.trigger || reminder.trigger->date.timeIntervalSince(now) <= imagesAreMadeAhead) {
-    content.imageUrl = image(reminder.data);
+  const NotificationData& data = *content.data;
+  if (std::string owner = ownersText(data.task); !owner.empty()) content.title = std::move(owner);
+  (content.title ? content.subtitle : content.title) = title(reminder.displayTitle, data);
+  if (!content.trigger || content.trigger->date.timeIntervalSince(now) <= imagesAreMadeAhead) {
+    content.imageUrl = image(data);
   }
   return content;
 }

@@ -32,7 +32,7 @@ struct NotificationContentBuilder {
   };
   /// In the category of the task; of a shared task with its owner's name above the title. It has an
   /// image when it is due at once or within a day.
-  [[nodiscard]] NotificationContent reminder(const Reminder& reminder) const;
+  [[nodiscard]] NotificationContent reminder(Reminder reminder) const;
 
   struct Completion {
     TaskDisplayTitle displayTitle;

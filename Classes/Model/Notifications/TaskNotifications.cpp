@@ -3,76 +3,75 @@
 #include "Notifications/IndividualReminder.h"
 #include "Settings/Settings.h"
 #include "Tasks/Rows/TaskEntity.h"
-#include "VelloroCore/Reminders/TaskNotificationSettings.h"
+#include "Tasks/Status/StoredTaskRecords.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+
+#include <utility>
 
 namespace velloro {
-namespace {
 
-NotificationData dataOf(const TaskEntity& task, const NotificationTask& snapshot) {
+TaskNotifications TaskNotifications::of(const TaskEntity& task,
+                                        const NotificationContentBuilder& builder) {
   const TaskDisplayOrder order = task.taskDisplayOrder();
-  return {.task = snapshot, .theme = Settings::shared().theme(order.pageNumber).positioned(order)};
+  return {.builder = builder,
+          .task = TaskSnapshot::of(task, builder.now),
+          .settings = task.notificationSettings(),
+          .theme = Settings::shared().theme(order.pageNumber).positioned(order)};
 }
 
-/// With how far the task has come, where the period has begun and is not over.
-TaskDisplayTitle titleOf(const TaskEntity& task, const TaskFrequencyPeriod& period,
-                         const TaskProgress& progress, Date day, Date now) {
-  const YYYYMMDD today = YYYYMMDD::fromDate(task.startOfDay(), now, task.taskCurrentTimeZone());
-  return period.contains(today) ? task.displayTitle(progress, now) : task.displayTitle(day, now);
+TaskNotifications::Day TaskNotifications::day(YYYYMMDD date) const {
+  const DatedPeriod period = task.datedPeriod(date);
+  return {.period = period, .status = streakedCompletionStatus(task, period.period)};
 }
-
-}  // namespace
 
 std::optional<NotificationContent> TaskNotifications::reminder(
-    const TaskEntity& task, const Reminder& reminder, FunctionRef<std::uint64_t()> random) const {
-  const DatedPeriod period = task.frequency().period(reminder.day, task.firstDayOfWeek());
-  const auto snapshot = task.notificationTaskCurrentProgress(period.period, builder.now);
-  if (!snapshot) return std::nullopt;
-  auto body =
-      alertBodyForLocalIndividualNotification(task, period, reminder.day, random, builder.now);
+    const Day& day, const Reminder& reminder, FunctionRef<std::uint64_t()> random) const {
+  auto carried = notificationTask(task, day.status);
+  if (!carried) return std::nullopt;
+  auto body = IndividualReminder(task, day.period, day.period.date, day.status).pickedText(random);
   if (!body) return std::nullopt;
-  NotificationData data = dataOf(task, *snapshot);
-  data.reminderId = reminder.reminderId;
-  const TaskNotificationSettings settings = task.notificationSettings();
-  const Date day = reminder.day.startOfDay(task.startOfDay(), task.taskCurrentTimeZone());
+  // Before a period begins there is no progress, and the title has the whole target.
+  TaskDisplayTitle title = carried->displayTitle;
   return builder.reminder(
       {.id = reminder.id,
-       .displayTitle =
-           titleOf(task, period.period, snapshot->completionStatus.progress(), day, builder.now),
+       .displayTitle = std::move(title),
        .body = *std::move(body),
-       .data = std::move(data),
+       .data = {.reminderId = reminder.reminderId, .task = *std::move(carried), .theme = theme},
        .sound = settings.reminderSound,
        .trigger = reminder.trigger,
        .timeSensitive = reminder.timeSensitive});
 }
 
 std::optional<NotificationContent> TaskNotifications::completion(
-    const TaskEntity& task, const TaskFrequencyPeriod& period) const {
-  const TaskProgress next = task.progress(period, builder.now).nextProgress();
+    const TaskFrequencyPeriod& period) const {
+  const TaskProgress next = task.standing.progress(period).nextProgress();
   const bool isPartial = next.numCompletions(builder.now) < next.expectedCompletions();
-  const auto snapshot = task.notificationTaskWhenCompleted(period, isPartial, builder.now);
-  if (!snapshot) return std::nullopt;
-  const TaskNotificationSettings settings = task.notificationSettings();
-  return builder.completion({.displayTitle = task.displayTitle(next, builder.now),
-                             .data = dataOf(task, *snapshot),
+  const auto [status, streak] = streakedCompletionStatus(task, period);
+  auto carried =
+      notificationTask(task, status.nextCompletionStatus(streak, isPartial, builder.now));
+  if (!carried) return std::nullopt;
+  const auto& type = task.standing.automaticTaskType;
+  return builder.completion({.displayTitle = displayTitle(task, next),
+                             .data = {.task = *std::move(carried), .theme = theme},
                              .isPartial = isPartial,
-                             .isTimer = task.isTimed(),
-                             .isNegative = task.isNegative(),
+                             .isTimer = type && type->isTimed(),
+                             .isNegative = task.standing.isNegative,
                              .sound = isPartial ? settings.partiallyCompletedOrMissedSound
                                                 : settings.completedOrMissedSound});
 }
 
 std::optional<NotificationContent> TaskNotifications::timedProgress(
-    const TaskEntity& task, const TaskFrequencyPeriod& period) const {
-  const TaskProgress progress = task.progress(period, builder.now);
+    const TaskFrequencyPeriod& period) const {
+  const TaskProgress progress = task.standing.progress(period);
   const auto* timer = progress.as<TaskProgressTimer>();
-  const auto snapshot = task.notificationTaskCurrentProgress(period, builder.now);
-  if (timer == nullptr || !snapshot || timer->remainingDuration() <= 0) return std::nullopt;
-  return builder.timedProgressRemaining(
-      {.id = NotificationID::timedProgress(snapshot->taskId, 0),
-       .duration = timer->remainingDuration(),
-       .displayTitle = task.displayTitle(progress, builder.now),
-       .data = dataOf(task, *snapshot),
-       .sound = task.notificationSettings().timerNotificationSound});
+  if (timer == nullptr || timer->remainingDuration() <= 0) return std::nullopt;
+  auto carried = notificationTask(task, streakedCompletionStatus(task, period));
+  if (!carried) return std::nullopt;
+  return builder.timedProgressRemaining({.id = NotificationID::timedProgress(carried->taskId, 0),
+                                         .duration = timer->remainingDuration(),
+                                         .displayTitle = displayTitle(task, progress),
+                                         .data = {.task = *std::move(carried), .theme = theme},
+                                         .sound = settings.timerNotificationSound});
 }
 
 }  // namespace velloro

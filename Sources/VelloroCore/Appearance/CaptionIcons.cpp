@@ -53,7 +53,7 @@ class Signs {
  private:
   void addLengthOfPeriod() {
     const TaskFrequencyPeriod& period = request_.todayStatus.period.period;
-    if (period.numberOfDays() < 2) return;
+    if (period.numberOfDays(request_.timeZone) < 2) return;
     const auto count = multiDayCountTypeForCurrentPeriod(period.periodType, request_.startOfDay,
                                                          request_.timeZone, request_.now);
     if (count != MultiDayCount::duration1) {
@@ -75,7 +75,8 @@ class Signs {
 
   [[nodiscard]] bool isLastDayOfLongPeriod() const {
     const DatedPeriod& dated = request_.todayStatus.period;
-    return request_.canShowWillBreakStreak && dated.period.numberOfDays() >= 2 && dated.isLastDay();
+    return request_.canShowWillBreakStreak && dated.isLastDay() &&
+           dated.period.numberOfDays(request_.timeZone) >= 2;
   }
 
   void addRecord() {

@@ -18,7 +18,7 @@ namespace velloro {
 /// How often a task is due.
 ///
 ///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
-///     thrice.period({2024, 3, 6}, DayOfWeek::sunday).period.numberOfDays();   // 1: a tick per day
+///     thrice.period({2024, 3, 6}, DayOfWeek::sunday, berlin).period.numberOfDays(berlin);   // 1
 struct TaskFrequency {
   using DayMode = velloro::DayMode;
   using SkipMode = velloro::SkipMode;
@@ -66,11 +66,11 @@ struct TaskFrequency {
   [[nodiscard]] DatedPeriod currentPeriod(HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
                                           TimeZone timeZone, Date now) const;
   [[nodiscard]] DatedPeriod period(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                   CountedIn timeZone = {}) const;
+                                   CountedIn timeZone) const;
   [[nodiscard]] DatedPeriod period(HHMMSS startOfDay, Date date, DayOfWeek firstDayOfWeek,
                                    TimeZone timeZone) const;
   [[nodiscard]] YYYYMMDD startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                       CountedIn timeZone = {}) const;
+                                       CountedIn timeZone) const;
 
   [[nodiscard]] bool hasDay(DayOfWeek day) const { return days.contains(day); }
   void set(DayOfWeek day, bool include);
@@ -79,7 +79,7 @@ struct TaskFrequency {
   /// least 1, and, where the task was created in it, no more than it has days.
   [[nodiscard]] std::int64_t numberOfExpectedTimes(const TaskFrequencyPeriod& period,
                                                    YYYYMMDD taskCreatedDate,
-                                                   CountedIn timeZone = {}) const;
+                                                   CountedIn timeZone) const;
 
   /// Whether no day can ever be due, as without any weekday; such a task is not scheduled.
   [[nodiscard]] bool isEmpty() const;
@@ -113,7 +113,7 @@ struct TaskFrequency {
   ///
   ///     // Friday of a week that begins on Sunday, one day done: two more are needed, one is left.
   ///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
-  ///     const auto friday = thrice.period({2024, 3, 8}, DayOfWeek::sunday).period;
+  ///     const auto friday = thrice.period({2024, 3, 8}, DayOfWeek::sunday, berlin).period;
   ///     thrice.shouldSkipPeriod(
   ///         {friday, HHMMSS::midnight, berlin,
   ///          [](auto&) { return TaskFrequency::DaysInPeriodCallbackResponse{{}, 1}; },

@@ -79,11 +79,11 @@ DatedPeriod TaskFrequencyPeriod::latestPossibleDatedPeriod(HHMMSS startOfDay, Ti
 }
 
 std::int64_t TaskFrequencyPeriod::numberOfDaysInStartingMonth() const {
-  return startDate.distance(std::min(finishDate, startDate.yyyymm().lastDay()), true);
+  return startDate.distance(std::min(finishDate, startDate.yyyymm().lastDay()), true, {});
 }
 
 std::int64_t TaskFrequencyPeriod::numberOfDaysInFinishMonth() const {
-  return std::max(startDate, finishDate.yyyymm().firstDay()).distance(finishDate, true);
+  return std::max(startDate, finishDate.yyyymm().firstDay()).distance(finishDate, true, {});
 }
 
 std::optional<YYYYMMDD> TaskFrequencyPeriod::firstDayInMonth(YYYYMM month) const {

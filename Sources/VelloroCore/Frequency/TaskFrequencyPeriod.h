@@ -17,10 +17,10 @@ struct DatedPeriod;
 /// The stretch of days in which a task is measured, both ends in it.
 ///
 ///     const auto week = TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::week,
-///                                                     {2024, 3, 6}, DayOfWeek::sunday);
+///                                                     {2024, 3, 6}, DayOfWeek::sunday, {});
 ///     week.startDate;              // 20240303: to 20240309
-///     week.add(-1).startDate;      // 20240225
-///     week.remainingDays({2024, 3, 6}, /*includeThisDay=*/false);   // 3
+///     week.add(-1, {}).startDate;      // 20240225
+///     week.remainingDays({2024, 3, 6}, /*includeThisDay=*/false, {});   // 3
 ///
 /// Two periods of the same days are equal, whatever their types: of a day in a month of one. A
 /// function that counts days takes the zone in which it counts them, as `YYYYMMDD` does.
@@ -38,7 +38,7 @@ struct TaskFrequencyPeriod {
   /// 2000-01-02.
   [[nodiscard]] static TaskFrequencyPeriod fromDate(TaskFrequencyPeriodType periodType,
                                                     YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                                    CountedIn timeZone = {});
+                                                    CountedIn timeZone);
 
   // The type is left out of both; periods are ordered by their first day, then by
   // `firstDayOfWeek`.
@@ -66,16 +66,16 @@ struct TaskFrequencyPeriod {
   /// Whether today's logical day lies in the period.
   [[nodiscard]] bool isCurrentPeriod(HHMMSS startOfDay, TimeZone timeZone, Date now) const;
 
-  [[nodiscard]] std::int64_t numberOfDays(CountedIn timeZone = {}) const;
+  [[nodiscard]] std::int64_t numberOfDays(CountedIn timeZone) const;
   /// Days from a date to the last one: all of them for a date before the period, 0 behind it.
   [[nodiscard]] std::int64_t remainingDays(YYYYMMDD from, bool includeThisDay,
-                                           CountedIn timeZone = {}) const;
+                                           CountedIn timeZone) const;
 
   /// The period of the same type that holds the day behind the last one, or before the first one.
-  [[nodiscard]] TaskFrequencyPeriod next(CountedIn timeZone = {}) const;
-  [[nodiscard]] TaskFrequencyPeriod previous(CountedIn timeZone = {}) const;
+  [[nodiscard]] TaskFrequencyPeriod next(CountedIn timeZone) const;
+  [[nodiscard]] TaskFrequencyPeriod previous(CountedIn timeZone) const;
   /// That many times `next`, or, below 0, `previous`.
-  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods, CountedIn timeZone = {}) const;
+  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods, CountedIn timeZone) const;
 
   /// The period with today's logical day, or, when that lies outside, with the nearest day in it.
   [[nodiscard]] DatedPeriod latestPossibleDatedPeriod(HHMMSS startOfDay, TimeZone timeZone,

@@ -85,9 +85,9 @@ TaskRecentHistory TaskRecentHistory::defaultResult(DayOfWeek firstDayOfWeek) {
 }
 
 TaskCalendarPeriodInfo TaskRecentHistory::dayInfo(YYYYMMDD day, Status status) const {
-  return {
-      .period = TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, day, firstDayOfWeek),
-      .status = status};
+  return {.period =
+              TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, day, firstDayOfWeek, {}),
+          .status = status};
 }
 
 Infos TaskRecentHistory::unsortedPeriods() const {

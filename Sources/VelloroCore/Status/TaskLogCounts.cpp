@@ -34,9 +34,9 @@ NumUniqueCompletions NumUniqueCompletions::fromLog(TaskLogRows rows, const TaskL
     if (day) days.add(PeriodEntry::of(*day, 0, type));
   }
   bool todayHasEntry = false;
-  auto walk = PeriodWalk::forwards(
-      TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, from, DayOfWeek::sunday),
-      rules.timeZone);
+  auto walk = PeriodWalk::forwards(TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType::day, from,
+                                                                 DayOfWeek::sunday, rules.timeZone),
+                                   rules.timeZone);
   const auto entries = days.take();
   for (const PeriodEntry& day : entries | std::views::reverse) {
     if (day.periodStart == today.intValue()) todayHasEntry = true;

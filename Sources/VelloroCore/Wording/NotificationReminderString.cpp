@@ -129,13 +129,14 @@ struct Choice {
 
 }  // namespace
 
-PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date) {
+PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date, CountedIn timeZone) {
   constexpr std::int64_t week = 7;
   if (lastDay == date) return PeriodEndRelation::today;
-  if (lastDay == date.nextDay()) return PeriodEndRelation::tomorrow;
-  if (lastDay == date.previousDay()) return PeriodEndRelation::yesterday;
+  if (lastDay == date.nextDay(timeZone)) return PeriodEndRelation::tomorrow;
+  if (lastDay == date.previousDay(timeZone)) return PeriodEndRelation::yesterday;
   if (lastDay < date) return PeriodEndRelation::past;
-  return date.distance(lastDay) <= week ? PeriodEndRelation::withinWeek : PeriodEndRelation::later;
+  const std::int64_t ahead = date.distance(lastDay, false, timeZone);
+  return ahead <= week ? PeriodEndRelation::withinWeek : PeriodEndRelation::later;
 }
 
 std::optional<NotificationReminderString> NotificationReminderString::from(

@@ -29,7 +29,8 @@ constexpr auto rawValues(std::type_identity<PeriodEndRelation>) {
   return caseNames<PeriodEndRelation::later>();
 }
 
-[[nodiscard]] PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date);
+[[nodiscard]] PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date,
+                                                  CountedIn timeZone);
 
 /// The text that a reminder shows, as keys of the string tables and what goes into them.
 ///

@@ -31,18 +31,20 @@ const reminder_wording::Progress& progressRow(const TaskFrequency& frequency) {
 }
 
 /// The days behind a day in the period in which completed days are counted.
-std::int64_t daysLeft(YYYYMMDD day, TaskFrequencyPeriodType type, DayOfWeek firstDayOfWeek) {
+std::int64_t daysLeft(const ReminderFacts& facts, TaskFrequencyPeriodType type) {
+  const YYYYMMDD day = facts.period.date;
   switch (type) {
     case TaskFrequencyPeriodType::day:
       break;
     case TaskFrequencyPeriodType::week:
-      return day.numberOfDaysRemainingThisWeek(firstDayOfWeek, false);
+      return day.numberOfDaysRemainingThisWeek(facts.firstDayOfWeek, false, facts.timeZone);
     case TaskFrequencyPeriodType::fortnight:
-      return day.numberOfDaysRemainingThisFortnight(firstDayOfWeek, false);
+      return day.numberOfDaysRemainingThisFortnight(facts.firstDayOfWeek, false, {},
+                                                    facts.timeZone);
     case TaskFrequencyPeriodType::month:
-      return day.numberOfDaysRemainingThisMonth(false);
+      return day.numberOfDaysRemainingThisMonth(false, facts.timeZone);
     case TaskFrequencyPeriodType::year:
-      return day.numberOfDaysRemainingThisYear(false);
+      return day.numberOfDaysRemainingThisYear(false, facts.timeZone);
   }
   return 0;
 }
@@ -54,11 +56,9 @@ Kind missToBreak(const ReminderFacts& facts) {
 
 Kinds ofDaysInPeriod(const ReminderFacts& facts) {
   const auto& row = progressRow(facts.frequency);
-  const std::int64_t needed =
-      facts.frequency.numberOfExpectedTimes(facts.period.period, facts.createdDay) -
-      facts.completions;
-  const std::int64_t left = daysLeft(facts.period.date, row.value, facts.firstDayOfWeek);
-  if (left < needed) return row.missToBreak;
+  const std::int64_t expected =
+      facts.frequency.numberOfExpectedTimes(facts.period.period, facts.createdDay, facts.timeZone);
+  if (daysLeft(facts, row.value) < expected - facts.completions) return row.missToBreak;
   return {row.keepAlive, row.target};
 }
 

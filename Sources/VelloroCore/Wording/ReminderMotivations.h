@@ -20,8 +20,9 @@ namespace velloro {
 ///     const TaskFrequency thrice{.dayMode = DayMode::numberOfDaysInWeek, .numCompletions = 3};
 ///     const YYYYMMDD friday{2024, 3, 8};
 ///     const ReminderFacts facts{.frequency = thrice,
+///                               .timeZone = berlin,
 ///                               .today = friday,
-///                               .period = thrice.period(friday, DayOfWeek::sunday),
+///                               .period = thrice.period(friday, DayOfWeek::sunday, berlin),
 ///                               .streak = StreakRecord(4, 9)};
 ///     using enum NotificationIndividualReminder;
 ///     motivations(facts).contains(missToBreakWeekProgress);    // true
@@ -31,7 +32,7 @@ struct ReminderFacts {
   TaskFrequency frequency = {};
   bool hasAutomaticType = false;
   DayOfWeek firstDayOfWeek = DayOfWeek::sunday;
-  YYYYMMDD createdDay = {};  ///< On which the task was made.
+  TimeZone timeZone = TimeZone::gmt();  ///< In which days are counted.
   YYYYMMDD today = {};
   DatedPeriod period = {};  ///< Of the reminder.
   /// The run as it is kept (`TaskStanding::streak`), which is not always that of the period.
@@ -40,8 +41,9 @@ struct ReminderFacts {
   /// In the period; for a negative task these count towards a miss.
   std::int64_t partialCompletions = 0;
   std::int64_t expectedPartialCompletions = 1;
-  /// Completed days of the longer period that holds the reminder's day, where days are counted.
-  std::int64_t completions = 0;
+  // Where the completed days of a longer period are counted:
+  YYYYMMDD createdDay = {};      ///< On which the task was made.
+  std::int64_t completions = 0;  ///< In the one that holds the reminder's day.
 
   bool operator==(const ReminderFacts&) const = default;
 };

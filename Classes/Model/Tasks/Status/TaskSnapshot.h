@@ -22,6 +22,9 @@ struct TaskSnapshot {
 
   [[nodiscard]] static TaskSnapshot of(const TaskEntity& task, Date now = Date::now());
 
+  [[nodiscard]] DatedPeriod datedPeriod(YYYYMMDD day) const {
+    return standing.frequency.period(day, standing.firstDayOfWeek, standing.timeZone);
+  }
   /// That holds an instant's logical day.
   [[nodiscard]] TaskFrequencyPeriod period(Date date) const {
     return standing.frequency
