@@ -184,7 +184,7 @@ TEST(DatedPeriod, TellsHowFarItIs) {
   EXPECT_DOUBLE_EQ(progress(20240310), 1);
   auto reversed = DatedPeriod::fromDate(date(20240306), week, DayOfWeek::sunday, {});
   std::swap(reversed.period.startDate, reversed.period.finishDate);
-  EXPECT_DOUBLE_EQ(reversed.periodProgressAtEndOfToday(), 1);
+  EXPECT_DOUBLE_EQ(reversed.periodProgressAtEndOfToday({}), 1);
   EXPECT_TRUE(DatedPeriod::fromDate(date(20240309), week, DayOfWeek::sunday, {}).isLastDay());
   EXPECT_FALSE(DatedPeriod::fromDate(date(20240308), week, DayOfWeek::sunday, {}).isLastDay());
 }

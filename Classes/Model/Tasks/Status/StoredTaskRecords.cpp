@@ -6,6 +6,7 @@
 #include "Tasks/Rows/TaskShareEntity.h"
 #include "Tasks/Rows/TaskShareOwnerEntity.h"
 #include "Tasks/Status/StoredTaskStatus.h"
+#include "VelloroCore/Titles/TaskTitleIcon.h"
 
 #include <algorithm>
 
@@ -30,7 +31,11 @@ std::optional<std::string> shareOwnerDisplayName(const TaskEntity& task) {
   return owner ? owner->displayName() : std::nullopt;
 }
 
-std::optional<std::string> externalUrl(const TaskExtra::ActionButton& button) {
+/// Only a button that was chosen has one.
+std::optional<std::string> externalUrl(const TaskEntity& task) {
+  const auto chosen = task.value(Columns::customReminderType);
+  if (!chosen) return std::nullopt;
+  const TaskExtra::ActionButton& button = chosen->uncheckedActionButton;
   return button.type == TaskExtra::ActionButtonType::externalUrl ? button.url : std::nullopt;
 }
 
@@ -67,24 +72,25 @@ std::optional<NotificationTask> notificationTask(const TaskSnapshot& task,
   const auto id = row.taskUniqueId();
   if (!id) return std::nullopt;
   const CompletionStatus& status = standing.completionStatus;
-  return NotificationTask{.taskId = *id,
-                          .firstDayOfWeek = task.standing.firstDayOfWeek,
-                          .startOfDay = task.standing.startOfDay,
-                          .timeZone = task.standing.timeZone,
-                          .displayTitle = displayTitle(task, status.progress()),
-                          .titleIcon = row.titleIcon(),
-                          .displayOrder = row.taskDisplayOrder(),
-                          .displayRepresentation = snapshotOf(row.displayRepresentation()),
-                          .color = row.taskColor(),
-                          .frequency = task.standing.frequency,
-                          .streak = standing.streak,
-                          .completionStatus = status,
-                          .externalUrl = externalUrl(row.taskExtra().uncheckedActionButton),
-                          .shareStatus = task.shareStatus,
-                          .shareOwnerDisplayRepresentation = shareOwnerDisplayRepresentation(row),
-                          .shareOwnerDisplayName = shareOwnerDisplayName(row),
-                          .shareParticipantsCount = row.shareParticipantCount(),
-                          .userProfileID = row.userProfileID()};
+  return NotificationTask{
+      .taskId = *id,
+      .firstDayOfWeek = task.standing.firstDayOfWeek,
+      .startOfDay = task.standing.startOfDay,
+      .timeZone = task.standing.timeZone,
+      .displayTitle = displayTitle(task, status.progress()),
+      .titleIcon = titleIcon(task.standing.automaticTaskType, task.standing.isNegative),
+      .displayOrder = row.taskDisplayOrder(),
+      .displayRepresentation = snapshotOf(row.displayRepresentation()),
+      .color = row.taskColor(),
+      .frequency = task.standing.frequency,
+      .streak = standing.streak,
+      .completionStatus = status,
+      .externalUrl = externalUrl(row),
+      .shareStatus = task.shareStatus,
+      .shareOwnerDisplayRepresentation = shareOwnerDisplayRepresentation(row),
+      .shareOwnerDisplayName = shareOwnerDisplayName(row),
+      .shareParticipantsCount = row.shareParticipantCount(),
+      .userProfileID = row.userProfileID()};
 }
 
 ComplicationTaskSnapshot complicationTaskSnapshot(const TaskSnapshot& task, Date date) {
