@@ -27,8 +27,8 @@ constexpr const char* rules = R"(<?xml version="1.0"?>
   <dir>/usr/share/python-qtawesome/fonts</dir>
   <dir prefix="xdg">fonts</dir>
   <dir>~/.fonts</dir>
-  <cachedir>/var/cache/fontconfig</cachedir>
   <cachedir prefix="xdg">fontconfig</cachedir>
+  <cachedir>/var/cache/fontconfig</cachedir>
   <include>/usr/share/fontconfig/conf.avail/10-scale-bitmap-fonts.conf</include>
   <selectfont><rejectfont><glob>*/fonts/woff/*</glob></rejectfont></selectfont>
   <selectfont><rejectfont><glob>*/materialdesignicons-webfont/*</glob></rejectfont></selectfont>

@@ -2,9 +2,11 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Files/DefaultsSuite.h"
 #include "Foundation/Files/NSFileManager.h"
 #include "Settings/AppGroup.h"
 #include "Support/TaskStore.h"
+#include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
 
 #include <algorithm>
@@ -27,9 +29,6 @@ using testing::HasSubstr;
 /// A store of its own, seen at instants of March 2024 in Berlin.
 class HostCommands : public testing::Test {
  protected:
-  HostCommands() { std::filesystem::remove_all(folder_); }  // of a run that was killed
-  ~HostCommands() override { std::filesystem::remove_all(folder_); }
-
   [[nodiscard]] ProgramResult at(const std::string& now, const std::string& arguments) const {
     return runProgram(arguments + here(now));
   }
@@ -52,9 +51,10 @@ class HostCommands : public testing::Test {
     return result.output;
   }
   /// Changes the store as another program does.
-  void behindItsBack(const std::function<void(NSManagedObjectContext&)>& work) const {
-    const TaskStore store(NSPersistentStoreDescription::initWithURL(
-        folder_ / "groups" / appGroupIdentifier / "Velloro-CloudKit.sqlite"));
+  void behindItsBack(const std::function<void(NSManagedObjectContext&)>& work,
+                     const char* file = "Velloro-CloudKit.sqlite") const {
+    const TaskStore store(
+        NSPersistentStoreDescription::initWithURL(folder_ / "groups" / appGroupIdentifier / file));
     work(*store.viewContext());
     EXPECT_TRUE(store.viewContext()->save());
   }
@@ -70,9 +70,8 @@ class HostCommands : public testing::Test {
            "' --now 2024-03-" + now + "+01:00";
   }
 
-  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
-                                  (std::string("velloro-host-") +
-                                   testing::UnitTest::GetInstance()->current_test_info()->name());
+  const VirtualEnvironment environment_;
+  const std::filesystem::path folder_ = environment_.directories().temporary / "store";
 };
 
 TEST_F(HostCommands, KeepStreaksFromDayToDay) {
@@ -265,7 +264,7 @@ TEST_F(HostCommands, MakeAReminderThatCanBeShown) {
   answer("04T08:00:00", "task add 'Drink tea' --icon tea --partial 3");
   answer("04T08:00:00", "settings set selectedTheme.0 royalPurple.black");
   answer("04T09:00:00", "log add 'Drink tea'");
-  const auto file = std::filesystem::path(testing::TempDir()) / "velloro-made.json";
+  const auto file = environment_.directories().temporary / "made.json";
   EXPECT_EQ(at("04T10:00:00", "notification make 'Drink tea' > '" + file.string() + "'").exitCode,
             0);
   const auto shown = answer("04T10:00:00", "notification show '" + file.string() + "'");
@@ -274,7 +273,6 @@ TEST_F(HostCommands, MakeAReminderThatCanBeShown) {
               AllOf(HasSubstr("royalPurple"), HasSubstr("black")));
   EXPECT_EQ(*shown["title"].text(), "Drink tea");
   EXPECT_NEAR(*shown["ring"]["progress"].real(), 1.0 / 3, 1e-9);
-  std::filesystem::remove(file);
 }
 
 TEST_F(HostCommands, NameWhatTheyCannotDo) {
@@ -435,6 +433,38 @@ TEST_F(HostCommands, TakeTasksAlongToAnotherStore) {
   const auto back = at("04T08:00:00", "settings set cloudSyncTasksEnabled true");
   EXPECT_THAT(back.errors, HasSubstr("has tasks of its own: 8"));
   EXPECT_EQ(all(), before);
+}
+
+/// After a process was killed that had copied everything, an extension has deleted a task from the
+/// former store, and an import has come to the chosen one.
+TEST_F(HostCommands, CompleteAChoiceOfTheStoreAndKeepWhatAnImportBrought) {
+  const std::string now = "04T08:00:00";
+  for (const char* title : {"Read", "Run"}) answer(now, std::string("task add ") + title);
+  answer(now, "log add Read");
+  EXPECT_EQ(at(now, "settings set cloudSyncTasksEnabled false").exitCode, 0);
+  DefaultsSuite(folder_ / "preferences" / (std::string(appGroupIdentifier) + ".json"))
+      .apply({{"storeSwitch.choosesCloud", false}, {"storeSwitch.began", Date::distantPast()}});
+  const auto named = [](NSManagedObjectContext& context, const char* title) {
+    return context
+        .fetch<TaskEntity>(NSFetchRequest::of<TaskEntity>(TaskAttributes::title == title))
+        ->front();
+  };
+  behindItsBack([&](auto& context) { context.deleteObject(*named(context, "Run")); });
+  behindItsBack(
+      [&](auto& context) {
+        const auto entry = TaskLogEntryEntity::create(context);
+        entry->setStored(TaskLogEntryEntity::entryDate, 20240303);
+        entry->setValue(TaskLogEntryEntity::entryType, TaskLogEntryType::completedManuallyFull);
+        entry->setValue(TaskLogEntryEntity::task, named(context, "Read"));
+        const auto task = TaskEntity::create(context);
+        task->setValue(TaskAttributes::title, "Swim");
+        task->setValue(TaskAttributes::uniqueId, UniqueID::create());
+      },
+      "Velloro-Local.sqlite");
+  answer(now, "task edit Read --title Write");
+  answer(now, "task show Swim");
+  EXPECT_EQ(answer(now, "task list").array()->size(), 2U);
+  EXPECT_EQ(answer(now, "log list Write").array()->size(), 2U);
 }
 
 TEST_F(HostCommands, SwitchTheStoreOnceWhoeverWritesMeanwhile) {

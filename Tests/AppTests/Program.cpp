@@ -1,7 +1,8 @@
 #include "AppTests/Program.h"
 
+#include "Foundation/Process/VirtualEnvironment.h"
+
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -11,11 +12,10 @@
 namespace velloro {
 
 ProgramResult runProgram(const std::string& arguments) {
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  const auto errorFile = std::filesystem::path(testing::TempDir()) /
-                         (std::string("velloro-") + test->test_suite_name() + "-" + test->name());
-  const std::string command =
-      "'" VELLORO_PROGRAM "' " + arguments + " 2>'" + errorFile.string() + "'";
+  const platform::VirtualEnvironment environment;
+  const auto errorFile = environment.directories().temporary / "errors";
+  const std::string command = "LC_ALL=en_US.UTF-8 TZ=UTC '" VELLORO_PROGRAM "' " + arguments +
+                              " 2>'" + errorFile.string() + "'";
   ProgramResult result;
   FILE* pipe = popen(command.c_str(), "r");
   char buffer[4096];
@@ -26,7 +26,6 @@ ProgramResult runProgram(const std::string& arguments) {
   result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   std::ifstream errors(errorFile);
   result.errors.assign(std::istreambuf_iterator<char>(errors), {});
-  std::filesystem::remove(errorFile);
   return result;
 }
 

@@ -1,7 +1,7 @@
 #include "AppTests/Program.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -17,8 +17,6 @@ using testing::HasSubstr;
 
 class SettingsCommand : public testing::Test {
  protected:
-  ~SettingsCommand() override { std::filesystem::remove_all(folder_); }
-
   [[nodiscard]] std::string here(const std::string& arguments) const {
     return "settings " + arguments + " --store '" + folder_.string() + "'";
   }
@@ -29,17 +27,13 @@ class SettingsCommand : public testing::Test {
     return result.output;
   }
 
-  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
-                                  (std::string("velloro-settings-") +
-                                   testing::UnitTest::GetInstance()->current_test_info()->name());
+  const platform::VirtualEnvironment environment_;
+  const std::filesystem::path folder_ = environment_.directories().temporary / "store";
 };
 
 TEST_F(SettingsCommand, SetsReadsAndTakesAway) {
   EXPECT_EQ(told("set cloudSyncTasksEnabled false"), "cloudSyncTasksEnabled  local   false\n");
-  struct Case {
-    std::string set, get, told;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
       {"selectedTheme.2 blue.white", "UITheme_2",
        R"("kind":"StringSetting",)"
        R"("tier":"local","value":"blue.white"})"},

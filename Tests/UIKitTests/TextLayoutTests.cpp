@@ -1,3 +1,4 @@
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "UIKit/TextLayout.h"
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 
 namespace platform {
 namespace {
+
+using enum NSWritingDirection;
 
 constexpr UIFont font{.pointSize = 20};
 constexpr CGColor red{.red = 1};
@@ -76,9 +79,8 @@ TEST(TextLayout, MeasuresAndStandsWhereItSays) {
   const auto [first, last] = std::ranges::minmax(middle, {}, &CGPoint::x);
   EXPECT_NEAR((first.x + last.x) / 2, 100, 1.5);
 
-  EXPECT_GT(
-      TextLayout::make({"Hxx", {.font = UIFont::system(20, UIFont::Weight::black)}})->size().width,
-      width);
+  const UIFont black = UIFont::system(20, UIFont::Weight::black);
+  EXPECT_GT(TextLayout::make({"Hxx", {.font = black}})->size().width, width);
   EXPECT_EQ(TextLayout::make({"Hxx", {.font = {.name = "No Such Font", .pointSize = 20}}})->size(),
             one->size());
   EXPECT_EQ(TextLayout::make({})->size(), CGSize{});
@@ -100,27 +102,27 @@ TEST(TextLayout, WrapsAtAWidth) {
   EXPECT_NEAR(bottom.x, (left.x + right.x) / 2, 2);
 }
 
-/// Before anything is drawn, a user has a font that the machine has by another name.
-const bool hasFontOfTheirOwn = [] {
-  namespace fs = std::filesystem;
+/// Of a user who has a font that the machine has by another name.
+bool findsTheirFont() {
   using namespace std::string_view_literals;
+  const VirtualEnvironment environment;
+  const auto home = environment.directories().temporary;
   std::ifstream file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(file), {}};
   constexpr auto known = "\0D\0e\0j\0a\0V\0u\0 \0S\0a\0n\0s"sv;
   for (std::size_t at = 0; (at = bytes.find(known, at)) != std::string::npos;) bytes[at + 1] = 'Q';
-  const fs::path folder = fs::path(testing::TempDir()) / "velloro-user-data";
-  fs::remove_all(folder);  // what is known of a folder is kept until it changes
-  fs::create_directories(folder / "fonts");
-  std::ofstream(folder / "fonts/own.ttf", std::ios::binary) << bytes;
-  return setenv("XDG_DATA_HOME", folder.c_str(), 1) == 0;
-}();
-
-TEST(TextLayout, FindsTheUsersFonts) {
-  ASSERT_TRUE(hasFontOfTheirOwn);
+  std::filesystem::create_directory(home / "fonts");
+  std::ofstream(home / "fonts/own.ttf", std::ios::binary) << bytes;
+  for (const char* name : {"XDG_DATA_HOME", "XDG_CACHE_HOME"}) setenv(name, home.c_str(), 1);
   const auto sizeIn = [](const char* name) {
     return TextLayout::make({"Hxx", {.font = {.name = name, .pointSize = 20}}})->size();
   };
-  EXPECT_NE(sizeIn("QejaVu Sans"), sizeIn("No Such Font"));
+  return sizeIn("QejaVu Sans") != sizeIn("No Such Font");
+}
+
+TEST(TextLayout, FindsTheUsersFonts) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that has not looked for fonts yet
+  EXPECT_EXIT(std::_Exit(findsTheirFont() ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(TextLayout, IsNotCutByANul) {
@@ -165,17 +167,11 @@ TEST(TextLayout, RunsAndImages) {
 
 /// The image stands behind the text in reading order.
 TEST(TextLayout, Directions) {
-  struct Case {
-    const char* text;
-    NSWritingDirection direction;
-    bool imageIsLeft;
-  };
-  const Case cases[] = {{"abc", NSWritingDirection::natural, false},
-                        {"שתה", NSWritingDirection::natural, true},
-                        {"12", NSWritingDirection::natural, false},
-                        {"abc", NSWritingDirection::rightToLeft, true},
-                        {"שתה", NSWritingDirection::leftToRight, false}};
-  for (const auto& [letters, direction, imageIsLeft] : cases) {
+  for (const auto& [letters, direction, imageIsLeft] : {std::tuple("abc", natural, false),
+                                                        {"שתה", natural, true},
+                                                        {"12", natural, false},
+                                                        {"abc", rightToLeft, true},
+                                                        {"שתה", leftToRight, false}}) {
     SCOPED_TRACE(letters);
     NSAttributedString text(letters, {.font = font, .color = red, .writingDirection = direction});
     text.append(std::make_shared<Square>(10), {.font = font});
@@ -191,11 +187,10 @@ TEST(TextLayout, Directions) {
 }
 
 TEST(TextLayout, ShortLinesStandWhereTheTextBegins) {
-  for (const auto& [text, direction, isAtTheRight] :
-       {std::tuple("wwwww i", NSWritingDirection::rightToLeft, true),
-        {"wwwww i", NSWritingDirection::natural, false},
-        {"שששששש ו", NSWritingDirection::natural, true},
-        {"שששששש ו", NSWritingDirection::leftToRight, false}}) {
+  for (const auto& [text, direction, isAtTheRight] : {std::tuple("wwwww i", rightToLeft, true),
+                                                      {"wwwww i", natural, false},
+                                                      {"שששששש ו", natural, true},
+                                                      {"שששששש ו", leftToRight, false}}) {
     const auto made = TextLayout::make(
         {text, {.font = font, .color = red, .writingDirection = direction}}, {.maximumWidth = 80});
     ASSERT_EQ(made->lineCount(), 2U);
