@@ -296,6 +296,26 @@ TEST(StoreFile, AnotherFileOfTheNameIsOpenedAndTheOldOneForgotten) {
   EXPECT_THAT(findings(library), IsEmpty());
 }
 
+/// With the log of a store in use, and the log's mark, which names the file that was copied.
+TEST(StoreFile, ACopyOfTheFolderIsAStoreOfItsOwn) {
+  VirtualEnvironment environment;
+  Library library;
+  newBook(*library.viewContext(), "Log");
+  expectSaved(*library.viewContext());
+  const std::string folder = libraryPath().parent_path(), copied = folder + "-copy";
+  ASSERT_EQ(std::system(("cp -a '" + folder + "' '" + copied + "'").c_str()), 0);
+  const auto in = NSPersistentStoreDescription::initWithURL;
+  Library copy(in(copied + "/library.sqlite"));
+  newBook(*copy.viewContext(), "There");
+  expectSaved(*copy.viewContext());
+  EXPECT_EQ(titles(*copy.viewContext()), "Log There");
+  EXPECT_EQ(titles(*Library().viewContext()), "Log");
+  // The mark now names the copy, so that a file in its place does without the log.
+  saveBook("Backup", 0, in(copied + "/backup.sqlite"));
+  std::filesystem::rename(copied + "/backup.sqlite", copied + "/library.sqlite");
+  EXPECT_EQ(titles(*Library(in(copied + "/library.sqlite")).viewContext()), "Backup");
+}
+
 TEST(StoreFile, DoesWithoutTheFileOfHints) {
   VirtualEnvironment environment;
   const auto folder = libraryPath().parent_path();

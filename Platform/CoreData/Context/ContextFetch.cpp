@@ -6,6 +6,7 @@
 #include "CoreData/Fetch/FetchPlan.h"
 #include "CoreData/Store/SqliteStore.h"
 #include "CoreData/Store/StoreHistory.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <cassert>
@@ -126,23 +127,20 @@ FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityD
                                                                  const SqlText& sql,
                                                                  bool asFaults) {
   const auto open = store();
-  const auto connection = open->lease(transaction_.get());
-  if (!connection) return std::unexpected(connection.error());
-  auto query = (*connection)->prepare(sql.text);
-  if (!query) return std::unexpected(query.error());
-  bindAll(*query, sql.values);
+  const auto connection = TRY(open->lease(transaction_.get()));
+  auto query = TRY(connection->prepare(sql.text));
+  bindAll(query, sql.values);
   Objects objects;
   RowBlocks blocks(entity.slots().size());
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return objects;
-    auto& object = objects.emplace_back(objectWithID({&entity, query->integer(0)}));
+    const auto row = TRY(query.step());
+    if (!row) return objects;
+    auto& object = objects.emplace_back(objectWithID({&entity, query.integer(0)}));
     if (asFaults || object->state_ != State::saved) continue;
-    const std::int64_t version = query->integer(1);
+    const std::int64_t version = query.integer(1);
     if (!object->isFault_ && object->version_ == version) continue;
     RowValues values = blocks.next();
-    query->readValues(entity, 2, values.get());
+    query.readValues(entity, 2, values.get());
     object->takeValues(version, std::move(values));
   }
 }
@@ -156,31 +154,25 @@ Result<std::size_t> NSManagedObjectContext::count(const NSFetchRequest& request)
 
 Result<std::size_t> NSManagedObjectContext::countObjects(const NSFetchRequest& request) {
   if (store() == nullptr) return notOpen();
-  const auto plan = this->plan(request);
-  if (!plan) return std::unexpected(plan.error());
-  if (mustEvaluate(*plan) || hasPending(plan->entity())) {
-    const auto objects = fetch(request);
-    if (!objects) return std::unexpected(objects.error());
-    return objects->size();
+  const auto plan = TRY(this->plan(request));
+  if (mustEvaluate(plan) || hasPending(plan.entity())) {
+    const auto objects = TRY(fetch(request));
+    return objects.size();
   }
-  const SqlText sql = plan->select("1", request.fetchLimit());
-  const auto connection = store()->lease(transaction_.get());
-  if (!connection) return std::unexpected(connection.error());
-  auto query = (*connection)->prepare("SELECT count(*) FROM (" + sql.text + ")");
-  if (!query) return std::unexpected(query.error());
-  bindAll(*query, sql.values);
-  const auto row = query->step();
-  if (!row) return std::unexpected(row.error());
-  return static_cast<std::size_t>(query->integer(0));
+  const SqlText sql = plan.select("1", request.fetchLimit());
+  const auto connection = TRY(store()->lease(transaction_.get()));
+  auto query = TRY(connection->prepare("SELECT count(*) FROM (" + sql.text + ")"));
+  bindAll(query, sql.values);
+  (void)TRY(query.step());
+  return static_cast<std::size_t>(query.integer(0));
 }
 
 Result<NSPersistentHistoryResult> NSManagedObjectContext::execute(
     const NSPersistentHistoryChangeRequest& request) {
   const auto open = store();
   if (open == nullptr) return notOpen();
-  const auto connection = open->lease(transaction_.get());
-  if (!connection) return std::unexpected(connection.error());
-  auto history = readHistory(**connection, open->model(), request);
+  const auto connection = TRY(open->lease(transaction_.get()));
+  auto history = readHistory(*connection, open->model(), request);
   if (!history) noteFailedRead(history.error());
   return history;
 }

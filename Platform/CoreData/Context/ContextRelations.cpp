@@ -4,6 +4,7 @@
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "CoreData/Fetch/FetchPlan.h"
 #include "CoreData/Store/SqliteStore.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <cassert>
@@ -59,19 +60,15 @@ std::set<NSManagedObjectID> NSManagedObjectContext::linked(
   const auto read = [&]() -> Result<void> {
     const auto open = store();
     if (open == nullptr || object.id_.isTemporaryID()) return {};
-    const auto connection = open->lease(transaction_.get());
-    if (!connection) return std::unexpected(connection.error());
-    auto query = (*connection)
-                     ->prepare(std::string("SELECT ") + (isFirst ? "second" : "first") + " FROM " +
-                               sqlName(relationship.linkTable) + " WHERE " +
-                               (isFirst ? "first" : "second") + " = ?");
-    if (!query) return std::unexpected(query.error());
-    query->bind(1, object.id_.key);
+    const auto connection = TRY(open->lease(transaction_.get()));
+    auto query = TRY(connection->prepare(std::string("SELECT ") + (isFirst ? "second" : "first") +
+                                         " FROM " + sqlName(relationship.linkTable) + " WHERE " +
+                                         (isFirst ? "first" : "second") + " = ?"));
+    query.bind(1, object.id_.key);
     for (;;) {
-      const auto row = query->step();
-      if (!row) return std::unexpected(row.error());
-      if (!*row) return {};
-      result.insert(NSManagedObjectID{relationship.destination, query->integer(0)});
+      const auto row = TRY(query.step());
+      if (!row) return {};
+      result.insert(NSManagedObjectID{relationship.destination, query.integer(0)});
     }
   };
   if (const auto done = read(); !done) {

@@ -5,6 +5,7 @@
 #include "CoreData/Context/SaveOperation.h"
 #include "CoreData/Store/StoreTransaction.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Values/Try.h"
 
 #include <cassert>
 #include <utility>
@@ -14,24 +15,22 @@ namespace platform {
 Result<void> NSManagedObjectContext::save() {
   assert(isOnQueue() && "a context is used off its queue");
   if (!hasChanges() || transaction_ != nullptr) return {};
-  auto transaction = StoreTransaction::begin(store());
-  if (!transaction) return std::unexpected(transaction.error());
-  return commit(*std::move(transaction));
+  auto transaction = TRY(StoreTransaction::begin(store()));
+  return commit(std::move(transaction));
 }
 
 Result<void> NSManagedObjectContext::commit(std::unique_ptr<StoreTransaction> transaction) {
   SqliteStore& open = transaction->store();
   SaveOperation operation(*this, open, transaction->connection());
-  if (auto written = operation.write(); !written) return written;
+  TRY(operation.write());
   const StoreChanges& changes = operation.changes();
   std::int64_t number = 0;
   if (!changes.empty()) {
     const auto appended =
-        appendTransaction(transaction->connection(), changes, transactionAuthor_, name_);
-    if (!appended) return std::unexpected(appended.error());
-    number = *appended;
+        TRY(appendTransaction(transaction->connection(), changes, transactionAuthor_, name_));
+    number = appended;
   }
-  if (auto committed = transaction->commit(); !committed) return committed;
+  TRY(transaction->commit());
   const bool othersHaveSaved =
       number > 0 && std::exchange(open.knownTransaction, number) < number - 1;
   operation.apply();
@@ -45,9 +44,8 @@ Result<void> NSManagedObjectContext::runTransaction(const std::function<Result<v
     attempt(work);
     return transaction_->outcome();
   }
-  auto begun = StoreTransaction::begin(store());
-  if (!begun) return std::unexpected(begun.error());
-  transaction_ = *std::move(begun);
+  auto begun = TRY(StoreTransaction::begin(store()));
+  transaction_ = std::move(begun);
   refreshAll();
   if (!transaction_->hasFailed()) attempt(work);
   auto transaction = std::exchange(transaction_, nullptr);

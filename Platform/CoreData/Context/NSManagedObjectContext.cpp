@@ -3,6 +3,7 @@
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Store/SqliteStore.h"
 #include "CoreData/Store/StoreTransaction.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <cassert>
@@ -128,16 +129,14 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
   const auto open = store();
   if (open == nullptr) return false;
   const auto read = [&]() -> Result<bool> {
-    const auto connection = open->lease(transaction_.get());
-    if (!connection) return std::unexpected(connection.error());
-    auto query = (*connection)->prepare(open->table(object.entity()).selectRow);
-    if (!query) return std::unexpected(query.error());
-    query->bind(1, object.id_.key);
-    const auto row = query->step();
+    const auto connection = TRY(open->lease(transaction_.get()));
+    auto query = TRY(connection->prepare(open->table(object.entity()).selectRow));
+    query.bind(1, object.id_.key);
+    const auto row = query.step();
     if (!row || !*row) return row;
     const auto values = std::make_shared<PropertyValue[]>(object.entity().slots().size());
-    query->readValues(object.entity(), 2, values.get());
-    object.mergeValues(query->integer(1), values);
+    query.readValues(object.entity(), 2, values.get());
+    object.mergeValues(query.integer(1), values);
     return true;
   };
   const auto found = read();

@@ -6,6 +6,7 @@
 #include "CoreData/Store/StoreHistory.h"
 #include "CoreData/Store/StoreWatch.h"
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Values/Try.h"
 
 namespace platform {
 
@@ -24,14 +25,13 @@ Result<void> NSPersistentStoreCoordinator::addPersistentStore(
   if (store() != nullptr) {
     return failure<StoreError>(StoreError::Kind::cannotOpen, "the container has a store already");
   }
-  auto opened = SqliteStore::open(model_, description);
-  if (!opened) return std::unexpected(opened.error());
+  auto opened = TRY(SqliteStore::open(model_, description));
   std::shared_ptr<StoreWatch> watch;
   if (description.type != NSInMemoryStoreType &&
       description.option(NSPersistentStoreRemoteChangeNotificationPostOptionKey)) {
-    watch = beginWatch(**opened);
+    watch = beginWatch(*opened);
   }
-  (*opened)->setOnReplaced([weak = weak_from_this()] {
+  opened->setOnReplaced([weak = weak_from_this()] {
     const auto self = weak.lock();
     if (self == nullptr) return;
     self->queue_.async([weak] {
@@ -39,7 +39,7 @@ Result<void> NSPersistentStoreCoordinator::addPersistentStore(
     });
   });
   const std::scoped_lock lock(mutex_);
-  store_ = std::move(*opened);
+  store_ = std::move(opened);
   watch_ = std::move(watch);
   return {};
 }
@@ -86,9 +86,8 @@ std::shared_ptr<SqliteStore> NSPersistentStoreCoordinator::store() const {
 Result<std::vector<std::string>> NSPersistentStoreCoordinator::check() const {
   const auto open = store();
   if (open == nullptr) return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
-  const auto connection = open->lease();
-  if (!connection) return std::unexpected(connection.error());
-  return checkStore(**connection, model_);
+  const auto connection = TRY(open->lease());
+  return checkStore(*connection, model_);
 }
 
 bool NSPersistentStoreCoordinator::hasBeenWritten() const {

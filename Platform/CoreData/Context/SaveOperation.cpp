@@ -1,5 +1,7 @@
 #include "CoreData/Context/SaveOperation.h"
 
+#include "Foundation/Values/Try.h"
+
 #include <algorithm>
 
 namespace platform {
@@ -10,7 +12,7 @@ Result<void> SaveOperation::write() {
   for (const Step step :
        {&SaveOperation::deleteRows, &SaveOperation::settleOrphans, &SaveOperation::insertRows,
         &SaveOperation::updateRows, &SaveOperation::writeLinks}) {
-    if (auto done = (this->*step)(); !done) return done;
+    TRY((this->*step)());
   }
   // What was changed and then went with its owner is deleted, and nothing else.
   std::erase_if(changes_.updated, [this](NSManagedObjectID id) {
@@ -24,7 +26,7 @@ Result<void> SaveOperation::deleteRows() {
     const NSManagedObjectID id = toDelete_.back();
     toDelete_.pop_back();
     if (!gone_.insert(id).second) continue;
-    if (auto done = deleteRow(id); !done) return done;
+    TRY(deleteRow(id));
   }
   return {};
 }
@@ -32,9 +34,9 @@ Result<void> SaveOperation::deleteRows() {
 Result<void> SaveOperation::deleteRow(NSManagedObjectID id) {
   for (const NSRelationshipDescription& relationship : id.entity->relationships()) {
     if (relationship.storage == Storage::own) continue;
-    if (auto done = releaseMembers(id, relationship); !done) return done;
+    TRY(releaseMembers(id, relationship));
   }
-  if (auto done = connection_.run(store_.table(*id.entity).deleteRow, id.key); !done) return done;
+  TRY(connection_.run(store_.table(*id.entity).deleteRow, id.key));
   if (connection_.changes() > 0) changes_.deleted.insert(id);
   hasRow_[id] = false;
   return {};
@@ -51,11 +53,11 @@ Result<void> SaveOperation::releaseMembers(NSManagedObjectID id,
                                 " = ?";
   const std::string table = sqlName(areLinks ? relationship.linkTable : destination.name());
   const char* column = !areLinks ? "pk" : relationship.isFirstInLinks ? "second" : "first";
-  const auto members = keys(std::string("SELECT ") + column + " FROM " + table + condition, id.key);
-  if (!members) return std::unexpected(members.error());
-  if (members->empty()) return {};
+  const auto members =
+      TRY(keys(std::string("SELECT ") + column + " FROM " + table + condition, id.key));
+  if (members.empty()) return {};
   const bool owns = relationship.deleteRule == NSDeleteRule::cascade;
-  for (const std::int64_t key : *members) {
+  for (const std::int64_t key : members) {
     if (owns) {
       toDelete_.push_back(NSManagedObjectID{&destination, key});
     } else {
@@ -71,23 +73,20 @@ Result<void> SaveOperation::releaseMembers(NSManagedObjectID id,
 }
 
 Result<SaveOperation::Keys> SaveOperation::keys(const std::string& sql, std::int64_t key) {
-  auto query = connection_.prepare(sql);
-  if (!query) return std::unexpected(query.error());
-  query->bind(1, key);
+  auto query = TRY(connection_.prepare(sql));
+  query.bind(1, key);
   Keys result;
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return result;
-    result.push_back(query->integer(0));
+    const auto row = TRY(query.step());
+    if (!row) return result;
+    result.push_back(query.integer(0));
   }
 }
 
 Result<bool> SaveOperation::hasRow(NSManagedObjectID id) {
   if (const auto known = hasRow_.find(id); known != hasRow_.end()) return known->second;
-  const auto version = connection_.integer(store_.table(*id.entity).rowVersion, id.key);
-  if (!version) return std::unexpected(version.error());
-  return hasRow_[id] = version->has_value();
+  const auto version = TRY(connection_.integer(store_.table(*id.entity).rowVersion, id.key));
+  return hasRow_[id] = version.has_value();
 }
 
 /// Again and again, for what goes may own what stays so far.
@@ -97,12 +96,11 @@ Result<void> SaveOperation::settleOrphans() {
     for (const auto* pending : {&context_.inserted_, &context_.updated_}) {
       for (const auto& [id, object] : *pending) {
         if (gone_.contains(id) || dropped_.contains(id)) continue;
-        const auto wentToo = settleOrphan(*object);
-        if (!wentToo) return std::unexpected(wentToo.error());
-        again = again || *wentToo;
+        const auto wentToo = TRY(settleOrphan(*object));
+        again = again || wentToo;
       }
     }
-    if (auto done = deleteRows(); !done) return done;
+    TRY(deleteRows());
   }
   return {};
 }
@@ -147,9 +145,8 @@ Result<void> SaveOperation::reserveKeys() {
   for (const auto& [id, object] : context_.inserted_) counts[id.entity] += !dropped_.contains(id);
   std::map<const NSEntityDescription*, std::int64_t> next;
   for (const auto& [entity, count] : counts) {
-    const auto last = connection_.integer(store_.table(*entity).reserveKeys, count);
-    if (!last) return std::unexpected(last.error());
-    next[entity] = last->value_or(0) - count;
+    const auto last = TRY(connection_.integer(store_.table(*entity).reserveKeys, count));
+    next[entity] = last.value_or(0) - count;
   }
   for (const auto& [id, object] : context_.inserted_) {
     if (!dropped_.contains(id)) permanent_[id] = {id.entity, ++next[id.entity]};
@@ -159,23 +156,22 @@ Result<void> SaveOperation::reserveKeys() {
 
 Result<void> SaveOperation::insertRows() {
   if (context_.inserted_.empty()) return {};
-  if (auto reserved = reserveKeys(); !reserved) return reserved;
+  TRY(reserveKeys());
   std::optional<SqliteStatement> insert;
   const NSEntityDescription* entity = nullptr;
   for (const auto& [id, object] : context_.inserted_) {
     if (dropped_.contains(id)) continue;
     if (std::exchange(entity, id.entity) != id.entity) {
       insert.reset();
-      auto prepared = connection_.prepare(store_.table(*entity).insertRow);
-      if (!prepared) return std::unexpected(prepared.error());
-      insert.emplace(std::move(*prepared));
+      auto prepared = TRY(connection_.prepare(store_.table(*entity).insertRow));
+      insert.emplace(std::move(prepared));
     }
     const NSManagedObjectID saved = permanent(id);
     insert->bind(1, saved.key);
     for (std::size_t slot = 0; slot < entity->slots().size(); ++slot) {
       bind(*insert, static_cast<int>(slot) + 2, *object, slot);
     }
-    if (auto done = insert->run(); !done) return done;
+    TRY(insert->run());
     changes_.inserted.insert(changes_.inserted.end(), saved);
   }
   return {};
@@ -199,7 +195,7 @@ NSManagedObjectID SaveOperation::permanent(NSManagedObjectID id) const {
 Result<void> SaveOperation::updateRows() {
   for (const auto& [id, object] : context_.updated_) {
     if (gone_.contains(id)) continue;
-    if (auto done = updateRow(*object); !done) return done;
+    TRY(updateRow(*object));
   }
   return {};
 }
@@ -211,34 +207,30 @@ Result<void> SaveOperation::updateRow(NSManagedObject& object) {
     sql += sqlName(object.entity().slots()[change.slot].name) + " = ?, ";
   }
   sql += "version = version + 1 WHERE pk = ? RETURNING version";
-  auto update = connection_.prepare(sql);
-  if (!update) return std::unexpected(update.error());
+  auto update = TRY(connection_.prepare(sql));
   int parameter = 0;
-  for (const auto& change : object.changes_) bind(*update, ++parameter, object, change.slot);
-  update->bind(++parameter, object.id_.key);
-  const auto row = update->step();
-  if (!row) return std::unexpected(row.error());
-  if (!*row) {
+  for (const auto& change : object.changes_) bind(update, ++parameter, object, change.slot);
+  update.bind(++parameter, object.id_.key);
+  const auto row = TRY(update.step());
+  if (!row) {
     gone_.insert(object.id_);
     return {};
   }
-  const bool othersChangedIt = update->integer(0) != object.version_ + ownWrites_[object.id_] + 1;
+  const bool othersChangedIt = update.integer(0) != object.version_ + ownWrites_[object.id_] + 1;
   if (othersChangedIt && context_.mergePolicy_ == NSMergePolicy::error) {
     return failure<StoreError>(StoreError::Kind::conflict,
                                "another has saved the same " + object.entity().name());
   }
-  versions_[object.id_] = othersChangedIt ? 0 : update->integer(0);
+  versions_[object.id_] = othersChangedIt ? 0 : update.integer(0);
   changes_.updated.insert(object.id_);
-  return update->run();
+  return update.run();
 }
 
 Result<void> SaveOperation::writeLinks() {
   for (const auto& [link, isThere] : context_.links_) {
-    const auto firstGone = hasGone(link.first);
-    if (!firstGone) return std::unexpected(firstGone.error());
-    const auto secondGone = hasGone(link.second);
-    if (!secondGone) return std::unexpected(secondGone.error());
-    if (*firstGone || *secondGone) continue;
+    const auto firstGone = TRY(hasGone(link.first));
+    const auto secondGone = TRY(hasGone(link.second));
+    if (firstGone || secondGone) continue;
     const NSManagedObjectID first = permanent(link.first);
     const NSManagedObjectID second = permanent(link.second);
     const std::string table = sqlName(link.relationship->linkTable);

@@ -3,6 +3,7 @@
 #include "CoreData/Context/NSManagedObject.h"
 #include "CoreData/Fetch/SqlWriter.h"
 #include "CoreData/Store/StoreError.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <numeric>
@@ -82,14 +83,12 @@ Result<FetchPlan> FetchPlan::make(const NSFetchRequest& request,
   plan.entity_ = &entity;
   plan.source_ = request.predicate();
   if (plan.source_) {
-    auto bound = plan.bind(*plan.source_);
-    if (!bound) return std::unexpected(bound.error());
-    plan.predicate_ = std::move(*bound);
+    auto bound = TRY(plan.bind(*plan.source_));
+    plan.predicate_ = std::move(bound);
   }
   for (const NSSortDescriptor& descriptor : request.sortDescriptors()) {
-    auto path = plan.bind(descriptor.key);
-    if (!path) return std::unexpected(path.error());
-    plan.sortPaths_.push_back({std::move(*path), descriptor.ascending});
+    auto path = TRY(plan.bind(descriptor.key));
+    plan.sortPaths_.push_back({std::move(path), descriptor.ascending});
   }
   return plan;
 }

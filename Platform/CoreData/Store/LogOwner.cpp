@@ -49,8 +49,9 @@ void dropForeignLog(const std::filesystem::path& store) {
   // Somebody else may have done so since, and have begun the log of the new file.
   const auto alone = FileLock::exclusiveOfFolder(store.parent_path());
   if (!hasForeignLog(store)) return;
+  // The log last: who finds none any more goes on without this lock, and would share the index.
   std::error_code ignored;
-  for (const char* suffix : {"-wal", "-shm"}) {
+  for (const char* suffix : {"-shm", "-wal"}) {
     std::filesystem::remove(store.string() + suffix, ignored);
   }
 }

@@ -1,7 +1,9 @@
 #include "CoreData/Store/Sqlite.h"
 
 #include "CoreData/Store/SqliteAtRest.h"
+#include "Foundation/Files/FileLock.h"
 #include "Foundation/Files/NSFileHandle.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -229,9 +231,7 @@ SqliteConnection::Opened SqliteConnection::openFile(const SqliteLocation& from,
   connection->patience_.timeout = from.busyTimeout;
   sqlite3_busy_handler(handle, waitForOthers, &connection->patience_);
   // Sorting needs no room on a disk.
-  if (auto set = connection->run("PRAGMA temp_store=MEMORY"); !set) {
-    return std::unexpected(set.error());
-  }
+  TRY(connection->run("PRAGMA temp_store=MEMORY"));
   return connection;
 }
 
@@ -245,29 +245,27 @@ SqliteConnection::Opened SqliteConnection::openToWrite(const SqliteLocation& fro
                writes ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READONLY);
   if (!connection || !writes) return connection;
   if (!from.path.empty()) {
-    if (auto done = (*connection)->useWriteAheadLog(); !done) return std::unexpected(done.error());
+    TRY((*connection)->useWriteAheadLog());
   }
   // A commit has reached the disk when it returns.
-  if (auto set = (*connection)->run("PRAGMA synchronous=FULL"); !set) {
-    return std::unexpected(set.error());
-  }
+  TRY((*connection)->run("PRAGMA synchronous=FULL"));
   return connection;
 }
 
 /// Readers and the one writer never wait for each other then. A file that is new gets its
 /// application's number first: from the beginning it stands in the file itself.
 Result<void> SqliteConnection::useWriteAheadLog() {
-  const auto mode = text("PRAGMA journal_mode");
-  if (!mode) return std::unexpected(mode.error());
-  if (*mode == "wal") return {};
-  const std::string mark = "PRAGMA application_id=" + std::to_string(storeApplicationID);
-  if (auto marked = run(mark); !marked) return marked;
-  const auto set = text("PRAGMA journal_mode=WAL");
-  if (!set) return std::unexpected(set.error());
-  if (*set == "wal") return {};
+  if (TRY(text("PRAGMA journal_mode")) == "wal") return {};
+  // Of several processes that make the file at once, SQLite would refuse all but one.
+  const auto alone = FileLock::exclusiveOfFolder(path_.parent_path());
+  if (TRY(integer("PRAGMA application_id")) != storeApplicationID) {
+    TRY(run("PRAGMA application_id=" + std::to_string(storeApplicationID)));
+  }
+  const std::string set = TRY(text("PRAGMA journal_mode=WAL"));
+  if (set == "wal") return {};
   return failure<StoreError>(
       StoreError::Kind::cannotOpen,
-      "\"" + path_.string() + "\": there can be no write-ahead log, only \"" + *set + "\"");
+      "\"" + path_.string() + "\": there can be no write-ahead log, only \"" + set + "\"");
 }
 
 SqliteConnection::Opened SqliteConnection::openAtRest(const SqliteLocation& from) {
@@ -276,9 +274,7 @@ SqliteConnection::Opened SqliteConnection::openAtRest(const SqliteLocation& from
   if (!connection) return connection;
   (*connection)->abandon();
   // The index of the log lies in memory then, and not in a file "-shm".
-  if (auto set = (*connection)->run("PRAGMA locking_mode=EXCLUSIVE"); !set) {
-    return std::unexpected(set.error());
-  }
+  TRY((*connection)->run("PRAGMA locking_mode=EXCLUSIVE"));
   (*connection)->writeError_ = std::make_shared<StoreError>(
       StoreError::Kind::readOnly, "\"" + from.path.string() + "\" is open for reading only");
   return connection;
@@ -289,11 +285,9 @@ void SqliteConnection::abandon() {
 }
 
 Result<std::string> SqliteConnection::text(std::string_view sql) {
-  auto statement = prepare(sql);
-  if (!statement) return std::unexpected(statement.error());
-  const auto row = statement->step();
-  if (!row) return std::unexpected(row.error());
-  return std::string(statement->text(0));
+  auto statement = TRY(prepare(sql));
+  (void)TRY(statement.step());
+  return std::string(statement.text(0));
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -338,9 +332,7 @@ std::int64_t SqliteConnection::changes() const {
 
 Result<SqliteTransaction> SqliteTransaction::begin(SqliteConnection& connection) {
   if (connection.writeError() != nullptr) return std::unexpected(connection.writeError());
-  if (auto begun = connection.run("BEGIN IMMEDIATE"); !begun) {
-    return std::unexpected(begun.error());
-  }
+  TRY(connection.run("BEGIN IMMEDIATE"));
   return SqliteTransaction(connection);
 }
 

@@ -4,6 +4,7 @@
 #include "CoreData/Store/StoreHistory.h"
 #include "CoreData/Store/StoreTransaction.h"
 #include "Foundation/Files/FileLock.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 
@@ -67,12 +68,10 @@ Result<std::shared_ptr<SqliteStore>> SqliteStore::open(
   const bool mayComplete = description.shouldMigrateStoreAutomatically &&
                            description.shouldInferMappingModelAutomatically;
   std::shared_ptr<SqliteStore> store(new SqliteStore(model, std::move(location), mayComplete));
-  auto connection = store->openFile();
-  if (!connection) return std::unexpected(connection.error());
-  const auto newest = newestTransaction(**connection);
-  if (!newest) return std::unexpected(newest.error());
-  store->knownTransaction = *newest;
-  store->giveBack(std::move(*connection));
+  auto connection = TRY(store->openFile());
+  const auto newest = TRY(newestTransaction(*connection));
+  store->knownTransaction = newest;
+  store->giveBack(std::move(connection));
   return store;
 }
 
@@ -88,14 +87,12 @@ SqliteStore::Files SqliteStore::look() const {
 Result<std::unique_ptr<SqliteConnection>> SqliteStore::openFile() {
   const bool isWritten = location_.access == StoreAccess::readWrite && !location_.path.empty();
   if (isWritten) dropForeignLog(location_.path);
-  if (auto known = recognizeFile(location_); !known) return std::unexpected(known.error());
+  TRY(recognizeFile(location_));
   if (location_.access == StoreAccess::atRest) opened_ = look();
   auto connection = connect(file_);
   if (!connection) return connection;
   if (location_.access == StoreAccess::readWrite) {
-    if (auto complete = completeSchema(**connection, model_, mayComplete_); !complete) {
-      return std::unexpected(complete.error());
-    }
+    TRY(completeSchema(**connection, model_, mayComplete_));
   }
   if (isWritten) markLog(location_.path);
   if (location_.access != StoreAccess::atRest) opened_ = look();
@@ -107,9 +104,7 @@ Result<std::unique_ptr<SqliteConnection>> SqliteStore::connect(int file) const {
   if (!connection) return connection;
   (*connection)->file = file;
   if (location_.access == StoreAccess::readWrite) return connection;
-  if (auto whole = completeForReading(**connection, model_); !whole) {
-    return std::unexpected(whole.error());
-  }
+  TRY(completeForReading(**connection, model_));
   return connection;
 }
 
@@ -123,7 +118,7 @@ Result<SqliteStore::Lease> SqliteStore::lease(const StoreTransaction* within) {
   }
   if (isInMemory) returned_.wait(lock, [this] { return !idle_.empty(); });
   if (!isInMemory) {
-    if (auto done = followReplacement(); !done) return std::unexpected(done.error());
+    TRY(followReplacement());
   }
   const int file = file_;
   if (!idle_.empty()) {
@@ -132,9 +127,8 @@ Result<SqliteStore::Lease> SqliteStore::lease(const StoreTransaction* within) {
     return Lease(connection.release(), Return(this));
   }
   lock.unlock();
-  auto connection = connect(file);
-  if (!connection) return std::unexpected(connection.error());
-  return Lease(connection->release(), Return(this));
+  auto connection = TRY(connect(file));
+  return Lease(connection.release(), Return(this));
 }
 
 /// Opens the file that has the name now, where that is another one.
@@ -146,9 +140,8 @@ Result<void> SqliteStore::followReplacement() {
                                "\"" + location_.path.string() + "\" is there no longer");
   }
   dropOldFile();
-  auto connection = openFile();
-  if (!connection) return std::unexpected(connection.error());
-  idle_.push_back(std::move(*connection));
+  auto connection = TRY(openFile());
+  idle_.push_back(std::move(connection));
   if (onReplaced_) onReplaced_();
   return {};
 }
@@ -157,13 +150,14 @@ Result<void> SqliteStore::followReplacement() {
 /// one's.
 void SqliteStore::dropOldFile() {
   for (const auto& connection : idle_) connection->abandon();
-  idle_.clear();
+  // Closed only at the end: until then, no new file can get the number of an old one.
+  const auto closing = std::exchange(idle_, {});
   ++file_;
   // Whoever follows the same replacement in another process must not take the log that this one
   // begins for the old one.
   const auto alone = FileLock::exclusiveOfFolder(location_.path.parent_path());
   const Files now = look();
-  for (std::size_t i = 1; i < suffixes.size(); ++i) {
+  for (std::size_t i = suffixes.size() - 1; i > 0; --i) {  // the log last, as in `dropForeignLog`
     if (!now[i] || !opened_[i] || !now[i]->isSameFile(*opened_[i])) continue;
     std::error_code ignored;
     std::filesystem::remove(location_.path.string() + suffixes[i], ignored);

@@ -1,6 +1,7 @@
 #include "CoreData/Store/StoreCheck.h"
 
 #include "CoreData/Store/StoreHistory.h"
+#include "Foundation/Values/Try.h"
 
 namespace platform {
 namespace {
@@ -8,31 +9,27 @@ namespace {
 /// Adds a finding for each row of a query: its first column, behind `what`.
 Result<void> addRows(SqliteConnection& connection, const std::string& sql, const std::string& what,
                      std::vector<std::string>& findings) {
-  auto query = connection.prepare(sql);
-  if (!query) return std::unexpected(query.error());
+  auto query = TRY(connection.prepare(sql));
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return {};
-    findings.push_back(what + std::string(query->text(0)));
+    const auto row = TRY(query.step());
+    if (!row) return {};
+    findings.push_back(what + std::string(query.text(0)));
   }
 }
 
 Result<void> addUnreadableChanges(SqliteConnection& connection,
                                   std::vector<std::string>& findings) {
   constexpr std::size_t mostTold = 100;
-  auto query = connection.prepare(
+  auto query = TRY(connection.prepare(
       "SELECT history, entity, keys, lastKey FROM _change LEFT JOIN _entity ON name = entity "
-      "ORDER BY history, entity, kind");
-  if (!query) return std::unexpected(query.error());
+      "ORDER BY history, entity, kind"));
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return {};
-    const std::string_view keys = query->text(2);
-    if (keysOf(keys, query->integer(3))) continue;
-    findings.push_back("history can't be read: " + std::string(query->text(0)) + " " +
-                       std::string(query->text(1)) + " " + std::string(keys.substr(0, mostTold)));
+    const auto row = TRY(query.step());
+    if (!row) return {};
+    const std::string_view keys = query.text(2);
+    if (keysOf(keys, query.integer(3))) continue;
+    findings.push_back("history can't be read: " + std::string(query.text(0)) + " " +
+                       std::string(query.text(1)) + " " + std::string(keys.substr(0, mostTold)));
   }
 }
 

@@ -3,6 +3,7 @@
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "CoreData/Fetch/FetchPlan.h"
 #include "CoreData/Store/StoreSchema.h"
+#include "Foundation/Values/Try.h"
 
 #include <algorithm>
 #include <charconv>
@@ -55,26 +56,23 @@ Result<void> appendChanges(SqliteConnection& connection, std::int64_t number, Ch
 
 /// A later one than any before, by as little as a number can be, where the clock doesn't give it.
 Result<double> nextTimestamp(SqliteConnection& connection) {
-  auto query = connection.prepare("SELECT max(timestamp) FROM _history");
-  if (!query) return std::unexpected(query.error());
-  const auto row = query->step();
-  if (!row) return std::unexpected(row.error());
+  auto query = TRY(connection.prepare("SELECT max(timestamp) FROM _history"));
+  (void)TRY(query.step());
   const double now = Date::now().timeIntervalSinceReferenceDate();
-  if (query->isNull(0)) return now;
-  return std::max(now, std::nextafter(query->real(0), std::numeric_limits<double>::infinity()));
+  if (query.isNull(0)) return now;
+  return std::max(now, std::nextafter(query.real(0), std::numeric_limits<double>::infinity()));
 }
 
 /// Where somebody has put rows out of order, those in front of a newer one go, and no others.
 Result<void> dropOldTransactions(SqliteConnection& connection) {
   const double limit = Date::now().timeIntervalSinceReferenceDate() - historyAge;
-  const auto last = connection.integer(
+  const auto last = TRY(connection.integer(
       "SELECT max(pk) FROM (SELECT pk, timestamp FROM _history ORDER BY pk LIMIT 32) "
       "WHERE timestamp < ?",
-      limit);
-  if (!last) return std::unexpected(last.error());
-  if (!*last) return {};
-  auto done = connection.run("DELETE FROM _change WHERE history <= ?", **last);
-  if (done) done = connection.run("DELETE FROM _history WHERE pk <= ?", **last);
+      limit));
+  if (!last) return {};
+  auto done = connection.run("DELETE FROM _change WHERE history <= ?", *last);
+  if (done) done = connection.run("DELETE FROM _history WHERE pk <= ?", *last);
   return done;
 }
 
@@ -90,24 +88,22 @@ ErrorPtr damageOf(const SqliteConnection& connection,
 
 Result<void> readChanges(SqliteConnection& connection, const NSManagedObjectModel& model,
                          NSPersistentHistoryTransaction& transaction, ErrorPtr& damage) {
-  auto query = connection.prepare(
+  auto query = TRY(connection.prepare(
       "SELECT entity, kind, keys, lastKey FROM _change LEFT JOIN _entity ON name = entity "
-      "WHERE history = ? ORDER BY entity, kind");
-  if (!query) return std::unexpected(query.error());
-  query->bind(1, transaction.transactionNumber);
+      "WHERE history = ? ORDER BY entity, kind"));
+  query.bind(1, transaction.transactionNumber);
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return {};
-    const NSEntityDescription* entity = model.entity(query->text(0));
-    const auto kind = fromRawValue<ChangeKind>(query->text(1));
+    const auto row = TRY(query.step());
+    if (!row) return {};
+    const NSEntityDescription* entity = model.entity(query.text(0));
+    const auto kind = fromRawValue<ChangeKind>(query.text(1));
     if (entity == nullptr || !kind) continue;  // a newer program's
     auto& list = *kind == ChangeKind::inserted  ? transaction.inserted
                  : *kind == ChangeKind::updated ? transaction.updated
                                                 : transaction.deleted;
-    const auto keys = keysOf(query->text(2), query->integer(3));
+    const auto keys = keysOf(query.text(2), query.integer(3));
     if (!keys) {
-      if (damage == nullptr) damage = damageOf(connection, transaction, *entity, query->text(2));
+      if (damage == nullptr) damage = damageOf(connection, transaction, *entity, query.text(2));
       continue;
     }
     for (const std::int64_t key : *keys) list.push_back({entity, key});
@@ -116,11 +112,10 @@ Result<void> readChanges(SqliteConnection& connection, const NSManagedObjectMode
 
 /// Asked after the transactions were read, so that none is dropped unnoticed in between.
 Result<bool> isKeptSince(SqliteConnection& connection, Date date) {
-  auto query = connection.prepare("SELECT pk, timestamp FROM _history ORDER BY pk LIMIT 1");
-  if (!query) return std::unexpected(query.error());
-  const auto row = query->step();
+  auto query = TRY(connection.prepare("SELECT pk, timestamp FROM _history ORDER BY pk LIMIT 1"));
+  const auto row = query.step();
   if (!row) return row;
-  return !*row || query->integer(0) <= 1 || date.timeIntervalSinceReferenceDate() >= query->real(1);
+  return !*row || query.integer(0) <= 1 || date.timeIntervalSinceReferenceDate() >= query.real(1);
 }
 
 std::optional<std::int64_t> wholeNumber(std::string_view text) {
@@ -154,24 +149,22 @@ Notification StoreChanges::notification() const {
 }
 
 Result<std::int64_t> newestTransaction(SqliteConnection& connection) {
-  const auto newest = connection.integer("SELECT max(pk) FROM _history");
-  if (!newest) return std::unexpected(newest.error());
-  return newest->value_or(0);
+  const auto newest = TRY(connection.integer("SELECT max(pk) FROM _history"));
+  return newest.value_or(0);
 }
 
 Result<std::int64_t> appendTransaction(SqliteConnection& connection, const StoreChanges& changes,
                                        const std::string& author, const std::string& contextName) {
-  if (auto marked = markStore(connection); !marked) return std::unexpected(marked.error());
+  TRY(markStore(connection));
   const auto newest = newestTransaction(connection);
   if (!newest) return newest;
   const std::int64_t number = *newest + 1;
-  const auto timestamp = nextTimestamp(connection);
-  if (!timestamp) return std::unexpected(timestamp.error());
+  const auto timestamp = TRY(nextTimestamp(connection));
   const PropertyValue authorValue = textOrNull(author);
   const PropertyValue nameValue = textOrNull(contextName);
   auto done = connection.run(
       "INSERT INTO _history (pk, timestamp, author, contextName) VALUES (?, ?, ?, ?)", number,
-      *timestamp, authorValue, nameValue);
+      timestamp, authorValue, nameValue);
   if (done) done = appendChanges(connection, number, ChangeKind::inserted, changes.inserted);
   if (done) done = appendChanges(connection, number, ChangeKind::updated, changes.updated);
   if (done) done = appendChanges(connection, number, ChangeKind::deleted, changes.deleted);
@@ -190,32 +183,26 @@ Result<NSPersistentHistoryResult> readHistory(SqliteConnection& connection,
   }
   whole.setPredicate(NSCompoundPredicate::andPredicateWithSubpredicates(std::move(parts)));
   whole.setSortDescriptors({TransactionAttributes::timestamp.ascending()});
-  const auto plan = FetchPlan::make(whole, transactionEntity());
-  if (!plan) return std::unexpected(plan.error());
+  const auto plan = TRY(FetchPlan::make(whole, transactionEntity()));
   const std::size_t limit = request.fetchRequest ? request.fetchRequest->fetchLimit() : 0;
-  const SqlText sql = plan->select("pk, timestamp, author, contextName", limit);
-  auto query = connection.prepare(sql.text);
-  if (!query) return std::unexpected(query.error());
+  const SqlText sql = plan.select("pk, timestamp, author, contextName", limit);
+  auto query = TRY(connection.prepare(sql.text));
   for (std::size_t i = 0; i < sql.values.size(); ++i) {
-    query->bind(static_cast<int>(i) + 1, sql.values[i]);
+    query.bind(static_cast<int>(i) + 1, sql.values[i]);
   }
   NSPersistentHistoryResult result;
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) break;
+    const auto row = TRY(query.step());
+    if (!row) break;
     auto& transaction = result.transactions.emplace_back(
-        NSPersistentHistoryTransaction{.transactionNumber = query->integer(0),
-                                       .timestamp = Date::sinceReferenceDate(query->real(1)),
-                                       .author = textOrNone(*query, 2),
-                                       .contextName = textOrNone(*query, 3)});
-    if (auto read = readChanges(connection, model, transaction, result.damage); !read) {
-      return std::unexpected(read.error());
-    }
+        NSPersistentHistoryTransaction{.transactionNumber = query.integer(0),
+                                       .timestamp = Date::sinceReferenceDate(query.real(1)),
+                                       .author = textOrNone(query, 2),
+                                       .contextName = textOrNone(query, 3)});
+    TRY(readChanges(connection, model, transaction, result.damage));
   }
-  const auto isKept = isKeptSince(connection, request.after);
-  if (!isKept) return std::unexpected(isKept.error());
-  result.isComplete = *isKept && result.damage == nullptr;
+  const auto isKept = TRY(isKeptSince(connection, request.after));
+  result.isComplete = isKept && result.damage == nullptr;
   return result;
 }
 

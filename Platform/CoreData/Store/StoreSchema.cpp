@@ -2,6 +2,7 @@
 
 #include "Foundation/Text/String.h"
 #include "Foundation/Values/Hasher.h"
+#include "Foundation/Values/Try.h"
 
 #include <set>
 
@@ -137,15 +138,13 @@ std::int64_t fingerprint(const NSManagedObjectModel& model) {
 }
 
 Result<std::set<std::string>> columnsOf(SqliteConnection& connection, const std::string& table) {
-  auto query = connection.prepare("SELECT name FROM pragma_table_info(?)");
-  if (!query) return std::unexpected(query.error());
-  query->bind(1, std::string_view(table));
+  auto query = TRY(connection.prepare("SELECT name FROM pragma_table_info(?)"));
+  query.bind(1, std::string_view(table));
   std::set<std::string> names;
   for (;;) {
-    const auto row = query->step();
-    if (!row) return std::unexpected(row.error());
-    if (!*row) return names;
-    names.emplace(query->text(0));
+    const auto row = TRY(query.step());
+    if (!row) return names;
+    names.emplace(query.text(0));
   }
 }
 
@@ -174,29 +173,26 @@ Result<void> showLinks(SqliteConnection& connection,
 }
 
 Result<void> completeTable(SqliteConnection& connection, const NSEntityDescription& entity) {
-  const auto present = columnsOf(connection, entity.name());
-  if (!present) return std::unexpected(present.error());
-  if (present->empty()) return connection.run(tableDefinition(entity));
+  const auto present = TRY(columnsOf(connection, entity.name()));
+  if (present.empty()) return connection.run(tableDefinition(entity));
   for (const Slot& slot : entity.slots()) {
-    if (present->contains(slot.name)) continue;
+    if (present.contains(slot.name)) continue;
     const std::string add = " ADD COLUMN " + definition(slot);
-    if (auto added = connection.run("ALTER TABLE " + sqlName(entity.name()) + add); !added) {
-      return added;
-    }
+    TRY(connection.run("ALTER TABLE " + sqlName(entity.name()) + add));
   }
   return {};
 }
 
 Result<void> complete(SqliteConnection& connection, const NSManagedObjectModel& model) {
   for (const NSEntityDescription* entity : model.entities()) {
-    if (auto done = completeTable(connection, *entity); !done) return done;
+    TRY(completeTable(connection, *entity));
   }
   for (const NSEntityDescription* entity : model.entities()) {
     for (const std::string& sql : additions(*entity)) {
-      if (auto done = connection.run(sql); !done) return done;
+      TRY(connection.run(sql));
     }
   }
-  if (auto marked = markStore(connection); !marked) return marked;
+  TRY(markStore(connection));
   return connection.run("INSERT INTO _metadata VALUES (?, 1)", fingerprint(model));
 }
 
@@ -207,32 +203,28 @@ std::unexpected<ErrorPtr> refusal(StoreError::Kind kind, const SqliteConnection&
 
 /// Fails for a newer one.
 Result<std::int64_t> layoutOf(SqliteConnection& connection) {
-  const auto version = connection.integer("PRAGMA user_version");
-  if (!version) return std::unexpected(version.error());
-  if (version->value_or(0) > layoutVersion) {
+  const auto version = TRY(connection.integer("PRAGMA user_version"));
+  if (version.value_or(0) > layoutVersion) {
     return refusal(StoreError::Kind::incompatible, connection,
                    "was made by a newer version of this program");
   }
-  return version->value_or(0);
+  return version.value_or(0);
 }
 
 /// Whether the file was completed for this model before. Nothing is ever taken away again.
 Result<bool> isComplete(SqliteConnection& connection, const NSManagedObjectModel& model) {
-  const auto version = layoutOf(connection);
-  if (!version) return std::unexpected(version.error());
-  if (*version == 0) return false;
+  const auto version = TRY(layoutOf(connection));
+  if (version == 0) return false;
   const auto known =
-      connection.integer("SELECT value FROM _metadata WHERE key = ?", fingerprint(model));
-  if (!known) return std::unexpected(known.error());
-  return known->has_value();
+      TRY(connection.integer("SELECT value FROM _metadata WHERE key = ?", fingerprint(model)));
+  return known.has_value();
 }
 
 Result<void> createLayout(SqliteConnection& connection) {
-  const auto tables = connection.integer("SELECT count(*) FROM sqlite_master");
-  if (!tables) return std::unexpected(tables.error());
-  if (*tables != 0) return refusal(StoreError::Kind::notADatabase, connection, foreign);
+  const auto tables = TRY(connection.integer("SELECT count(*) FROM sqlite_master"));
+  if (tables != 0) return refusal(StoreError::Kind::notADatabase, connection, foreign);
   for (const char* sql : layout) {
-    if (auto done = connection.run(sql); !done) return done;
+    TRY(connection.run(sql));
   }
   return {};
 }
@@ -256,43 +248,37 @@ EntityTable::EntityTable(const NSEntityDescription& entity) : name(sqlName(entit
 }
 
 Result<void> recognizeStore(SqliteConnection& connection) {
-  const auto application = connection.integer("PRAGMA application_id");
-  if (!application) return std::unexpected(application.error());
+  const auto application = TRY(connection.integer("PRAGMA application_id"));
   const auto version = layoutOf(connection);
   // These stand on the file's first page. More is not read of a file that may be in use.
-  if (*application == storeApplicationID) {
+  if (application == storeApplicationID) {
     return version ? Result<void>() : std::unexpected(version.error());
   }
-  const auto tables = connection.integer("SELECT count(*) FROM sqlite_master");
-  if (!tables) return std::unexpected(tables.error());
-  const auto metadata = connection.integer(
-      "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = '_metadata'");
-  if (!metadata) return std::unexpected(metadata.error());
-  const bool isStore = *application == 0 && (*metadata > 0 || *tables == 0);
+  const auto tables = TRY(connection.integer("SELECT count(*) FROM sqlite_master"));
+  const auto metadata = TRY(connection.integer(
+      "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = '_metadata'"));
+  const bool isStore = application == 0 && (metadata > 0 || tables == 0);
   if (isStore && !version) return std::unexpected(version.error());
-  if (isStore && (*metadata > 0 || *version == 0)) return {};
+  if (isStore && (metadata > 0 || *version == 0)) return {};
   return refusal(StoreError::Kind::notADatabase, connection, foreign);
 }
 
 Result<void> markStore(SqliteConnection& connection) {
-  const auto application = connection.integer("PRAGMA application_id");
-  if (!application) return std::unexpected(application.error());
-  if (*application != 0) return {};
+  const auto application = TRY(connection.integer("PRAGMA application_id"));
+  if (application != 0) return {};
   return connection.run("PRAGMA application_id=" + std::to_string(storeApplicationID));
 }
 
 Result<void> completeForReading(SqliteConnection& connection, const NSManagedObjectModel& model) {
-  const auto version = layoutOf(connection);
-  if (!version) return std::unexpected(version.error());
-  if (*version == 0) {
+  const auto version = TRY(layoutOf(connection));
+  if (version == 0) {
     return refusal(StoreError::Kind::notADatabase, connection, "is empty: no store was made in it");
   }
   for (const NSEntityDescription* entity : model.entities()) {
-    const auto present = columnsOf(connection, entity->name());
-    if (!present) return std::unexpected(present.error());
-    if (auto done = showWhole(connection, *entity, *present); !done) return done;
+    const auto present = TRY(columnsOf(connection, entity->name()));
+    TRY(showWhole(connection, *entity, present));
     for (const auto& relationship : entity->relationships()) {
-      if (auto done = showLinks(connection, relationship); !done) return done;
+      TRY(showLinks(connection, relationship));
     }
   }
   return {};
@@ -303,21 +289,19 @@ Result<void> completeSchema(SqliteConnection& connection, const NSManagedObjectM
   auto done = isComplete(connection, model);
   if (!done) return std::unexpected(done.error());
   if (*done) return {};
-  auto transaction = SqliteTransaction::begin(connection);
-  if (!transaction) return std::unexpected(transaction.error());
+  auto transaction = TRY(SqliteTransaction::begin(connection));
   done = isComplete(connection, model);  // another process may have been quicker
   if (!done) return std::unexpected(done.error());
   if (*done) return {};
-  const auto version = connection.integer("PRAGMA user_version");
-  if (!version) return std::unexpected(version.error());
-  if (*version == 0) {
-    if (auto made = createLayout(connection); !made) return made;
+  const auto version = TRY(connection.integer("PRAGMA user_version"));
+  if (version == 0) {
+    TRY(createLayout(connection));
   } else if (!mayComplete) {
     return failure<StoreError>(StoreError::Kind::incompatible,
                                "the store is older than the model and may not be completed");
   }
-  if (auto completed = complete(connection, model); !completed) return completed;
-  return transaction->commit();
+  TRY(complete(connection, model));
+  return transaction.commit();
 }
 
 }  // namespace platform

@@ -1,5 +1,7 @@
 #include "CoreData/Store/StoreTransaction.h"
 
+#include "Foundation/Values/Try.h"
+
 #include <utility>
 
 namespace platform {
@@ -12,12 +14,10 @@ Result<std::unique_ptr<StoreTransaction>> StoreTransaction::begin(
                                "another context of the same thread is writing to the store");
   }
   std::unique_lock writing(store->writing);
-  auto connection = store->lease();
-  if (!connection) return std::unexpected(connection.error());
-  auto sql = SqliteTransaction::begin(**connection);
-  if (!sql) return std::unexpected(sql.error());
+  auto connection = TRY(store->lease());
+  auto sql = TRY(SqliteTransaction::begin(*connection));
   return std::unique_ptr<StoreTransaction>(new StoreTransaction(
-      std::move(store), std::move(writing), *std::move(connection), *std::move(sql)));
+      std::move(store), std::move(writing), std::move(connection), std::move(sql)));
 }
 
 StoreTransaction::StoreTransaction(std::shared_ptr<SqliteStore> store,
