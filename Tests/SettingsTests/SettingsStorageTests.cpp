@@ -284,20 +284,27 @@ TEST(SettingsStorageTest, WhatAKilledSwitchHasCopiedIsNoValueOfTheCloud) {
   };
   local->setBool(true, "Settings_CloudSyncEnabled");
   local->setBool(true, "Settings_CloudSyncThemesDisabled");
-  storage.setString("red", theme(1));
-  storage.setString("grey", theme(2));
+  for (const std::int64_t page : {1, 2, 3}) storage.setString("grey", theme(page));
   cloud->setString("green", "UITheme_2");
-  EXPECT_THROW(storage.changeTiers(false, disabled), Killed);
-  EXPECT_EQ(cloud->stringForKey("UITheme_1"), "red");
+  for (const char* color : {"red", "black"}) {
+    storage.setString(color, theme(1));
+    EXPECT_THROW(storage.changeTiers(false, disabled), Killed);
+  }
   storage.setString("blue", theme(1));
+  cloud->setString("gold", "UITheme_3");
   cloud->kills = false;
   EXPECT_TRUE(storage.changeTiers(false, disabled));
   EXPECT_EQ(storage.string(theme(1)), "blue");
   EXPECT_EQ(storage.string(theme(2)), "green");
-  storage.changeTiers(true, disabled);
-  storage.setString("white", theme(1));
-  EXPECT_TRUE(storage.changeTiers(false, disabled));
-  EXPECT_EQ(storage.string(theme(1)), "blue") << "the cloud's own by now";
+  EXPECT_EQ(storage.string(theme(3)), "gold") << "another device has set it since";
+  const std::optional<std::set<std::string>> none, earlier{{"UITheme_1"}};
+  for (const auto& [mark, theirs] : {std::pair(none, "blue"), {earlier, "white"}}) {
+    storage.changeTiers(true, disabled);
+    storage.setString("white", theme(1));
+    local->setCodable(mark, "tierSwitch.copiedToCloud");  // by a version that noted keys alone
+    EXPECT_TRUE(storage.changeTiers(false, disabled));
+    EXPECT_EQ(storage.string(theme(1)), theirs) << "without a mark it is the cloud's own";
+  }
 }
 
 TEST(SettingsStorageTest, WithoutACloudTierTheLocalOneStandsIn) {

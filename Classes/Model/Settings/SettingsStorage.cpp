@@ -1,6 +1,7 @@
 #include "Settings/SettingsStorage.h"
 
 #include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Text/String.h"
 #include "Settings/RunTarget.h"
 #include "Settings/SettingsStorageCoreData.h"
 #include "Settings/SettingsStorageLegacyCloud.h"
@@ -15,7 +16,7 @@ namespace {
 
 using Container = SettingsStorageContainer;
 
-/// In the local tier, while values are being copied to the cloud: the keys of all of them.
+/// In the local tier, while values are being copied to the cloud: what `copyMark` gives for each.
 constexpr const char* copiedToCloud = "tierSwitch.copiedToCloud";
 
 void tell(std::vector<Setting> settings) {
@@ -36,6 +37,24 @@ void copy(const Container& from, Container& to, const Setting& setting) {
 
 bool isCopy(const Container& from, const Container& to, const Setting& setting) {
   return read(from, setting) == read(to, setting);
+}
+
+/// Of a value that is copied, or has been, from the one to another container. Marks of earlier
+/// versions are the key alone, for any value.
+std::string copyMark(const Container& container, const Setting& setting) {
+  const auto text = [](const auto& value) -> std::string {
+    using Value = std::decay_t<decltype(value)>;
+    if constexpr (std::same_as<Value, std::monostate>) {
+      return "";
+    } else if constexpr (std::same_as<Value, std::string>) {
+      return value;
+    } else if constexpr (std::same_as<Value, Data>) {
+      return std::string(value.text());
+    } else {
+      return stringWithFormat("%.17g", static_cast<double>(value));
+    }
+  };
+  return setting.key() + "=" + std::visit(text, read(container, setting));
 }
 
 /// Into the setting's own tier, if the value is another one, and from there into the copy: an
@@ -199,22 +218,24 @@ SettingsStorage::Move SettingsStorage::moveFor(bool value, SettingCase tierSwitc
     move.from = from;  // of all of them the same
     move.to = to;
     if (isCopy(*from, *to, setting)) continue;
-    const bool counts = isCloudThen && to->hasValue(setting.key());
-    (counts && !ours.contains(setting.key()) ? move.kept : move.copied).push_back(setting);
+    const bool isOurs = ours.contains(setting.key()) || ours.contains(copyMark(*to, setting));
+    const bool counts = isCloudThen && !isOurs && to->hasValue(setting.key());
+    (counts ? move.kept : move.copied).push_back(setting);
   }
   return move;
 }
 
-/// By a process that was killed before it had set the switch.
+/// The marks of processes that were killed before they had set the switch.
 std::set<std::string> SettingsStorage::copiedBefore() const {
   return tiers_.localStorage->codableForKey<std::set<std::string>>(copiedToCloud)
       .value_or(std::set<std::string>());
 }
 
 /// On the disk when it returns; returns why not, or null.
-ErrorPtr SettingsStorage::keepCopied(const std::set<std::string>& keys) const {
-  if (keys == copiedBefore()) return nullptr;
-  tiers_.localStorage->setCodable(keys.empty() ? std::nullopt : std::optional(keys), copiedToCloud);
+ErrorPtr SettingsStorage::keepCopied(const std::set<std::string>& marks) const {
+  if (marks == copiedBefore()) return nullptr;
+  tiers_.localStorage->setCodable(marks.empty() ? std::nullopt : std::optional(marks),
+                                  copiedToCloud);
   return tiers_.localStorage->saveError();
 }
 
@@ -222,9 +243,9 @@ ErrorPtr SettingsStorage::change(bool value, const Setting& tierSwitch, const Mo
   const bool isToCloud = move.to != nullptr && move.to != tiers_.localStorage.get();
   const std::set<std::string> before = copiedBefore();
   if (!move.copied.empty()) {
-    std::set<std::string> keys = before;
-    for (const Setting& setting : move.copied) keys.insert(setting.key());
-    if (ErrorPtr error = isToCloud ? keepCopied(keys) : nullptr) return error;
+    std::set<std::string> marks = before;
+    for (const Setting& setting : move.copied) marks.insert(copyMark(*move.from, setting));
+    if (ErrorPtr error = isToCloud ? keepCopied(marks) : nullptr) return error;
     const auto copied = move.to->writeTogether([&] {
       for (const Setting& setting : move.copied) copy(*move.from, *move.to, setting);
     });
