@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Model/NSManagedObjectModel.h"
+#include "Foundation/Values/Try.h"
 
 namespace velloro {
 namespace {
@@ -25,9 +26,8 @@ Result<std::vector<std::string>> unreadableRows(NSManagedObjectContext& context)
   std::vector<std::string> findings;
   const auto& model = context.persistentStoreCoordinator()->managedObjectModel();
   for (const NSEntityDescription* entity : model.entities()) {
-    const auto rows = context.fetch(NSFetchRequest(entity->name()));
-    if (!rows) return std::unexpected(rows.error());
-    addFindings(findings, *entity, *rows);
+    const auto rows = TRY(context.fetch(NSFetchRequest(entity->name())));
+    addFindings(findings, *entity, rows);
   }
   return findings;
 }

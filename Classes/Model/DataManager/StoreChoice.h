@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Time/Date.h"
 #include "Foundation/Values/Error.h"
 #include "OxKit/Platform.h"
 
@@ -16,6 +17,8 @@ struct StoreChoice {
   /// The chosen store has tasks of its own, which stay. Otherwise its tasks are only a copy, which
   /// is repeated if the choice is completed later, since the former store may have been written to.
   bool keepsTasks = false;
+  /// What is copied is later in the history of the chosen store.
+  Date began = Date::distantFuture();
 
   /// Absent if none is in progress.
   [[nodiscard]] static std::optional<StoreChoice> underWay();

@@ -1,6 +1,7 @@
 #include "Settings/SettingsStorageCoreData.h"
 
 #include "Containers/VelloroNSPersistentContainer.h"
+#include "Foundation/Values/Try.h"
 #include "OxLog/Log.h"
 
 #include <algorithm>
@@ -216,12 +217,11 @@ Result<void> SettingsStorageCoreData::refresh() {
 }
 
 Result<void> SettingsStorageCoreData::reload(NSManagedObjectContext& context) {
-  const auto rows = allRows(context);
-  if (!rows) return std::unexpected(rows.error());
+  const auto rows = TRY(allRows(context));
   decltype(entities_) entities;
   decltype(settingsByKey_) settingsByKey;
   hasTwins_ = false;
-  for (const auto& row : *rows) {
+  for (const auto& row : rows) {
     const std::string* key = row->text(SettingEntity::settingKey);
     if (key == nullptr) continue;
     if (settingsByKey.try_emplace(*key, valueOf(*row)).second) {

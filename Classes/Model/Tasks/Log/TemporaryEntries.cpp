@@ -1,5 +1,6 @@
 #include "Tasks/Log/TemporaryEntries.h"
 
+#include "Foundation/Values/Try.h"
 #include "OxLog/Log.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
@@ -34,11 +35,10 @@ bool removeTwins(NSManagedObjectContext& context, const std::shared_ptr<TaskEnti
 Result<std::set<std::shared_ptr<TaskEntity>>> removeTemporaryEntries(
     NSManagedObjectContext& context, const std::shared_ptr<TaskEntity>& task) {
   const TaskLogFetchRequest request{.temporaryEntriesOnly = true};
-  const auto entries =
-      task ? task->taskLog(request) : context.fetch<TaskLogEntryEntity>(request.fetchRequest());
-  if (!entries) return std::unexpected(entries.error());
+  const auto entries = TRY(task ? task->taskLog(request)
+                                : context.fetch<TaskLogEntryEntity>(request.fetchRequest()));
   std::set<std::shared_ptr<TaskEntity>> changed;
-  for (const auto& entry : *entries) {
+  for (const auto& entry : entries) {
     const auto id = entry->value(TaskLogEntryEntity::uniqueId);
     const auto owner = task ? task : entry->value(TaskLogEntryEntity::task);
     if (id && owner && removeTwins(context, owner, *id)) changed.insert(owner);

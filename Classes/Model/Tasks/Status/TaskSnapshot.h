@@ -1,18 +1,14 @@
 #pragma once
 
-#include "VelloroCore/Status/TaskLogCounts.h"
 #include "VelloroCore/Status/TaskStanding.h"
 #include "VelloroCore/Status/TaskStatus.h"
-
-#include <vector>
 
 namespace velloro {
 
 class TaskEntity;
 
 /// A task of the store as of one instant, its row decoded once. What is derived of a task is
-/// derived from this; only what the log alone knows is fetched. The days of a stretch are counted
-/// once, so a snapshot is not used beyond a change of the log.
+/// derived from this; only what the log alone knows is fetched.
 ///
 ///     const auto snapshot = TaskSnapshot::of(*task, now);
 ///     const auto period = snapshot.standing.currentPeriod().period;
@@ -23,12 +19,6 @@ struct TaskSnapshot {
   TaskStanding standing = {};
   TaskStatus status = defaultStatus;
   TaskShareStatus shareStatus = TaskShareStatus::notShared;
-
-  struct CountedDays {
-    YYYYMMDD from, to;
-    NumUniqueCompletions completions;
-  };
-  mutable std::vector<CountedDays> countedDays = {};  ///< So far.
 
   [[nodiscard]] static TaskSnapshot of(const TaskEntity& task, Date now = Date::now());
 
