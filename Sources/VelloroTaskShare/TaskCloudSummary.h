@@ -22,6 +22,8 @@
 
 namespace velloro {
 
+struct AutomaticTime;
+
 /// What a `TaskCloudSummary` consists of, under the names that it has there.
 namespace task_cloud_summary {
 
@@ -137,6 +139,10 @@ struct TaskCloudSummary {
       keys(key("taskDescriptor", &TaskCloudSummary::taskDescriptor),
            key("history", &TaskCloudSummary::history), key("progress", &TaskCloudSummary::progress),
            key("notificationSettings", &TaskCloudSummary::notificationSettings));
+
+  /// The times at which the owner is reminded, which a participant takes over. A list without days
+  /// is of every day, and a time that no dial shows is left out.
+  [[nodiscard]] std::vector<AutomaticTime> ownersTimes() const;
 
   /// Equal for equal summaries on all devices, so that it says whether there is news.
   [[nodiscard]] std::int64_t summaryHash() const;

@@ -31,6 +31,11 @@ TaskLogEntryType TaskLogRow::type() const {
   return raw < typesByRawValue.size() ? typesByRawValue[raw] : TaskLogEntryType::unknown;
 }
 
+TimeZone TaskLogRow::timeZone(TimeZone otherwise) const {
+  if (createdTimeZone.empty()) return otherwise;
+  return TimeZone::fromIdentifier(createdTimeZone).value_or(otherwise);
+}
+
 TaskLogRows rowsWithin(TaskLogRows rows, const YYYYMMDD::Range& dates) {
   const auto isBehind = [&](const TaskLogRow& row) {
     return dates.maxDate && row.entryDate > dates.maxDate->intValue();

@@ -31,6 +31,8 @@ struct TaskLogRow {
   [[nodiscard]] std::optional<YYYYMMDD> date() const;
   /// A number that no type has is `unknown`.
   [[nodiscard]] TaskLogEntryType type() const;
+  /// In which it was made; the given one where that is absent or unknown.
+  [[nodiscard]] TimeZone timeZone(TimeZone otherwise) const;
 };
 
 /// A task's log, in the order of a fetch: by `entryDate`, then by `createdTimestamp`, the newest

@@ -93,13 +93,11 @@ CompletionByPeriod completion(const PeriodEntry& entry, TaskLogRows rows,
                               const TaskLogRules& rules) {
   const TaskLogRow& row = rows[entry.row];
   const YYYYMMDD date = row.date().value_or(YYYYMMDD());
-  const auto madeIn =
-      row.createdTimeZone.empty() ? std::nullopt : TimeZone::fromIdentifier(row.createdTimeZone);
   const Date made =
       row.createdTimestamp.value_or(date.startOfDay(rules.startOfDay, rules.timeZone));
   return {.type = entry.type,
           .date = date,
-          .time = HHMMSS::fromDate(made, madeIn.value_or(rules.timeZone))};
+          .time = HHMMSS::fromDate(made, row.timeZone(rules.timeZone))};
 }
 
 /// Whether the newest run has not been ended by a miss.
