@@ -8,103 +8,72 @@
 namespace velloro {
 namespace {
 
-using Columns = TaskAttributes;
 using Entry = TaskLogEntryEntity;
 using Share = TaskShareEntity;
+using enum TaskReminder::TriggerType;
 
-/// A task in Berlin, where it is noon on 7 March 2024.
-class AutomaticRemindersTest : public TasksTest {
- protected:
-  void addEntry(std::int64_t daysAgo, HHMMSS time) {
-    const YYYYMMDD day = YYYYMMDD{2024, 3, 7}.add(-daysAgo, zone_);
+TEST_F(TasksTest, AutomaticRemindersAreRebuiltAndThenStay) {
+  const TimeZone zone = TimeZone::current();
+  const auto addEntry = [&](std::int64_t daysAgo, HHMMSS time) {
+    const YYYYMMDD day = YYYYMMDD{2024, 3, 7}.add(-daysAgo, zone);
     const auto entry = make<Entry>();
     entry->setValue(Entry::task, task_);
     entry->setValue(Entry::entryDate, day);
     entry->setValue(Entry::entryType, TaskLogEntryType::completedManuallyFull);
-    entry->setValue(Entry::createdTimestamp, day.dateAt(HHMMSS::midnight, time, zone_));
-  }
-  void change(ReminderType type) {
-    auto settings = task_->notificationSettings();
-    settings.reminderType = type;
-    setNotificationSettings(*task_, settings);
-  }
-  /// "07:20:00 on 7" for each reminder, muted or not: on so many weekdays.
-  std::string reminders() {
-    std::string text;
+    entry->setValue(Entry::createdTimestamp, day.dateAt(HHMMSS::midnight, time, zone));
+    entry->setStored(Entry::createdTimeZone, "Europe/London");
+  };
+  const auto rebuilt = [&] {
+    save();
+    std::string text = rebuildAutomaticReminders(context_).value() ? "" : "as they were";
+    EXPECT_FALSE(rebuildAutomaticReminders(context_).value());
+    if (!text.empty()) return text;
     for (const TaskReminder& each : task_->notificationSettings().reminders) {
-      text += (text.empty() ? "" : ", ") + each.trigger.timeOfDay.value().debugDescription() +
-              " on " + std::to_string(each.daysOfWeek.size());
-      if (each.trigger.type == TaskReminder::TriggerType::timeOfDayMuted) text += " muted";
+      text += std::string(rawValue(each.trigger.type)) + " ";
+      if (each.trigger.timeOfDay) text += each.trigger.timeOfDay->debugDescription() + " ";
+      text += each.snoozeDate ? "snoozed " : "";
     }
     return text;
-  }
-  /// Those that a rebuild writes, which another one leaves as they are.
-  std::string rebuilt() {
-    save();
-    const bool wrote = rebuildAutomaticReminders(context_).value();
-    EXPECT_FALSE(context_.hasChanges());
-    environment_.advance(60);
-    EXPECT_FALSE(rebuildAutomaticReminders(context_).value());
-    return wrote ? reminders() : "as they were";
-  }
-
-  const TimeZone zone_ = TimeZone::current();
-};
-
-TEST_F(AutomaticRemindersTest, AreRebuiltFromTheLogAndThenStay) {
+  };
   addEntry(7, {.h = 9});
   addEntry(8, {.h = 20});
-  const auto archived = make<TaskEntity>();
-  archived->setValue(Columns::status, TaskStatus::archived);
-  EXPECT_EQ(rebuilt(), "08:30:00 on 7");
-  EXPECT_TRUE(archived->notificationSettings().reminders.empty());
+  EXPECT_EQ(rebuilt(), "tod 07:30:00 ");
 
-  const auto before = task_->notificationSettings();
-  const auto snoozed =
-      before.snoozeNow(before.reminders[0].uniqueId,
-                       {{}, zone_, zone_, NotificationTimeZone::taskOwner, Date::now()});
-  setNotificationSettings(*task_, snoozed);
-  EXPECT_EQ(rebuilt(), "as they were");
+  // A snooze stays, and moves along with its reminder; a reminder by place or timer stays, too.
+  auto settings = task_->notificationSettings();
+  const auto id = settings.reminders[0].uniqueId;
+  settings = settings.snoozeNow(id, {{}, zone, zone, NotificationTimeZone::taskOwner, Date::now()});
+  for (const auto type : {durationAfterStart, timeOfDay}) {
+    settings.reminders.push_back({id, {}, {type, HHMMSS::midday, {}, 60}, everyDay()});
+  }
+  setNotificationSettings(*task_, settings);
+  EXPECT_EQ(rebuilt(), "tod 07:30:00 snoozed das ");
   addEntry(0, {.h = 10});
-  EXPECT_EQ(rebuilt(), "09:00:00 on 7");
-  auto moved = snoozed.reminders[0];
-  moved.trigger.timeOfDay = HHMMSS{.h = 9};
-  EXPECT_EQ(task_->notificationSettings().reminders[0], moved);
-
-  change(ReminderType::custom);
-  EXPECT_EQ(rebuilt(), "09:00:00 on 7, 09:00:00 on 7 muted");
-  change(ReminderType::none);
-  EXPECT_EQ(rebuilt(), "09:00:00 on 7 muted");
-  task_->setValue(Columns::displayOrder, 4);
-  environment_.advance(8 * 86400);
-  const auto unknown = AutomaticReminders::of(TaskSnapshot::of(*task_));
-  EXPECT_TRUE(unknown.isMuted);
-  EXPECT_EQ(unknown.times.at(0).time, (HHMMSS{.h = 18, .m = 40}));
-  const AutomaticTaskType sleep(HealthType::sleep);
-  setAutomaticTaskType(*task_, sleep);
+  EXPECT_EQ(rebuilt(), "das tod 08:00:00 snoozed ");
+  settings = task_->notificationSettings();
+  EXPECT_EQ(settings.reminders[1].uniqueId, id);
+  settings.reminderType = ReminderType::custom;
+  setNotificationSettings(*task_, settings);
+  EXPECT_EQ(rebuilt(), "das tod 08:00:00 snoozed todm 08:00:00 ");
+  settings.reminderType = ReminderType::none;
+  setNotificationSettings(*task_, settings);
+  setAutomaticTaskType(*task_, AutomaticTaskType(HealthType::sleep));
   SleepTimes::shared().set({std::nullopt, HHMMSS{.m = 15}, HHMMSS{.h = 7}});
-  EXPECT_EQ(rebuilt(), "23:15:00 on 7 muted");
-  SleepTimes::shared().set({std::nullopt, std::nullopt, HHMMSS{.h = 7}});
-  EXPECT_EQ(rebuilt(), "18:40:00 on 7 muted");
-}
+  EXPECT_EQ(rebuilt(), "das todm 23:15:00 ");
+  SleepTimes::shared().set({});
 
-TEST_F(AutomaticRemindersTest, OfAnothersTaskAreTheOwners) {
-  addEntry(1, {.h = 9});
   const auto share = make<Share>();
   share->setValue(Share::task, task_);
-  share->setValue(Share::status, Share::ShareStatus::localTask);
-  EXPECT_EQ(rebuilt(), "08:30:00 on 7");
   share->setValue(Share::status, Share::ShareStatus::externalTask);
-  EXPECT_EQ(rebuilt(), "");
   share->setValue(Share::summaryJson, {{}});
-  EXPECT_EQ(rebuilt(), "as they were");
+  EXPECT_EQ(rebuilt(), "das ");
   const auto slot = Share::summaryJson.slot();
   std::string json = std::get<Data>(share->slotValue(slot)).text();
-  json.insert(json.size() - 2, R"(,"notificationSettings":{"automaticTimes":[)"
-                               R"({"days":[1,9],"times":[36000,86400,25200,{"h":25,"m":0,"s":0}]},)"
+  json.insert(json.size() - 2, R"(,"notificationSettings":{"automaticTimes":[{"days":[1,9],)"
+                               R"("times":[36000,86400,25200,{"h":25,"m":0,"s":0}]},)"
                                R"({"dayIndexesFromStart":[],"times":[25200]}]})");
   share->setSlotValue(slot, Data(json));
-  EXPECT_EQ(rebuilt(), "07:00:00 on 1, 10:00:00 on 1, 07:00:00 on 7");
+  EXPECT_EQ(rebuilt(), "das todm 07:00:00 todm 10:00:00 todm 07:00:00 ");
 }
 
 }  // namespace
