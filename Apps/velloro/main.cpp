@@ -11,6 +11,7 @@
 #include "velloro/Log/HistoryCommand.h"
 #include "velloro/Log/LogCommand.h"
 #include "velloro/Notifications/NotificationCommand.h"
+#include "velloro/Notifications/RemindCommand.h"
 #include "velloro/Notifications/ReminderCommand.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
@@ -122,6 +123,7 @@ int run(int argumentCount, char** arguments) {
   addLogCommand(app);
   addNotificationCommand(app);
   addPeriodCommand(app);
+  addRemindCommand(app);
   addReminderCommand(app);
   addRingCommand(app);
   addSettingsCommand(app);

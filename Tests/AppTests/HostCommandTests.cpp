@@ -6,8 +6,12 @@
 #include "Foundation/Files/NSFileManager.h"
 #include "Settings/AppGroup.h"
 #include "Support/TaskStore.h"
+#include "Tasks/Requests/TaskFetchRequest.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
+#include "Tasks/Rows/TaskNotificationRemindersEntity.h"
+#include "Tasks/Rows/TaskNotificationSettingsEntity.h"
 #include "Tasks/Rows/TaskTemporalDataEntity.h"
+#include "UserNotifications/UNUserNotificationCenter.h"
 
 #include <algorithm>
 #include <chrono>
@@ -135,6 +139,167 @@ TEST_F(HostCommands, TellWhatAReminderSaysAndMakeIt) {
   refuses("07T12:00:00", "notification make Swim --kind progress", "no timer");
   refuses("07T12:00:00", "notification make Swim --kind reminders", "did you mean \"reminder\"");
   refuses("07T12:00:00", "reminder words Swim --seed -1", "--seed");
+}
+
+/// The reminders of a task as "time days" of each, with an "m" before a muted one.
+std::vector<std::string> remindersOf(const PropertyList& report) {
+  std::vector<std::string> texts;
+  for (const PropertyList& each : *report["reminders"].array()) {
+    std::string text = each["muted"].isNull() ? "" : "m ";
+    text += each["time"].isNull() ? *each["type"].text() : *each["time"].text();
+    for (const PropertyList& day : *each["days"].array()) text += " " + day.text()->substr(0, 2);
+    texts.push_back(text);
+  }
+  return texts;
+}
+
+TEST_F(HostCommands, MakeRemindersTheUsersOwn) {
+  const std::string now = "07T12:00:00";
+  const auto at = [&](const std::string& command) { return answer(now, "reminder " + command); };
+  const std::string daily = " mo tu we th fr sa su";
+  const std::string learned = "18:10:00" + daily;
+  answer(now, "task add Read");
+  const auto automatic = at("list Read");
+  EXPECT_EQ(*automatic["mode"].text(), "automatic");
+  EXPECT_THAT(remindersOf(automatic), testing::ElementsAre(learned));
+  EXPECT_EQ(*automatic["reminders"].array()->front()["source"].text(), "default");
+
+  const auto added = at("add Read 07:30 --days Mon,weekends --sound ping");
+  EXPECT_EQ(*added["switchedFrom"].text(), "automatic");
+  EXPECT_EQ(*added["kept"].array()->front()["time"].text(), "18:10:00");
+  EXPECT_EQ(*added["added"]["sound"].text(), "ping");
+  const std::string own = "07:30:00 mo sa su";
+  EXPECT_THAT(remindersOf(added["now"]), testing::ElementsAre(own, learned));
+  EXPECT_EQ(at("list Read"), added["now"]) << "it is stored";
+  const auto again = at("add Read 07:30:00 --days sat,sun,monday");
+  EXPECT_EQ(again["added"], added["added"]) << "it is there, and keeps its sound";
+  EXPECT_TRUE(again["switchedFrom"].isNull());
+  EXPECT_EQ(again["now"], added["now"]);
+  EXPECT_THAT(this->at(now, "reminder list Read").output,
+              AllOf(HasSubstr("Read: custom\n"), HasSubstr("07:30:00 mon sat sun"),
+                    HasSubstr("sound ping\n")));
+
+  // What another program has stored stays, even if it makes no sense here.
+  using Reminder = TaskNotificationRemindersEntity;
+  behindItsBack([](NSManagedObjectContext& context) {
+    const auto tasks = context.fetch<TaskEntity>(TaskFetchRequest{}.fetchRequest()).value();
+    const auto row = Reminder::create(context);
+    row->setReminder({.uniqueId = {},
+                      .trigger = TaskReminder::Trigger::fromDuration(
+                          TaskReminder::TriggerType::durationBeforeFinish, 60),
+                      .daysOfWeek = everyDay()},
+                     UniqueID::create());
+    row->setStored(Reminder::sound, "gong");
+    tasks.front()->add(TaskAttributes::taskNotificationReminders, row);
+    const auto settings = tasks.front()->value(TaskAttributes::taskNotificationSettings);
+    settings->setStored(TaskNotificationSettingsEntity::soundReminder, "gong");
+    settings->setStored(TaskNotificationSettingsEntity::badgeMode, "sometimes");
+  });
+  const std::string id = added["added"]["id"].text()->substr(0, 8);
+  EXPECT_THAT(remindersOf(at("remove Read " + id)["now"]),
+              testing::ElementsAre(learned, "dbf" + daily));
+  EXPECT_THAT(remindersOf(at("remove Read 18:10")["now"]), testing::ElementsAre("dbf" + daily));
+  EXPECT_TRUE(at("mode Read none --time-sensitive on")["now"]["timeSensitive"].boolean());
+  EXPECT_EQ(*at("mode Read AUTOMATIC")["switchedFrom"].text(), "none");
+  EXPECT_THAT(remindersOf(at("mode Read custom")["now"]),
+              testing::ElementsAre(learned, "dbf" + daily));
+  behindItsBack([](NSManagedObjectContext& context) {
+    const auto tasks = context.fetch<TaskEntity>(TaskFetchRequest{}.fetchRequest()).value();
+    const auto settings = tasks.front()->value(TaskAttributes::taskNotificationSettings);
+    EXPECT_EQ(*settings->text(TaskNotificationSettingsEntity::soundReminder), "gong");
+    EXPECT_EQ(*settings->text(TaskNotificationSettingsEntity::badgeMode), "sometimes");
+    for (const auto& row : tasks.front()->value(TaskAttributes::taskNotificationReminders)) {
+      const bool isOthers = !row->value(Reminder::timeOfDay);
+      EXPECT_EQ(row->text(Reminder::sound) != nullptr, isOthers);
+    }
+  });
+
+  at("mode Read automatic");
+  EXPECT_EQ(*at("remove Read 18:10")["switchedFrom"].text(), "automatic") << "it would come again";
+  for (const auto& [command, complaint] :
+       std::initializer_list<std::pair<const char*, const char*>>{
+           {"add Read 25:00", "TIME \"25:00\": not a time"},
+           {"add Read 7:30", "not a time"},
+           {"add Read +1x", "write a time from now on"},
+           {"add Read +0s", "write a time from now on"},
+           {"add Read +24h", "less than a day"},
+           {"add Read 07:30 --days mon,hexday", "--days \"hexday\": not a weekday"},
+           {"add Read 07:30 --days ''", "--days \"\": not a weekday"},
+           {"add Read 07:30 --sound pin", "did you mean \"ping\"?"},
+           {"remove Read 07:31", "REMINDER \"07:31\": not a reminder"},
+           {"remove Read zz", "REMINDER \"zz\": not a reminder"},
+           {"mode Read automatc", "did you mean \"automatic\"?"},
+           {"mode Read none --time-sensitive maybe", "write on or off"}}) {
+    refuses(now, std::string("reminder ") + command, complaint);
+  }
+  at("add Read 07:30 --days mon");
+  at("add Read 07:30 --days tue");
+  refuses(now, "reminder remove Read 07:30", "write the id");
+}
+
+TEST_F(HostCommands, RemindFromNowOnAtThatMoment) {
+  struct Case {
+    const char* now;
+    const char* arguments;
+    const char* reminder;
+  };
+  constexpr Case cases[] = {
+      {"2024-03-07T12:00:30+01:00", "+90s --days thu", "12:02:00 th"},
+      {"2024-03-10T23:59:30+01:00", "+1m --days sun", "00:00:30 su"},
+      {"2024-03-11T03:59:30+01:00", "+1m --days sun", "04:00:30 su"},
+      {"2024-03-11T04:59:30+01:00", "+1m --days sun", "05:00:30 mo su"},
+      {"2024-03-31T01:59:30+01:00", "+1h1m --days sat", "04:00:30 sa"},
+      {"2024-10-27T02:30:00+02:00", "+30m --days sat", nullptr}};  // the second 02:00
+  for (const auto& [now, arguments, reminder] : cases) {
+    const std::string there =
+        "--zone Asia/Tokyo --store '" + (folder_ / now).string() + "' --now " + now + " ";
+    for (const char* command : {"task add Read --zone Europe/Berlin --start-of-day 05:00:00",
+                                "reminder mode Read none"}) {
+      EXPECT_EQ(runProgram(there + command).exitCode, 0) << now;
+    }
+    const auto result = runProgram(there + "reminder add Read --json " + arguments);
+    EXPECT_EQ(result.exitCode, reminder == nullptr ? 2 : 0) << now << result.errors;
+    if (reminder == nullptr) continue;
+    EXPECT_THAT(remindersOf(PropertyList::fromJSON(result.output)["now"]),
+                testing::ElementsAre(reminder))
+        << now;
+  }
+}
+
+TEST_F(HostCommands, RemindOnceAndListWhatIsPlanned) {
+  answer("07T12:00:00", "task add Read");
+  const auto reminder = answer("07T12:00:00", "remind Read --at 2024-03-07T18:00:00+01:00");
+  EXPECT_EQ(*reminder["date"].text(), "2024-03-07T17:00:00Z");
+  EXPECT_EQ(reminder["taskId"], answer("07T12:00:00", "task show Read")["uniqueId"]);
+  const auto kept = platform::NSFileManager::contents(folder_ / "preferences" /
+                                                      (std::string(appGroupIdentifier) + ".json"));
+  EXPECT_THAT(kept.value(), HasSubstr("SiriReminders"));
+  refuses("07T12:00:00", "remind Read --at 2024-03-07T12:00:00+01:00", "has passed");
+  refuses("07T12:00:00", "remind Read --at noon", "--at \"noon\": not an instant");
+  answer("07T12:00:00", "task archive Read");
+  refuses("07T12:00:00", "remind Read --at 2024-03-07T18:00:00+01:00", "is archived");
+
+  EXPECT_THAT(answer("07T12:00:00", "notification list"), PropertyList(PropertyList::Array{}));
+  UNUserNotificationCenter center(folder_ / "groups/velloro.app");
+  center.requestAuthorizationWithOptions(UNAuthorizationOptions::alert);
+  const auto request = [](const char* id, int day) {
+    return UNNotificationRequest{
+        .identifier = id,
+        .content = {.title = id, .body = "x\ny", .badge = day},
+        .trigger = UNCalendarNotificationTrigger::triggerWithDateMatchingComponents(
+            {.year = 2024, .month = 3, .day = day, .hour = 7})};
+  };
+  for (const auto& [id, day] : {std::pair("b", 9), {"a", 8}, {"c", 10}}) {
+    center.addNotificationRequest(request(id, day));
+  }
+  center.flush();
+  const auto listed = answer("07T12:00:00", "notification list");
+  ASSERT_EQ(listed.array()->size(), 3U);
+  EXPECT_EQ(*(*listed.array())[0]["trigger"].text(), "2024-03-08T06:00:00Z");
+  EXPECT_THAT(
+      at("07T12:00:00", "notification list").output,
+      AllOf(HasSubstr("2024-03-08 07:00:00 +01:00  a  a: x\\ny\n2024-03-09"), HasSubstr("  c  ")));
+  EXPECT_EQ(at("07T12:00:00", "notification list --delivered").output, "No notifications.\n");
 }
 
 TEST_F(HostCommands, ShowWhatAWriterWouldFindAndSaveNothing) {

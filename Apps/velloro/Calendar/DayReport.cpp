@@ -1,18 +1,13 @@
 #include "velloro/Calendar/DayReport.h"
 
 #include "Foundation/Coding/JSON.h"
-#include "Foundation/Formatting/NSDateFormatter.h"
 #include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Output/Output.h"
 
 namespace velloro {
 namespace {
-
-std::string instantText(Date date) {
-  return NSDateFormatter::withFormat("uuuu-MM-dd HH:mm:ss ZZZZZ", {.locale = Locale::posix()})
-      .string(date);
-}
 
 std::string rangeText(const char* name, const std::vector<YYYYMMDD>& days, std::int64_t remaining) {
   return stringWithFormat(

@@ -61,30 +61,6 @@ LogReport with(LogReport report, const PeriodClosing& closing, const TaskEntity&
   return report;
 }
 
-/// One column of a table; its first text is the heading.
-struct Column {
-  std::vector<std::string> texts;
-
-  [[nodiscard]] std::size_t width() const {
-    std::size_t most = 0;
-    for (const std::string& text : texts) most = std::max(most, columns(text));
-    return most;
-  }
-};
-
-std::string joined(const std::vector<Column>& table) {
-  std::vector<std::size_t> widths;
-  for (const Column& column : table) widths.push_back(column.width());
-  std::string text;
-  for (std::size_t row = 0; row < table.front().texts.size(); ++row) {
-    for (std::size_t i = 0; i + 1 < table.size(); ++i) {
-      text += padded(table[i].texts[row], widths[i]) + "  ";
-    }
-    text += table.back().texts[row] + "\n";
-  }
-  return text;
-}
-
 }  // namespace
 
 LogReport LogReport::of(const TaskLogEntryEntity& entry, const TaskEntity& task) {
@@ -116,18 +92,18 @@ std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity
 
 std::string table(const std::vector<LogReport>& reports, bool hasTitles) {
   if (reports.empty()) return "No entries.\n";
-  Column date{{"date"}}, title{{"task"}}, type{{"entry"}};
-  Column amount{{"amount"}}, total{{"total"}}, made{{"made"}};
+  std::vector<std::vector<std::string>> rows = {
+      {"date", "task", "entry", "amount", "total", "made"}};
   for (const LogReport& report : reports) {
-    date.texts.push_back(report.date.debugDescription());
-    title.texts.push_back(terminalText(report.title));
-    type.texts.push_back(report.type);
-    amount.texts.push_back(report.amounts.amount(report.progress));
-    total.texts.push_back(report.amounts.amount(report.progressTotal));
-    made.texts.push_back(report.created ? report.created->iso8601() : "");
+    rows.push_back({report.date.debugDescription(), terminalText(report.title), report.type,
+                    report.amounts.amount(report.progress),
+                    report.amounts.amount(report.progressTotal),
+                    report.created ? report.created->iso8601() : ""});
   }
-  return hasTitles ? joined({date, title, type, amount, total, made})
-                   : joined({date, type, amount, total, made});
+  if (!hasTitles) {
+    for (auto& row : rows) row.erase(row.begin() + 1);
+  }
+  return aligned(rows);
 }
 
 }  // namespace velloro

@@ -11,6 +11,7 @@
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "Tasks/Status/TaskSnapshot.h"
+#include "velloro/Notifications/CenterReport.h"
 #include "velloro/Notifications/MadeNotification.h"
 #include "velloro/Notifications/NotificationPlay.h"
 #include "velloro/Notifications/NotificationReport.h"
@@ -19,6 +20,7 @@
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
 #include "velloro/Options/NearMatches.h"
+#include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
@@ -38,6 +40,7 @@ struct NotificationOptions {
   std::string kind = "reminder";
   std::optional<std::string> date, seed, sample, png, frames, width, scale;
   bool dark = false;
+  bool delivered = false;
   bool json = false;
 };
 
@@ -190,6 +193,12 @@ void make(const NotificationOptions& options) {
   print(JSONEncoder{.layout = layout}.encode(report) + "\n");
 }
 
+void list(const NotificationOptions& options) {
+  const auto lines = options.delivered ? CenterReport::delivered() : CenterReport::pending();
+  print(options.json ? JSONEncoder{.dateForm = DateForm::iso8601}.encode(lines) + "\n"
+                     : table(lines));
+}
+
 void addLook(CLI::App& command, NotificationOptions& options) {
   command.add_option("FILE", options.file, "A notification as JSON; - is the standard input")
       ->required();
@@ -206,7 +215,7 @@ void addLook(CLI::App& command, NotificationOptions& options) {
 void addNotificationCommand(CLI::App& app) {
   auto options = std::make_shared<NotificationOptions>();
   CLI::App* command =
-      app.add_subcommand("notification", "Makes and shows reminders, and plays answers");
+      app.add_subcommand("notification", "Makes, shows and lists notifications, and plays answers");
   command->require_subcommand(1);
   CLI::App* shown = command->add_subcommand("show", "Shows an expanded notification");
   addLook(*shown, *options);
@@ -252,11 +261,19 @@ void addNotificationCommand(CLI::App& app) {
       "  velloro notification make Read --seed 7 > read.json\n"
       "  velloro notification make Read --date 20240309 --json");
   made->callback([options] { make(*options); });
+
+  CLI::App* listed = addSubcommand(
+      *command, "list", "Lists what the notification centre holds, by time", options, list);
+  listed
+      ->add_flag("--delivered", options->delivered,
+                 "What was delivered, instead of what is pending")
+      ->disable_flag_override();
   command->footer(
       "Examples:\n"
       "  velloro notification sample partial > partial.json\n"
       "  velloro notification show partial.json --png partial.png --width 390\n"
-      "  velloro notification act partial.json markAsDone --frames frames");
+      "  velloro notification act partial.json markAsDone --frames frames\n"
+      "  velloro notification list --json");
 }
 
 }  // namespace velloro

@@ -1,18 +1,27 @@
 #include "velloro/Notifications/ReminderCommand.h"
 
 #include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
+#include "Host/ReminderEdit.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Status/TaskSnapshot.h"
+#include "velloro/Notifications/ReminderReport.h"
 #include "velloro/Notifications/ReminderWords.h"
 #include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/ReminderArguments.h"
+#include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -20,8 +29,8 @@ namespace velloro {
 namespace {
 
 struct ReminderOptions {
-  std::string task;
-  std::optional<std::string> date, seed;
+  std::string task, time, reminder, mode;
+  std::optional<std::string> date, seed, days, sound, timeSensitive;
   bool json = false;
 };
 
@@ -34,25 +43,237 @@ void words(const ReminderOptions& options) {
   print(options.json ? JSONEncoder{}.encode(words) + "\n" : words.text());
 }
 
-}  // namespace
+void list(const ReminderOptions& options) {
+  const HostStore store;
+  const auto report = ReminderReport::of(*currentTaskArgument(store, options.task));
+  print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
+}
 
-void addReminderCommand(CLI::App& app) {
-  auto options = std::make_shared<ReminderOptions>();
-  CLI::App* command = app.add_subcommand("reminder", "Shows what reminders say");
-  command->require_subcommand(1);
-  CLI::App* told = command->add_subcommand(
-      "words", "Lists all that a reminder of a task could say, in the order in which it is tried");
+/// Changes the reminders of a task in one transaction, and prints what has become of them.
+template <typename Work>
+void change(const ReminderOptions& options, const Work& work) {
+  const HostStore store;
+  const auto change = store.write([&] {
+    const auto task = taskArgument(store, options.task);
+    ReminderEdit edit(*task);
+    const ReminderType before = edit.settings.reminderType;
+    ReminderChange made = work(*task, edit);
+    edit.write();
+    made.now = ReminderReport::of(*task);
+    if (made.now.mode != before) made.switchedFrom = before;
+    return made;
+  });
+  print(options.json ? JSONEncoder{}.encode(change) + "\n" : change.text());
+}
+
+std::vector<ReminderLine> lines(const std::vector<TaskReminder>& reminders) {
+  std::vector<ReminderLine> lines;
+  for (const TaskReminder& reminder : reminders) lines.push_back(ReminderLine::of(reminder));
+  return lines;
+}
+
+/// On the moment that the user has named the reminder comes, whatever days it has besides.
+NewReminder newReminder(const TaskEntity& task, const ReminderOptions& options) {
+  const auto [time, day] = reminderTimeArgument("TIME", options.time,
+                                                {.startOfDay = task.startOfDay(),
+                                                 .timeZone = task.taskCurrentTimeZone(),
+                                                 .now = Date::now()});
+  NewReminder reminder{.time = time};
+  if (options.days) reminder.days = daysArgument("--days", *options.days);
+  if (day) reminder.days.insert(*day);
+  if (options.sound) {
+    reminder.sound = caseArgument<SoundEffect>("--sound", *options.sound, "sound",
+                                               "\"velloro reminder add --help\" lists them");
+  }
+  return reminder;
+}
+
+void add(const ReminderOptions& options) {
+  change(options, [&](const TaskEntity& task, ReminderEdit& edit) {
+    const NewReminder wanted = newReminder(task, options);
+    ReminderChange change;
+    change.kept = lines(edit.makeCustom());
+    change.added = ReminderLine::of(edit.add(wanted));
+    return change;
+  });
+}
+
+bool hasIdWith(const TaskReminder& reminder, const std::string& beginning) {
+  return lowercased(reminder.uniqueId.stringValue()).starts_with(lowercased(beginning));
+}
+
+/// The reminder that a time, or the beginning of an identifier, names.
+TaskReminder reminderArgument(const std::string& text, const std::vector<TaskReminder>& reminders) {
+  const auto time = shortTimeIn(text);
+  const auto isMeant = [&](const TaskReminder& reminder) {
+    return time ? reminder.trigger.timeOfDay == time : !text.empty() && hasIdWith(reminder, text);
+  };
+  std::vector<TaskReminder> meant;
+  std::ranges::copy_if(reminders, std::back_inserter(meant), isMeant);
+  const auto isMuted = [](const TaskReminder& reminder) {
+    return reminder.trigger.type == TaskReminder::TriggerType::timeOfDayMuted;
+  };
+  const bool isOnlyMuted = !meant.empty() && std::ranges::all_of(meant, isMuted);
+  if (isOnlyMuted) {
+    throw UsageError("REMINDER " + inQuotes(text) +
+                     ": is muted, so it never comes; it is learned again with each plan");
+  }
+  std::erase_if(meant, isMuted);
+  if (meant.size() == 1) return meant.front();
+  if (meant.empty()) {
+    throw UsageError("REMINDER " + inQuotes(text) +
+                     ": not a reminder of the task; \"velloro reminder list\" lists them");
+  }
+  std::string which;
+  for (const TaskReminder& each : meant) {
+    which += (which.empty() ? "" : ", ") + each.uniqueId.stringValue().substr(0, 8) + " (" +
+             ReminderLine::of(each).text() + ")";
+  }
+  throw UsageError("REMINDER " + inQuotes(text) + ": may be " + which + "; write the id");
+}
+
+/// Without an automatic time, what is left of them is the user's own choice.
+void remove(const ReminderOptions& options) {
+  change(options, [&](const TaskEntity&, ReminderEdit& edit) {
+    const bool isAutomatic = edit.settings.reminderType == ReminderType::automatic;
+    const bool isByTime = shortTimeIn(options.reminder).has_value();
+    std::vector<TaskReminder> kept;
+    if (isAutomatic && isByTime) kept = edit.makeCustom();
+    const TaskReminder removed = reminderArgument(options.reminder, edit.settings.reminders);
+    const bool hasTime = removed.trigger.type == TaskReminder::TriggerType::timeOfDay;
+    if (isAutomatic && !isByTime && hasTime) kept = edit.makeCustom();
+    std::erase_if(kept, [&](const auto& each) { return each.uniqueId == removed.uniqueId; });
+    edit.remove(removed.uniqueId);
+    ReminderChange change;
+    change.removed = ReminderLine::of(removed);
+    change.kept = lines(kept);
+    return change;
+  });
+}
+
+bool switchArgument(const std::string& name, const std::string& text) {
+  const std::string wanted = lowercased(text);
+  if (wanted == "on" || wanted == "off") return wanted == "on";
+  throw UsageError(name + " " + inQuotes(text) + ": write on or off");
+}
+
+void setMode(const ReminderOptions& options) {
+  change(options, [&](const TaskEntity&, ReminderEdit& edit) {
+    const auto mode = caseArgument<ReminderType>("MODE", lowercased(options.mode), "mode");
+    ReminderChange change;
+    if (mode == ReminderType::custom) change.kept = lines(edit.makeCustom());
+    edit.settings.reminderType = mode;
+    if (options.timeSensitive) {
+      edit.settings.automaticRemindersAreTimeSensitive =
+          switchArgument("--time-sensitive", *options.timeSensitive);
+    }
+    return change;
+  });
+}
+
+using Options = std::shared_ptr<ReminderOptions>;
+
+void addWords(CLI::App& command, const Options& options) {
+  CLI::App* told = addSubcommand(
+      command, "words",
+      "Lists all that a reminder of a task could say, in the order in which it is tried", options,
+      words);
   addTaskArgument(*told, options->task);
   told->add_option("--date", options->date, "Day of the reminder (default: today)")
       ->type_name("YYYYMMDD");
   WordChoice::addOption(*told, options->seed);
-  told->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
   told->footer(
       "The arrow marks the text that the reminder shows.\n\n"
       "Examples:\n"
       "  velloro reminder words Read\n"
       "  velloro reminder words Read --date 20240309 --seed 7 --json");
-  told->callback([options] { words(*options); });
+}
+
+void addList(CLI::App& command, const Options& options) {
+  CLI::App* listed = addSubcommand(command, "list", "Lists the reminders of a task", options, list);
+  addTaskArgument(*listed, options->task);
+  listed->footer(
+      "Times are those of the task's clock. A muted time is never sent: it says when the task\n"
+      "matters.\n\n"
+      "Examples:\n"
+      "  velloro reminder list Read\n"
+      "  velloro reminder list Read --json");
+}
+
+void addAdd(CLI::App& command, const Options& options) {
+  CLI::App* added = addSubcommand(command, "add", "Adds a reminder by time of day", options, add);
+  addTaskArgument(*added, options->task);
+  added
+      ->add_option("time", options->time,
+                   "A time of day, 07:30 or 07:30:15, or a time from now on, +90s, +1m, +1h30m")
+      ->type_name("TIME")
+      ->required();
+  added
+      ->add_option("--days", options->days,
+                   "Days of the week: mon,wed, weekdays, weekends, daily (default: daily)")
+      ->type_name("DAYS");
+  added->add_option("--sound", options->sound, "A sound of its own")->type_name("NAME");
+  std::vector<std::string_view> sounds;
+  for (const SoundEffect effect : sortedEffects) sounds.push_back(rawValue(effect));
+  added->footer(
+      "Of a task with automatic reminders, the times are kept as its own, and the mode becomes\n"
+      "custom. A time from now on comes at that moment, whatever the other days are.\n\n"
+      "Sounds: " +
+      listed(sounds) +
+      "\n\nExamples:\n"
+      "  velloro reminder add Read 07:30\n"
+      "  velloro reminder add Read 21:15 --days mon,wed --sound ping\n"
+      "  velloro reminder add Read +1m");
+}
+
+void addRemove(CLI::App& command, const Options& options) {
+  CLI::App* removed = addSubcommand(command, "remove", "Removes a reminder", options, remove);
+  addTaskArgument(*removed, options->task);
+  removed
+      ->add_option("reminder", options->reminder,
+                   "Its time of day, its id, or the beginning of its id")
+      ->type_name("REMINDER")
+      ->required();
+  removed->footer(
+      "Without one of its automatic times, a task has the others as its own, and the mode\n"
+      "becomes custom.\n\n"
+      "Examples:\n"
+      "  velloro reminder remove Read 07:30\n"
+      "  velloro reminder remove Read 5A0F6C1E");
+}
+
+void addMode(CLI::App& command, const Options& options) {
+  CLI::App* mode =
+      addSubcommand(command, "mode", "Chooses where reminders come from", options, setMode);
+  addTaskArgument(*mode, options->task);
+  mode->add_option("mode", options->mode,
+                   "automatic: learned from the log; custom: the task's own; none")
+      ->type_name("MODE")
+      ->required();
+  mode->add_option("--time-sensitive", options->timeSensitive,
+                   "Whether reminders may interrupt who wants no interruption: on or off")
+      ->type_name("ON|OFF");
+  mode->footer(
+      "From automatic to custom, the times are kept. Automatic and none give up times of the\n"
+      "task's own with the next plan.\n\n"
+      "Examples:\n"
+      "  velloro reminder mode Read automatic\n"
+      "  velloro reminder mode Read custom --time-sensitive on");
+}
+
+}  // namespace
+
+void addReminderCommand(CLI::App& app) {
+  auto options = std::make_shared<ReminderOptions>();
+  CLI::App* command =
+      app.add_subcommand("reminder", "Lists and changes reminders, and shows what they say");
+  command->require_subcommand(1);
+  command->fallthrough();
+  addList(*command, options);
+  addAdd(*command, options);
+  addRemove(*command, options);
+  addMode(*command, options);
+  addWords(*command, options);
 }
 
 }  // namespace velloro

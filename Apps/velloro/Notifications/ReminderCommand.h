@@ -6,7 +6,7 @@ class App;
 
 namespace velloro {
 
-/// `velloro reminder`: what a reminder of a task says, and why.
+/// `velloro reminder`: the reminders of a task, and what they say.
 void addReminderCommand(CLI::App& app);
 
 }  // namespace velloro

@@ -53,13 +53,6 @@ std::optional<Span> spanOf(std::string_view text) {
   return Span{count, *unit};
 }
 
-EnumSet<DayOfWeek> daysOf(const std::string& text) {
-  const EnumSet<DayOfWeek> weekend = {DayOfWeek::saturday, DayOfWeek::sunday};
-  if (text == "weekend" || text == "weekends") return weekend;
-  const bool isWorking = text == "weekday" || text == "weekdays";
-  return isWorking ? everyDay().subtracting(weekend) : EnumSet<DayOfWeek>();
-}
-
 /// With a comma between the names, however they are separated.
 std::string withCommas(const std::string& text) {
   std::string list;
@@ -80,6 +73,14 @@ bool areWeekdays(const std::string& list) {
 
 }  // namespace
 
+EnumSet<DayOfWeek> daysNamed(std::string_view word) {
+  const EnumSet<DayOfWeek> weekend = {DayOfWeek::saturday, DayOfWeek::sunday};
+  if (word == "daily") return everyDay();
+  if (word == "weekend" || word == "weekends") return weekend;
+  const bool isWorking = word == "weekday" || word == "weekdays";
+  return isWorking ? everyDay().subtracting(weekend) : EnumSet<DayOfWeek>();
+}
+
 void setRecurrence(TaskFrequency& frequency, const std::string& name, const std::string& text) {
   const auto refused = [&](const std::string& reason) {
     return UsageError(name + " " + inQuotes(text) + ": " + reason);
@@ -98,7 +99,7 @@ void setRecurrence(TaskFrequency& frequency, const std::string& name, const std:
     return;
   }
   frequency.dayMode = DayMode::specificDaysOfWeek;
-  frequency.days = days == 1 ? everyDay() : daysOf(wanted);
+  frequency.days = days == 1 ? everyDay() : daysNamed(wanted);
   if (!frequency.days.isEmpty()) return;
   const std::string list = withCommas(wanted);
   if (!areWeekdays(list)) {

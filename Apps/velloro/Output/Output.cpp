@@ -1,6 +1,8 @@
 #include "velloro/Output/Output.h"
 
+#include "Foundation/Formatting/NSDateFormatter.h"
 #include "Foundation/Process/Terminal.h"
+#include "Foundation/Text/Locale.h"
 #include "Foundation/Text/String.h"
 #include "VelloroCore/Appearance/Theme.h"
 
@@ -18,6 +20,11 @@ void printBytes(std::string_view bytes) {
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
+std::string instantText(Date date) {
+  return NSDateFormatter::withFormat("uuuu-MM-dd HH:mm:ss ZZZZZ", {.locale = Locale::posix()})
+      .string(date);
+}
+
 std::size_t columns(std::string_view text) {
   const bool isASCII = std::ranges::all_of(text, [](unsigned char c) { return c < 0x80; });
   return isASCII ? text.size() : graphemes(text).size();
@@ -26,6 +33,22 @@ std::size_t columns(std::string_view text) {
 std::string padded(std::string_view text, std::size_t width) {
   const std::size_t taken = columns(text);
   return std::string(text) + std::string(taken < width ? width - taken : 0, ' ');
+}
+
+std::string aligned(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths;
+  for (const auto& row : rows) {
+    widths.resize(row.size());
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], columns(row[i]));
+  }
+  std::string text;
+  for (const auto& row : rows) {
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) text += padded(row[i], widths[i]) + "  ";
+    text += row.back();
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += "\n";
+  }
+  return text;
 }
 
 std::string colored(std::string_view text, const std::optional<OxCodableColor>& color) {

@@ -15,16 +15,6 @@ std::string timesText(std::int64_t count) {
   return count == 1 ? "once" : stringWithFormat("%lld times", static_cast<long long>(count));
 }
 
-std::string daysText(const EnumSet<DayOfWeek>& days) {
-  if (days == everyDay()) return "every day";
-  std::string text;
-  for (const DayOfWeek day : everyDay(DayOfWeek::monday)) {
-    if (!days.contains(day)) continue;
-    text += (text.empty() ? "" : " ") + weekdayName(day).substr(0, 3);
-  }
-  return text;
-}
-
 /// Steps in the period of a total are the total itself.
 bool isTotal(const TaskFrequency& frequency) {
   return isAggregate(frequency.dayMode) && frequency.numPartialCompletions > 1;
@@ -66,6 +56,16 @@ std::string typeText(const AutomaticTaskType& type) {
 }
 
 }  // namespace
+
+std::string daysText(const EnumSet<DayOfWeek>& days) {
+  if (days == everyDay()) return "every day";
+  std::string text;
+  for (const DayOfWeek day : everyDay(DayOfWeek::monday)) {
+    if (!days.contains(day)) continue;
+    text += (text.empty() ? "" : " ") + weekdayName(day).substr(0, 3);
+  }
+  return text;
+}
 
 std::string textOf(const std::string* text) {
   return text != nullptr ? repairedUTF8(*text) : "";

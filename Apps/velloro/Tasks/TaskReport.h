@@ -55,6 +55,9 @@ struct TaskReport {
 /// One line per task.
 [[nodiscard]] std::string table(const std::vector<TaskReport>& reports);
 
+/// "every day", or "mon wed fri".
+[[nodiscard]] std::string daysText(const EnumSet<DayOfWeek>& days);
+
 /// A stored text as UTF-8, whatever is stored; empty for none.
 [[nodiscard]] std::string textOf(const std::string* text);
 

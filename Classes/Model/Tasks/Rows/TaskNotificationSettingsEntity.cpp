@@ -27,12 +27,21 @@ TaskNotificationSettings TaskNotificationSettingsEntity::settings() const {
 
 bool TaskNotificationSettingsEntity::setSettings(const TaskNotificationSettings& settings) {
   const auto isOn = [](std::optional<bool> flag) { return flag.value_or(false); };
-  writeValue(badgeMode, settings.badgeMode);
+  // A text of which nothing is known is replaced by a choice alone, not by what it reads as.
+  const TaskNotificationSettings before = this->settings();
+  const auto differs = [&](const auto& one, const auto& other) {
+    return isInserted() || one != other;
+  };
+  if (differs(before.badgeMode, settings.badgeMode)) writeValue(badgeMode, settings.badgeMode);
   writeValue(badgeFrom, settings.badgeFrom);
   writeValue(badgeTo, settings.badgeTo);
   writeValue(badgeTimeZone, settings.badgeTimeZone);
-  writeValue(reminderType, settings.reminderType);
-  writeValue(maxReminders, settings.maxReminders);
+  if (differs(before.reminderType, settings.reminderType)) {
+    writeValue(reminderType, settings.reminderType);
+  }
+  if (differs(before.maxReminders, settings.maxReminders)) {
+    writeValue(maxReminders, settings.maxReminders);
+  }
   writeValue(completedNotification, settings.completedNotification);
   writeValue(partiallyCompletedNotification, isOn(settings.partiallyCompletedNotification));
   writeValue(soundCompletion, settings.completedOrMissedSound);
