@@ -29,7 +29,7 @@ namespace velloro {
 /// What there is to say about a task on the day of a reminder. To be used on the queue of the task,
 /// and no longer than its snapshot holds.
 ///
-///     const auto snapshot = TaskSnapshot::of(*task);
+///     const auto snapshot = TaskSnapshot::of(*task, now);
 ///     const IndividualReminder reminder(snapshot, task->currentPeriod(), {2024, 3, 7});
 ///     reminder.message(NotificationIndividualReminder::reminder).text;    // "A little reminder"
 class IndividualReminder {

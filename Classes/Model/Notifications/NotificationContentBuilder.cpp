@@ -171,7 +171,8 @@ std::optional<std::filesystem::path> NotificationContentBuilder::image(
       .scale = screenScale,
       .image = StaticImageGenerator::Request::Image{.icon = icon->visualRepresentation,
                                                     .displayProperties = icon->displayProperties}};
-  if (icon->visualRepresentation.kind() == IconVisualRepresentation::EncodingPrefix::monogram) {
+  if (makesImages &&
+      icon->visualRepresentation.kind() == IconVisualRepresentation::EncodingPrefix::monogram) {
     request.image->image =
         IconArtwork{.representation = *icon, .side = imageDiameter, .scale = screenScale}.image();
   }
@@ -183,7 +184,8 @@ std::optional<std::filesystem::path> NotificationContentBuilder::image(
     request.layoutProperties.badges = {
         taskSharingBadge(iconOf(task.shareOwnerDisplayRepresentation), data.theme, task.color)};
   }
-  return StaticImageGenerator::imageFile(request);
+  return makesImages ? StaticImageGenerator::imageFile(request)
+                     : StaticImageGenerator::imageFilePath(request);
 }
 
 }  // namespace velloro

@@ -19,6 +19,8 @@ struct NotificationContentBuilder {
   double screenScale = 2;  ///< Pixels per point, of the image.
   /// Titles then do without the sign of their icon, which would be read out.
   bool isVoiceOverRunning = false;
+  /// Without, a content names the file that its image would have, and nothing is drawn or written.
+  bool makesImages = true;
 
   /// The title of a task as it is shown, and whose task it is.
   struct Reminder {

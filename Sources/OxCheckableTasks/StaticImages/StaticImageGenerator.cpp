@@ -237,18 +237,20 @@ ImageCache& imagesOfThisArtwork() {
 
 }  // namespace
 
-std::optional<std::filesystem::path> imageFile(const Request& request) {
+std::optional<std::filesystem::path> imageFilePath(const Request& request) {
   const auto key = request.cacheKey(cacheIdentifier);
-  if (!key) return std::nullopt;
-  ImageCache& cache = imagesOfThisArtwork();
-  auto file = cache.imageUrl(*key);
-  if (NSFileManager::exists(file)) return file;
+  return key ? std::optional(imagesOfThisArtwork().imageUrl(*key)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> imageFile(const Request& request) {
+  const auto file = imageFilePath(request);
+  if (!file || NSFileManager::exists(*file)) return file;
   const UIImage image = request.createSync();
-  if (NSFileManager::exists(file)) return file;
+  if (NSFileManager::exists(*file)) return file;
   // The image was in memory alone, or the cache keeps no files.
   const auto png = image.cgImage ? image.cgImage->pngData() : std::nullopt;
-  if (!png || !NSFileManager::createDirectory(file.parent_path())) return std::nullopt;
-  return NSFileManager::write(png->text(), file) ? std::optional(std::move(file)) : std::nullopt;
+  if (!png || !NSFileManager::createDirectory(file->parent_path())) return std::nullopt;
+  return NSFileManager::write(png->text(), *file) ? file : std::nullopt;
 }
 
 UIImage create(const Request& request) {

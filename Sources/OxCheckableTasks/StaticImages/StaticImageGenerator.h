@@ -107,6 +107,8 @@ struct Request {
 /// The image's PNG file in the cache, drawn where it is not there yet. Absent for an image that is
 /// not kept, and for one that can't be drawn or written.
 [[nodiscard]] std::optional<std::filesystem::path> imageFile(const Request& request);
+/// Where that file is, or would be; draws and writes nothing.
+[[nodiscard]] std::optional<std::filesystem::path> imageFilePath(const Request& request);
 /// Draws on a surface of pixels whose y grows downwards.
 void drawInto(CGContext& context, CGRect frame, const Request& request);
 

@@ -1,0 +1,174 @@
+#include "Host/Snooze.h"
+
+#include "Foundation/Text/String.h"
+#include "Host/HostStore.h"
+#include "Host/NotificationUpdates.h"
+#include "Host/PeriodCloser.h"
+#include "Notifications/Planning/NotificationPlanner.h"
+#include "OxLog/Log.h"
+#include "Settings/Settings.h"
+#include "Settings/SiriExtensionUtilities.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Rows/TaskWriting.h"
+#include "Tasks/Status/StoredTaskStatus.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <map>
+#include <vector>
+
+namespace velloro {
+namespace {
+
+using Report = TaskPlanReport;
+
+/// A reminder of a task, with a moment at which it comes.
+struct Moment {
+  TaskReminder reminder;
+  Date date;
+};
+
+/// The one entry in the list of asked-for reminders that is a snooze of the task: it has an
+/// identifier of its own, so that it is found again and replaced.
+UniqueID snoozeId(const UniqueID& task) {
+  UUID::Bytes bytes = task.uuid.bytes();
+  for (std::size_t i = 12; i < bytes.size(); ++i) bytes[i] ^= 0xFF;
+  bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x80);  // version 8: a form of our own
+  return {UUID(bytes)};
+}
+
+/// From the day before the present one, if that is still to be reminded of, to the day after the
+/// next, in order of time.
+std::vector<Moment> moments(const TaskSnapshot& snapshot,
+                            const TaskNotificationSettings& settings) {
+  constexpr std::int64_t first = -1;
+  constexpr std::int64_t last = 2;
+  const TaskStanding& task = snapshot.standing;
+  const YYYYMMDD since = std::max(createdDay(snapshot), task.currentPeriod().period.startDate);
+  std::vector<Moment> moments;
+  for (std::int64_t i = first; i <= last; ++i) {
+    const YYYYMMDD day = task.today().add(i, task.timeZone);
+    if (day < since) continue;
+    for (const TaskReminder& reminder : settings.timeOfDayReminders()) {
+      const auto& time = reminder.trigger.timeOfDay;
+      if (!time || !reminder.daysOfWeek.contains(day.dayOfWeek(task.timeZone))) continue;
+      moments.push_back({reminder, day.dateAt(task.startOfDay, *time, task.timeZone)});
+    }
+  }
+  std::ranges::stable_sort(moments, {}, &Moment::date);
+  return moments;
+}
+
+/// The newest whose time has come, else the next.
+std::optional<Moment> reminderToSnooze(const TaskSnapshot& task,
+                                       const TaskNotificationSettings& settings) {
+  const auto all = moments(task, settings);
+  const auto next = std::ranges::upper_bound(all, task.standing.now, {}, &Moment::date);
+  if (next != all.begin()) return *std::prev(next);
+  return next == all.end() ? std::nullopt : std::optional(*next);
+}
+
+TimeInterval usualDuration() {
+  const TimeInterval chosen = Settings::shared().snoozeDuration();
+  return chosen > 0 ? chosen : PlannedTask::defaultSnoozeDuration;
+}
+
+/// Whether a plan with these settings brings the reminder back at that moment.
+bool holdsSnooze(const HostStore& store, const TaskEntity& task,
+                 const TaskNotificationSettings& settings, const UniqueID& reminder, Date at,
+                 Date now) {
+  // Whenever an automatic time is worked out again, its row is a new one.
+  if (settings.reminderType == ReminderType::automatic) return false;
+  NotificationPlanner planner(store.context(), {.now = now, .makesImages = false},
+                              [] { return std::uint64_t{0}; });
+  std::map<const TaskEntity*, Report> reports;
+  planner.reports = &reports;
+  planner.newSettings.emplace(&task, settings);
+  const auto request = planner.tasks(
+      {std::static_pointer_cast<TaskEntity>(store.context().objectWithID(task.objectID()))});
+  for (const Report::Day& day : reports[&task].days) {
+    for (const Report::Reminder& planned : day.reminders) {
+      if (planned.isSnoozed && planned.reminder.uniqueId == reminder &&
+          planned.reason == Report::ReminderReason::planned) {
+        return planned.date == at;
+      }
+    }
+  }
+  return false;
+}
+
+/// Throws where there is nothing to put off.
+Moment momentToSnooze(const TaskEntity& task, const TaskSnapshot& snapshot) {
+  const auto none = [&](const std::string& why) {
+    return HostError(inQuotes(task.title()) + ": " + why);
+  };
+  const auto settings = task.notificationSettings();
+  if (settings.reminderType == ReminderType::none) throw none("it has no reminders");
+  if (isSettled(task)) throw none("it needs no reminder now");
+  const auto moment = reminderToSnooze(snapshot, settings);
+  if (!moment) throw none("it has no reminders");
+  return *moment;
+}
+
+Result<void> keepAsAsked(const UniqueID& task, Date at) {
+  return SiriExtensionUtilities::shared()->editSiriReminders([&](auto& reminders) {
+    std::erase_if(reminders, [&](const auto& each) { return each.uniqueId == snoozeId(task); });
+    reminders.push_back({snoozeId(task), task, at});
+  });
+}
+
+}  // namespace
+
+Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEntity>()> find,
+                      std::optional<TimeInterval> duration, Date now) {
+  const Date start = Date::since1970(std::floor(now.timeIntervalSince1970()));
+  const Date at = start + duration.value_or(usualDuration());
+  std::optional<UniqueID> asked;
+  const Snooze snooze = store.write([&] {
+    const auto task = find();
+    PeriodCloser(store.context(), now).close(*task);
+    const auto snapshot = TaskSnapshot::of(*task, now);
+    const Moment moment = momentToSnooze(*task, snapshot);
+    auto settings = task->notificationSettings();
+    for (TaskReminder& reminder : settings.reminders) {
+      if (reminder.uniqueId != moment.reminder.uniqueId) continue;
+      reminder =
+          reminder.withSnooze(snapshot.standing.today(), HHMMSS::fromDate(now, TimeZone::current()),
+                              NotificationTimeZone::taskViewer);
+    }
+    if (holdsSnooze(store, *task, settings, moment.reminder.uniqueId, at, now)) {
+      setNotificationSettings(*task, settings);
+    } else {
+      asked = task->uniqueId();
+    }
+    NotificationUpdates::shared().note(task);
+    return Snooze{at, moment.reminder.trigger.timeOfDay->debugDescription()};
+  });
+  if (!asked) return snooze;
+  if (const auto kept = keepAsAsked(*asked, at); !kept) {
+    throw HostError("nothing was put off: " + kept.error()->localizedDescription());
+  }
+  return snooze;
+}
+
+bool isSettled(const TaskEntity& task) {
+  const auto snapshot = TaskSnapshot::of(task, Date::now());
+  const auto status = streakedCompletionStatus(snapshot, snapshot.standing.currentPeriod().period)
+                          .completionStatus.status;
+  return whyNoReminders(snapshot.status, snapshot.standing.automaticTaskType, status).has_value();
+}
+
+NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task) {
+  const auto& utilities = *SiriExtensionUtilities::shared();
+  const auto reminders = utilities.siriReminders();
+  const auto isSnooze = [&](const auto& each) { return each.uniqueId == snoozeId(task); };
+  if (std::ranges::none_of(reminders, isSnooze)) return {};
+  const auto edited =
+      utilities.editSiriReminders([&](auto& list) { std::erase_if(list, isSnooze); });
+  if (!edited) Log::notifications.error(edited.error());
+  const std::string id = NotificationID::spoken(snoozeId(task), task).str;
+  return {.cancelPending = {id}, .cancelDelivered = {id}};
+}
+
+}  // namespace velloro

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Foundation/Time/Date.h"
+#include "Notifications/Planning/NotificationHelper.h"
+#include "OxKit/FunctionRef.h"
+#include "OxKit/Platform.h"
+#include "OxKit/UniqueID.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace velloro {
+
+class HostStore;
+class TaskEntity;
+
+/// What became of a task's reminder that was put off.
+struct Snooze {
+  Date date;              ///< When it comes back.
+  std::string timeOfDay;  ///< Of the reminder, "07:30:00".
+};
+
+/// Puts off the newest reminder of a task whose time has come on the present logical day or the one
+/// before, else the next one. It comes back after that time, unless the task is done by then.
+///
+/// The reminder itself keeps the moment at which it was put off, if the plan then brings it back in
+/// time; that is not so for an automatic one, for another time than the user's usual, or where a
+/// later reminder comes first. Then a reminder of its own is kept for that one moment.
+///
+/// \param find Gives the task, within the transaction.
+/// \param duration In seconds; absent for the setting `nmSnoozeDuration`.
+/// \throws HostError for a task that has no reminders or needs none.
+Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEntity>()> find,
+                      std::optional<TimeInterval> duration, Date now);
+
+/// Whether nothing of the task's present period is left to remind of.
+[[nodiscard]] bool isSettled(const TaskEntity& task);
+/// Forgets the moment that was kept for the task, if any. Returns what to take from the centre.
+[[nodiscard]] NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task);
+
+}  // namespace velloro

@@ -1,0 +1,139 @@
+#include "velloro/Planning/PlanCommand.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Foundation/Text/String.h"
+#include "Host/NotificationUpdates.h"
+#include "Host/Snooze.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "velloro/Notifications/WordChoice.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Planning/PlanReport.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+struct PlanOptions {
+  std::vector<std::string> tasks;
+  std::string task;
+  std::optional<std::string> seed, duration;
+  bool explain = false, apply = false, json = false;
+};
+
+PlanReport planned(const HostStore& store, const PlanOptions& options) {
+  const Date now = Date::now();
+  PlanReport::Wanted wanted{.explains = options.explain};
+  for (const auto& name : options.tasks) {
+    const auto task = currentTaskArgument(store, name, now);
+    if (std::ranges::count(wanted.tasks, task) == 0) wanted.tasks.push_back(task);
+  }
+  return PlanReport::of(store, wanted, now, WordChoice::argument(options.seed));
+}
+
+void plan(const PlanOptions& options) {
+  if (options.apply) {
+    if (!options.tasks.empty() || options.seed) {
+      throw UsageError(
+          "--apply: plans all tasks with words chosen at random; write no TASK and "
+          "no --seed");
+    }
+    NotificationUpdates::shared().rebuildAll();
+  }
+  const HostStore store;
+  const PlanReport report = planned(store, options);
+  print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
+}
+
+void snooze(const PlanOptions& options) {
+  const HostStore store;
+  std::optional<TimeInterval> duration;
+  if (options.duration) duration = durationArgument("--for", *options.duration);
+  const Snooze snooze = snoozeReminder(
+      store, [&] { return taskArgument(store, options.task); }, duration, Date::now());
+  if (options.json) {
+    return print(JSONEncoder{}.encode(PropertyList(PropertyList::Dictionary{
+                     {"reminder", snooze.timeOfDay}, {"date", snooze.date.iso8601()}})) +
+                 "\n");
+  }
+  print("The reminder of " + snooze.timeOfDay + " comes back at " +
+        HHMMSS::fromDate(snooze.date, TimeZone::current()).debugDescription() + "\n");
+}
+
+void badge(const PlanOptions& options) {
+  const HostStore store;
+  PlanReport report = planned(store, options);
+  std::erase_if(report.requests, [](const auto& request) { return !request.badge; });
+  report.cancelDelivered.clear();
+  std::erase_if(report.cancelPending, [](const auto& id) { return !id.starts_with("b."); });
+  if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
+  print(report.requests.empty() ? "There is no badge: \"settings set nmTaskCountBadgeDisabled "
+                                  "false\" turns it on\n"
+                                : report.text());
+}
+
+void addJsonFlag(CLI::App& command, PlanOptions& options) {
+  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
+}
+
+}  // namespace
+
+void addPlanCommand(CLI::App& app) {
+  auto options = std::make_shared<PlanOptions>();
+  CLI::App* command =
+      app.add_subcommand("plan", "Shows which reminders will come in the next three days, and why");
+  command->add_option("TASK", options->tasks, "Titles or ids of tasks (default: all)");
+  command
+      ->add_flag("--explain", options->explain,
+                 "Says why each day has reminders or none, and where times come from")
+      ->disable_flag_override();
+  command->add_flag("--apply", options->apply, "Schedules all of it in the notification centre")
+      ->disable_flag_override();
+  WordChoice::addOption(*command, options->seed);
+  addJsonFlag(*command, *options);
+  command->footer(
+      "Without --apply nothing is written anywhere. From the first --apply on, each command that\n"
+      "changes something plans again what it has changed.\n\n"
+      "Examples:\n"
+      "  velloro plan\n"
+      "  velloro plan Read --explain\n"
+      "  velloro plan --apply");
+  command->callback([options] { plan(*options); });
+}
+
+void addSnoozeCommand(CLI::App& app) {
+  auto options = std::make_shared<PlanOptions>();
+  CLI::App* command = app.add_subcommand(
+      "snooze", "Puts off the newest reminder of a task whose time has come, else the next");
+  addTaskArgument(*command, options->task);
+  command
+      ->add_option("--for", options->duration,
+                   "How long: 90s, 30m, 2h (default: the setting nmSnoozeDuration)")
+      ->type_name("DURATION");
+  addJsonFlag(*command, *options);
+  command->footer(
+      "The reminder comes back unless the task is done by then.\n\n"
+      "Examples:\n"
+      "  velloro snooze Read\n"
+      "  velloro snooze Read --for 2h");
+  command->callback([options] { snooze(*options); });
+}
+
+void addBadgeCommand(CLI::App& app) {
+  auto options = std::make_shared<PlanOptions>();
+  CLI::App* command = app.add_subcommand(
+      "badge", "Shows how many tasks are incomplete, and how that changes in the next days");
+  addJsonFlag(*command, *options);
+  command->footer("Examples:\n  velloro badge\n  velloro badge --json");
+  command->callback([options] { badge(*options); });
+}
+
+}  // namespace velloro
