@@ -40,10 +40,10 @@ void fill(TaskEntity& task, int number) {
   task.setValue(TaskAttributes::displayOrder, static_cast<std::int16_t>(101 + number % 99));
   setFrequency(task, frequencyOf(number));
   task.setValue(TaskAttributes::isNegative, number % 5 == 4);
-  setTaskStatus(task, TaskStatus::normal);
+  setTaskStatus(task, TaskStatus::normal, Date::now());
   task.setValue(TaskAttributes::created, Date::now() - 86400.0 * numDays);
   task.setValue(TaskAttributes::lastProcessedDate, Date::now());
-  const TaskLogRules rules = logRules(task);
+  const TaskLogRules rules = logRules(task, Date::now());
   for (auto period = rules.period(lastDay.add(-numDays, {})); period.endsBefore(lastDay);
        period = period.next({})) {
     const bool isMissed = period.startDate.d % 10 == 3;

@@ -65,14 +65,13 @@ unsigned luck(std::uint64_t task, std::uint64_t day) {
   return static_cast<unsigned>((z ^ (z >> 31)) % 100);
 }
 
-void logDay(TaskEntity& task, YYYYMMDD day, unsigned dice, unsigned diligence) {
-  if (dice >= diligence) return;
+void logDay(TaskEntity& task, YYYYMMDD day, unsigned dice, Date now) {
   const std::int64_t steps = task.frequency().numPartialCompletions;
   const std::int64_t hour = 7 + dice % 13;
   for (std::int64_t i = 0; i < steps; ++i) {
     const Date at = day.dateAt(task.startOfDay(), hour, static_cast<std::int64_t>(i * 5), 0,
                                task.taskCurrentTimeZone());
-    if (at <= Date::now()) addLogEntry(task, {.date = day, .at = at});
+    if (at <= now) addLogEntry(task, {.date = day, .at = at}, now);
   }
 }
 
@@ -81,29 +80,29 @@ bool isDue(const TaskEntity& task, YYYYMMDD day, TimeZone zone) {
   return frequency.dayMode != DayMode::specificDaysOfWeek || frequency.hasDay(day.dayOfWeek(zone));
 }
 
-void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t number) {
-  const Date created = Date::now() - static_cast<double>(demoDays) * 86400;
+void addDemoTask(const HostStore& store, const DemoTask& demo, std::uint64_t number, Date now) {
+  const Date created = now - static_cast<double>(demoDays) * 86400;
   const auto task = addTask(store, demo.fields, created);
-  const TaskLogRules rules = logRules(*task);
+  const TaskLogRules rules = logRules(*task, now);
   for (std::int64_t i = demoDays; i >= 0; --i) {
     const YYYYMMDD day = rules.today().add(-i, rules.timeZone);
-    if (isDue(*task, day, rules.timeZone)) {
-      logDay(*task, day, luck(number, static_cast<std::uint64_t>(i)), demo.diligence);
-    }
+    const unsigned dice = luck(number, static_cast<std::uint64_t>(i));
+    if (dice < demo.diligence && isDue(*task, day, rules.timeZone)) logDay(*task, day, dice, now);
   }
-  PeriodCloser(store.context()).close(*task);
-  updateDerivedData(*task);
+  PeriodCloser(store.context(), now).close(*task);
+  updateDerivedData(*task, now);
 }
 
 }  // namespace
 
 void fillDemoStore(const HostStore& store) {
   store.write([&] {
+    const Date now = Date::now();
     if (!store.tasks({}).empty()) {
       throw HostError("the store has tasks already; choose an empty one");
     }
     std::uint64_t number = 0;
-    for (const DemoTask& demo : demoTasks()) addDemoTask(store, demo, number++);
+    for (const DemoTask& demo : demoTasks()) addDemoTask(store, demo, number++, now);
   });
 }
 

@@ -2,7 +2,9 @@
 
 #include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Text/String.h"
+#include "Host/NotificationUpdates.h"
 #include "Host/StoreSwitch.h"
+#include "Host/TimedTaskHost.h"
 #include "OxLog/Log.h"
 #include "Settings/Settings.h"
 #include "Tasks/Requests/TaskFetchRequest.h"
@@ -43,6 +45,7 @@ StoreUse HostStore::beginWriting() const {
   // transaction of its own.
   static_cast<void>(SettingsStorage::shared());
   finishChoosingStore(DataManager::shared());
+  logExpiredRuns(*this);
   auto access = StoreUse::toWrite();
   if (!access) throwUnsaved(access.error());
   openActiveStore();
@@ -56,6 +59,10 @@ void HostStore::readSettings() {
     if (const auto read = cloud->refresh(); !read) throwUnsaved(read.error());
   }
   Settings::shared().reload();
+}
+
+void HostStore::noteChanges() const {
+  NotificationUpdates::shared().note(context());
 }
 
 void HostStore::throwUnsaved(const ErrorPtr& error) {

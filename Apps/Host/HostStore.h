@@ -33,7 +33,7 @@ class HostError : public Error {
 ///
 ///     HostStore store;
 ///     store.write([&] {
-///       for (const auto& task : store.tasks({})) bringUpToDate(*task);
+///       for (const auto& task : store.tasks({})) bringUpToDate(*task, now);
 ///     });
 class HostStore {
  public:
@@ -49,11 +49,11 @@ class HostStore {
   /// In the order of their pages. \throws HostError
   [[nodiscard]] std::vector<std::shared_ptr<TaskEntity>> tasks(
       const EnumSet<TaskStatus>& statuses) const;
-  /// Runs `work`, saves what it has changed, and returns what it returns. All of it is one
-  /// transaction of the file (`NSManagedObjectContext::performTransaction`), so that whatever
-  /// `work` reads is true when it is written: tasks, entries and settings are looked up within it.
-  /// \throws What `work` throws, and HostError where something can't be read or can't be written.
-  /// Nothing is written then.
+  /// Logs the timers whose time is up, runs `work`, saves what it has changed, and returns what it
+  /// returns. All of it is one transaction of the file
+  /// (`NSManagedObjectContext::performTransaction`), so that whatever `work` reads is true when it
+  /// is written: tasks, entries and settings are looked up within it. \throws What `work` throws,
+  /// and HostError where something can't be read or can't be written. Nothing is written then.
   template <std::invocable Work>
   auto write(Work&& work) const {
     const StoreUse access = beginWriting();
@@ -62,9 +62,12 @@ class HostStore {
       readSettings();
       if constexpr (std::is_void_v<Value>) {
         work();
+        noteChanges();
         return {};
       } else {
-        return work();
+        Result<Value> result = work();
+        noteChanges();
+        return result;
       }
     });
     if (!written) throwUnsaved(written.error());
@@ -78,6 +81,8 @@ class HostStore {
   /// Reads the settings as other processes have left them. \throws HostError if they can't be read,
   /// since defaults would be used instead.
   static void readSettings();
+  /// Of which tasks the notifications are to be planned again.
+  void noteChanges() const;
   [[noreturn]] static void throwUnsaved(const ErrorPtr& error);
 
   mutable std::shared_ptr<DataManager::Container> container_;

@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "Host/LogEntryRow.h"
+#include "OxKit/Numbers.h"
 #include "Tasks/Log/StoredEntries.h"
 #include "Tasks/Log/StoredTemporalData.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
@@ -126,23 +127,34 @@ double done(const TaskEntity& task, const TaskFrequencyPeriod& period,
              : known;
 }
 
+/// What was timed, in the unit of the task: instants are known less exactly than amounts.
+std::optional<double> amountOf(const NewLogEntry& entry, const TaskProgress& progress) {
+  const auto* timer = progress.as<TaskProgressTimer>();
+  if (!entry.timed || timer == nullptr) return entry.amount;
+  constexpr TimeInterval closeness = 0.01;
+  const TimeInterval left = timer->remainingDurationCurrentCompletion();
+  const bool isLeft = std::abs(left - *entry.timed) < closeness;
+  return TaskProgressTimer::convertFromTimeInterval(isLeft ? left : roundToPlaces(*entry.timed, 3),
+                                                    timer->unit);
+}
+
 }  // namespace
 
-std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
-  const TaskLogRules rules = logRules(task);
+std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry, Date now) {
+  const TaskLogRules rules = logRules(task, now);
   const TaskFrequencyPeriod period = rules.period(entry.date);
   const auto others = entriesIn(task, rules, period);
   const double entered = totalOf(task, others);
-  const double reached = done(task, period, others, entered, rules.now);
-  const LogStep step =
-      nextLogStep({.type = entry.type,
-                   .amount = entry.amount,
-                   .isNegative = task.isNegative(),
-                   .progress = progress(TaskSnapshot::of(task, rules.now), period, reached),
-                   .done = reached,
-                   .now = rules.now});
+  const double reached = done(task, period, others, entered, now);
+  const TaskProgress before = progress(TaskSnapshot::of(task, now), period, reached);
+  const LogStep step = nextLogStep({.type = entry.type,
+                                    .amount = amountOf(entry, before),
+                                    .isNegative = task.isNegative(),
+                                    .progress = before,
+                                    .done = reached,
+                                    .now = now});
   const double total = entered + step.counted(task.isNegative());
-  auto written = LogEntryRow{.id = UniqueID::create(),
+  auto written = LogEntryRow{.id = entry.id.value_or(UniqueID::create()),
                              .period = period,
                              .date = entry.date,
                              .at = instantOfItsOwn(entry.at, instantsOf(others, entry.date)),
@@ -156,8 +168,8 @@ std::shared_ptr<Entry> addLogEntry(TaskEntity& task, const NewLogEntry& entry) {
   return written;
 }
 
-std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
-  const TaskLogRules rules = logRules(task);
+std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date, Date now) {
+  const TaskLogRules rules = logRules(task, now);
   const TaskFrequencyPeriod period = rules.period(date);
   auto left = entriesIn(task, rules, period);
   const auto newest = std::ranges::find_if(left.rbegin(), left.rend(), isMadeByHand);
@@ -176,9 +188,9 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date) {
   return undone;
 }
 
-void updateDerivedData(TaskEntity& task) {
-  const TaskLogRules rules = logRules(task);
-  task.updateTemporalData(rules.today(), rules.timeZone, rules.now);
+void updateDerivedData(TaskEntity& task, Date now) {
+  const TaskLogRules rules = logRules(task, now);
+  task.updateTemporalData(rules.today(), rules.timeZone, now);
 }
 
 }  // namespace velloro

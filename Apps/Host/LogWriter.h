@@ -3,6 +3,7 @@
 #include "Foundation/Time/Date.h"
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/Platform.h"
+#include "OxKit/UniqueID.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "VelloroCore/Log/TaskLogEntryType.h"
 
@@ -23,6 +24,10 @@ struct NewLogEntry {
   /// made after it.
   Date at;
   std::optional<double> amount = {};  ///< In the task's unit; absent for the default of the type.
+  /// The seconds that a timer ran, in place of `amount`. What completes the completion under way,
+  /// but for a hundredth of a second, counts as exactly that.
+  std::optional<TimeInterval> timed = {};
+  std::optional<UniqueID> id = {};  ///< Absent for a new one.
 };
 
 // These functions are called within `HostStore::write`, since what they write depends on the log at
@@ -35,14 +40,15 @@ struct NewLogEntry {
 /// An entry contains its own amount and the period's total up to and including it: for a task of
 /// eight glasses, the third step contains 1 and 3.
 ///
-///     addLogEntry(*task, {.date = {2024, 3, 7}, .at = now});
-std::shared_ptr<TaskLogEntryEntity> addLogEntry(TaskEntity& task, const NewLogEntry& entry);
+///     addLogEntry(*task, {.date = {2024, 3, 7}, .at = now}, now);
+std::shared_ptr<TaskLogEntryEntity> addLogEntry(TaskEntity& task, const NewLogEntry& entry,
+                                                Date now);
 
 /// Removes the newest entry that the user made in the period with that day; null if there is none.
 /// A past period may be open then, and is closed again with the next write.
-std::shared_ptr<TaskLogEntryEntity> undoLogEntry(TaskEntity& task, YYYYMMDD date);
+std::shared_ptr<TaskLogEntryEntity> undoLogEntry(TaskEntity& task, YYYYMMDD date, Date now);
 
 /// Updates the task's temporal row from its log, for the current logical day.
-void updateDerivedData(TaskEntity& task);
+void updateDerivedData(TaskEntity& task, Date now);
 
 }  // namespace velloro

@@ -5,6 +5,7 @@
 #include "Host/HostStore.h"
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
+#include "Host/TimedTaskHost.h"
 #include "OxLog/Log.h"
 #include "Tasks/Log/StoredEntries.h"
 #include "Tasks/Log/StoredLog.h"
@@ -31,7 +32,8 @@ struct PeriodCloser::Changes {
   std::vector<PeriodClosing> closings = {};
   /// What will be kept of the log, where that is known without walking it.
   std::optional<TaskTemporalData> temporal = {};
-  bool isProcessed = false;  ///< Whether the day is to be remembered.
+  bool isProcessed = false;   ///< Whether the day is to be remembered.
+  std::string obstacle = {};  ///< Why nothing can be closed; empty if it can.
 
   [[nodiscard]] bool isLogChanged() const { return !ahead.empty() || !closings.empty(); }
 };
@@ -67,14 +69,14 @@ std::map<UniqueID, std::shared_ptr<Entry>> entriesByID(const TaskEntity::Entries
 /// Before it no period is closed, whatever a damaged row says of when its task was made.
 constexpr YYYYMMDD earliestClosed{.y = 1970, .m = 1, .d = 1};
 
-/// A clock that is centuries ahead would fill the log with entries, one for each period.
-void expectClosable(const TaskEntity& task, YYYYMMDD from, const TaskLogRules& rules) {
+/// A clock that is centuries ahead would fill the log with entries, one for each period. Empty
+/// where it is not.
+std::string obstacleOf(const TaskEntity& task, YYYYMMDD from, YYYYMMDD today) {
   constexpr std::int64_t mostYears = 150;
-  const YYYYMMDD today = rules.today();
-  if (today.y - from.y <= mostYears) return;
-  throw HostError("the log of " + inQuotes(task.title()) + " reaches " + from.debugDescription() +
-                  ", more than " + std::to_string(mostYears) + " years before " +
-                  today.debugDescription() + ": check the clock or --now");
+  if (today.y - from.y <= mostYears) return "";
+  return "the log of " + inQuotes(task.title()) + " reaches " + from.debugDescription() +
+         ", more than " + std::to_string(mostYears) + " years before " + today.debugDescription() +
+         ": check the clock or --now";
 }
 
 void write(TaskEntity& task, const std::vector<PeriodClosing>& closings, Date now) {
@@ -157,7 +159,8 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
   changes.isProcessed |= isAnyDue || !processed;
   // Whoever takes a task out of the trash has missed nothing while it was there.
   if (!isAnyDue || snapshot.status == TaskStatus::trashed) return changes;
-  expectClosable(task, due.firstDay(), rules);
+  changes.obstacle = obstacleOf(task, due.firstDay(), rules.today());
+  if (!changes.obstacle.empty()) return changes;
   const StoredLog log(task, {.direction = Direction::newestToOldest, .minDate = due.firstDay()});
   changes.closings = due.fromLog(log.rows());
   if (changes.ahead.empty()) {
@@ -169,6 +172,7 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
 
 bool PeriodCloser::close(TaskEntity& task) {
   const Changes changes = changesOf(task);
+  if (!changes.obstacle.empty()) throw HostError(changes.obstacle);
   for (const auto& entry : changes.ahead) context_.deleteObject(*entry);
   write(task, changes.closings, now_);
   if (changes.isProcessed) task.setValue(TaskAttributes::lastProcessedDate, now_);
@@ -176,7 +180,13 @@ bool PeriodCloser::close(TaskEntity& task) {
 }
 
 std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
+  if (!runs_) runs_ = TimedTaskManager::shared().entries();
+  foreseeExpiredRuns(task, *runs_, now_);
   Changes changes = changesOf(task);
+  if (!changes.obstacle.empty()) {
+    Environment::current().report(terminalText(changes.obstacle));
+    return {};
+  }
   const bool hasRow = task.value(TaskAttributes::taskTemporalData) != nullptr;
   if (!changes.isLogChanged() && hasRow) return {};
   TaskEntity::Outlook outlook{.temporal = hasRow ? changes.temporal : std::nullopt};
@@ -195,10 +205,10 @@ std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
   return std::move(changes.closings);
 }
 
-void bringUpToDate(TaskEntity& task) {
+void bringUpToDate(TaskEntity& task, Date now) {
   const bool isNew = task.value(TaskAttributes::taskTemporalData) == nullptr;
-  const bool isChanged = PeriodCloser(*task.managedObjectContext()).close(task);
-  if (isChanged || isNew) updateDerivedData(task);
+  const bool isChanged = PeriodCloser(*task.managedObjectContext(), now).close(task);
+  if (isChanged || isNew) updateDerivedData(task, now);
 }
 
 }  // namespace velloro

@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "OxKit/Platform.h"
+#include "VelloroCore/Progress/TimedTaskManagerEntry.h"
 #include "VelloroCore/Status/PeriodClosing.h"
 
 #include <cstdint>
@@ -18,7 +19,8 @@ class TaskLogEntryEntity;
 /// each: a miss or a skip, depending on the task's skip mode. For a negative task that stayed
 /// clean, it is a completion instead of the miss.
 ///
-/// Both fail with a `HostError` where the clock is more than 150 years ahead of the log.
+/// A clock more than 150 years ahead of the log would close tens of thousands of periods: `close`
+/// fails with a `HostError` then, and `foresee` reports why it leaves the task as it is stored.
 ///
 /// Streaks depend on full entries alone, so periods are closed before anything else is read or
 /// written on a new day. They are also closed before a task is paused or resumed, so that past
@@ -35,14 +37,14 @@ class TaskLogEntryEntity;
 class PeriodCloser {
  public:
   /// \param now The instant by which it goes, whenever it is asked.
-  explicit PeriodCloser(NSManagedObjectContext& context, Date now = Date::now())
-      : context_(context), now_(now) {}
+  PeriodCloser(NSManagedObjectContext& context, Date now) : context_(context), now_(now) {}
 
   /// Within a transaction. Returns whether the log has changed; if so, the caller calls
   /// `updateDerivedData`.
   bool close(TaskEntity& task);
-  /// Makes the task answer as if `close` and `updateDerivedData` had been called, without changing
-  /// anything that could be saved. Returns the entries that `close` would write.
+  /// Makes the task answer as if its expired timers had been logged, and `close` and
+  /// `updateDerivedData` been called, for a context that is not saved afterwards. Returns the
+  /// entries that `close` would write.
   std::vector<PeriodClosing> foresee(TaskEntity& task);
 
  private:
@@ -56,10 +58,11 @@ class PeriodCloser {
   NSManagedObjectContext& context_;
   Date now_;
   std::optional<bool> isClockTrusted_;
+  std::optional<std::vector<TimedTaskManagerEntry>> runs_;  // read when they are first asked for
 };
 
 /// Closes the task's past periods, and updates its temporal row if that changed the log or if the
 /// task has none. Within a transaction.
-void bringUpToDate(TaskEntity& task);
+void bringUpToDate(TaskEntity& task, Date now);
 
 }  // namespace velloro

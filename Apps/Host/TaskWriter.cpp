@@ -27,6 +27,15 @@ TaskDisplayOrder freePlace(const HostStore& store, TaskPageNumber page) {
   throw HostError(stringWithFormat("page %lld is full", static_cast<long long>(page.value)));
 }
 
+std::string rhythmOf(DayMode mode) {
+  const auto period = caseNames<TaskFrequencyPeriodType::year>().rawValue(
+      periodTypeForCompletionCountCalculation(mode));
+  if (mode == DayMode::dayInterval) return "in an interval of days";
+  if (isAggregate(mode)) return "with one total over a " + std::string(period);
+  if (countsDays(mode)) return "on a number of days of a " + std::string(period);
+  return mode == DayMode::specificDaysOfMonth ? "on days of the month" : "on days of the week";
+}
+
 void setPossibleFrequency(TaskEntity& task, const TaskFrequency& frequency) {
   setFrequency(task, frequency);
   const TaskFrequency stored = task.frequency();
@@ -37,9 +46,7 @@ void setPossibleFrequency(TaskEntity& task, const TaskFrequency& frequency) {
                                           static_cast<long long>(possible)));
   };
   if (stored.dayMode != frequency.dayMode) {
-    throw ImpossibleTask(
-        "such a task can't recur by " +
-        std::string(caseNames<DayMode::specificDaysOfMonth>().rawValue(frequency.dayMode)));
+    throw ImpossibleTask("such a task can't recur " + rhythmOf(frequency.dayMode));
   }
   if (stored.dayMode == DayMode::specificDaysOfWeek && stored.days != frequency.days) {
     throw ImpossibleTask("such a task can't recur on chosen days of the week");
@@ -61,8 +68,7 @@ std::shared_ptr<TaskEntity> addTask(const HostStore& store, const TaskFields& fi
   auto task = TaskEntity::create(store.context());
   setTaskDisplayOrder(*task, place);
   task->setValue(TaskAttributes::uniqueId, UniqueID::create());
-  setTaskStatus(*task, TaskStatus::normal);
-  task->setValue(TaskAttributes::statusDate, created);
+  setTaskStatus(*task, TaskStatus::normal, created);
   task->setValue(TaskAttributes::created, created);
   const TimeZone zone = fields.timeZone.value_or(Environment::current().timeZone());
   task->setValue(TaskAttributes::createdTimeZone, zone);

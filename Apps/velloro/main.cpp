@@ -3,6 +3,7 @@
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
 #include "Foundation/Values/Error.h"
+#include "Host/NotificationUpdates.h"
 #include "Host/TaskWriter.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
@@ -19,6 +20,7 @@
 #include "velloro/Pictures/IconsCommand.h"
 #include "velloro/Pictures/RingCommand.h"
 #include "velloro/Pictures/ThemesCommand.h"
+#include "velloro/Planning/PlanCommand.h"
 #include "velloro/Settings/SettingsCommand.h"
 #include "velloro/Store/DemoCommand.h"
 #include "velloro/Store/StoreCommand.h"
@@ -27,6 +29,7 @@
 #include "velloro/Tasks/TaskCommand.h"
 #include "velloro/Tasks/TitleCommand.h"
 #include "velloro/Tasks/TypesCommand.h"
+#include "velloro/Timers/TimerCommand.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -86,7 +89,7 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
   if (isMissing && !commands.empty() && word.empty()) {
     return "a command is needed; " + oneOf(commands);
   }
-  return (word.empty() ? excerpt(error.what()) : excerpt(word) + ": not expected here") + "; see " +
+  return (word.empty() ? excerpt(error.what()) : cited(word) + ": not expected here") + "; see " +
          inQuotes(name + " --help");
 }
 
@@ -116,6 +119,7 @@ int run(int argumentCount, char** arguments) {
   app.footer("\"velloro COMMAND --help\" describes a command.");
   GlobalOptions global;
   global.addTo(app);
+  addBadgeCommand(app);
   addDayCommand(app);
   addDemoCommand(app);
   addHistoryCommand(app);
@@ -123,14 +127,17 @@ int run(int argumentCount, char** arguments) {
   addLogCommand(app);
   addNotificationCommand(app);
   addPeriodCommand(app);
+  addPlanCommand(app);
   addRemindCommand(app);
   addReminderCommand(app);
   addRingCommand(app);
   addSettingsCommand(app);
+  addSnoozeCommand(app);
   addStatusCommand(app);
   addStoreCommand(app);
   addTaskCommand(app);
   addThemesCommand(app);
+  addTimerCommand(app);
   addTitleCommand(app);
   addTypesCommand(app);
   addWatchCommand(app);
@@ -143,6 +150,7 @@ int run(int argumentCount, char** arguments) {
   try {
     const Ending ending;
     app.parse(argumentCount, arguments);
+    NotificationUpdates::shared().bringUpToDate();
     return closeOutput();
   } catch (const CLI::Success& asked) {  // --help, --version
     app.exit(asked);

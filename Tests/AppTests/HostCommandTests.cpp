@@ -219,7 +219,7 @@ TEST_F(HostCommands, MakeRemindersTheUsersOwn) {
   for (const auto& [command, complaint] :
        std::initializer_list<std::pair<const char*, const char*>>{
            {"add Read 25:00", "TIME \"25:00\": not a time"},
-           {"add Read 7:30", "not a time"},
+           {"add Read 7.30", "not a time"},
            {"add Read +1x", "write a time from now on"},
            {"add Read +0s", "write a time from now on"},
            {"add Read +24h", "less than a day"},
@@ -450,9 +450,12 @@ TEST_F(HostCommands, NameWhatTheyCannotDo) {
   refuses(now, "log add Run skip", "TYPE \"skip\": a habit to avoid can't be skipped");
   refuses(now, "log add Read --date 20240305", "--date \"20240305\": in the future");
   refuses(now, "log add Read --date 19691231", "--date \"19691231\": lies before 1970");
-  const auto late =
-      runProgram("log add Read --now 9999-03-07T12:00:00Z --store '" + folder_.string() + "'");
-  EXPECT_THAT(late.errors, HasSubstr("more than 150 years before 9999-03-07"));
+  for (const auto& [command, exitCode] : {std::pair("log add Read", 1), std::pair("status", 0)}) {
+    const auto late = runProgram(std::string(command) + " --now 9999-03-07T12:00:00Z --store '" +
+                                 folder_.string() + "'");
+    EXPECT_EQ(late.exitCode, exitCode) << command;
+    EXPECT_THAT(late.errors, HasSubstr("more than 150 years before 9999-03-07")) << command;
+  }
   refuses(now, "log undo Read", "nothing to undo");
   refuses(now, "history Read --from 20240405", "after --to");
   refuses(now, "demo", "has tasks already");
@@ -467,19 +470,25 @@ TEST_F(HostCommands, RefuseTasksThatCannotBe) {
       {"add Often --times 8", "8 days per period; the nearest is 7"},
       {"add Steps --partial 0", "0 steps to a completion; the nearest is 1"},
       {"add Often --every 5w", "35 days between completions; the nearest is 30"},
+      {"add Often --every 0d", "--every \"0d\": an interval is at least one day"},
+      {"add Often --every Weekday,sat",
+       "--every \"Weekday,sat\": \"Weekday\" is not a day of the week"},
+      {"add Often --every \"$(printf '%0100d' 1)\"",
+       "0000…\": not a day of the week; write days as"},
+      {"add Often --every 2d --partial 2 --first-day-of-week mon", "with --every \"2d\""},
       {"add Often --page 4", "--page \"4\": out of range; write 0 to 3"},
       {"edit Swim --type hk_water --total 8x --per week", "--total \"8x\": not a number"},
       {"add Weird --color red", "--color \"red\": not a colour"},
-      {"add Walk --days ''", "never be due"},
-      {"add Walk --first-day-of-week mon", "\"mon\": specificDaysOfWeek makes no use of it"},
-      {"edit Read --first-day-of-week mon", "\"mon\": dayInterval makes no use of it"},
-      {"add Walk --times 2 --interval 3", "--times \"2\": dayInterval makes no use of it"},
+      {"add Walk --days ''", "--days \"\": no days; write some as mon,wed,fri"},
+      {"add Walk --first-day-of-week mon", "\"mon\": has no meaning for how"},
+      {"edit Read --first-day-of-week mon", "\"mon\": has no meaning for how"},
+      {"add Walk --times 2 --interval 3", "--times \"2\": has no meaning with --interval \"3\""},
       {"add Swim --type hk_swim_distance --unit cups_us", "--unit \"cups_us\": not a unit of"},
       {"add Play --type timer --target 5 --unit km", "--unit \"km\": not a unit of timer; write"},
       {"add Water --type hk_water --target 0", "--target \"0\": not above 0"},
       {"add Sleep --type hk_sleep --target 25", "--target \"25\": more than a day has room for"},
       {"add Play --timer 86400 --partial 2", "--timer \"86400\": more than a day has room for"},
-      {"edit Swim --type hk_activity", "such a task can't recur by aggregateOverWeek"},
+      {"edit Swim --type hk_activity", "such a task can't recur with one total over a week"},
       {"edit Read --title ''", "TITLE \"\": empty"},
       {"edit Read --title \"$(printf 'a\\nb')\"",
        R"(TITLE "a\nb": has line breaks or other control)"},
@@ -504,8 +513,12 @@ TEST_F(HostCommands, TakeAndShowHowOftenInWords) {
       {"--every '2 weeks'", "every 14 days", "edit"},
       {"--times 3 --per week", "3 times a week", "edit"},
       {"--times 1 --per month", "once a month", "edit"},
-      {"--times 3 --per day", "every day, in 3 steps", "edit"},
+      {"--every 'every day, in 3 steps'", "every day, in 3 steps", "edit"},
       {"--total 20 --per month", "20 a month", "edit"},
+      {"--every 'every 3 days'", "every 3 days", "edit"},
+      {"--times 3 --per day", "every day, in 3 steps", "edit"},
+      {"--every '20 a month'", "20 a month", "edit"},
+      {"--every '3 times a week'", "3 times a week", "edit"},
       {"--total 20 --per week --type hk_distance --unit km", "20 km a week", "add"},
       {"--total 8 --per day --type hk_water --unit cups_us", "every day", "add"}};
   answer("04T08:00:00", "task add Read");
@@ -537,7 +550,7 @@ TEST_F(HostCommands, ListTheLogOfAllTasks) {
       {"", "No sweets missed, Read missed, No sweets done, Run skipped, Read done, "},
       {"--limit 2", "No sweets missed, Read missed, "},
       {"--limit 1 --to 20240304", "No sweets done, "},
-      {"--since 20240305", "No sweets missed, Read missed, "},
+      {"--since 2024-03-05", "No sweets missed, Read missed, "},
       {"--since 2024-03-05T08:30:00Z", "No sweets missed, No sweets done, "},
       {"Read", "Read done, Read missed, "},
       {"Read --limit 1", "Read missed, "}};

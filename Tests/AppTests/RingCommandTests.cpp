@@ -80,6 +80,10 @@ TEST(RingCommand, WritesThroughLinksAndPipesAndLeavesNothingWhenItIsInterrupted)
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_TRUE(decoded(NSFileManager::contents(file).value()));
   EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600));
+  const std::string longest = (folder / std::string(255, 'n')).string();
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(runProgram("ring --size 8 --png '" + longest + "'").exitCode, 0);
+  fs::remove(longest);
   const std::string pipe = (folder / "pipe").string();
   ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
   const auto piped = runProgram("ring --size 8 --png '" + pipe + "' & cat '" + pipe + "'");
@@ -119,6 +123,11 @@ TEST(RingCommand, NamesWhatItCannotUse) {
   const auto lost = runProgram("ring --png /dev/null/ring.png");
   EXPECT_EQ(lost.exitCode, 1);
   EXPECT_THAT(lost.errors, HasSubstr("--png \"/dev/null/ring.png\": cannot "));
+  const platform::VirtualEnvironment environment;
+  const auto loop = environment.directories().temporary / "loop";
+  std::filesystem::create_symlink("loop", loop);
+  EXPECT_THAT(runProgram("ring --png " + loop.string()).errors, HasSubstr("Too many levels"));
+  EXPECT_TRUE(std::filesystem::is_symlink(loop));
 }
 
 }  // namespace

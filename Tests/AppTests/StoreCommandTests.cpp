@@ -22,7 +22,7 @@ struct StoreCommand : ::testing::Test {
     context.setTransactionAuthor("app");
     environment.setNow(Date::fromISO8601("2024-03-07T02:00:00Z").value());
     const auto task = TaskEntity::create(context);
-    setTaskStatus(*task, TaskStatus::normal);
+    setTaskStatus(*task, TaskStatus::normal, Date::now());
     for (int day = 20240301; day < 20240309; ++day) {
       const auto entry = TaskLogEntryEntity::create(context);
       entry->setValue(TaskLogEntryEntity::task, task);

@@ -29,7 +29,7 @@ class IndividualReminderTest : public TasksTest {
   }
   /// A line "kind: text" for each motivation, and for `reminder` with the task's name.
   std::string said(YYYYMMDD date = today, bool includeTaskName = false) {
-    const auto task = TaskSnapshot::of(*task_);
+    const auto task = TaskSnapshot::of(*task_, Date::now());
     const IndividualReminder reminder(task, task.datedPeriod(date), date);
     auto kinds = motivations(reminder.facts());
     if (includeTaskName) kinds.insert(NotificationIndividualReminder::reminder);

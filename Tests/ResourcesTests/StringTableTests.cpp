@@ -175,9 +175,8 @@ TEST(StringTables, ShowWhatIsPutIn) {
   for (const std::string locale : {"ar_AE", "ar_EG", "en_US", "pl_PL"}) {
     environment.setLocale(locale);
     const std::vector<std::string> values = formattedValues();
-    const std::string odd =  // what is left of a placeholder or a key, "1 days", foreign digits
-        std::string("[{}#]|Notif|  |^ | $") + (locale == "en_US" ? "|\\b1 [a-z]+s\\b" : "") +
-        (locale == "ar_EG" ? "|[0-9]" : "");
+    const std::string odd =  // what is left of a placeholder or a key, and "1 days"
+        std::string("[{}#]|Notif|  |^ | $") + (locale == "en_US" ? "|\\b1 [a-z]+s\\b" : "");
     for (const auto& [key, kinds] : asked) {
       for (const std::int64_t number : {0, 1, 2, 5, 11, 22, 100}) {
         std::vector<LocalizedArgument> arguments;
@@ -189,7 +188,8 @@ TEST(StringTables, ShowWhatIsPutIn) {
           if (kind == 't') arguments.back() = texts.back();
         }
         const std::string text = localized({key, kinds}, arguments);
-        EXPECT_THAT(text, testing::Not(testing::ContainsRegex(odd))) << locale << " " << key;
+        const char* const foreign = locale == "ar_EG" && !kinds.empty() ? "|[0-9]" : "";
+        EXPECT_THAT(text, testing::Not(testing::ContainsRegex(odd + foreign))) << locale << key;
         for (const std::string& given : texts) EXPECT_THAT(text, testing::HasSubstr(given)) << key;
       }
     }

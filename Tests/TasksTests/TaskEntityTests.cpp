@@ -115,7 +115,7 @@ TEST_F(TasksTest, WhatIsSetIsReadAndWrittenOnlyWhereItDiffers) {
   const OxCodableColor blue{.r = 0.2, .g = 0.4, .b = 0.6};
   const HHMMSS midnight;
   for (const bool isFirst : {true, false}) {
-    EXPECT_EQ(setTaskStatus(*task_, TaskStatus::paused), isFirst);
+    EXPECT_EQ(setTaskStatus(*task_, TaskStatus::paused, Date::now()), isFirst);
     EXPECT_EQ(setTaskDisplayOrder(*task_, {TaskPageNumber{1}, 2}), isFirst);
     EXPECT_EQ(task_->setDisplayRepresentation(bicycle), isFirst);
     EXPECT_EQ(task_->replaceValue(Columns::colorInfo, blue), isFirst);

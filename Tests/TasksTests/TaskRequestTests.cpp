@@ -77,9 +77,9 @@ class TaskRequestTest : public TasksTest {
 
 TEST_F(TaskRequestTest, FindsTasksByWhatIsAskedFor) {
   const auto a = task("a", 1), b = task("b", 101), c = task("c", 200), d = task("d", 99);
-  setTaskStatus(*b, TaskStatus::paused);
-  setTaskStatus(*c, TaskStatus::trashed);
-  setTaskStatus(*d, TaskStatus::normal);
+  setTaskStatus(*b, TaskStatus::paused, Date::now());
+  setTaskStatus(*c, TaskStatus::trashed, Date::now());
+  setTaskStatus(*d, TaskStatus::normal, Date::now());
   d->setValue(Columns::statusDate, Date::now() + 1);
   a->setValue(Columns::typeName, "hk_water");
   b->setValue(Columns::typeName, "hk_breathe");
@@ -183,9 +183,9 @@ TEST_F(TaskRequestTest, ReadsALog) {
   EXPECT_THAT(log({.includeStatuses = TaskLogEntryTypes::allSkipTypes}), ElementsAre(late));
   EXPECT_THAT(log({.excludeStatuses = TaskLogEntryTypes::allSkipTypes}),
               UnorderedElementsAre(first, second));
-  EXPECT_EQ(creationDate(TaskSnapshot::of(*read)), Date::now());
+  EXPECT_EQ(creationDate(TaskSnapshot::of(*read, Date::now())), Date::now());
   first->setValue(Entry::createdTimestamp, Date::now() - 99);
-  EXPECT_EQ(creationDate(TaskSnapshot::of(*read)), Date::now() - 99);
+  EXPECT_EQ(creationDate(TaskSnapshot::of(*read, Date::now())), Date::now() - 99);
   context_.deleteObject(*read);
   EXPECT_THAT(read->taskLog(onTheSixth).value(), SizeIs(0));
 }

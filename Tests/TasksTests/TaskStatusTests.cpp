@@ -130,13 +130,14 @@ TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
   EXPECT_EQ(willSkip(twice), "swoi");
   add({2024, 3, 5}, completedManuallyFull);
   EXPECT_EQ(willSkip(twice), "swi");
-  EXPECT_EQ(
-      complicationTaskSnapshot(TaskSnapshot::of(*task_), Date::now()).numUniqueCompletions->count,
-      2);
+  EXPECT_EQ(complicationTaskSnapshot(TaskSnapshot::of(*task_, Date::now()), Date::now())
+                .numUniqueCompletions->count,
+            2);
   // Completed on the 5th: due again on the 8th, or, every second day, today.
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 3}), "swi");
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 2}), "mwoi");
-  const auto snapshot = complicationTaskSnapshot(TaskSnapshot::of(*task_), Date::now());
+  const auto snapshot =
+      complicationTaskSnapshot(TaskSnapshot::of(*task_, Date::now()), Date::now());
   EXPECT_EQ(snapshot.periodOfLastCompletionBeforeToday->startDate, (YYYYMMDD{2024, 3, 5}));
 
   const auto share = make<TaskShareEntity>();
@@ -144,7 +145,7 @@ TEST_F(TaskStatusTest, AsksTheLogWhatAnOpenPeriodTurnsInto) {
   share->setStored(TaskShareEntity::status, "E");
   EXPECT_EQ(willSkip({.dayMode = DayMode::dayInterval, .dayInterval = 3}), "mwoi");
   EXPECT_FALSE(task_->lastCompletedDate(today));
-  setTaskStatus(*task_, TaskStatus::paused);
+  setTaskStatus(*task_, TaskStatus::paused, Date::now());
   EXPECT_EQ(willSkip(twice), "swi");
 }
 

@@ -139,8 +139,7 @@ TEST(ReminderMotivations, CountTheDaysOfTheZone) {
   for (const auto& [zone, isShort, fromThursday, fromWeekBefore] : cases) {
     EXPECT_EQ(periodEndRelation(saturday, thursday, zone), fromThursday);
     EXPECT_EQ(periodEndRelation(saturday, {2011, 12, 23}, zone), fromWeekBefore);
-    for (const auto mode :
-         {DayMode::numberOfDaysInWeek, DayMode::numberOfDaysInMonth, DayMode::numberOfDaysInYear}) {
+    for (const auto mode : {DayMode::numberOfDaysInMonth, DayMode::numberOfDaysInYear}) {
       const TaskFrequency thrice{.dayMode = mode, .numCompletions = 3};
       const ReminderFacts task{.frequency = thrice,
                                .timeZone = zone,

@@ -28,7 +28,7 @@ YYYYMMDD chosenDay(const DayOptions& options, HHMMSS startOfDay, TimeZone timeZo
   const Date instant = options.at ? instantArgument("--at", *options.at) : Date::now();
   const YYYYMMDD day = YYYYMMDD::fromDate(startOfDay, instant, timeZone);
   if (day.y >= 1) return day;
-  throw UsageError("--at " + inQuotes(*options.at) + ": lies before the year 1");
+  throw UsageError("--at", *options.at, "lies before the year 1");
 }
 
 void run(const DayOptions& options) {

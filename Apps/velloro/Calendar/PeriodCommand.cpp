@@ -30,8 +30,8 @@ void run(const PeriodOptions& options) {
   const TimeZone zone = TimeZone::current();
   const YYYYMMDD date = options.date ? dayArgument("--date", *options.date)
                                      : YYYYMMDD::today(HHMMSS::midnight, zone, Date::now());
-  const auto report =
-      PeriodReport::of(frequency, date, options.firstDayOfWeek.value(frequency.dayMode), zone);
+  const DayOfWeek first = options.firstDayOfWeek.value(frequency.dayMode, options.frequency);
+  const auto report = PeriodReport::of(frequency, date, first, zone);
   print(options.json ? report.json() : report.text());
 }
 

@@ -27,12 +27,13 @@ struct HistoryOptions {
 
 void run(const HistoryOptions& options) {
   const HostStore store;
-  const auto task = currentTaskArgument(store, options.task);
-  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to) : logRules(*task).today();
+  const Date now = Date::now();
+  const auto task = currentTaskArgument(store, options.task, now);
+  const YYYYMMDD to = options.to ? dayArgument("--to", *options.to) : logRules(*task, now).today();
   const YYYYMMDD from =
       options.from ? dayArgument("--from", *options.from) : to.yyyymm().previousMonth().firstDay();
-  if (from > to) throw UsageError("--from " + inQuotes(from.debugDescription()) + ": after --to");
-  const auto report = HistoryReport::of(*task, from, to);
+  if (from > to) throw UsageError("--from", from.debugDescription(), "after --to");
+  const auto report = HistoryReport::of(*task, from, to, now);
   print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
 }
 

@@ -36,8 +36,8 @@ std::string percent(const PreviousDaysSuccess& success) {
 
 }  // namespace
 
-HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to) {
-  const TaskRecentHistory history = task.recentHistory(from, to);
+HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to, Date now) {
+  const TaskRecentHistory history = task.recentHistory(from, to, now);
   HistoryReport report{.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),
                        .title = textOf(task.text(TaskAttributes::title)),
                        .firstDayOfWeek = task.firstDayOfWeek(),

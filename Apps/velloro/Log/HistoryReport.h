@@ -36,7 +36,8 @@ struct HistoryReport {
            key("periods", &HistoryReport::periods), key("shortTerm", &HistoryReport::shortTerm),
            key("longTerm", &HistoryReport::longTerm));
 
-  [[nodiscard]] static HistoryReport of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to);
+  [[nodiscard]] static HistoryReport of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to,
+                                        Date now);
 
   /// Days as grids of months, other periods a line each, and the shares of success.
   [[nodiscard]] std::string text() const;

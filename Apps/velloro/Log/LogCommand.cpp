@@ -5,6 +5,7 @@
 #include "Host/HostStore.h"
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
+#include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "velloro/Log/LogReport.h"
 #include "velloro/Options/Arguments.h"
@@ -60,8 +61,8 @@ TaskLogEntryType typeNamed(const std::string& text) {
 TaskLogEntryType typeArgument(const std::string& text, const TaskEntity& task) {
   const TaskLogEntryType type = typeNamed(text);
   if (!task.isNegative() || !isSkipped(type)) return type;
-  throw UsageError("TYPE " + inQuotes(text) +
-                   ": a habit to avoid can't be skipped, since it is clean until it happens; "
+  throw UsageError("TYPE", text,
+                   "a habit to avoid can't be skipped, since it is clean until it happens; "
                    "write miss when it has happened");
 }
 
@@ -69,25 +70,25 @@ YYYYMMDD logicalDay(const TaskEntity& task, Date instant) {
   return YYYYMMDD::fromDate(task.startOfDay(), instant, task.taskCurrentTimeZone());
 }
 
-NewLogEntry newEntry(const TaskEntity& task, const LogOptions& options) {
-  NewLogEntry entry{.at = options.at ? instantArgument("--at", *options.at) : Date::now()};
+NewLogEntry newEntry(const TaskEntity& task, const LogOptions& options, Date now) {
+  NewLogEntry entry{.at = options.at ? instantArgument("--at", *options.at) : now};
   entry.date = options.date ? dayArgument("--date", *options.date) : logicalDay(task, entry.at);
-  if (entry.at > Date::now()) throw UsageError("--at " + inQuotes(*options.at) + ": in the future");
-  if (entry.date > logicalDay(task, Date::now())) {
-    throw UsageError("--date " + inQuotes(*options.date) + ": in the future");
+  if (entry.at > now) throw UsageError("--at", *options.at, "in the future");
+  if (entry.date > logicalDay(task, now)) {
+    throw UsageError("--date", *options.date, "in the future");
   }
   // No task can have been made earlier.
   if (entry.at < Date::since1970(0)) {
-    throw UsageError("--at " + inQuotes(*options.at) + ": lies before 1970");
+    throw UsageError("--at", *options.at, "lies before 1970");
   }
   if (options.date && entry.date.y < 1970) {
-    throw UsageError("--date " + inQuotes(*options.date) + ": lies before 1970");
+    throw UsageError("--date", *options.date, "lies before 1970");
   }
   if (options.type) entry.type = typeArgument(*options.type, task);
   if (options.progress) {
     entry.amount = amountArgument("--progress", *options.progress);
     if (*entry.amount < 0) {
-      throw UsageError("--progress " + inQuotes(*options.progress) + ": below 0");
+      throw UsageError("--progress", *options.progress, "below 0");
     }
   }
   return entry;
@@ -100,88 +101,106 @@ struct Outcome {
 };
 
 /// Within the transaction: by the time of the printing others may have written more.
-Outcome outcome(TaskEntity& task, const LogReport& report) {
-  updateDerivedData(task);
-  return {report, StatusReport::of(task, {}).line()};
+Outcome outcome(TaskEntity& task, const LogReport& report, Date now) {
+  updateDerivedData(task, now);
+  return {report, StatusReport::of(task, {}, now).line()};
 }
 
 void add(const LogOptions& options) {
   const HostStore store;
   const auto [entry, status] = store.write([&] {
+    const Date now = Date::now();
     const auto task = taskArgument(store, options.task);
-    const NewLogEntry wanted = newEntry(*task, options);
-    PeriodCloser(store.context()).close(*task);
-    return outcome(*task, LogReport::of(*addLogEntry(*task, wanted), *task));
+    const NewLogEntry wanted = newEntry(*task, options, now);
+    PeriodCloser(store.context(), now).close(*task);
+    return outcome(*task, LogReport::of(*addLogEntry(*task, wanted, now), *task), now);
   });
   if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
   print(entry.type + " on " + entry.date.debugDescription() + "; now " + status + "\n");
 }
 
-/// The entries of one task that the command line asks for.
-struct Listing {
-  YYYYMMDD::Range dates = {};
-  std::optional<Date> made = {};  ///< At this instant or later.
-  std::optional<std::size_t> limit = {};
-
-  explicit Listing(const LogOptions& options) {
-    if (options.from) dates.minDate = dayArgument("--from", *options.from);
-    if (options.to) dates.maxDate = dayArgument("--to", *options.to);
-    if (options.since) setSince(*options.since);
-    if (options.from && options.to && *dates.minDate > *dates.maxDate) {
-      throw UsageError("--from " + inQuotes(*options.from) + ": after --to");
+/// The entries that the command line asks for.
+class Listing {
+ public:
+  Listing(const LogOptions& options, Date now) : now_(now) {
+    if (options.from) dates_.minDate = dayArgument("--from", *options.from);
+    if (options.to) dates_.maxDate = dayArgument("--to", *options.to);
+    if (options.from && options.to && *dates_.minDate > *dates_.maxDate) {
+      throw UsageError("--from", *options.from, "after --to");
     }
+    if (options.since) setSince(*options.since);
     constexpr std::int64_t most = 999999999;
-    if (options.limit) limit = countBetween("--limit", *options.limit, 1, most);
+    if (options.limit) limit_ = countBetween("--limit", *options.limit, 1, most);
   }
 
+  /// From the oldest.
   [[nodiscard]] std::vector<LogReport> of(const HostStore& store, TaskEntity& task) const {
-    const auto closings = PeriodCloser(store.context()).foresee(task);
-    const auto entries = task.taskLog({.direction = TaskLogFetchRequest::Direction::oldestToNewest,
-                                       .minDate = dates.minDate,
-                                       .maxDate = dates.maxDate});
-    if (!entries) {
-      throw HostError("the log can't be read: " + entries.error()->localizedDescription());
-    }
-    auto reports = LogReport::ofLog(task, *entries, closings, dates);
-    std::erase_if(reports, [&](const auto& entry) { return made && entry.created < made; });
-    if (limit && reports.size() > *limit) {
-      reports.erase(reports.begin(), reports.end() - static_cast<std::ptrdiff_t>(*limit));
+    auto closings = PeriodCloser(store.context(), now_).foresee(task);
+    std::erase_if(closings, [&](const auto& closing) { return !isAskedFor(closing); });
+    auto reports = LogReport::ofLog(task, storedEntries(task), closings, now_);
+    if (limit_ && std::ssize(reports) > *limit_) {
+      reports.erase(reports.begin(), reports.end() - *limit_);
     }
     return reports;
+  }
+
+  /// From the newest.
+  [[nodiscard]] std::vector<LogReport> ofAll(const HostStore& store) const {
+    using enum TaskStatus;
+    std::vector<LogReport> all;
+    for (const auto& task : store.tasks({normal, paused, archived})) {
+      std::ranges::move(of(store, *task), std::back_inserter(all));
+    }
+    std::ranges::stable_sort(all, std::greater(), [](const LogReport& entry) {
+      return std::pair(entry.date, entry.created);
+    });
+    if (limit_ && std::ssize(all) > *limit_) all.resize(static_cast<std::size_t>(*limit_));
+    return all;
   }
 
  private:
   void setSince(const std::string& text) {
     if (text.contains('T')) {
-      made = instantArgument("--since", text);
+      madeSince_ = instantArgument("--since", text);
       return;
     }
-    // As listings print it, too: 2024-03-07.
-    std::string digits = text;
-    if (text.size() == 10 && text[4] == '-' && text[7] == '-') std::erase(digits, '-');
-    const YYYYMMDD day = dayArgument("--since", digits);
-    dates.minDate = std::max(dates.minDate.value_or(day), day);
+    const YYYYMMDD day = dayArgument("--since", text);
+    dates_.minDate = std::max(dates_.minDate.value_or(day), day);
   }
+
+  [[nodiscard]] bool isAskedFor(const PeriodClosing& closing) const {
+    return (!dates_.minDate || *dates_.minDate <= closing.date) &&
+           (!dates_.maxDate || closing.date <= *dates_.maxDate) &&
+           (!madeSince_ || *madeSince_ <= now_);
+  }
+
+  /// The newest, as many as may be listed.
+  [[nodiscard]] TaskEntity::Entries storedEntries(const TaskEntity& task) const {
+    TaskLogFetchRequest request{.direction = TaskLogFetchRequest::Direction::newestToOldest,
+                                .minDate = dates_.minDate,
+                                .maxDate = dates_.maxDate,
+                                .madeSince = madeSince_};
+    const auto* outlook = task.outlook();
+    if (limit_) request.fetchLimit = *limit_ + (outlook ? std::ssize(outlook->withdrawn) : 0);
+    auto entries = task.taskLog(request);
+    if (!entries) {
+      throw HostError("the log can't be read: " + entries.error()->localizedDescription());
+    }
+    std::ranges::reverse(*entries);
+    return *std::move(entries);
+  }
+
+  Date now_;
+  YYYYMMDD::Range dates_ = {};
+  std::optional<Date> madeSince_ = {};
+  std::optional<std::int64_t> limit_ = {};
 };
 
-std::vector<LogReport> newestOfAll(const HostStore& store, const Listing& listing) {
-  using enum TaskStatus;
-  std::vector<LogReport> all;
-  for (const auto& task : store.tasks({normal, paused, archived})) {
-    std::ranges::move(listing.of(store, *task), std::back_inserter(all));
-  }
-  std::ranges::stable_sort(all, std::greater(), [](const LogReport& entry) {
-    return std::pair(entry.date, entry.created);
-  });
-  if (listing.limit && all.size() > *listing.limit) all.resize(*listing.limit);
-  return all;
-}
-
 void list(const LogOptions& options) {
-  const Listing listing(options);
+  const Listing listing(options, Date::now());
   const HostStore store;
   const auto reports = options.listed ? listing.of(store, *taskArgument(store, *options.listed))
-                                      : newestOfAll(store, listing);
+                                      : listing.ofAll(store);
   print(options.json ? JSONEncoder{}.encode(reports) + "\n"
                      : table(reports, /*hasTitles=*/!options.listed));
 }
@@ -189,16 +208,17 @@ void list(const LogOptions& options) {
 void undo(const LogOptions& options) {
   const HostStore store;
   const auto [entry, status] = store.write([&] {
+    const Date now = Date::now();
     const auto task = taskArgument(store, options.task);
     const YYYYMMDD date =
-        options.date ? dayArgument("--date", *options.date) : logicalDay(*task, Date::now());
-    PeriodCloser(store.context()).close(*task);
-    const auto undone = undoLogEntry(*task, date);
+        options.date ? dayArgument("--date", *options.date) : logicalDay(*task, now);
+    PeriodCloser(store.context(), now).close(*task);
+    const auto undone = undoLogEntry(*task, date, now);
     if (undone == nullptr) {
       throw HostError("nothing to undo: the period of " + date.debugDescription() +
                       " has no entry made by hand");
     }
-    return outcome(*task, LogReport::of(*undone, *task));
+    return outcome(*task, LogReport::of(*undone, *task), now);
   });
   if (options.json) return print(JSONEncoder{}.encode(entry) + "\n");
   print("Removed " + entry.type + " of " + entry.date.debugDescription() + "; now " + status +

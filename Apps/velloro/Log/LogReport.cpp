@@ -48,7 +48,7 @@ LogReport with(LogReport report, const TaskLogEntryEntity& entry) {
   return report;
 }
 
-LogReport with(LogReport report, const PeriodClosing& closing, const TaskEntity& task) {
+LogReport with(LogReport report, const PeriodClosing& closing, const TaskEntity& task, Date now) {
   const auto& [period, date, type, total] = closing;
   const auto id = task.taskUniqueId();
   report.uniqueId = id ? closingEntryID(*id, period.startDate).stringValue() : "";
@@ -57,7 +57,7 @@ LogReport with(LogReport report, const PeriodClosing& closing, const TaskEntity&
   setPeriod(report,
             TaskLogEntryPeriod(period.periodType, period.startDate, period.finishDate, date));
   report.progressTotal = total;
-  report.created = Date::now();
+  report.created = now;
   return report;
 }
 
@@ -68,8 +68,7 @@ LogReport LogReport::of(const TaskLogEntryEntity& entry, const TaskEntity& task)
 }
 
 std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity::Entries& entries,
-                                        const std::vector<PeriodClosing>& closings,
-                                        const YYYYMMDD::Range& dates) {
+                                        const std::vector<PeriodClosing>& closings, Date now) {
   const LogReport common = commonOf(task);
   std::vector<LogReport> reports;
   for (const auto& entry : entries) {
@@ -77,10 +76,7 @@ std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity
     if (!isGone) reports.push_back(with(common, *entry));
   }
   for (const PeriodClosing& closing : closings) {
-    const bool isWithin = (!dates.minDate || *dates.minDate <= closing.date) &&
-                          (!dates.maxDate || closing.date <= *dates.maxDate);
-    if (!isWithin) continue;
-    auto report = with(common, closing, task);
+    auto report = with(common, closing, task, now);
     // Another process may have closed the period since.
     const bool isThere =
         std::ranges::find(reports, report.uniqueId, &LogReport::uniqueId) != reports.end();

@@ -38,12 +38,13 @@ struct LogReport {
            key("created", &LogReport::created), key("timeZone", &LogReport::timeZone));
 
   [[nodiscard]] static LogReport of(const TaskLogEntryEntity& entry, const TaskEntity& task);
-  /// The stored entries that the outlook of the task leaves, from the oldest, and those closings
-  /// within the dates that the next writer will add.
+  /// The stored entries that the outlook of the task leaves, and the closings that the next writer
+  /// will add, from the oldest.
+  /// \param entries From the oldest.
   [[nodiscard]] static std::vector<LogReport> ofLog(const TaskEntity& task,
                                                     const TaskEntity::Entries& entries,
                                                     const std::vector<PeriodClosing>& closings,
-                                                    const YYYYMMDD::Range& dates);
+                                                    Date now);
 };
 
 /// One line per entry, under a heading.

@@ -163,8 +163,8 @@ void sample(const NotificationOptions& options) {
   const auto content = NotificationSamples::named(*options.sample);
   if (!content) {
     const std::string hint = suggestion(*options.sample, names);
-    throw UsageError(inQuotes(*options.sample) + ": not a sample; " +
-                     (hint.empty() ? "without a name they are listed" : hint));
+    throw UsageError("NAME", *options.sample,
+                     "not a sample; " + (hint.empty() ? "without a name they are listed" : hint));
   }
   printContent(*content);
 }
@@ -183,12 +183,13 @@ PropertyList requestReport(NotificationContent made) {
 
 void make(const NotificationOptions& options) {
   const HostStore store;
-  const auto task = currentTaskArgument(store, options.task);
-  const TaskLogRules rules = logRules(*task);
-  const YYYYMMDD day = options.date ? dayArgument("--date", *options.date) : rules.today();
+  const Date now = Date::now();
+  const auto task = currentTaskArgument(store, options.task, now);
+  const YYYYMMDD day =
+      options.date ? dayArgument("--date", *options.date) : logRules(*task, now).today();
   const auto kind = caseArgument<MadeKind>("--kind", options.kind, "kind of notification");
-  const PropertyList report = requestReport(
-      madeNotification(*task, kind, day, rules.now, WordChoice::argument(options.seed)));
+  const PropertyList report =
+      requestReport(madeNotification(*task, kind, day, now, WordChoice::argument(options.seed)));
   const auto layout = options.json ? JSONWriter::Layout::compact : JSONWriter::Layout::pretty;
   print(JSONEncoder{.layout = layout}.encode(report) + "\n");
 }

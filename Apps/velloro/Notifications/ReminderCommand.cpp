@@ -36,16 +36,18 @@ struct ReminderOptions {
 
 void words(const ReminderOptions& options) {
   const HostStore store;
-  const auto task = currentTaskArgument(store, options.task);
+  const Date now = Date::now();
+  const auto task = currentTaskArgument(store, options.task, now);
   const YYYYMMDD day =
-      options.date ? dayArgument("--date", *options.date) : logRules(*task).today();
-  const auto words = ReminderWords::of(*task, day, WordChoice::argument(options.seed));
+      options.date ? dayArgument("--date", *options.date) : logRules(*task, now).today();
+  const auto words = ReminderWords::of(*task, day, now, WordChoice::argument(options.seed));
   print(options.json ? JSONEncoder{}.encode(words) + "\n" : words.text());
 }
 
 void list(const ReminderOptions& options) {
   const HostStore store;
-  const auto report = ReminderReport::of(*currentTaskArgument(store, options.task));
+  const Date now = Date::now();
+  const auto report = ReminderReport::of(*currentTaskArgument(store, options.task, now));
   print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
 }
 

@@ -51,9 +51,9 @@ std::string reasonOf(const Message& message, const ReminderFacts& facts, YYYYMMD
 
 }  // namespace
 
-ReminderWords ReminderWords::of(const TaskEntity& task, YYYYMMDD day,
+ReminderWords ReminderWords::of(const TaskEntity& task, YYYYMMDD day, Date now,
                                 FunctionRef<std::uint64_t()> random) {
-  const auto snapshot = TaskSnapshot::of(task);
+  const auto snapshot = TaskSnapshot::of(task, now);
   const DatedPeriod period = snapshot.datedPeriod(day);
   const IndividualReminder reminder(snapshot, period, day);
   ReminderWords words{.task = task.uniqueId().stringValue(),

@@ -43,7 +43,7 @@ struct ReminderWords {
            key("motivations", &ReminderWords::motivations), key("picked", &ReminderWords::picked));
 
   /// \param random 64 random bits.
-  [[nodiscard]] static ReminderWords of(const TaskEntity& task, YYYYMMDD day,
+  [[nodiscard]] static ReminderWords of(const TaskEntity& task, YYYYMMDD day, Date now,
                                         FunctionRef<std::uint64_t()> random);
 
   /// A line for each motivation; an arrow stands before the one that is picked.

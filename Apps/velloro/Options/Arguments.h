@@ -23,11 +23,21 @@
 
 namespace velloro {
 
+/// A typed text in quotes, as a message repeats it: a long one is cut after 60 characters, so that
+/// the reason behind it is seen.
+///
+///     cited("monday");                                // "\"monday\""
+///     cited(std::string(200, 'x')).substr(58);        // "xxx…\""
+[[nodiscard]] std::string cited(std::string_view text);
+
 /// What the person typed can't be used; the text names the argument and gives the reason. The
 /// program ends with exit code 2.
 class UsageError : public Error {
  public:
   explicit UsageError(const std::string& text) : Error("velloro.usage", 2, terminalText(text)) {}
+  /// --limit "0": out of range; write 1 to 9
+  UsageError(const std::string& name, std::string_view text, const std::string& reason)
+      : UsageError(name + " " + cited(text) + ": " + reason) {}
 };
 
 /// With ASCII letters in lower case.
@@ -42,16 +52,20 @@ class UsageError : public Error {
 
 /// ISO 8601 with an offset or "Z": 2024-03-07T01:59:59Z.
 [[nodiscard]] Date instantArgument(const std::string& name, const std::string& text);
-/// 20240307.
+/// 20240307 or 2024-03-07.
 [[nodiscard]] YYYYMMDD dayArgument(const std::string& name, const std::string& text);
-/// 03:00:00; absent for a text that is none.
+/// 4:00, 04:00 or 04:00:00; absent for a text that is none.
 [[nodiscard]] std::optional<HHMMSS> timeIn(const std::string& text);
 /// The same as an argument.
 [[nodiscard]] HHMMSS timeArgument(const std::string& name, const std::string& text);
 /// "monday", or "mon", in any case.
 [[nodiscard]] DayOfWeek weekdayArgument(const std::string& name, const std::string& text);
-/// "mon,wed,fri".
-[[nodiscard]] EnumSet<DayOfWeek> weekdaysArgument(const std::string& name, const std::string& text);
+/// "mon,wed,fri", or with blanks between them.
+/// \param otherForms What could be written instead, for the error.
+[[nodiscard]] EnumSet<DayOfWeek> weekdaysArgument(const std::string& name, const std::string& text,
+                                                  const std::string& otherForms = "");
+/// "90s", "30m", "2h" or "1h30m", up to a week; in seconds.
+[[nodiscard]] TimeInterval durationArgument(const std::string& name, const std::string& text);
 /// A whole number from 0 on, of nine digits at most.
 [[nodiscard]] std::int64_t countArgument(const std::string& name, const std::string& text);
 /// "numberOfDaysInWeek".

@@ -14,8 +14,8 @@ UsageError unknownName(const std::string& name, const std::string& text, const s
   std::string hint = suggestion(text, names);
   if (hint.empty()) hint = names.size() <= few ? oneOf(names) : where;
   const char* article = std::string_view("aeiou").contains(what.front()) ? "an " : "a ";
-  return UsageError(name + " " + inQuotes(text) + ": not " + article + what +
-                    (hint.empty() ? "" : "; " + hint));
+  return UsageError(name, text,
+                    std::string("not ") + article + what + (hint.empty() ? "" : "; " + hint));
 }
 
 }  // namespace velloro

@@ -1,11 +1,9 @@
 #include "velloro/Options/EveryArgument.h"
 
-#include "Foundation/Text/String.h"
 #include "OxDateTime/Digits.h"
 #include "velloro/Options/Arguments.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <optional>
 #include <string_view>
@@ -30,6 +28,18 @@ const UnitRow* unitNamed(std::string_view word) {
   return found != std::end(units) ? found : nullptr;
 }
 
+using Steps = std::optional<std::int64_t>;
+
+/// The number that a text begins with, which is removed.
+Steps takeNumber(std::string_view& text) {
+  constexpr std::size_t mostDigits = 9;
+  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  const auto number =
+      digits > 0 && digits <= mostDigits ? wholeNumber(text.substr(0, digits)) : Steps();
+  if (number) text.remove_prefix(digits);
+  return number;
+}
+
 /// So many of a unit: "3d", "2 weeks", "week", "other day".
 struct Span {
   std::int64_t count = 1;
@@ -38,37 +48,59 @@ struct Span {
 
 std::optional<Span> spanOf(std::string_view text) {
   constexpr std::string_view other = "other ";
-  constexpr std::size_t mostDigits = 9;
-  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  if (digits > mostDigits) return std::nullopt;
-  std::int64_t count = digits > 0 ? wholeNumber(text.substr(0, digits)).value_or(0) : 1;
-  text.remove_prefix(digits);
-  if (digits > 0 && text.starts_with(' ')) text.remove_prefix(1);
-  if (digits == 0 && text.starts_with(other)) {
-    text.remove_prefix(other.size());
-    count = 2;
-  }
+  const auto number = takeNumber(text);
+  const bool isOther = !number && text.starts_with(other);
+  if (isOther) text.remove_prefix(other.size());
+  if (number && text.starts_with(' ')) text.remove_prefix(1);
   const UnitRow* unit = unitNamed(text);
-  if (unit == nullptr || (digits == 0 && text == unit->letter)) return std::nullopt;
-  return Span{count, *unit};
+  if (unit == nullptr || (!number && text == unit->letter)) return std::nullopt;
+  return Span{number.value_or(isOther ? 2 : 1), *unit};
 }
 
-/// With a comma between the names, however they are separated.
-std::string withCommas(const std::string& text) {
-  std::string list;
-  for (const char letter : text) {
-    const bool isGap = letter == ' ' || letter == ',';
-    if (isGap && (list.empty() || list.back() == ',')) continue;
-    list += isGap ? ',' : letter;
-  }
-  if (list.ends_with(',')) list.pop_back();
-  return list;
+struct PeriodRow {
+  TaskFrequencyPeriodType period;
+  DayMode times;  ///< That counts days of the period.
+  DayMode total;  ///< That keeps one total over the period.
+};
+
+constexpr PeriodRow periods[] = {
+    {TaskFrequencyPeriodType::day, DayMode::specificDaysOfWeek, DayMode::specificDaysOfWeek},
+    {TaskFrequencyPeriodType::week, DayMode::numberOfDaysInWeek, DayMode::aggregateOverWeek},
+    {TaskFrequencyPeriodType::fortnight, DayMode::numberOfDaysInFortnight,
+     DayMode::aggregateOverFortnight},
+    {TaskFrequencyPeriodType::month, DayMode::numberOfDaysInMonth, DayMode::aggregateOverMonth},
+    {TaskFrequencyPeriodType::year, DayMode::numberOfDaysInYear, DayMode::aggregateOverYear}};
+
+/// ", in 3 steps" at the end of a text, which is removed.
+Steps takeSteps(std::string_view& text) {
+  constexpr std::string_view beginning = ", in ";
+  const std::size_t place = text.rfind(beginning);
+  if (place == text.npos) return std::nullopt;
+  std::string_view rest = text.substr(place + beginning.size());
+  const auto steps = takeNumber(rest);
+  if (!steps || rest != " steps") return std::nullopt;
+  text = text.substr(0, place);
+  return steps;
 }
 
-bool areWeekdays(const std::string& list) {
-  return !list.empty() && std::ranges::all_of(list, [](unsigned char letter) {
-    return letter == ',' || std::isalpha(letter) != 0;
+/// "once a week", "3 times a week" or, for a total, "20 a week". Returns whether it is one of
+/// these.
+bool setCount(TaskFrequency& frequency, Steps& steps, std::string_view text) {
+  const std::size_t gap = std::min(text.rfind(" a "), text.size());
+  const auto* row = std::ranges::find_if(periods, [&](const PeriodRow& each) {
+    return gap < text.size() && text.substr(gap + 3) == periodName(each.period);
   });
+  std::string_view counted = text.substr(0, gap);
+  const auto count = counted == "once" ? Steps(1) : takeNumber(counted);
+  const bool isTotal = counted.empty();
+  if (row == std::end(periods) || !count ||
+      !(isTotal || counted == "once" || counted == " times")) {
+    return false;
+  }
+  setPeriod(frequency, row->period, isTotal);
+  const bool countsSteps = isTotal || row->period == TaskFrequencyPeriodType::day;
+  (countsSteps ? steps.emplace() : frequency.numCompletions) = *count;
+  return true;
 }
 
 }  // namespace
@@ -81,31 +113,44 @@ EnumSet<DayOfWeek> daysNamed(std::string_view word) {
   return isWorking ? everyDay().subtracting(weekend) : EnumSet<DayOfWeek>();
 }
 
-void setRecurrence(TaskFrequency& frequency, const std::string& name, const std::string& text) {
-  const auto refused = [&](const std::string& reason) {
-    return UsageError(name + " " + inQuotes(text) + ": " + reason);
-  };
-  const std::string wanted = lowercased(text);
+void setPeriod(TaskFrequency& frequency, TaskFrequencyPeriodType period, bool isTotal) {
+  const auto& row = *std::ranges::find(periods, period, &PeriodRow::period);
+  const DayMode chosen = isTotal ? row.total : row.times;
+  if (chosen == DayMode::specificDaysOfWeek && frequency.dayMode != chosen) {
+    frequency.days = everyDay();
+  }
+  frequency.dayMode = chosen;
+}
+
+std::optional<std::int64_t> setRecurrence(TaskFrequency& frequency, const std::string& name,
+                                          const std::string& text) {
+  constexpr std::string_view every = "every ";
+  const std::string lower = lowercased(text);
+  std::string_view wanted = lower;
+  auto steps = takeSteps(wanted);
+  if (setCount(frequency, steps, wanted)) return steps;
+  if (wanted.starts_with(every)) wanted.remove_prefix(every.size());
   const auto span = spanOf(wanted);
-  if (span && span->count == 0) throw refused("not from 1 on");
+  if (span && span->count == 0) throw UsageError(name, text, "an interval is at least one day");
   if (span && span->unit.days == 0) {
-    throw refused("not a fixed number of days; write --times 1 --per " +
-                  std::string(span->unit.word));
+    throw UsageError(
+        name, text,
+        "not a fixed number of days; write --times 1 --per " + std::string(span->unit.word));
   }
   const std::int64_t days = span ? span->count * span->unit.days : 0;
   if (days > 1) {
     frequency.dayMode = DayMode::dayInterval;
     frequency.dayInterval = days;
-    return;
+    return steps;
   }
   frequency.dayMode = DayMode::specificDaysOfWeek;
   frequency.days = days == 1 ? everyDay() : daysNamed(wanted);
-  if (!frequency.days.isEmpty()) return;
-  const std::string list = withCommas(wanted);
-  if (!areWeekdays(list)) {
-    throw refused("write weekdays as mon,wed,fri, or an interval as day, 3d or \"2 weeks\"");
+  if (frequency.days.isEmpty()) {
+    const auto place = static_cast<std::size_t>(wanted.data() - lower.data());
+    frequency.days = weekdaysArgument(name, text.substr(place, wanted.size()),
+                                      ", or day, weekday, weekend, 3d or \"2 weeks\"");
   }
-  frequency.days = weekdaysArgument(name, list);
+  return steps;
 }
 
 }  // namespace velloro

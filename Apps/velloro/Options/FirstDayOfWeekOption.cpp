@@ -3,7 +3,6 @@
 #include "Foundation/Text/Locale.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
-#include "velloro/Options/FrequencyOptions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -18,9 +17,9 @@ void FirstDayOfWeekOption::addTo(CLI::App& command) {
   command.add_option(name, text, "When a week begins (default: the locale's)")->type_name("DAY");
 }
 
-DayOfWeek FirstDayOfWeekOption::value(DayMode mode) const {
+DayOfWeek FirstDayOfWeekOption::value(DayMode mode, const FrequencyOptions& chosen) const {
   const DayOfWeek day = value();
-  expectUse(name, text, mode, usesFirstDayOfWeek(mode));
+  chosen.expectUse(name, text, usesFirstDayOfWeek(mode));
   return day;
 }
 

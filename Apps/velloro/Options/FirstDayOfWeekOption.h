@@ -1,7 +1,7 @@
 #pragma once
 
 #include "OxDateTime/DayOfWeek.h"
-#include "VelloroCore/Frequency/DayMode.h"
+#include "velloro/Options/FrequencyOptions.h"
 
 #include <optional>
 #include <string>
@@ -20,7 +20,8 @@ struct FirstDayOfWeekOption {
   /// The given day, or the locale's. \throws UsageError
   [[nodiscard]] DayOfWeek value() const;
   /// The same for a task of that mode. \throws UsageError, also where the mode makes no use of it.
-  [[nodiscard]] DayOfWeek value(DayMode mode) const;
+  /// \param chosen The options that chose the mode.
+  [[nodiscard]] DayOfWeek value(DayMode mode, const FrequencyOptions& chosen) const;
 };
 
 }  // namespace velloro

@@ -1,33 +1,16 @@
 #include "velloro/Options/FrequencyOptions.h"
 
-#include "Foundation/Text/String.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/EveryArgument.h"
-
-#include <algorithm>
 
 #include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
 
-struct PeriodRow {
-  TaskFrequencyPeriodType period;
-  DayMode times;  ///< That counts days of the period.
-  DayMode total;  ///< That keeps one total over the period.
-};
-
-constexpr PeriodRow periods[] = {
-    {TaskFrequencyPeriodType::day, DayMode::specificDaysOfWeek, DayMode::specificDaysOfWeek},
-    {TaskFrequencyPeriodType::week, DayMode::numberOfDaysInWeek, DayMode::aggregateOverWeek},
-    {TaskFrequencyPeriodType::fortnight, DayMode::numberOfDaysInFortnight,
-     DayMode::aggregateOverFortnight},
-    {TaskFrequencyPeriodType::month, DayMode::numberOfDaysInMonth, DayMode::aggregateOverMonth},
-    {TaskFrequencyPeriodType::year, DayMode::numberOfDaysInYear, DayMode::aggregateOverYear}};
-
-UsageError incomplete(const char* name, const std::string& text, const char* needed) {
-  return UsageError(name + (" " + inQuotes(text)) + ": needs " + needed);
+UsageError incomplete(const char* name, const std::string& text, const std::string& needed) {
+  return UsageError(name, text, "needs " + needed);
 }
 
 }  // namespace
@@ -59,21 +42,15 @@ void FrequencyOptions::addTo(CLI::App& command, const TaskFrequency& base) {
   for (auto* other : {gap, stored}) span->excludes(other);
 }
 
-void expectUse(const char* name, const std::optional<std::string>& text, DayMode mode,
-               bool isUsed) {
-  if (!text || isUsed) return;
-  throw UsageError(std::string(name) + " \"" + *text + "\": " + modeName(mode) +
-                   " makes no use of it");
-}
-
 TaskFrequency FrequencyOptions::over(TaskFrequency base, bool isTotalTarget) const {
   if (per && !times && !total) throw incomplete("--per", *per, "--times or --total");
   if (total && !per) throw incomplete("--total", *total, "--per");
   const DayMode former = base.dayMode;
+  Steps steps;
   if (every) {
-    setRecurrence(base, "--every", *every);
+    steps = {"--every", setRecurrence(base, "--every", *every)};
   } else if (per) {
-    choosePeriod(base);
+    setPeriod(base, periodArgument("--per", *per), total.has_value());
   } else {
     base.dayMode = modeOver(base.dayMode);
   }
@@ -82,31 +59,49 @@ TaskFrequency FrequencyOptions::over(TaskFrequency base, bool isTotalTarget) con
     base.numPartialCompletions = TaskFrequency::minPartialCompletions;
   }
   const bool isPerDay = per && base.dayMode == DayMode::specificDaysOfWeek;
-  expectUse("--days", days, base.dayMode, base.dayMode == DayMode::specificDaysOfWeek);
-  expectUse("--times", times, base.dayMode, countsDays(base.dayMode) || isPerDay);
-  expectUse("--interval", interval, base.dayMode, base.dayMode == DayMode::dayInterval);
+  expectUse("--days", days, base.dayMode == DayMode::specificDaysOfWeek);
+  expectUse("--times", times, countsDays(base.dayMode) || isPerDay);
+  expectUse("--interval", interval, base.dayMode == DayMode::dayInterval);
   if (days) base.days = weekdaysArgument("--days", *days);
   if (times && !isPerDay) base.numCompletions = countArgument("--times", *times);
   if (interval) base.dayInterval = countArgument("--interval", *interval);
-  if (partial) base.numPartialCompletions = countArgument("--partial", *partial);
-  const auto& steps = isPerDay && times ? times : isTotalTarget ? std::nullopt : total;
-  if (!steps) return base;
-  const char* name = steps == total ? "--total" : "--times";
-  if (partial) {
-    throw UsageError("--partial " + inQuotes(*partial) + ": " + name + " says the steps already");
-  }
-  base.numPartialCompletions = countArgument(name, *steps);
+  if (times && isPerDay) steps = {"--times", countArgument("--times", *times)};
+  if (total && !isTotalTarget) steps = {"--total", countArgument("--total", *total)};
+  setSteps(base, steps);
   return base;
 }
 
-void FrequencyOptions::choosePeriod(TaskFrequency& frequency) const {
-  const auto period = periodArgument("--per", *per);
-  const auto& row = *std::ranges::find(periods, period, &PeriodRow::period);
-  const DayMode chosen = total ? row.total : row.times;
-  if (chosen == DayMode::specificDaysOfWeek && frequency.dayMode != chosen) {
-    frequency.days = everyDay();
+void FrequencyOptions::setSteps(TaskFrequency& frequency, const Steps& steps) const {
+  if (steps.count && partial) {
+    throw UsageError("--partial", *partial, std::string(steps.option) + " says the steps already");
   }
-  frequency.dayMode = chosen;
+  if (steps.count) frequency.numPartialCompletions = *steps.count;
+  if (partial) frequency.numPartialCompletions = countArgument("--partial", *partial);
+}
+
+void FrequencyOptions::expectUse(const char* name, const std::optional<std::string>& text,
+                                 bool isUsed) const {
+  if (!text || isUsed) return;
+  const std::string typed = choice();
+  throw UsageError(
+      name, *text,
+      "has no meaning " + (typed.empty() ? "for how the task recurs" : "with " + typed));
+}
+
+/// The options that say how the task recurs, as they were typed.
+std::string FrequencyOptions::choice() const {
+  const auto written = [](const char* name, const std::string& text) {
+    return std::string(name) + " " + cited(text);
+  };
+  if (every) return written("--every", *every);
+  if (per) {
+    const auto& count = total ? written("--total", *total) : written("--times", *times);
+    return count + " " + written("--per", *per);
+  }
+  if (mode) return written("--mode", *mode);
+  if (interval) return written("--interval", *interval);
+  if (times) return written("--times", *times);
+  return days ? written("--days", *days) : "";
 }
 
 DayMode FrequencyOptions::modeOver(DayMode base) const {

@@ -2,6 +2,7 @@
 
 #include "VelloroCore/Frequency/TaskFrequency.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -30,14 +31,20 @@ struct FrequencyOptions {
   ///   number of steps.
   /// \throws UsageError, also for an option that the mode does not use.
   [[nodiscard]] TaskFrequency over(TaskFrequency base, bool isTotalTarget = false) const;
+  /// \throws UsageError for another option that was given although the frequency does not use it.
+  void expectUse(const char* name, const std::optional<std::string>& text, bool isUsed) const;
 
  private:
-  void choosePeriod(TaskFrequency& frequency) const;
+  /// How many steps make a completion, and the option that says so.
+  struct Steps {
+    const char* option = "";
+    std::optional<std::int64_t> count = {};
+  };
+
+  void setSteps(TaskFrequency& frequency, const Steps& steps) const;
+  [[nodiscard]] std::string choice() const;
   [[nodiscard]] DayMode modeOver(DayMode base) const;
 };
-
-/// \throws UsageError for an option that was given although the mode does not use it.
-void expectUse(const char* name, const std::optional<std::string>& text, DayMode mode, bool isUsed);
 
 /// For a command's help: every mode's name.
 [[nodiscard]] std::string modesFooter();

@@ -18,7 +18,7 @@ namespace {
 std::string mention(const TaskEntity& task) {
   const std::string* title = task.text(TaskAttributes::title);
   const std::string* id = task.text(TaskAttributes::uniqueId);
-  return inQuotes(title != nullptr ? *title : "") + " (" +
+  return cited(title != nullptr ? *title : "") + " (" +
          (id != nullptr ? id->substr(0, 8) : "without id") + ")";
 }
 
@@ -40,7 +40,7 @@ UsageError unknownTask(const std::string& name,
     if (title != nullptr) titles.emplace_back(*title);
   }
   const std::string hint = suggestion(name, titles);
-  return UsageError("no task is called " + inQuotes(name) + "; " +
+  return UsageError("no task is called " + cited(name) + "; " +
                     (hint.empty() ? "\"velloro task list\" lists them" : hint));
 }
 
@@ -67,12 +67,13 @@ std::shared_ptr<TaskEntity> taskArgument(const HostStore& store, const std::stri
   if (meant.empty()) throw unknownTask(name, all);
   std::string which;
   for (const auto& task : meant) which += (which.empty() ? "" : ", ") + mention(*task);
-  throw UsageError(inQuotes(name) + " may be " + which + "; write more of the id");
+  throw UsageError(cited(name) + " may be " + which + "; write more of the id");
 }
 
-std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store, const std::string& name) {
+std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store, const std::string& name,
+                                                Date now) {
   auto task = taskArgument(store, name);
-  PeriodCloser(store.context()).foresee(*task);
+  PeriodCloser(store.context(), now).foresee(*task);
   return task;
 }
 

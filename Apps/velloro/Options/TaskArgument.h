@@ -19,8 +19,9 @@ void addTaskArgument(CLI::App& command, std::string& text);
 [[nodiscard]] std::shared_ptr<TaskEntity> taskArgument(const HostStore& store,
                                                        const std::string& text);
 
-/// The same, with its past periods closed in memory, for commands that only read.
+/// The same, with the periods that are past at that instant closed in memory, for commands that
+/// only read.
 [[nodiscard]] std::shared_ptr<TaskEntity> currentTaskArgument(const HostStore& store,
-                                                              const std::string& text);
+                                                              const std::string& text, Date now);
 
 }  // namespace velloro

@@ -19,8 +19,8 @@ void TypeOptions::addTo(CLI::App& command) {
 std::optional<AutomaticTaskType> TypeOptions::value(
     std::optional<TaskFrequencyPeriodType> per) const {
   if (!type) {
-    if (target) throw UsageError(targetName + (" " + inQuotes(*target)) + ": only with a --type");
-    if (unit) throw UsageError("--unit " + inQuotes(*unit) + ": only with a --type");
+    if (target) throw UsageError(targetName, *target, "only with a --type");
+    if (unit) throw UsageError("--unit", *unit, "only with a --type");
     return std::nullopt;
   }
   const TaskType chosen = taskTypeArgument("--type", *type);
@@ -34,9 +34,9 @@ std::optional<AutomaticTaskType> TypeOptions::value(
     return made;
   }
   if (target) {
-    throw UsageError(targetName + (" " + inQuotes(*target)) + ": " +
+    throw UsageError(targetName, *target,
                      std::string(chosen.rawValue()) +
-                     (unitNames(chosen).empty() ? " has no amount" : " needs a --unit"));
+                         (unitNames(chosen).empty() ? " has no amount" : " needs a --unit"));
   }
   return AutomaticTaskType(chosen);
 }
@@ -51,7 +51,7 @@ double TypeOptions::quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType p
   }
   const double amount = amountArgument(targetName, *target);
   if (amount > 0 || of == HealthType::energyDeficit) return amount;
-  throw UsageError(targetName + (" " + inQuotes(*target)) + ": not above 0");
+  throw UsageError(targetName, *target, "not above 0");
 }
 
 void expectToFit(const char* name, const std::string& text, const AutomaticTaskType& type,
@@ -61,8 +61,7 @@ void expectToFit(const char* name, const std::string& text, const AutomaticTaskT
   constexpr double mostDays[] = {1, 7, 14, 31, 366};
   const double most = mostDays[static_cast<std::size_t>(period)] * day;
   if (convertToTimeInterval(type.quantity, *type.unit) <= most) return;
-  throw UsageError(std::string(name) + " " + inQuotes(text) + ": more than a " +
-                   periodName(period) + " has room for");
+  throw UsageError(name, text, "more than a " + periodName(period) + " has room for");
 }
 
 }  // namespace velloro

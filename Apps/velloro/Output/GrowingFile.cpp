@@ -1,6 +1,6 @@
 #include "velloro/Output/GrowingFile.h"
 
-#include "Foundation/Text/String.h"
+#include "velloro/Options/Arguments.h"
 #include "velloro/Output/Output.h"
 
 #include <utility>
@@ -26,7 +26,7 @@ T GrowingFile::checked(Result<T> result) const {
   if (result) return *std::move(result);
   const Error& reason = *result.error();
   throw Error(reason.domain(), reason.code(),
-              option_ + " " + inQuotes(file_) + ": " + reason.localizedDescription());
+              option_ + " " + cited(file_) + ": " + reason.localizedDescription());
 }
 
 void writeFile(std::string_view bytes, const std::string& file, const std::string& option) {

@@ -47,9 +47,9 @@ UsageError unknown(const std::string& pattern) {
   for (const IconManagerIcon icon : allCases<IconManagerIcon>()) names.push_back(rawValue(icon));
   for (const IconCategory group : allCases<IconCategory>()) names.push_back(rawValue(group));
   const std::string hint = suggestion(lowercased(pattern), names);
-  return UsageError("PATTERN " + inQuotes(pattern) +
-                    ": in the name of no icon and no group's name; " +
-                    (hint.empty() ? "\"velloro icons\" lists them" : hint));
+  return UsageError("PATTERN", pattern,
+                    "in the name of no icon and no group's name; " +
+                        (hint.empty() ? "\"velloro icons\" lists them" : hint));
 }
 
 void run(const IconsOptions& options) {

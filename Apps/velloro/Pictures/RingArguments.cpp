@@ -111,8 +111,9 @@ Theme RingArguments::chosenTheme() const {
   const auto wanted = caseArgument<ThemeMode>("--mode", *mode, "mode");
   chosen = chosen.withMode(wanted);
   if (chosen.mode == wanted) return chosen;
-  throw UsageError("--mode " + inQuotes(*mode) + ": not a mode of the scheme \"" +
-                   std::string(rawValue(chosen.colorScheme)) + "\"; \"velloro themes\" lists them");
+  throw UsageError("--mode", *mode,
+                   "not a mode of the scheme \"" + std::string(rawValue(chosen.colorScheme)) +
+                       "\"; \"velloro themes\" lists them");
 }
 
 std::optional<IconDisplayRepresentation> RingArguments::chosenIcon() const {

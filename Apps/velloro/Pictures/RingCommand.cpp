@@ -30,7 +30,7 @@ std::string pngOf(const CGImage& image) {
 
 void animate(const RingOptions& options) {
   if (*options.animate != "check") {
-    throw UsageError("--animate " + inQuotes(*options.animate) + ": not an animation; write check");
+    throw UsageError("--animate", *options.animate, "not an animation; write check");
   }
   const std::string rate = options.framesPerSecond.value_or("60");
   const auto framesPerSecond = countBetween("--fps", rate, 1, 240);
@@ -64,7 +64,7 @@ void run(const RingOptions& options) {
   }
   for (const auto& [name, value] :
        {std::pair("--frames", options.frames), {"--fps", options.framesPerSecond}}) {
-    if (value) throw UsageError(name + (" " + inQuotes(*value)) + ": only with --animate");
+    if (value) throw UsageError(name, *value, "only with --animate");
   }
   if (!options.png) throw UsageError("a --png is needed, to say where the picture goes");
   const RingPicture picture = options.ring.picture();

@@ -103,7 +103,7 @@ constexpr Row rows[] = {
      {.what = "a number of seconds", .example = "0 to 86400", .accepts = isSnooze}},
     {startOfDay,
      {.what = "a time of day",
-      .example = "one as 03:00:00, or its seconds",
+      .example = "one as 4:00, 04:00 or 04:00:00, or as its seconds from 2400 on",
       .accepts = [](const std::string& text) { return startOfDayNumber(text).has_value(); }}},
     {selectedTaskPage,
      {.what = "a page",
@@ -151,9 +151,7 @@ const SettingRule& SettingRule::of(SettingCase setting) {
 }
 
 void SettingRule::expect(const std::string& text) const {
-  const auto refused = [&](const std::string& reason) {
-    return UsageError("VALUE " + inQuotes(text) + ": " + reason);
-  };
+  const auto refused = [&](const std::string& reason) { return UsageError("VALUE", text, reason); };
   if (!isUTF8(text)) throw UsageError("VALUE: not a text in UTF-8");
   if (accepts == nullptr) throw refused("no program reads this setting yet; it can only be unset");
   try {
@@ -166,8 +164,10 @@ void SettingRule::expect(const std::string& text) const {
 }
 
 std::optional<std::int64_t> startOfDayNumber(const std::string& text) {
+  constexpr std::int64_t hoursAndMinutes = 2400;
   if (const auto seconds = countIn(text)) {
-    return HHMMSS::fromIntValue(*seconds) ? seconds : std::nullopt;
+    const bool isClear = *seconds == 0 || *seconds >= hoursAndMinutes;
+    return isClear && HHMMSS::fromIntValue(*seconds) ? seconds : std::nullopt;
   }
   const auto time = timeIn(text);
   return time ? std::optional(time->intValue()) : std::nullopt;

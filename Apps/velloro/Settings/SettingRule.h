@@ -30,8 +30,9 @@ struct SettingRule {
   void expect(const std::string& text) const;
 };
 
-/// The seconds of a start of day, which is written as 04:00:00 or as its seconds; absent for a text
-/// that is neither.
+/// The seconds of a start of day, which is written as 4:00, 04:00, 04:00:00 or as its seconds;
+/// absent for any other text. A number of seconds below 2400, other than 0, is refused: 4 or 1800
+/// may well be meant as a time.
 [[nodiscard]] std::optional<std::int64_t> startOfDayNumber(const std::string& text);
 
 }  // namespace velloro

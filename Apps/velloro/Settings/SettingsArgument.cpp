@@ -88,7 +88,7 @@ struct Write {
     storage.setCodable(text ? std::optional(PropertyList::fromJSON(*text)) : std::nullopt, setting);
   }
   void operator()(const Setting::NoOpSetting& setting) const {
-    throw UsageError("KEY " + inQuotes(settingName(setting.setting)) + ": nothing is stored of it");
+    throw UsageError("KEY", settingName(setting.setting), "nothing is stored of it");
   }
 };
 
@@ -113,7 +113,7 @@ Setting settingArgument(const std::string& text) {
   }
   if (auto setting = isBare ? std::nullopt : continued(row, text.substr(point + 1)))
     return *setting;
-  throw UsageError("KEY " + inQuotes(text) + ": " + whatFollows(row.payload));
+  throw UsageError("KEY", text, whatFollows(row.payload));
 }
 
 std::string settingName(const Setting& setting) {

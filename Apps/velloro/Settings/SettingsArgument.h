@@ -15,7 +15,7 @@ namespace velloro {
 [[nodiscard]] std::string settingName(const Setting& setting);
 
 /// Sets a setting to what a text says: true or false, a number, a text, or JSON, by the setting's
-/// kind; the start of the day also as 04:00:00. Without a text the value is removed.
+/// kind; the start of the day also as 4:00 or 04:00:00. Without a text the value is removed.
 /// \throws UsageError for what no reader of the setting accepts (`SettingRule`).
 void setArgument(SettingsStorage& storage, const Setting& setting,
                  const std::optional<std::string>& text);

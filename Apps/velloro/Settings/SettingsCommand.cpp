@@ -127,7 +127,7 @@ void addSettingsCommand(CLI::App& app) {
   addOfOne("set", "Changes a setting, and shows it as it is then read", set)
       ->add_option("value", options->value,
                    "true or false, a number, a text or JSON, by the setting; a start of day also "
-                   "as 04:00:00")
+                   "as 4:00 or 04:00:00")
       ->type_name("VALUE")
       ->required();
   addOfOne("unset", "Removes the value of a setting", unset);

@@ -31,11 +31,12 @@ void run(const StatusOptions& options) {
   using enum TaskStatus;
   const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
                                   : store.tasks({normal, paused});
-  PeriodCloser closer(store.context());
+  const Date now = Date::now();
+  PeriodCloser closer(store.context(), now);
   std::vector<StatusReport> reports;
   for (const auto& task : tasks) {
     closer.foresee(*task);
-    reports.push_back(StatusReport::of(*task, date));
+    reports.push_back(StatusReport::of(*task, date, now));
   }
   if (!options.json) return print(table(reports));
   const JSONEncoder encoder{};

@@ -41,8 +41,8 @@ std::string statusText(const StatusReport& report) {
 
 }  // namespace
 
-StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date) {
-  const auto snapshot = TaskSnapshot::of(task);
+StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> date, Date now) {
+  const auto snapshot = TaskSnapshot::of(task, now);
   const TaskLogRules rules = snapshot.standing.rules();
   const TaskFrequencyPeriod period = rules.period(date.value_or(rules.today()));
   const auto [standing, streak] = streakedCompletionStatus(snapshot, period);
@@ -56,11 +56,11 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
           .willSkip = willSkip,
           .outcome = std::string(outcomeText(willSkip)),
           .progress = {.type = progress.type(),
-                       .numCompletions = progress.numCompletions(rules.now),
+                       .numCompletions = progress.numCompletions(now),
                        .expectedCompletions = progress.expectedCompletions(),
-                       .currentValue = progress.currentValue(rules.now),
+                       .currentValue = progress.currentValue(now),
                        .targetValue = progress.targetValue(),
-                       .progressPct = progress.progressPct(rules.now)},
+                       .progressPct = progress.progressPct(now)},
           .streak = streak,
           .period = PeriodStretch::of(period),
           .lastCompleted = kept.lastCompleted,

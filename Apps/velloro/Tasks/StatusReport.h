@@ -55,8 +55,9 @@ struct StatusReport {
       key("period", &StatusReport::period), key("lastCompleted", &StatusReport::lastCompleted),
       key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped));
 
-  /// In the period with that day; absent for the current one.
-  [[nodiscard]] static StatusReport of(const TaskEntity& task, std::optional<YYYYMMDD> date);
+  /// \param date A day of the period; absent for the current one.
+  [[nodiscard]] static StatusReport of(const TaskEntity& task, std::optional<YYYYMMDD> date,
+                                       Date now);
 
   /// A ring as one character: ○ ◔ ◑ ◕ ●, and signs for what was missed, skipped or allowed.
   [[nodiscard]] std::string glyph() const;

@@ -4,6 +4,7 @@
 #include "Foundation/Text/String.h"
 #include "Host/LogWriter.h"
 #include "Host/PeriodCloser.h"
+#include "Host/TimedTaskHost.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskWriting.h"
 #include "velloro/Options/Arguments.h"
@@ -38,18 +39,18 @@ void printTask(const TaskEntity& task, const TaskOptions& options, const char* w
 }
 
 void add(const TaskOptions& options) {
-  const Date created =
-      options.created ? instantArgument("--created", *options.created) : Date::now();
-  if (created > Date::now()) {
-    throw UsageError("--created " + inQuotes(*options.created) + ": lies in the future");
+  const Date now = Date::now();
+  const Date created = options.created ? instantArgument("--created", *options.created) : now;
+  if (created > now) {
+    throw UsageError("--created", *options.created, "lies in the future");
   }
   if (created < Date::since1970(0)) {
-    throw UsageError("--created " + inQuotes(*options.created) + ": lies before 1970");
+    throw UsageError("--created", *options.created, "lies before 1970");
   }
   const HostStore store;
   const auto task = store.write([&] {
     auto added = addTask(store, options.fields.fields(), created);
-    bringUpToDate(*added);
+    bringUpToDate(*added, now);
     return added;
   });
   printTask(*task, options, "Added");
@@ -74,10 +75,11 @@ void show(const TaskOptions& options) {
 void edit(const TaskOptions& options) {
   const HostStore store;
   const auto task = store.write([&] {
+    const Date now = Date::now();
     auto edited = taskArgument(store, options.task);
-    PeriodCloser(store.context()).close(*edited);
+    PeriodCloser(store.context(), now).close(*edited);
     changeTask(store, *edited, options.fields.fields(edited.get()));
-    updateDerivedData(*edited);
+    updateDerivedData(*edited, now);
     return edited;
   });
   printTask(*task, options, "Changed");
@@ -85,10 +87,15 @@ void edit(const TaskOptions& options) {
 
 void setStatus(const TaskOptions& options, TaskStatus status, const char* what) {
   const HostStore store;
+  const Date now = Date::now();
+  const auto named = [&] { return taskArgument(store, options.task); };
+  // No timer runs on for a task that rests.
+  const bool isAnyRunning = !TimedTaskManager::shared().entries().empty();
+  if (isAnyRunning && status != TaskStatus::normal) TimedTaskHost(store).stop(named, true, now);
   const auto task = store.write([&] {
-    auto changed = taskArgument(store, options.task);
-    bringUpToDate(*changed);
-    setTaskStatus(*changed, status);
+    auto changed = named();
+    bringUpToDate(*changed, now);
+    setTaskStatus(*changed, status, now);
     return changed;
   });
   printTask(*task, options, what);

@@ -13,7 +13,7 @@ namespace {
 
 OxCodableColor colorArgument(const std::string& name, const std::string& text) {
   if (const auto color = OxCodableColor::fromHex(text)) return *color;
-  throw UsageError(name + " " + inQuotes(text) + ": not a colour; write one as 3F91CC");
+  throw UsageError(name, text, "not a colour; write one as 3F91CC");
 }
 
 template <typename T, typename Read>
@@ -71,8 +71,7 @@ TaskFields TaskFieldOptions::fields(const TaskEntity* edited) const {
       edited != nullptr ? edited->frequency() : TaskFrequency::defaultFrequency;
   const auto known = edited != nullptr ? edited->automaticTaskType() : std::nullopt;
   if (known && known->unit && frequency.total && !type.type && !timer) {
-    throw UsageError("--total " + inQuotes(*frequency.total) +
-                     ": the task has a target; give its --type, too");
+    throw UsageError("--total", *frequency.total, "the task has a target; give its --type, too");
   }
   TaskFields fields{.title = given<std::string>("TITLE", title, titleArgument)};
   if (frequency.areGiven()) {
@@ -84,8 +83,8 @@ TaskFields TaskFieldOptions::fields(const TaskEntity* edited) const {
   if (isPositive) fields.isNegative = false;
   fields.startOfDay = given<HHMMSS>("--start-of-day", startOfDay, timeArgument);
   fields.firstDayOfWeek = given<DayOfWeek>("--first-day-of-week", firstDayOfWeek, weekdayArgument);
-  expectUse("--first-day-of-week", firstDayOfWeek, recurs.dayMode,
-            isShared || usesFirstDayOfWeek(recurs.dayMode));
+  frequency.expectUse("--first-day-of-week", firstDayOfWeek,
+                      isShared || usesFirstDayOfWeek(recurs.dayMode));
   fields.timeZone = given<TimeZone>("--zone", zone, zoneArgument);
   fields.color = given<OxCodableColor>("--color", color, colorArgument);
   if (icon) {

@@ -33,7 +33,7 @@ struct TitleOptions {
 /// The state in which such a share of the target is done.
 TaskProgress chosenProgress(const TitleOptions& options, const AutomaticTaskType& type) {
   const auto parts = options.partial ? countArgument("--partial", *options.partial) : 1;
-  if (parts < 1) throw UsageError("--partial " + inQuotes(*options.partial) + ": not from 1 on");
+  if (parts < 1) throw UsageError("--partial", *options.partial, "not from 1 on");
   const double share = options.progress ? shareArgument("--progress", *options.progress) : 0;
   const double done = wholeUnlessFractional(type.quantity * share);
   if (!type.isTimed() || !type.unit || !isDuration(*type.unit)) {
@@ -67,7 +67,7 @@ TaskTitleSource chosenTask(const TitleOptions& options) {
   if (!options.title) throw UsageError("a --type or a --title is needed");
   for (const auto& [name, value] :
        {std::pair("--partial", options.partial), {"--progress", options.progress}}) {
-    if (value) throw UsageError(name + (" " + inQuotes(*value)) + ": only with a --type");
+    if (value) throw UsageError(name, *value, "only with a --type");
   }
   return task;
 }

@@ -2,6 +2,8 @@
 
 #include "CoreData/Store/Sqlite.h"
 
+#include <algorithm>
+
 namespace platform {
 namespace {
 

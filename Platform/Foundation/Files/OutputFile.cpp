@@ -3,7 +3,9 @@
 #include "Foundation/Values/Try.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 #include <fcntl.h>
@@ -36,8 +38,10 @@ fs::path folderOf(const fs::path& path) {
   return path.has_parent_path() ? path.parent_path() : ".";
 }
 
+/// Short, however long the name of the file is: a file system limits the length of a name.
 fs::path hiddenName(const fs::path& path, const std::string& mark) {
-  return path.parent_path() / ("." + path.filename().string() + mark);
+  const std::size_t name = std::hash<std::string>{}(path.filename().string());
+  return path.parent_path() / ("." + std::to_string(name) + mark);
 }
 
 Result<void> copyPermissions(const NSFileHandle& file, const struct stat& from) {
@@ -58,6 +62,7 @@ Result<void> renameOver(const fs::path& from, const fs::path& to) {
 
 Result<OutputFile> OutputFile::open(const fs::path& path) {
   const auto known = statusOf(path);
+  if (!known && errno != ENOENT) return fileFailure("cannot make", path);
   if (known && !S_ISREG(known->st_mode)) {
     auto file = TRY(NSFileHandle::open(path, O_WRONLY));
     return OutputFile(std::move(file), fs::path());

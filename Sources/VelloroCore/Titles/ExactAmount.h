@@ -14,6 +14,7 @@ namespace velloro {
 ///
 ///     exactAmount(0.4, TypeUnit::cupsUS, locale);           // "0.4 cups"
 ///     exactAmount(7.5, TypeUnit::durationHours, locale);    // "7 hr, 30 min"
+///     exactAmount(0.5, TypeUnit::durationSeconds, locale);  // "0.5 sec"
 [[nodiscard]] std::optional<std::string> exactAmount(double amount, TypeUnit unit,
                                                      const Locale& locale);
 

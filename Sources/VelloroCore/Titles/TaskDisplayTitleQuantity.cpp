@@ -169,16 +169,19 @@ struct ExactWriter {
   const Locale& locale;
   const FormatManager& formats = FormatManager::shared(locale);
 
-  Text operator()(const Measured& form) const { return measured(form.unit); }
+  Text operator()(const Measured& form) const { return measured(amount, form.unit); }
   Text operator()(const Counted& form) const { return localized(form.key, {amount}); }
   Text operator()(const Enclosed& form) const { return localized(form.key, {number()}); }
   Text operator()(const Mass&) const {
     if (unit == TypeUnit::micrograms) return localized(title_text::micrograms, {number()});
-    return measured(unit == TypeUnit::grams ? Measure::grams : Measure::milligrams);
+    return measured(amount, unit == TypeUnit::grams ? Measure::grams : Measure::milligrams);
   }
   Text operator()(const Duration&) const {
-    constexpr TimeInterval hour = 3600;
-    const TimeInterval seconds = convertToTimeInterval(amount, unit);
+    constexpr TimeInterval minute = 60, hour = 3600;
+    const TimeInterval seconds = wholeUnlessFractional(convertToTimeInterval(amount, unit));
+    // The formats of durations know whole seconds alone.
+    if (seconds < minute && std::trunc(seconds) != seconds)
+      return measured(seconds, Measure::seconds);
     const bool isWhole = seconds >= hour && std::fmod(seconds, hour) == 0;
     return isWhole ? formats.formattedSleepDuration(seconds)
                    : formats.formattedDurationForTimedTaskConfiguration(seconds);
@@ -187,9 +190,9 @@ struct ExactWriter {
 
  private:
   [[nodiscard]] std::string number() const { return formats.decimalFormatter.string(amount); }
-  [[nodiscard]] std::string measured(Measure in) const {
+  [[nodiscard]] std::string measured(double value, Measure in) const {
     return NSMeasurementFormatter({.number = formats.decimalFormatter.settings()})
-        .string(amount, in);
+        .string(value, in);
   }
 };
 

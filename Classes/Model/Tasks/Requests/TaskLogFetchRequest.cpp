@@ -49,6 +49,7 @@ NSFetchRequest TaskLogFetchRequest::fetchRequest(const TaskEntity* task) const {
   if (temporaryEntriesOnly) {
     parts.push_back(Columns::cloudStatus == Columns::temporaryRecordIdentifier);
   }
+  if (madeSince) parts.push_back(Columns::createdTimestamp >= *madeSince);
   return requestOf(parts, order(direction), fetchLimit);
 }
 

@@ -34,6 +34,7 @@ struct TaskLogFetchRequest {
   std::vector<UniqueID> uniqueIds = {};
   EnumSet<TaskLogEntryType> includeStatuses = {}, excludeStatuses = {};
   bool temporaryEntriesOnly = false;
+  std::optional<Date> madeSince = {};  ///< Itself included.
 
   /// \param task Whose log; null for the logs of all tasks.
   [[nodiscard]] NSFetchRequest fetchRequest(const TaskEntity* task = nullptr) const;

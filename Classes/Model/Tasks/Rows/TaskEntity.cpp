@@ -238,7 +238,7 @@ NumUniqueCompletions TaskEntity::numUniqueCompletions(YYYYMMDD from, YYYYMMDD to
 }
 
 std::optional<YYYYMMDD> TaskEntity::lastCompletedDate(YYYYMMDD onOrBefore) const {
-  return velloro::lastCompletedDate(TaskSnapshot::of(*this), onOrBefore);
+  return velloro::lastCompletedDate(TaskSnapshot::of(*this, Date::now()), onOrBefore);
 }
 
 TaskLogSummary TaskEntity::logSummary(std::optional<YYYYMMDD> from, YYYYMMDD to, Date now) const {

@@ -20,9 +20,9 @@ std::int16_t columnOf(std::int64_t number) {
 
 }  // namespace
 
-bool setTaskStatus(TaskEntity& task, TaskStatus status) {
+bool setTaskStatus(TaskEntity& task, TaskStatus status, Date now) {
   if (!task.writeValue(Columns::status, status)) return false;
-  task.setValue(Columns::statusDate, Date::now());
+  task.setValue(Columns::statusDate, now);
   return true;
 }
 

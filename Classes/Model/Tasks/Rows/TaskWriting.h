@@ -12,7 +12,7 @@ namespace velloro {
 // what is stored is written; each returns whether anything was.
 
 /// A new status is dated now.
-bool setTaskStatus(TaskEntity& task, TaskStatus status);
+bool setTaskStatus(TaskEntity& task, TaskStatus status, Date now);
 bool setTaskDisplayOrder(TaskEntity& task, const TaskDisplayOrder& order);
 /// Days of the month are not stored.
 bool setFrequency(TaskEntity& task, const TaskFrequency& frequency);

@@ -75,11 +75,16 @@ StreakedCompletionStatus streakedCompletionStatus(const TaskSnapshot& task,
 }
 
 NumUniqueCompletions numUniqueCompletions(const TaskSnapshot& task, YYYYMMDD from, YYYYMMDD to) {
+  for (const auto& [first, last, completions] : task.countedDays) {
+    if (first == from && last == to) return completions;
+  }
   const StoredLog log(*task.entity, {.direction = Direction::newestToOldest,
                                      .minDate = from,
                                      .maxDate = to,
                                      .includeStatuses = TaskLogEntryTypes::allFullTypes});
-  return NumUniqueCompletions::fromLog(log.rows(), task.standing.rules(), from, to);
+  const auto counted = NumUniqueCompletions::fromLog(log.rows(), task.standing.rules(), from, to);
+  task.countedDays.push_back({from, to, counted});
+  return counted;
 }
 
 std::optional<YYYYMMDD> lastCompletedDate(const TaskSnapshot& task, YYYYMMDD onOrBefore) {
