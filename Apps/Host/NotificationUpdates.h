@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace velloro {
 
@@ -25,6 +26,10 @@ class NotificationUpdates {
   void note(const NSManagedObjectContext& context);
   /// A task whose notifications have changed otherwise.
   void note(const std::shared_ptr<TaskEntity>& task) { note(task, false); }
+  /// What is to be taken from the centre beside.
+  void withdraw(NotificationHelper::ScheduleRequest&& request) {
+    withdrawn_.merge(std::move(request));
+  }
   /// Plans what was noted, and returns when that is in the notification centre. What can't be
   /// planned is logged, since what was written stays written.
   void bringUpToDate();

@@ -111,6 +111,15 @@ Moment momentToSnooze(const TaskEntity& task, const TaskSnapshot& snapshot) {
   return *moment;
 }
 
+/// The settings with that reminder in the place of the one with its identifier.
+TaskNotificationSettings withReminder(TaskNotificationSettings settings,
+                                      const TaskReminder& changed) {
+  for (TaskReminder& reminder : settings.reminders) {
+    if (reminder.uniqueId == changed.uniqueId) reminder = changed;
+  }
+  return settings;
+}
+
 Result<void> keepAsAsked(const UniqueID& task, Date at) {
   return SiriExtensionUtilities::shared()->editSiriReminders([&](auto& reminders) {
     std::erase_if(reminders, [&](const auto& each) { return each.uniqueId == snoozeId(task); });
@@ -124,29 +133,32 @@ Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEn
                       std::optional<TimeInterval> duration, Date now) {
   const Date start = Date::since1970(std::floor(now.timeIntervalSince1970()));
   const Date at = start + duration.value_or(usualDuration());
-  std::optional<UniqueID> asked;
+  UniqueID id;
+  bool isHeld = false;
   const Snooze snooze = store.write([&] {
     const auto task = find();
+    id = task->uniqueId();
     PeriodCloser(store.context(), now).close(*task);
     const auto snapshot = TaskSnapshot::of(*task, now);
     const Moment moment = momentToSnooze(*task, snapshot);
-    auto settings = task->notificationSettings();
-    for (TaskReminder& reminder : settings.reminders) {
-      if (reminder.uniqueId != moment.reminder.uniqueId) continue;
-      reminder =
-          reminder.withSnooze(snapshot.standing.today(), HHMMSS::fromDate(now, TimeZone::current()),
-                              NotificationTimeZone::taskViewer);
-    }
-    if (holdsSnooze(store, *task, settings, moment.reminder.uniqueId, at, now)) {
-      setNotificationSettings(*task, settings);
+    const auto putOff =
+        withReminder(task->notificationSettings(),
+                     moment.reminder.withSnooze(snapshot.standing.today(),
+                                                HHMMSS::fromDate(now, TimeZone::current()),
+                                                NotificationTimeZone::taskViewer));
+    isHeld = holdsSnooze(store, *task, putOff, moment.reminder.uniqueId, at, now);
+    if (isHeld) {
+      setNotificationSettings(*task, putOff);
     } else {
-      asked = task->uniqueId();
+      // A snooze takes the place of an earlier one.
+      setNotificationSettings(*task, withReminder(putOff, moment.reminder.withSnooze({}, {}, {})));
     }
     NotificationUpdates::shared().note(task);
     return Snooze{at, moment.reminder.trigger.timeOfDay->debugDescription()};
   });
-  if (!asked) return snooze;
-  if (const auto kept = keepAsAsked(*asked, at); !kept) {
+  if (isHeld) {
+    NotificationUpdates::shared().withdraw(endSnooze(id));
+  } else if (const auto kept = keepAsAsked(id, at); !kept) {
     throw HostError("nothing was put off: " + kept.error()->localizedDescription());
   }
   return snooze;
