@@ -123,11 +123,6 @@ TEST_F(NotificationManagerTest, PutsRebuildsTogetherWhileTheUserIsActive) {
   manager_->applicationWillResignActive();
   EXPECT_THAT(pending(), SizeIs(4)) << "at once";
   EXPECT_EQ(completed, 3);
-  manager_->applicationWillResignActive();
-
-  environment_.setApplicationState(ApplicationState::background);
-  rebuildAfter(0);
-  EXPECT_THAT(pending(), SizeIs(4));
 }
 
 TEST_F(NotificationManagerTest, DoesNothingWhileItMayNot) {
@@ -147,19 +142,6 @@ TEST_F(NotificationManagerTest, DoesNothingWhileItMayNot) {
   work();
   data_->setInMaintenanceMode(false);
   EXPECT_EQ(completed, 6) << "completions are called in every case";
-}
-
-TEST_F(NotificationManagerTest, AddsWhatWasAskedForByVoice) {
-  const UniqueID id = UniqueID::create();
-  const Date at = Date::now() + 3600;
-  static_cast<void>(SiriExtensionUtilities::shared()->editSiriReminders([&](auto& reminders) {
-    reminders.push_back({id, task_->uniqueId(), at});
-    reminders.push_back({UniqueID::create(), UniqueID::create(), at});
-  }));
-  authorize();
-  EXPECT_THAT(pending(), SizeIs(5));
-  EXPECT_THAT(pending(), Contains(testing::Pair(NotificationID::spoken(id, task_->uniqueId()).str,
-                                                at.iso8601())));
 }
 
 }  // namespace

@@ -151,7 +151,6 @@ TEST_F(TaskPlanning, BringsBackWhatWasPutOff) {
       {{2024, 3, 7}, {.h = 19, .m = 45}, NotificationTimeZone::taskViewer, "2024-03-07T11:15:00Z"},
       {{2024, 3, 6}, {.h = 11, .m = 45}, NotificationTimeZone::taskOwner, "2024-03-08T09:00:00Z"},
       {{2024, 3, 7}, {.h = 11, .m = 45}, std::nullopt, "2024-03-08T09:00:00Z"},
-      {{2024, 3, 7}, {.h = 11, .m = 15}, NotificationTimeZone::taskOwner, "2024-03-08T09:00:00Z"},
   };
   task.deviceTimeZone = tokyo;
   for (const auto& [day, time, clock, first] : cases) {
@@ -176,8 +175,6 @@ TEST_F(TaskPlanning, TakesAStepAsAnAnswerToTheRemindersJustBehindIt) {
   EXPECT_EQ(plan()[0], "r7..0 2024-03-07T11:20:00Z") << "the shorter allowance leaves it";
   task.partialEntries = {instant("2024-03-07T11:00:01Z")};
   EXPECT_EQ(plan()[0], "r8..0 2024-03-08T11:20:00Z");
-  task.standing.frequency.numPartialCompletions = 1;
-  EXPECT_EQ(plan()[0], "r7..0 2024-03-07T11:20:00Z");
 }
 
 TEST_F(TaskPlanning, TakesDeliveredRemindersOfASettledPeriodBack) {
@@ -211,10 +208,8 @@ TEST(WhyNoReminders, GoesByStatusAndType) {
   } cases[] = {
       {TaskStatus::normal, {}, due, {}},
       {TaskStatus::normal, {}, notDue, willSkip},
-      {TaskStatus::normal, {}, Status::positiveIncomplete(SkipMode::willSkipWithoutIndicator), {}},
       {TaskStatus::normal, {}, Status::negativeComplete(SkipMode::willMissWithIndicator), {}},
       {TaskStatus::normal, {}, Status::negativeMiss, settled},
-      {TaskStatus::normal, {}, Status::positiveSkip, settled},
       {TaskStatus::normal, sleep, Status::positiveComplete, {}},
       {TaskStatus::normal, sleep, notDue, willSkip},
       {TaskStatus::paused, sleep, due, resting},
