@@ -6,6 +6,7 @@
 #include "OxCheckableTasks/Ring/CheckableTaskTextKeys.h"
 #include "OxHealthKit/OxHKWorkoutActivityType.h"
 #include "OxKit/Localization.h"
+#include "VelloroCharts/ChartTextKeys.h"
 #include "VelloroCore/Appearance/ColorScheme.h"
 #include "VelloroCore/Reminders/NotificationTextKeys.h"
 #include "VelloroCore/Status/StreakTextKeys.h"
@@ -60,6 +61,7 @@ Table askedKeys() {
   for (const auto scheme : allCases<ColorScheme>()) add({titleKey(scheme), ""});
   for (const auto mode : allCases<ThemeMode>()) add({titleKey(mode), ""});
   add(titleInModeKey);
+  for (const LocalizedKey& key : chart_text::all) add(key);
   for (const LocalizedKey& key : title_text::all) add(key);
   for (const LocalizedKey& key : checkable_task_text::all) add(key);
   for (const LocalizedKey& key : notification_text::all) add(key);
