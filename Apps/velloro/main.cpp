@@ -22,6 +22,8 @@
 #include "velloro/Pictures/ThemesCommand.h"
 #include "velloro/Planning/PlanCommand.h"
 #include "velloro/Settings/SettingsCommand.h"
+#include "velloro/Statistics/AdviceCommands.h"
+#include "velloro/Statistics/StatisticsCommands.h"
 #include "velloro/Store/DemoCommand.h"
 #include "velloro/Store/StoreCommand.h"
 #include "velloro/Store/WatchCommand.h"
@@ -119,12 +121,16 @@ int run(int argumentCount, char** arguments) {
   app.footer("\"velloro COMMAND --help\" describes a command.");
   GlobalOptions global;
   global.addTo(app);
+  addAdviceCommand(app);
   addBadgeCommand(app);
+  addCalendarCommand(app);
   addDayCommand(app);
   addDemoCommand(app);
+  addGraphCommand(app);
   addHistoryCommand(app);
   addIconsCommand(app);
   addLogCommand(app);
+  addNextCommand(app);
   addNotificationCommand(app);
   addPeriodCommand(app);
   addPlanCommand(app);
@@ -133,6 +139,7 @@ int run(int argumentCount, char** arguments) {
   addRingCommand(app);
   addSettingsCommand(app);
   addSnoozeCommand(app);
+  addStatsCommand(app);
   addStatusCommand(app);
   addStoreCommand(app);
   addTaskCommand(app);

@@ -36,6 +36,10 @@ std::string percent(const PreviousDaysSuccess& success) {
 
 }  // namespace
 
+const char* calendarSign(TaskCalendarPeriodStatus status) {
+  return signOf(status).glyph;
+}
+
 HistoryReport HistoryReport::of(const TaskEntity& task, YYYYMMDD from, YYYYMMDD to, Date now) {
   const TaskRecentHistory history = task.recentHistory(from, to, now);
   HistoryReport report{.uniqueId = textOf(task.text(TaskAttributes::uniqueId)),

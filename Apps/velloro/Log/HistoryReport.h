@@ -11,6 +11,9 @@ namespace velloro {
 
 class TaskEntity;
 
+/// "●", "✗", …: how a period shows in a calendar of characters.
+[[nodiscard]] const char* calendarSign(TaskCalendarPeriodStatus status);
+
 /// What became of a task's periods, as `velloro history` prints it.
 struct HistoryReport {
   struct Stretch {

@@ -28,16 +28,21 @@ void run(const StatusOptions& options) {
   const auto date =
       options.date ? std::optional(dayArgument("--date", *options.date)) : std::nullopt;
   const HostStore store;
-  using enum TaskStatus;
-  const auto tasks = options.task ? std::vector{taskArgument(store, *options.task)}
-                                  : store.tasks({normal, paused});
   const Date now = Date::now();
   PeriodCloser closer(store.context(), now);
-  std::vector<StatusReport> reports;
-  for (const auto& task : tasks) {
+  const auto reportOf = [&](const std::shared_ptr<TaskEntity>& task) {
     closer.foresee(*task);
-    reports.push_back(StatusReport::of(*task, date, now));
+    return StatusReport::of(*task, date, now);
+  };
+  const auto asked = options.task ? taskArgument(store, *options.task) : nullptr;
+  std::vector<StatusReport> all, reports;
+  for (const auto& task : store.tasks(activeStatuses)) all.push_back(reportOf(task));
+  if (asked) {
+    reports.push_back(reportOf(asked));
+  } else {
+    reports = all;
   }
+  for (StatusReport& report : reports) report.grandSlam = isGrandSlam(all);
   if (!options.json) return print(table(reports));
   const JSONEncoder encoder{};
   print((options.task ? encoder.encode(reports.front()) : encoder.encode(reports)) + "\n");

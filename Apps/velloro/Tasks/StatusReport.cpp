@@ -4,6 +4,7 @@
 #include "Foundation/Text/String.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Status/StoredTaskStatus.h"
+#include "VelloroCore/Advice/GrandSlam.h"
 #include "velloro/Output/AmountText.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Output/StateText.h"
@@ -102,6 +103,12 @@ std::string StatusReport::line() const {
   return text;
 }
 
+bool isGrandSlam(const std::vector<StatusReport>& reports) {
+  std::vector<Status> statuses;
+  for (const StatusReport& report : reports) statuses.push_back(report.status);
+  return GrandSlam::QualifySettings::defaultSettings.qualifies(statuses);
+}
+
 std::string table(const std::vector<StatusReport>& reports) {
   if (reports.empty()) return "No tasks yet; \"velloro task add TITLE\" adds one.\n";
   std::size_t width = 0;
@@ -114,7 +121,7 @@ std::string table(const std::vector<StatusReport>& reports) {
             padded(terminalText(report.title), std::min<std::size_t>(width, 40)) + "  " +
             report.line() + "\n";
   }
-  return text;
+  return reports.front().grandSlam ? text + "\nA grand slam: all went well.\n" : text;
 }
 
 }  // namespace velloro

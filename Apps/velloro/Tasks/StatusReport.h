@@ -43,6 +43,8 @@ struct StatusReport {
   StreakRecord streak;
   PeriodStretch period;
   std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
+  /// The day went well across all tasks; the same for each of them.
+  bool grandSlam = false;
   // For the text alone.
   std::optional<OxCodableColor> color;
   std::optional<AutomaticTaskType> automaticTaskType;
@@ -53,7 +55,8 @@ struct StatusReport {
       key("willSkip", &StatusReport::willSkip), key("outcome", &StatusReport::outcome),
       key("progress", &StatusReport::progress), key("streak", &StatusReport::streak),
       key("period", &StatusReport::period), key("lastCompleted", &StatusReport::lastCompleted),
-      key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped));
+      key("lastMissed", &StatusReport::lastMissed), key("lastSkipped", &StatusReport::lastSkipped),
+      key("grandSlam", &StatusReport::grandSlam));
 
   /// \param date A day of the period; absent for the current one.
   [[nodiscard]] static StatusReport of(const TaskEntity& task, std::optional<YYYYMMDD> date,
@@ -65,6 +68,8 @@ struct StatusReport {
   [[nodiscard]] std::string line() const;
 };
 
+/// Whether the day of all tasks went well across them.
+[[nodiscard]] bool isGrandSlam(const std::vector<StatusReport>& reports);
 /// One line per task.
 [[nodiscard]] std::string table(const std::vector<StatusReport>& reports);
 

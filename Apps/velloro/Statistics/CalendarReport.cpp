@@ -1,0 +1,55 @@
+#include "velloro/Statistics/CalendarReport.h"
+
+#include "Foundation/Text/Locale.h"
+#include "Foundation/Text/String.h"
+#include "Tasks/Log/StoredTemporalData.h"
+#include "Tasks/Status/TaskSnapshot.h"
+#include "velloro/Log/HistoryReport.h"
+#include "velloro/Output/Output.h"
+
+#include <algorithm>
+
+namespace velloro {
+namespace {
+
+constexpr std::size_t columnsOfDay = 5;
+
+}  // namespace
+
+CalendarReport CalendarReport::of(const TaskSnapshot& task, YYYYMM month) {
+  const TaskLogRules rules = task.standing.rules();
+  const YYYYMMDD today = rules.today();
+  const auto history = recentHistory(task, month.firstDay(), today);
+  const auto snapshot = TaskCalendarMonthSnapshot::of({.history = history,
+                                                       .month = month,
+                                                       .frequency = rules.frequency,
+                                                       .today = today,
+                                                       .firstDayOfWeek = rules.firstDayOfWeek,
+                                                       .timeZone = rules.timeZone});
+  return {snapshot.month, snapshot.sortedPeriods, snapshot.weeks(), snapshot.fullItem()};
+}
+
+std::string CalendarReport::text() const {
+  const auto& [of, firstDayOfWeek] = month;
+  const Locale locale = Locale::current();
+  std::string text = of.localizedTitleWithYear(locale) + "\n";
+  for (const DayOfWeek day : everyDay(firstDayOfWeek)) {
+    text += padded(" " + localizedVeryShortTitle(day, locale), columnsOfDay);
+  }
+  text += "\n";
+  const auto before = of.numberOfDaysInWeekBeforeMonthStarts(firstDayOfWeek);
+  text += std::string(static_cast<std::size_t>(before) * columnsOfDay, ' ');
+  for (YYYYMMDD day = of.firstDay(); day <= of.lastDay(); day = day.nextDay({})) {
+    const auto holds = [&](const SnapshotPeriod& item) { return item.period.period.contains(day); };
+    const auto item = std::ranges::find_if(sortedPeriods.rbegin(), sortedPeriods.rend(), holds);
+    const bool isKnown = item != sortedPeriods.rend();
+    text += stringWithFormat("%2lld ", static_cast<long long>(day.d)) +
+            (isKnown ? calendarSign(item->period.status) : " ") + " ";
+    if (day.nextDay({}).dayOfWeek({}) != firstDayOfWeek && day != of.lastDay()) continue;
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace velloro

@@ -1,0 +1,258 @@
+#include "velloro/Statistics/StatisticsCommands.h"
+
+#include "Foundation/Coding/JSON.h"
+#include "Host/HostStore.h"
+#include "Host/PeriodCloser.h"
+#include "Tasks/Rows/TaskEntity.h"
+#include "Tasks/Status/TaskSnapshot.h"
+#include "velloro/Options/Arguments.h"
+#include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/Output.h"
+#include "velloro/Statistics/Blocks.h"
+#include "velloro/Statistics/CalendarReport.h"
+#include "velloro/Statistics/GraphReport.h"
+#include "velloro/Statistics/PeriodArgument.h"
+#include "velloro/Statistics/StatsReport.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace velloro {
+namespace {
+
+void printJSON(const auto& value) {
+  print(JSONEncoder{}.encode(value) + "\n");
+}
+
+struct StatsOptions {
+  std::vector<std::string> tasks;
+  std::optional<std::string> period, points;
+  bool json = false;
+
+  [[nodiscard]] StatsRequest request() const {
+    StatsRequest request;
+    if (period) request.timePeriod = timePeriodArgument("--period", *period);
+    if (points) request.maxNumPoints = countBetween("--points", *points, 1, 1000);
+    return request;
+  }
+};
+
+void printAllTasks(const HostStore& store, const StatsOptions& options, Date now) {
+  const StatsRequest request = options.request();
+  GlobalChartData data;
+  PeriodCloser closer(store.context(), now);
+  for (const auto& task : store.tasks(activeStatuses)) {
+    closer.foresee(*task);
+    const auto snapshot = TaskSnapshot::of(*task, now);
+    if (isCountedWithOthers(snapshot)) data.add(tallyOf(snapshot, request.timePeriod));
+  }
+  if (options.json) return printJSON(data);
+  print(textOf(data));
+}
+
+void runStats(const StatsOptions& options) {
+  const StatsRequest request = options.request();
+  const Date now = Date::now();
+  const HostStore store;
+  if (options.tasks.empty()) return printAllTasks(store, options, now);
+  std::vector<TrophyRoomTaskStats> stats;
+  std::string text;
+  for (const std::string& name : options.tasks) {
+    const auto task = currentTaskArgument(store, name, now);
+    stats.push_back(statsOf(TaskSnapshot::of(*task, now), request));
+    text +=
+        (text.empty() ? "" : "\n") + textOf(stats.back(), task->title(), task->taskColor(), now);
+  }
+  if (!options.json) return print(text);
+  if (stats.size() == 1) return printJSON(stats.front());
+  printJSON(stats);
+}
+
+struct CalendarOptions {
+  std::string task;
+  std::optional<std::string> month, year;
+  bool json = false;
+};
+
+void runCalendar(const CalendarOptions& options) {
+  const auto month =
+      options.month ? std::optional(monthArgument("--month", *options.month)) : std::nullopt;
+  const auto year =
+      options.year ? std::optional(yearArgument("--year", *options.year)) : std::nullopt;
+  const HostStore store;
+  const Date now = Date::now();
+  const auto task = currentTaskArgument(store, options.task, now);
+  const auto snapshot = TaskSnapshot::of(*task, now);
+  if (!year) {
+    const YYYYMM shown = month.value_or(snapshot.standing.today().yyyymm());
+    const auto report = CalendarReport::of(snapshot, shown);
+    if (options.json) return printJSON(report);
+    return print(report.text());
+  }
+  std::vector<CalendarReport> reports;
+  std::string text;
+  for (std::int64_t m = 1; m <= 12; ++m) {
+    reports.push_back(CalendarReport::of(snapshot, {*year, m}));
+    text += (text.empty() ? "" : "\n") + reports.back().text();
+  }
+  if (options.json) return printJSON(reports);
+  print(text);
+}
+
+struct GraphOptions {
+  std::string values;
+  std::string width = "320", height = "160";
+  std::optional<std::string> max;
+  std::string pointDiameter = "6", lineThickness = "2", padding = "0", spacingAbove = "0",
+              spacingBelow = "0", markerWidth = "0", markerHeight = "0", labelHeight = "0",
+              fontSize = "12";
+  bool isRightToLeft = false;
+  bool json = false;
+
+  [[nodiscard]] LineGraph::Request request() const;
+  [[nodiscard]] std::vector<double> numbers() const;
+};
+
+constexpr double longest = 100000;
+
+double lengthArgument(const std::string& name, const std::string& text) {
+  return numberBetween(name, text, 0, longest, "0 to 100000");
+}
+
+LineGraph::Request GraphOptions::request() const {
+  const auto insets = insetsArgument("--padding", padding);
+  LineGraph::Request request{
+      .rightToLeft = isRightToLeft,
+      .frame = {{}, {lengthArgument("--width", width), lengthArgument("--height", height)}},
+      .pointDiameter = lengthArgument("--point-diameter", pointDiameter),
+      .lineThickness = lengthArgument("--line-thickness", lineThickness),
+      .padding = insets,
+      .markerSpacingAbove = lengthArgument("--marker-spacing-above", spacingAbove),
+      .markerSpacingBelow = lengthArgument("--marker-spacing-below", spacingBelow),
+      .markerSize = {lengthArgument("--marker-width", markerWidth),
+                     lengthArgument("--marker-height", markerHeight)},
+      .labelHeight = lengthArgument("--label-height", labelHeight),
+      .font = UIFont::system(lengthArgument("--font-size", fontSize))};
+  if (max)
+    request.maxValue = LineGraph::MaxValue::relativeToConstant(amountArgument("--max", *max));
+  return request;
+}
+
+std::vector<double> GraphOptions::numbers() const {
+  return amountsArgument("--values", values);
+}
+
+void runGraph(const GraphOptions& options) {
+  const auto values = options.numbers();
+  std::vector<LineGraphDataPoint> data;
+  for (const double value : values) data.push_back({.value = value});
+  const LineGraph graph(data, options.request());
+  if (options.json) return printJSON(GraphReport::of(graph));
+  const double* constant = std::get_if<double>(&graph.request.maxValue.value);
+  double most = constant != nullptr ? *constant : 0;
+  for (const double value : values) most = std::max(most, value);
+  std::vector<double> shares;
+  for (const double value : values) shares.push_back(most > 0 ? value / most : 0);
+  if (options.isRightToLeft) std::ranges::reverse(shares);
+  print(blockColumns(shares) + "\n");
+}
+
+void addLayout(CLI::App& command, GraphOptions& options) {
+  struct Row {
+    const char* name;
+    std::string& value;
+    const char* help;
+  };
+  const Row rows[] = {
+      {"--width", options.width, "The width of the graph"},
+      {"--height", options.height, "The height of the graph"},
+      {"--point-diameter", options.pointDiameter, "The size of a point"},
+      {"--line-thickness", options.lineThickness, "The width of the line"},
+      {"--marker-spacing-above", options.spacingAbove, "The space above the markers"},
+      {"--marker-spacing-below", options.spacingBelow, "The space below the markers"},
+      {"--marker-width", options.markerWidth, "The width of a marker"},
+      {"--marker-height", options.markerHeight, "The height of a marker"},
+      {"--label-height", options.labelHeight, "The height of the labels' row"},
+      {"--font-size", options.fontSize, "The size of the labels"}};
+  for (const auto& [name, value, help] : rows) {
+    command.add_option(name, value, help)->type_name("POINTS")->capture_default_str();
+  }
+  command
+      .add_option("--padding", options.padding,
+                  "The space inside the edges; one for all, or "
+                  "TOP,LEFT,BOTTOM,RIGHT")
+      ->type_name("POINTS")
+      ->capture_default_str();
+}
+
+void addJSON(CLI::App& command, bool& json) {
+  command.add_flag("--json", json, "Prints JSON")->disable_flag_override();
+}
+
+}  // namespace
+
+void addStatsCommand(CLI::App& app) {
+  auto options = std::make_shared<StatsOptions>();
+  CLI::App* command = app.add_subcommand("stats", "Shows how well tasks go");
+  command
+      ->add_option("tasks", options->tasks, "Tasks, by title or id (default: all of them together)")
+      ->type_name("TASK");
+  command
+      ->add_option("--period", options->period,
+                   "allTime, thisYear, thisMonth, a year or a month (default: allTime)")
+      ->type_name("PERIOD");
+  command
+      ->add_option("--points", options->points,
+                   "The most points of the line of all time (default: 30)")
+      ->type_name("N");
+  addJSON(*command, options->json);
+  command->footer(
+      "Examples:\n"
+      "  velloro stats\n"
+      "  velloro stats Read Run --period 2026-03\n"
+      "  velloro stats Read --period thisYear --json");
+  command->callback([options] { runStats(*options); });
+}
+
+void addCalendarCommand(CLI::App& app) {
+  auto options = std::make_shared<CalendarOptions>();
+  CLI::App* command = app.add_subcommand("calendar", "Shows a task's months");
+  addTaskArgument(*command, options->task);
+  auto* month =
+      command->add_option("--month", options->month, "The month to show (default: this month)")
+          ->type_name("YYYY-MM");
+  command->add_option("--year", options->year, "Shows all months of a year")
+      ->type_name("YYYY")
+      ->excludes(month);
+  addJSON(*command, options->json);
+  command->footer(
+      "● done  ✗ missed  – skipped  ◌ allowed  ○ open  · before the task was made\n\n"
+      "Examples:\n"
+      "  velloro calendar Read\n"
+      "  velloro calendar Read --month 2026-03 --json");
+  command->callback([options] { runCalendar(*options); });
+}
+
+void addGraphCommand(CLI::App& app) {
+  auto options = std::make_shared<GraphOptions>();
+  CLI::App* command = app.add_subcommand("graph", "Lays values out as a smooth line");
+  command->add_option("--values", options->values, "The values, with commas between them")
+      ->type_name("V,V,…");
+  command->add_option("--max", options->max, "What the top stands for (default: the largest value)")
+      ->type_name("V");
+  command->add_flag("--rtl", options->isRightToLeft, "Runs from right to left")
+      ->disable_flag_override();
+  addLayout(*command, *options);
+  addJSON(*command, options->json);
+  command->footer(
+      "Example:\n"
+      "  velloro graph --values 0.1,0.5,0.4,0.9 --width 300 --height 120 --json");
+  command->callback([options] { runGraph(*options); });
+}
+
+}  // namespace velloro
