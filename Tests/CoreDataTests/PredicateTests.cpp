@@ -1,4 +1,4 @@
-#include "CoreData/Store/StoreError.h"
+#include "SQLite/StoreError.h"
 #include "Support/Library.h"
 
 namespace platform {

@@ -1,5 +1,5 @@
-#include "CoreData/Store/StoreError.h"
 #include "CoreDataTests/FailingDisk.h"
+#include "SQLite/StoreError.h"
 #include "Support/Library.h"
 
 namespace platform {

@@ -1,4 +1,4 @@
-#include "CoreData/Store/StoreError.h"
+#include "SQLite/StoreError.h"
 #include "Support/Fixtures.h"
 #include "Support/TaskStore.h"
 #include "Tasks/Rows/TaskCategoryEntity.h"

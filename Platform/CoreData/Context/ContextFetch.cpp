@@ -5,6 +5,7 @@
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Fetch/FetchPlan.h"
 #include "CoreData/Store/SqliteStore.h"
+#include "CoreData/Store/SqliteValues.h"
 #include "CoreData/Store/StoreHistory.h"
 #include "Foundation/Values/Try.h"
 
@@ -45,7 +46,7 @@ class RowBlocks {
 
 void bindAll(SqliteStatement& query, const PropertyValues& values) {
   int parameter = 0;
-  for (const PropertyValue& value : values) query.bind(++parameter, value);
+  for (const PropertyValue& value : values) bindValue(query, ++parameter, value);
 }
 
 }  // namespace
@@ -140,7 +141,7 @@ FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityD
     const std::int64_t version = query.integer(1);
     if (!object->isFault_ && object->version_ == version) continue;
     RowValues values = blocks.next();
-    query.readValues(entity, 2, values.get());
+    readValues(query, entity, 2, values.get());
     object->takeValues(version, std::move(values));
   }
 }

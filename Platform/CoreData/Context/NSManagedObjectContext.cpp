@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Store/SqliteStore.h"
+#include "CoreData/Store/SqliteValues.h"
 #include "CoreData/Store/StoreTransaction.h"
 #include "Foundation/Values/Try.h"
 
@@ -135,7 +136,7 @@ bool NSManagedObjectContext::load(NSManagedObject& object) {
     const auto row = query.step();
     if (!row || !*row) return row;
     const auto values = std::make_shared<PropertyValue[]>(object.entity().slots().size());
-    query.readValues(object.entity(), 2, values.get());
+    readValues(query, object.entity(), 2, values.get());
     object.mergeValues(query.integer(1), values);
     return true;
   };

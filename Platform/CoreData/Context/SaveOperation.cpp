@@ -1,5 +1,6 @@
 #include "CoreData/Context/SaveOperation.h"
 
+#include "CoreData/Store/SqliteValues.h"
 #include "Foundation/Values/Try.h"
 
 #include <algorithm>
@@ -182,8 +183,8 @@ void SaveOperation::bind(SqliteStatement& statement, int parameter, const NSMana
   static const PropertyValue none;
   const PropertyValue& value = object.values_[slot];
   const auto* id = std::get_if<NSManagedObjectID>(&value);
-  if (id == nullptr) return statement.bind(parameter, value);
-  if (emptied_.contains({object.id_, slot})) return statement.bind(parameter, none);
+  if (id == nullptr) return bindValue(statement, parameter, value);
+  if (emptied_.contains({object.id_, slot})) return bindValue(statement, parameter, none);
   statement.bind(parameter, permanent(*id).key);
 }
 

@@ -1,7 +1,7 @@
 #include "CoreData/Fetch/BoundKeyPath.h"
 
 #include "CoreData/Context/NSManagedObject.h"
-#include "CoreData/Store/StoreError.h"
+#include "SQLite/StoreError.h"
 
 #include <algorithm>
 #include <ranges>

@@ -2,8 +2,8 @@
 
 #include "CoreData/Context/NSManagedObject.h"
 #include "CoreData/Fetch/SqlWriter.h"
-#include "CoreData/Store/StoreError.h"
 #include "Foundation/Values/Try.h"
+#include "SQLite/StoreError.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,6 +1,6 @@
 #include "CoreData/Fetch/SqlWriter.h"
 
-#include "CoreData/Store/Sqlite.h"
+#include "SQLite/Sqlite.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "CoreData/Model/NSManagedObjectModel.h"
 
-#include "CoreData/Store/StoreError.h"
+#include "SQLite/StoreError.h"
 
 #include <algorithm>
 #include <set>

@@ -1,10 +1,10 @@
 #include "CoreData/Store/SqliteStore.h"
 
-#include "CoreData/Store/LogOwner.h"
 #include "CoreData/Store/StoreHistory.h"
 #include "CoreData/Store/StoreTransaction.h"
 #include "Foundation/Files/FileLock.h"
 #include "Foundation/Values/Try.h"
+#include "SQLite/LogOwner.h"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ Result<void> recognizeFile(SqliteLocation location) {
   }
   const auto size = std::filesystem::file_size(location.path, error);
   if (error || size == 0) return {};
-  location.access = StoreAccess::atRest;
+  location.access = SqliteAccess::atRest;
   location.ignoresLog = true;
   auto file = SqliteConnection::open(location);
   if (!file) return std::unexpected(file.error());
@@ -38,6 +38,17 @@ Result<void> recognizeFile(SqliteLocation location) {
     if (known) break;
   }
   return known;
+}
+
+SqliteAccess accessOf(StoreAccess access) {
+  switch (access) {
+    case StoreAccess::readOnly:
+      return SqliteAccess::readOnly;
+    case StoreAccess::atRest:
+      return SqliteAccess::atRest;
+    default:
+      return SqliteAccess::readWrite;
+  }
 }
 
 /// What a link leads to: SQLite keeps its other files there.
@@ -63,8 +74,9 @@ Result<std::shared_ptr<SqliteStore>> SqliteStore::open(
     return failure<StoreError>(StoreError::Kind::cannotOpen, "a store's description has no file");
   }
   SqliteLocation location{.path = isInMemory ? "" : fileOf(description.url),
+                          .applicationID = storeApplicationID,
                           .busyTimeout = description.timeout,
-                          .access = description.access};
+                          .access = accessOf(description.access)};
   const bool mayComplete = description.shouldMigrateStoreAutomatically &&
                            description.shouldInferMappingModelAutomatically;
   std::shared_ptr<SqliteStore> store(new SqliteStore(model, std::move(location), mayComplete));
@@ -85,17 +97,17 @@ SqliteStore::Files SqliteStore::look() const {
 
 /// The file that has the name now.
 Result<std::unique_ptr<SqliteConnection>> SqliteStore::openFile() {
-  const bool isWritten = location_.access == StoreAccess::readWrite && !location_.path.empty();
+  const bool isWritten = location_.access == SqliteAccess::readWrite && !location_.path.empty();
   if (isWritten) dropForeignLog(location_.path);
   TRY(recognizeFile(location_));
-  if (location_.access == StoreAccess::atRest) opened_ = look();
+  if (location_.access == SqliteAccess::atRest) opened_ = look();
   auto connection = connect(file_);
   if (!connection) return connection;
-  if (location_.access == StoreAccess::readWrite) {
+  if (location_.access == SqliteAccess::readWrite) {
     TRY(completeSchema(**connection, model_, mayComplete_));
   }
   if (isWritten) markLog(location_.path);
-  if (location_.access != StoreAccess::atRest) opened_ = look();
+  if (location_.access != SqliteAccess::atRest) opened_ = look();
   return connection;
 }
 
@@ -103,7 +115,7 @@ Result<std::unique_ptr<SqliteConnection>> SqliteStore::connect(int file) const {
   auto connection = SqliteConnection::open(location_);
   if (!connection) return connection;
   (*connection)->file = file;
-  if (location_.access == StoreAccess::readWrite) return connection;
+  if (location_.access == SqliteAccess::readWrite) return connection;
   TRY(completeForReading(**connection, model_));
   return connection;
 }
@@ -176,7 +188,7 @@ void SqliteStore::giveBack(std::unique_ptr<SqliteConnection> connection) {
   if (connection->file != file_) return connection->abandon();
   // One that stands in while the disk is full is used once.
   const bool standsIn =
-      connection->writeError() != nullptr && location_.access == StoreAccess::readWrite;
+      connection->writeError() != nullptr && location_.access == SqliteAccess::readWrite;
   if (!standsIn) idle_.push_back(std::move(connection));
   returned_.notify_one();
 }

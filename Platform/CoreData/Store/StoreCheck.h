@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/NSManagedObjectModel.h"
-#include "CoreData/Store/Sqlite.h"
+#include "SQLite/Sqlite.h"
 
 namespace platform {
 

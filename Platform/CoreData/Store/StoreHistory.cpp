@@ -2,6 +2,7 @@
 
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "CoreData/Fetch/FetchPlan.h"
+#include "CoreData/Store/SqliteValues.h"
 #include "CoreData/Store/StoreSchema.h"
 #include "Foundation/Values/Try.h"
 
@@ -130,10 +131,6 @@ std::optional<std::string> textOrNone(const SqliteStatement& query, int column) 
   return std::string(query.text(column));
 }
 
-PropertyValue textOrNull(const std::string& text) {
-  return text.empty() ? PropertyValue() : PropertyValue(text);
-}
-
 }  // namespace
 
 Notification NSPersistentHistoryTransaction::objectIDNotification() const {
@@ -160,11 +157,10 @@ Result<std::int64_t> appendTransaction(SqliteConnection& connection, const Store
   if (!newest) return newest;
   const std::int64_t number = *newest + 1;
   const auto timestamp = TRY(nextTimestamp(connection));
-  const PropertyValue authorValue = textOrNull(author);
-  const PropertyValue nameValue = textOrNull(contextName);
   auto done = connection.run(
-      "INSERT INTO _history (pk, timestamp, author, contextName) VALUES (?, ?, ?, ?)", number,
-      timestamp, authorValue, nameValue);
+      "INSERT INTO _history (pk, timestamp, author, contextName) "
+      "VALUES (?, ?, NULLIF(?, ''), NULLIF(?, ''))",
+      number, timestamp, author, contextName);
   if (done) done = appendChanges(connection, number, ChangeKind::inserted, changes.inserted);
   if (done) done = appendChanges(connection, number, ChangeKind::updated, changes.updated);
   if (done) done = appendChanges(connection, number, ChangeKind::deleted, changes.deleted);
@@ -188,7 +184,7 @@ Result<NSPersistentHistoryResult> readHistory(SqliteConnection& connection,
   const SqlText sql = plan.select("pk, timestamp, author, contextName", limit);
   auto query = TRY(connection.prepare(sql.text));
   for (std::size_t i = 0; i < sql.values.size(); ++i) {
-    query.bind(static_cast<int>(i) + 1, sql.values[i]);
+    bindValue(query, static_cast<int>(i) + 1, sql.values[i]);
   }
   NSPersistentHistoryResult result;
   for (;;) {

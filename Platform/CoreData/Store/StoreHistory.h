@@ -2,7 +2,7 @@
 
 #include "CoreData/Context/NSPersistentHistory.h"
 #include "CoreData/Model/NSManagedObjectModel.h"
-#include "CoreData/Store/Sqlite.h"
+#include "SQLite/Sqlite.h"
 
 #include <set>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreData/Model/NSManagedObjectModel.h"
-#include "CoreData/Store/Sqlite.h"
+#include "SQLite/Sqlite.h"
 
 namespace platform {
 
@@ -18,6 +18,9 @@ struct EntityTable {
   std::string rowVersion;
   std::string reserveKeys;  ///< How many; what comes back is the last of them.
 };
+
+/// What SQLite's `application_id` is in a store's file: "vlro".
+inline constexpr std::int64_t storeApplicationID = 0x766C726F;
 
 /// Whether the file is a store, or an empty one that may become one; an error for another program's
 /// database, and for a store of a newer layout. By SQLite's `application_id`; stores from before it

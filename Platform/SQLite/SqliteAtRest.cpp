@@ -1,7 +1,7 @@
-#include "CoreData/Store/SqliteAtRest.h"
+#include "SQLite/SqliteAtRest.h"
 
-#include "CoreData/Store/LogOwner.h"
 #include "Foundation/Text/String.h"
+#include "SQLite/LogOwner.h"
 
 #include <sqlite3.h>
 

@@ -1,14 +1,17 @@
 #pragma once
 
-#include "CoreData/Context/NSPersistentStoreDescription.h"
-#include "CoreData/Model/NSEntityDescription.h"
-#include "CoreData/Store/StoreError.h"
+#include "SQLite/StoreError.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -37,8 +40,8 @@ class SqliteStatement {
   void bind(int parameter, std::int64_t value);
   void bind(int parameter, double value);
   void bind(int parameter, std::string_view value);
-  void bind(int parameter, const PropertyValue& value);
-  void bind(int parameter, PropertyValue&& value) = delete;
+  void bind(int parameter, std::span<const std::byte> value);
+  void bindNull(int parameter);
   template <typename... Values>
   void bindAll(const Values&... values) {
     int parameter = 0;
@@ -53,22 +56,30 @@ class SqliteStatement {
   [[nodiscard]] bool isNull(int column) const;
   [[nodiscard]] std::int64_t integer(int column) const;
   [[nodiscard]] double real(int column) const;
-  /// Valid until the next step.
+  /// \name Valid until the next step.
+  /// @{
   [[nodiscard]] std::string_view text(int column) const;
-  /// The values of an entity's slots, from a column on, whatever form the file has them in.
-  /// \param place As many empty values.
-  void readValues(const NSEntityDescription& entity, int column, PropertyValue* place) const;
+  [[nodiscard]] std::span<const std::byte> bytes(int column) const;
+  /// @}
 
  private:
   Kept* kept_;
   int bindError_ = 0;
 };
 
-/// Where a store's rows lie, and how they are reached.
+/// How a file is opened.
+enum class SqliteAccess {
+  readWrite,  ///< The file is made when it is missing.
+  readOnly,   ///< With locks, as one of several programs.
+  atRest,     ///< Without locks, and without a byte changed in the file's folder.
+};
+
+/// Where rows lie, and how they are reached.
 struct SqliteLocation {
-  std::filesystem::path path;  ///< Empty for a store in memory.
-  double busyTimeout = 5;      ///< How long to wait for other writers, in seconds.
-  StoreAccess access = StoreAccess::readWrite;
+  std::filesystem::path path;      ///< Empty for rows in memory.
+  std::int64_t applicationID = 0;  ///< What SQLite's `application_id` says in a new file.
+  double busyTimeout = 5;          ///< How long to wait for other writers, in seconds.
+  SqliteAccess access = SqliteAccess::readWrite;
   bool ignoresLog = false;  ///< At rest: as the file was at the last checkpoint.
 };
 
@@ -130,7 +141,7 @@ class SqliteConnection {
                          const char* system = nullptr);
   static Opened openToWrite(const SqliteLocation& from);
   static Opened openAtRest(const SqliteLocation& from);
-  Result<void> useWriteAheadLog();
+  Result<void> useWriteAheadLog(std::int64_t applicationID);
   [[nodiscard]] Result<std::string> text(std::string_view sql);
   Result<sqlite3_stmt*> compile(std::string_view sql) const;
   void dropIdleStatements();
@@ -166,9 +177,6 @@ class SqliteTransaction {
 
   SqliteConnection* connection_;
 };
-
-/// What SQLite's `application_id` is in a store's file: "vlro".
-inline constexpr std::int64_t storeApplicationID = 0x766C726F;
 
 /// An identifier in SQL: "Task" with its quotes.
 [[nodiscard]] std::string sqlName(std::string_view name);

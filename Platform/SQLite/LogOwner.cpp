@@ -1,4 +1,4 @@
-#include "CoreData/Store/LogOwner.h"
+#include "SQLite/LogOwner.h"
 
 #include "Foundation/Files/FileLock.h"
 #include "Foundation/Files/NSFileManager.h"

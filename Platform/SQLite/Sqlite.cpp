@@ -1,9 +1,9 @@
-#include "CoreData/Store/Sqlite.h"
+#include "SQLite/Sqlite.h"
 
-#include "CoreData/Store/SqliteAtRest.h"
 #include "Foundation/Files/FileLock.h"
 #include "Foundation/Files/NSFileHandle.h"
 #include "Foundation/Values/Try.h"
+#include "SQLite/SqliteAtRest.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -84,31 +84,6 @@ std::unexpected<ErrorPtr> sqliteFailure(sqlite3* handle, int code,
   return failure<StoreError>(kindOf(code), name + ": " + reason);
 }
 
-void readColumn(sqlite3_value* value, NSAttributeType type, PropertyValue& into) {
-  const auto size = [&] { return static_cast<std::size_t>(sqlite3_value_bytes(value)); };
-  using enum NSAttributeType;
-  switch (type) {
-    case double_:
-    case date:
-      into.emplace<double>(sqlite3_value_double(value));
-      break;
-    case string: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-      if (text != nullptr) into.emplace<std::string>(text, size());
-      break;
-    }
-    case binary:
-    case uuid:
-    case transformable: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-      into.emplace<Data>(std::span(bytes, size()));
-      break;
-    }
-    default:
-      into.emplace<std::int64_t>(sqlite3_value_int64(value));
-  }
-}
-
 }  // namespace
 
 SqliteStatement::~SqliteStatement() {
@@ -136,22 +111,17 @@ void SqliteStatement::bind(int parameter, std::string_view value) {
   }
 }
 
-void SqliteStatement::bind(int parameter, const PropertyValue& value) {
-  if (const auto* integer = std::get_if<std::int64_t>(&value)) return bind(parameter, *integer);
-  if (const auto* real = std::get_if<double>(&value)) return bind(parameter, *real);
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    return bind(parameter, std::string_view(*text));
+void SqliteStatement::bind(int parameter, std::span<const std::byte> value) {
+  // Without an address, empty bytes would be taken for NULL.
+  const void* bytes = value.empty() ? "" : static_cast<const void*>(value.data());
+  if (const int code =
+          sqlite3_bind_blob64(kept_->handle, parameter, bytes, value.size(), SQLITE_STATIC)) {
+    bindError_ = code;
   }
-  if (const auto* id = std::get_if<NSManagedObjectID>(&value)) return bind(parameter, id->key);
-  int code = SQLITE_OK;
-  if (const auto* data = std::get_if<Data>(&value)) {
-    // Without an address, empty bytes would be taken for NULL.
-    const void* bytes = data->empty() ? "" : static_cast<const void*>(data->bytes().data());
-    code = sqlite3_bind_blob64(kept_->handle, parameter, bytes, data->size(), SQLITE_STATIC);
-  } else {
-    code = sqlite3_bind_null(kept_->handle, parameter);
-  }
-  if (code != SQLITE_OK) bindError_ = code;
+}
+
+void SqliteStatement::bindNull(int parameter) {
+  if (const int code = sqlite3_bind_null(kept_->handle, parameter)) bindError_ = code;
 }
 
 Result<bool> SqliteStatement::step() {
@@ -192,23 +162,13 @@ std::string_view SqliteStatement::text(int column) const {
   return {text, static_cast<std::size_t>(sqlite3_column_bytes(kept_->handle, column))};
 }
 
-void SqliteStatement::readValues(const NSEntityDescription& entity, int column,
-                                 PropertyValue* place) const {
-  for (const auto& slot : entity.slots()) {
-    PropertyValue& into = *place++;
-    sqlite3_value* value = sqlite3_column_value(kept_->handle, column++);
-    if (sqlite3_value_type(value) == SQLITE_NULL) {
-      if (!platform::isNull(slot.defaultValue)) into = slot.defaultValue;
-    } else if (slot.relationship != nullptr) {
-      into = NSManagedObjectID{slot.relationship->destination, sqlite3_value_int64(value)};
-    } else {
-      readColumn(value, slot.type, into);
-    }
-  }
+std::span<const std::byte> SqliteStatement::bytes(int column) const {
+  const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(kept_->handle, column));
+  return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(kept_->handle, column))};
 }
 
 SqliteConnection::Opened SqliteConnection::open(const SqliteLocation& from) {
-  if (from.access == StoreAccess::atRest) return openAtRest(from);
+  if (from.access == SqliteAccess::atRest) return openAtRest(from);
   auto connection = openToWrite(from);
   const bool lacksRoom =
       !connection && StoreError::is(*connection.error(), StoreError::Kind::diskFull);
@@ -236,7 +196,7 @@ SqliteConnection::Opened SqliteConnection::openFile(const SqliteLocation& from,
 }
 
 SqliteConnection::Opened SqliteConnection::openToWrite(const SqliteLocation& from) {
-  const bool writes = from.access == StoreAccess::readWrite;
+  const bool writes = from.access == SqliteAccess::readWrite;
   // SQLite gives the files beside it the permissions that this one has. Only a file that was not
   // there is opened here: closing a handle would give up the locks of a database in use.
   if (writes && !from.path.empty()) (void)NSFileHandle::open(from.path, O_RDWR | O_CREAT | O_EXCL);
@@ -245,7 +205,7 @@ SqliteConnection::Opened SqliteConnection::openToWrite(const SqliteLocation& fro
                writes ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READONLY);
   if (!connection || !writes) return connection;
   if (!from.path.empty()) {
-    TRY((*connection)->useWriteAheadLog());
+    TRY((*connection)->useWriteAheadLog(from.applicationID));
   }
   // A commit has reached the disk when it returns.
   TRY((*connection)->run("PRAGMA synchronous=FULL"));
@@ -254,12 +214,12 @@ SqliteConnection::Opened SqliteConnection::openToWrite(const SqliteLocation& fro
 
 /// Readers and the one writer never wait for each other then. A file that is new gets its
 /// application's number first: from the beginning it stands in the file itself.
-Result<void> SqliteConnection::useWriteAheadLog() {
+Result<void> SqliteConnection::useWriteAheadLog(std::int64_t applicationID) {
   if (TRY(text("PRAGMA journal_mode")) == "wal") return {};
   // Of several processes that make the file at once, SQLite would refuse all but one.
   const auto alone = FileLock::exclusiveOfFolder(path_.parent_path());
-  if (TRY(integer("PRAGMA application_id")) != storeApplicationID) {
-    TRY(run("PRAGMA application_id=" + std::to_string(storeApplicationID)));
+  if (TRY(integer("PRAGMA application_id")) != applicationID) {
+    TRY(run("PRAGMA application_id=" + std::to_string(applicationID)));
   }
   const std::string set = TRY(text("PRAGMA journal_mode=WAL"));
   if (set == "wal") return {};
