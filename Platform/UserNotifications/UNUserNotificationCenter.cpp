@@ -3,9 +3,12 @@
 #include "Foundation/Dispatch/DispatchQueue.h"
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Process/MainLoop.h"
+#include "Foundation/Values/Try.h"
+#include "SQLite/StoreError.h"
 #include "UserNotifications/NotificationStore.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -16,22 +19,28 @@ namespace platform {
 
 class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Service> {
  public:
-  using Edit = std::move_only_function<Result<void>(NotificationRecords&)>;
+  using Edit = std::move_only_function<Result<void>(NotificationRows&)>;
   using Delegate = std::weak_ptr<UNUserNotificationCenterDelegate>;
 
   explicit Service(std::filesystem::path folder) : store_(std::move(folder)) {}
 
-  /// Many changes asked for in a row cost one write, or a few.
+  /// Many changes asked for in a row are one transaction, or a few.
   void change(Edit edit, Completion<void> completion = nullptr) {
     const std::scoped_lock lock(mutex_);
     waiting_.push_back({.edit = std::move(edit), .completion = std::move(completion)});
     if (waiting_.size() == 1) async([](Service& service) { service.applyWaiting(); });
   }
 
-  template <typename T>
-  void read(T NotificationRecords::*part, Handler<T> handler) {
+  /// \param part A member function of the rows.
+  template <typename Part, typename T>
+  void read(Part part, Handler<T> handler) {
     async([part, handler = std::move(handler)](Service& service) mutable {
-      handler(service.store_.records().*part);
+      T found = {};
+      service.store_.read([&](NotificationRows& rows) -> Result<void> {
+        found = TRY(Result<T>(std::invoke(part, rows)));
+        return {};
+      });
+      handler(found);
     });
   }
 
@@ -53,6 +62,15 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
     Completion<void> completion;
     Result<void> outcome = {};
   };
+  struct Outlook {
+    Date nextDue = Date::distantFuture();
+    std::int64_t badge = 0;
+  };
+
+  /// Then nothing of the transaction is kept; any other failure refuses its change alone.
+  static bool isOfTheFile(const Result<void>& outcome) {
+    return !outcome && dynamic_cast<const StoreError*>(outcome.error().get()) != nullptr;
+  }
 
   template <typename Work>
   void async(Work work) {
@@ -65,8 +83,12 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
       const std::scoped_lock lock(mutex_);
       changes.swap(waiting_);
     }
-    const auto written = store_.change([&](NotificationRecords& records) {
-      for (Change& change : changes) change.outcome = change.edit(records);
+    const auto written = store_.change([&](NotificationRows& rows) -> Result<void> {
+      for (Change& change : changes) {
+        change.outcome = change.edit(rows);
+        if (isOfTheFile(change.outcome)) return change.outcome;
+      }
+      return {};
     });
     for (Change& change : changes) {
       if (written && !change.outcome) {
@@ -83,18 +105,30 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
     if (delegate_.expired()) return;
     std::vector<UNNotification> shown;
     const Date now = Date::now();
-    if (store_.records().nextDue() <= now) {
-      const auto moved =
-          store_.change([&](NotificationRecords& records) { shown = records.deliverDue(now); });
+    Outlook outlook = look();
+    if (outlook.nextDue <= now) {
+      const auto moved = store_.change([&](NotificationRows& rows) -> Result<void> {
+        shown = TRY(rows.deliverDue(now));
+        return {};
+      });
       // What is not on record as delivered would be shown again and again.
       if (!moved) shown.clear();
+      outlook = look();
     }
-    tell(std::move(shown));
-    lookAgain(store_.records().nextDue().timeIntervalSince(now));
+    tell(std::move(shown), outlook.badge);
+    lookAgain(outlook.nextDue.timeIntervalSince(now));
   }
 
-  void tell(std::vector<UNNotification> shown) {
-    const std::int64_t badge = store_.records().badge;
+  Outlook look() {
+    Outlook outlook;
+    store_.read([&](NotificationRows& rows) -> Result<void> {
+      outlook = {.nextDue = TRY(rows.nextDue()), .badge = rows.badge()};
+      return {};
+    });
+    return outlook;
+  }
+
+  void tell(std::vector<UNNotification> shown, std::int64_t badge) {
     const bool badgeIsNew = std::exchange(toldBadge_, badge) != badge;
     if (shown.empty() && !badgeIsNew) return;
     DispatchQueue::main().async([to = delegate_, shown = std::move(shown), badge, badgeIsNew] {
@@ -145,9 +179,9 @@ void UNUserNotificationCenter::requestAuthorizationWithOptions(UNAuthorizationOp
                                                                Completion<bool> completionHandler) {
   const auto granted = std::make_shared<bool>(false);
   service_->change(
-      [options, granted](NotificationRecords& records) -> Result<void> {
-        records.authorize(options);
-        *granted = records.settings.authorizationStatus == UNAuthorizationStatus::authorized;
+      [options, granted](NotificationRows& rows) -> Result<void> {
+        rows.authorize(options);
+        *granted = rows.settings().authorizationStatus == UNAuthorizationStatus::authorized;
         return {};
       },
       [granted, handler = std::move(completionHandler)](const Result<void>& done) mutable {
@@ -157,77 +191,65 @@ void UNUserNotificationCenter::requestAuthorizationWithOptions(UNAuthorizationOp
 
 void UNUserNotificationCenter::getNotificationSettingsWithCompletionHandler(
     Handler<UNNotificationSettings> handler) {
-  service_->read(&NotificationRecords::settings, std::move(handler));
+  service_->read(&NotificationRows::settings, std::move(handler));
 }
 
 void UNUserNotificationCenter::setNotificationSettings(const UNNotificationSettings& settings) {
-  service_->change([settings](NotificationRecords& records) -> Result<void> {
-    records.settings = settings;
+  service_->change([settings](NotificationRows& rows) -> Result<void> {
+    rows.setSettings(settings);
     return {};
   });
 }
 
 void UNUserNotificationCenter::setNotificationCategories(
     std::vector<UNNotificationCategory> categories) {
-  service_->change([categories = std::move(categories)](NotificationRecords& records) mutable {
-    return records.setCategories(std::move(categories));
+  service_->change([categories = std::move(categories)](NotificationRows& rows) {
+    return rows.setCategories(categories);
   });
 }
 
 void UNUserNotificationCenter::getNotificationCategoriesWithCompletionHandler(
     Handler<std::vector<UNNotificationCategory>> handler) {
-  service_->read(&NotificationRecords::categories, std::move(handler));
+  service_->read(&NotificationRows::categories, std::move(handler));
 }
 
 void UNUserNotificationCenter::addNotificationRequest(UNNotificationRequest request,
                                                       Completion<void> withCompletionHandler) {
-  service_->change(
-      [request = std::move(request)](NotificationRecords& records) mutable {
-        return records.add(std::move(request));
-      },
-      std::move(withCompletionHandler));
+  service_->change([request = std::move(request)](
+                       NotificationRows& rows) { return rows.add(request, Date::now()); },
+                   std::move(withCompletionHandler));
 }
 
 void UNUserNotificationCenter::getPendingNotificationRequestsWithCompletionHandler(
     Handler<std::vector<UNNotificationRequest>> handler) {
-  service_->read(&NotificationRecords::pending, std::move(handler));
+  service_->read(&NotificationRows::pending, std::move(handler));
 }
 
 void UNUserNotificationCenter::getDeliveredNotificationsWithCompletionHandler(
     Handler<std::vector<UNNotification>> handler) {
-  service_->read(&NotificationRecords::delivered, std::move(handler));
+  service_->read(&NotificationRows::delivered, std::move(handler));
 }
 
 void UNUserNotificationCenter::removePendingNotificationRequestsWithIdentifiers(
     const Identifiers& identifiers) {
   service_->change([removed = std::set(identifiers.begin(), identifiers.end())](
-                       NotificationRecords& records) -> Result<void> {
-    records.removePending(removed);
-    return {};
-  });
+                       NotificationRows& rows) { return rows.removePending(removed); });
 }
 
 void UNUserNotificationCenter::removeDeliveredNotificationsWithIdentifiers(
     const Identifiers& identifiers) {
-  service_->change([removed = std::set(identifiers.begin(), identifiers.end())](
-                       NotificationRecords& records) -> Result<void> {
-    records.removeDelivered(removed);
-    return {};
-  });
+  service_->change(
+      [removed = std::set(identifiers.begin(), identifiers.end())](NotificationRows& rows) {
+        return rows.removeDelivered(removed, Date::now());
+      });
 }
 
 void UNUserNotificationCenter::removeAllPendingNotificationRequests() {
-  service_->change([](NotificationRecords& records) -> Result<void> {
-    records.pending.clear();
-    return {};
-  });
+  service_->change([](NotificationRows& rows) { return rows.removeAllPending(Date::now()); });
 }
 
 void UNUserNotificationCenter::removeAllDeliveredNotifications() {
-  service_->change([](NotificationRecords& records) -> Result<void> {
-    records.delivered.clear();
-    return {};
-  });
+  service_->change([](NotificationRows& rows) { return rows.removeAllDelivered(Date::now()); });
 }
 
 void UNUserNotificationCenter::setDelegate(

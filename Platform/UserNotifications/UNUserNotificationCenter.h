@@ -38,9 +38,9 @@ class UNUserNotificationCenterDelegate {
 ///          .trigger = UNCalendarNotificationTrigger::fromDate(Date::now() + 60)});
 ///
 /// What is asked takes effect in the order of the calls; handlers run later, on a queue of the
-/// centre, when the change is on the disk. One fails with the disk's `PosixError`, with an
-/// `EncodingError` for a value that can't be stored, and with domain "UNErrorDomain", code 1, for a
-/// request while the user does not allow notifications. A failure is also reported by
+/// centre, when the change is on the disk. One fails with a `PosixError` or a `StoreError` of the
+/// file, with an `EncodingError` for a value that can't be stored, and with domain "UNErrorDomain",
+/// code 1, for a request while the user does not allow notifications. A failure is also reported by
 /// `Environment::report`.
 ///
 /// Requests lie in a file that all processes of the program share. They are delivered, each once,
@@ -48,7 +48,9 @@ class UNUserNotificationCenterDelegate {
 /// clock decides: it is looked at when the next request should fall due, and every
 /// `recheckInterval` seconds, which also notices a clock that was set, a device that slept, and
 /// what other processes have added. There is no limit to pending requests; of the delivered
-/// notifications the last 100 are kept.
+/// notifications the last 100 are kept. What is due and waits for a process to show it is pending,
+/// but it is removed as if it had been delivered: it stays when all pending requests are removed,
+/// and goes with the delivered ones.
 class UNUserNotificationCenter {
  public:
   static constexpr TimeInterval recheckInterval = 5;
