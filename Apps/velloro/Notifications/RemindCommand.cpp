@@ -27,7 +27,7 @@ using SiriReminder = SiriExtensionUtilities::SiriReminder;
 SiriReminder wantedReminder(const TaskEntity& task, const RemindOptions& options) {
   const Date date = instantArgument("--at", options.at);
   if (date <= Date::now()) {
-    throw UsageError("--at " + inQuotes(options.at) + ": has passed; write an instant to come");
+    throw UsageError("--at", options.at, "has passed; write an instant to come");
   }
   const auto id = task.taskUniqueId();
   if (!id) throw HostError(inQuotes(task.title()) + " has no identifier to be reminded of by");

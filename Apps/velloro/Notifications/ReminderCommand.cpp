@@ -106,7 +106,7 @@ bool hasIdWith(const TaskReminder& reminder, const std::string& beginning) {
 
 /// The reminder that a time, or the beginning of an identifier, names.
 TaskReminder reminderArgument(const std::string& text, const std::vector<TaskReminder>& reminders) {
-  const auto time = shortTimeIn(text);
+  const auto time = timeIn(text);
   const auto isMeant = [&](const TaskReminder& reminder) {
     return time ? reminder.trigger.timeOfDay == time : !text.empty() && hasIdWith(reminder, text);
   };
@@ -117,28 +117,28 @@ TaskReminder reminderArgument(const std::string& text, const std::vector<TaskRem
   };
   const bool isOnlyMuted = !meant.empty() && std::ranges::all_of(meant, isMuted);
   if (isOnlyMuted) {
-    throw UsageError("REMINDER " + inQuotes(text) +
-                     ": is muted, so it never comes; it is learned again with each plan");
+    throw UsageError("REMINDER", text,
+                     "is muted, so it never comes; it is learned again with each plan");
   }
   std::erase_if(meant, isMuted);
   if (meant.size() == 1) return meant.front();
   if (meant.empty()) {
-    throw UsageError("REMINDER " + inQuotes(text) +
-                     ": not a reminder of the task; \"velloro reminder list\" lists them");
+    throw UsageError("REMINDER", text,
+                     "not a reminder of the task; \"velloro reminder list\" lists them");
   }
   std::string which;
   for (const TaskReminder& each : meant) {
     which += (which.empty() ? "" : ", ") + each.uniqueId.stringValue().substr(0, 8) + " (" +
              ReminderLine::of(each).text() + ")";
   }
-  throw UsageError("REMINDER " + inQuotes(text) + ": may be " + which + "; write the id");
+  throw UsageError("REMINDER", text, "may be " + which + "; write the id");
 }
 
 /// Without an automatic time, what is left of them is the user's own choice.
 void remove(const ReminderOptions& options) {
   change(options, [&](const TaskEntity&, ReminderEdit& edit) {
     const bool isAutomatic = edit.settings.reminderType == ReminderType::automatic;
-    const bool isByTime = shortTimeIn(options.reminder).has_value();
+    const bool isByTime = timeIn(options.reminder).has_value();
     std::vector<TaskReminder> kept;
     if (isAutomatic && isByTime) kept = edit.makeCustom();
     const TaskReminder removed = reminderArgument(options.reminder, edit.settings.reminders);
@@ -156,7 +156,7 @@ void remove(const ReminderOptions& options) {
 bool switchArgument(const std::string& name, const std::string& text) {
   const std::string wanted = lowercased(text);
   if (wanted == "on" || wanted == "off") return wanted == "on";
-  throw UsageError(name + " " + inQuotes(text) + ": write on or off");
+  throw UsageError(name, text, "write on or off");
 }
 
 void setMode(const ReminderOptions& options) {

@@ -29,19 +29,18 @@ std::optional<TimeInterval> takeSpan(std::string_view& text, char unit, TimeInte
 ReminderTime fromNow(const std::string& name, const std::string& text, const TaskClock& clock) {
   constexpr TimeInterval day = 86400;
   const auto wait = durationIn(std::string_view(text).substr(1));
-  if (!wait) throw UsageError(name + " " + inQuotes(text) + ": write a time from now on as +10m");
+  if (!wait) throw UsageError(name, text, "write a time from now on as +10m");
   if (*wait >= day) {
-    throw UsageError(name + " " + inQuotes(text) +
-                     ": the reminder comes every day; write less than a day");
+    throw UsageError(name, text, "the reminder comes every day; write less than a day");
   }
   const Date moment = clock.now + *wait;
   const auto logicalDay = YYYYMMDD::fromDate(clock.startOfDay, moment, clock.timeZone);
   const HHMMSS time = HHMMSS::fromDate(moment, clock.timeZone);
   const Date reached = logicalDay.dateAt(clock.startOfDay, time, clock.timeZone);
   if (std::abs(moment.timeIntervalSince(reached)) >= 1) {
-    throw UsageError(name + " " + inQuotes(text) + ": the clock then shows " +
-                     time.debugDescription() +
-                     " for the second time, and the reminder comes the first time");
+    throw UsageError(name, text,
+                     "the clock then shows " + time.debugDescription() +
+                         " for the second time, and the reminder comes the first time");
   }
   return {.time = time, .day = logicalDay.dayOfWeek(clock.timeZone)};
 }
@@ -58,17 +57,12 @@ std::optional<TimeInterval> durationIn(std::string_view text) {
   return text.empty() && total > 0 ? std::optional(total) : std::nullopt;
 }
 
-std::optional<HHMMSS> shortTimeIn(const std::string& text) {
-  const bool isShort = text.size() == std::string_view("07:30").size();
-  return timeIn(isShort ? text + ":00" : text);
-}
-
 ReminderTime reminderTimeArgument(const std::string& name, const std::string& text,
                                   const TaskClock& clock) {
   if (text.starts_with('+')) return fromNow(name, text, clock);
-  if (const auto time = shortTimeIn(text)) return {.time = *time};
-  throw UsageError(name + " " + inQuotes(text) +
-                   ": not a time; write one as 07:30, 07:30:15, or +10m for ten minutes from now");
+  if (const auto time = timeIn(text)) return {.time = *time};
+  throw UsageError(name, text,
+                   "not a time; write one as 07:30, 07:30:15, or +10m for ten minutes from now");
 }
 
 EnumSet<DayOfWeek> daysArgument(const std::string& name, const std::string& text) {

@@ -20,9 +20,6 @@ namespace velloro {
 ///     durationIn("30m1h");     // absent
 [[nodiscard]] std::optional<TimeInterval> durationIn(std::string_view text);
 
-/// "07:30" or "07:30:15"; absent for any other text.
-[[nodiscard]] std::optional<HHMMSS> shortTimeIn(const std::string& text);
-
 /// The clock of a task.
 struct TaskClock {
   HHMMSS startOfDay;
