@@ -1,5 +1,7 @@
 #include "VelloroCore/Reminders/AutomaticTimes.h"
 
+#include <random>
+#include <set>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -74,6 +76,61 @@ TEST(AutomaticTimes, FollowTheTypeAndTheHistory) {
       text += " of " + each.median->debugDescription() + " x" + std::to_string(*each.samples);
     }
     EXPECT_EQ(text, times) << entries;
+  }
+}
+
+/// The same rule in minutes, of a log of whole minutes.
+std::set<std::int64_t> plainTimes(const std::vector<TaskLogRow>& rows, std::size_t numPartial) {
+  std::map<std::size_t, std::vector<std::int64_t>> lists;
+  std::size_t slot = 0;
+  int previous = 20240229;
+  for (const TaskLogRow& each : rows) {
+    const bool isPart = each.entryType == 6 || each.entryType == 10;
+    if (!isPart && each.entryType != 1 && each.entryType != 2) continue;
+    const HHMMSS time = HHMMSS::fromDate(*each.createdTimestamp, berlin);
+    lists[isPart ? slot : numPartial - 1].push_back(time.intValue() / 60);
+    slot = each.entryDate == previous ? slot + 1 : 0;
+    previous = each.entryDate;
+  }
+  lists.erase(lists.lower_bound(numPartial), lists.end());
+  std::set<std::int64_t> all;
+  for (auto& [key, list] : lists) {
+    std::ranges::sort(list);
+    const auto seconds = 30 * (list[list.size() / 2] + list[(list.size() - 1) / 2]) - 1800;
+    if (seconds >= 0) all.insert((seconds + 150) / 300 * 5);
+  }
+  const auto add = [&](std::int64_t time) {
+    const auto isNear = [&](auto each) { return std::abs(each - time) < 180; };
+    const bool isFull = all.size() >= std::min<std::size_t>(numPartial, 3);
+    if (!isFull && std::ranges::none_of(all, isNear)) all.insert(time);
+  };
+  for (const auto time : std::set(all)) {
+    for (auto each = time - 180; each >= 480; each -= 180) add(each);
+    for (auto each = time + 180; each <= 480; each += 180) add(each);
+  }
+  return all;
+}
+
+TEST(AutomaticTimes, AreThoseOfThePlainRuleOnRandomLogs) {
+  std::mt19937 random(4);
+  const auto number = [&](unsigned below) { return static_cast<std::int16_t>(random() % below); };
+  for (int round = 0; round < 4000; ++round) {
+    std::vector<TaskLogRow> rows(random() % 24);
+    for (TaskLogRow& row : rows) {
+      const YYYYMMDD day = YYYYMMDD{2024, 3, 7}.add(-number(8), berlin);
+      const HHMMSS time{.h = number(24), .m = number(60)};
+      row = {.entryDate = static_cast<std::int32_t>(day.intValue()), .entryType = number(16)};
+      row.createdTimestamp = day.dateAt(HHMMSS::midnight, time, berlin);
+    }
+    std::ranges::sort(rows, std::greater{}, &TaskLogRow::createdTimestamp);
+    AutomaticTimesFacts task{{.timeZone = berlin, .now = Date::since1970(1709809200)}};
+    task.rules.frequency.numPartialCompletions = 1 + number(5);
+    std::set<std::int64_t> found;
+    for (const auto& each : automaticTimes(task, [&](auto&) { return TaskLogRows(rows); })) {
+      if (each.source != AutomaticTimeSource::default_) found.insert(each.time.intValue() / 60);
+    }
+    const auto numPartial = static_cast<std::size_t>(task.rules.frequency.numPartialCompletions);
+    ASSERT_EQ(found, plainTimes(rows, numPartial)) << "round " << round;
   }
 }
 
