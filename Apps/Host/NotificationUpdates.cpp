@@ -126,13 +126,14 @@ void NotificationUpdates::bringUpToDate() {
 /// What is over is told to the log first, so that the plan knows it.
 void NotificationUpdates::rebuild() {
   const HostStore store;
+  const Date now = Date::now();
   store.write([&] {
-    for (const auto& task : store.tasks(activeStatuses)) velloro::bringUpToDate(*task, Date::now());
+    for (const auto& task : store.tasks(activeStatuses)) velloro::bringUpToDate(*task, now);
   });
   wait([&](Block done) {
     NotificationManager::shared().rebuildNotifications(false, std::move(done));
   });
-  scheduleRunningTimers(store, Date::now());
+  scheduleRunningTimers(store, now);
   touched_.clear();
   withdrawn_ = {};
   NSUserDefaults::standardUserDefaults().setObject(present(), plannedForKey);
@@ -158,6 +159,8 @@ void NotificationUpdates::endSnoozes() {
 
 void NotificationUpdates::rebuildAll() {
   auto& manager = NotificationManager::shared();
+  // What is known to be allowed is no reason for the manager to rebuild by itself.
+  wait([&](Block done) { manager.readAuthorization(std::move(done)); });
   wait([&](Block done) { manager.requestAuthorization(true, std::move(done)); });
   if (manager.featureAlertEnabled() != NotificationManager::FeatureFlag::enabled) {
     throw HostError("notifications are not allowed");

@@ -1,9 +1,10 @@
 #include "Host/ReminderEdit.h"
 
 #include "Tasks/Rows/TaskWriting.h"
+#include "VelloroCore/Reminders/ReminderOrder.h"
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
 
 namespace velloro {
 namespace {
@@ -12,13 +13,6 @@ using Type = TaskReminder::TriggerType;
 
 bool isByTimeOfDay(const TaskReminder& reminder) {
   return reminder.trigger.type == Type::timeOfDay;
-}
-
-/// Whether two reminders come at the same time on the same days.
-bool isAtSameTimes(const TaskReminder& one, const TaskReminder& other) {
-  return one.trigger == other.trigger && one.daysOfWeek == other.daysOfWeek &&
-         one.dayIndexesFromStart == other.dayIndexesFromStart &&
-         one.dayIndexesFromFinish == other.dayIndexesFromFinish;
 }
 
 }  // namespace
@@ -30,11 +24,8 @@ TaskReminders TaskReminders::of(const TaskEntity& task, Date now) {
   reminders.automaticTimes = std::move(automatic.times);
   const bool isAutomatic = reminders.settings.reminderType == ReminderType::automatic;
   if (isAutomatic && automatic.settings) reminders.settings = *std::move(automatic.settings);
-  const HHMMSS start = snapshot.standing.startOfDay;
-  std::ranges::stable_sort(reminders.settings.reminders, {}, [start](const TaskReminder& reminder) {
-    const auto& time = reminder.trigger.timeOfDay;
-    return std::tuple(!time, time < start, time);
-  });
+  auto& all = reminders.settings.reminders;
+  all = sortedByTimeOfDay(std::move(all), snapshot.standing.startOfDay);
   return reminders;
 }
 
@@ -68,7 +59,7 @@ TaskReminder ReminderEdit::add(const NewReminder& wanted) {
                      .daysOfWeek = wanted.days,
                      .sound = wanted.sound};
   const auto known = std::ranges::find_if(
-      settings.reminders, [&](const TaskReminder& each) { return isAtSameTimes(each, added); });
+      settings.reminders, [&](const TaskReminder& each) { return isSameTrigger(each, added); });
   if (known == settings.reminders.end()) return settings.reminders.emplace_back(std::move(added));
   if (wanted.sound) known->sound = wanted.sound;
   return *known;

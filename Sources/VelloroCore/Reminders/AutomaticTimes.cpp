@@ -1,5 +1,7 @@
 #include "VelloroCore/Reminders/AutomaticTimes.h"
 
+#include "VelloroCore/Reminders/ReminderOrder.h"
+
 #include <algorithm>
 #include <map>
 
@@ -130,12 +132,6 @@ void fillUp(Times& times, std::int64_t numPartial) {
   }
 }
 
-bool isSameReminder(const TaskReminder& one, const TaskReminder& other) {
-  return one.trigger == other.trigger && one.daysOfWeek == other.daysOfWeek &&
-         one.dayIndexesFromStart == other.dayIndexesFromStart &&
-         one.dayIndexesFromFinish == other.dayIndexesFromFinish;
-}
-
 /// The reminders of the times, each once, without identifiers.
 std::vector<TaskReminder> reminders(const std::vector<AutomaticTime>& times, bool isMuted) {
   using Trigger = TaskReminder::Trigger;
@@ -173,7 +169,7 @@ void identify(std::vector<TaskReminder>& reminders, std::vector<TaskReminder> fo
   std::vector<TaskReminder*> added;
   for (TaskReminder& reminder : reminders) {
     const auto same = std::ranges::find_if(
-        former, [&](const TaskReminder& each) { return isSameReminder(each, reminder); });
+        former, [&](const TaskReminder& each) { return isSameTrigger(each, reminder); });
     if (same == former.end()) {
       added.push_back(&reminder);
     } else {

@@ -1,11 +1,11 @@
 #include "Notifications/Planning/TaskPlan.h"
 
+#include "VelloroCore/Reminders/ReminderOrder.h"
 #include "VelloroCore/Types/AutomaticTaskType.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <tuple>
 #include <utility>
 
 namespace velloro {
@@ -244,15 +244,6 @@ std::optional<TaskPlanReport::DayReason> whyNoReminders(
   }
   if (isAboutSleep(type)) return std::nullopt;
   return TaskPlanReport::DayReason::settled;
-}
-
-std::vector<TaskReminder> sortedByTimeOfDay(std::vector<TaskReminder> reminders,
-                                            HHMMSS startOfDay) {
-  std::ranges::stable_sort(reminders, {}, [&](const TaskReminder& reminder) {
-    const auto& time = reminder.trigger.timeOfDay;
-    return std::tuple(!time.has_value(), time && *time < startOfDay, time);
-  });
-  return reminders;
 }
 
 }  // namespace velloro

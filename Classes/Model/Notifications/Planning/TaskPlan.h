@@ -101,11 +101,6 @@ struct TaskPlanReport {
     TaskStatus status, const std::optional<AutomaticTaskType>& type,
     const CompletionStatus::Status& standing);
 
-/// By their times of day in a logical day that begins at `startOfDay`; those of equal times, and
-/// those without, stay in their order, the latter last.
-[[nodiscard]] std::vector<TaskReminder> sortedByTimeOfDay(std::vector<TaskReminder> reminders,
-                                                          HHMMSS startOfDay);
-
 constexpr auto rawValues(std::type_identity<TaskPlanReport::DayReason>) {
   return caseNames<TaskPlanReport::DayReason::willSkip>();
 }
