@@ -88,8 +88,10 @@ struct Plan {
     environment.settle();
     manager = std::make_unique<NotificationManager>(*data, SiriExtensionUtilities::shared());
     auto& context = *data->viewContext();
-    for (int number = 0; number < numTasks; ++number) task = addTask(context, number);
-    saveIfChanged(context);
+    for (int number = 0; number < numTasks; ++number) {
+      task = addTask(context, number);
+      if (number % 20 == 19) saveIfChanged(context);
+    }
     manager->requestAuthorization(true);
     finish();
   }
@@ -130,8 +132,8 @@ void readRows(State& state) {
   sqlite3_open_v2(DataManager::activeStoreUrl().c_str(), &store, SQLITE_OPEN_READONLY, nullptr);
   for (auto _ : state) {
     std::int64_t rows = 0;
-    for (const char* table : {"TaskEntity", "TaskNotificationSettingsEntity",
-                              "TaskNotificationRemindersEntity", "TaskLogEntryEntity"}) {
+    for (const char* table :
+         {"Task", "TaskNotificationSettings", "TaskNotificationReminders", "TaskLogEntry"}) {
       sqlite3_stmt* read = nullptr;
       sqlite3_prepare_v2(store, ("SELECT * FROM " + std::string(table)).c_str(), -1, &read,
                          nullptr);
@@ -155,8 +157,7 @@ BENCHMARK(readRows)->Name("plan_1000_tasks/sqlite_read")->UseRealTime();
 /// The three days of each task, as instants of a zone.
 void expandTimes(State& state) {
   icaltimezone* const zone = icaltimezone_get_builtin_timezone("Europe/Berlin");
-  const auto rule =
-      icalrecurrencetype_from_string("FREQ=DAILY;BYHOUR=7,18;BYMINUTE=30;BYSECOND=0");
+  const auto rule = icalrecurrencetype_from_string("FREQ=DAILY;BYHOUR=7,18;BYMINUTE=30;BYSECOND=0");
   for (auto _ : state) {
     for (int number = 0; number < numTasks; ++number) {
       icalrecur_iterator* const times =

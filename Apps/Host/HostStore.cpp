@@ -11,6 +11,17 @@
 #include "Tasks/Rows/TaskEntity.h"
 
 namespace velloro {
+namespace {
+
+std::vector<std::shared_ptr<TaskEntity>> fetched(NSManagedObjectContext& context,
+                                                 TaskFetchRequest request) {
+  request.direction = TaskFetchRequest::SortDirection::displayOrder;
+  auto tasks = context.fetch<TaskEntity>(request.fetchRequest());
+  if (!tasks) throw HostError("the tasks can't be read: " + tasks.error()->localizedDescription());
+  return *std::move(tasks);
+}
+
+}  // namespace
 
 HostStore::HostStore() {
   openActiveStore();
@@ -33,11 +44,12 @@ std::filesystem::path HostStore::existingFile() {
 
 std::vector<std::shared_ptr<TaskEntity>> HostStore::tasks(
     const EnumSet<TaskStatus>& statuses) const {
-  const TaskFetchRequest request{.direction = TaskFetchRequest::SortDirection::displayOrder,
-                                 .includeStatuses = statuses};
-  auto tasks = context().fetch<TaskEntity>(request.fetchRequest());
-  if (!tasks) throw HostError("the tasks can't be read: " + tasks.error()->localizedDescription());
-  return *std::move(tasks);
+  return fetched(context(), {.includeStatuses = statuses});
+}
+
+std::shared_ptr<TaskEntity> HostStore::task(const UniqueID& id) const {
+  const auto found = fetched(context(), {.uniqueIds = {id}});
+  return found.empty() ? nullptr : found.front();
 }
 
 StoreUse HostStore::beginWriting() const {

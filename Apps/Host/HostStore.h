@@ -49,6 +49,8 @@ class HostStore {
   /// In the order of their pages. \throws HostError
   [[nodiscard]] std::vector<std::shared_ptr<TaskEntity>> tasks(
       const EnumSet<TaskStatus>& statuses) const;
+  /// Null where there is none, or none any more. \throws HostError
+  [[nodiscard]] std::shared_ptr<TaskEntity> task(const UniqueID& id) const;
   /// Logs the timers whose time is up, runs `work`, saves what it has changed, and returns what it
   /// returns. All of it is one transaction of the file
   /// (`NSManagedObjectContext::performTransaction`), so that whatever `work` reads is true when it

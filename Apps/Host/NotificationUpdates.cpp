@@ -1,6 +1,7 @@
 #include "Host/NotificationUpdates.h"
 
 #include "DataManager/DataManager.h"
+#include "Foundation/Coding/JSON.h"
 #include "Foundation/Files/NSUserDefaults.h"
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Process/MainLoop.h"
@@ -18,17 +19,24 @@
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 #include "Tasks/Rows/TaskNotificationRemindersEntity.h"
 #include "Tasks/Rows/TaskNotificationSettingsEntity.h"
+#include "Tasks/Rows/TaskTemporalDataEntity.h"
 #include "Tasks/Rows/TaskTimerEntity.h"
+#include "TimedTasks/CalendarDayWatcher.h"
 #include "UserNotifications/UNUserNotificationCenter.h"
 
+#include <algorithm>
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace velloro {
 namespace {
 
 constexpr const char* plannedForKey = "NotificationManager.PlannedFor";
+constexpr const char* plannedAtKey = "NotificationManager.PlannedAt";
+constexpr const char* plannedUntilKey = "NotificationManager.PlannedUntil";
+constexpr std::int64_t pagesWithOwnTheme = 4;
 
 /// Runs the main loop until the completion that `work` is given was called.
 template <std::invocable<Block> Work>
@@ -44,11 +52,37 @@ std::string present() {
   const TimeZone zone = TimeZone::current();
   const HHMMSS startOfDay = settings.startOfDay();
   const auto text = [](auto value) { return std::to_string(value); };
+  std::string themes;
+  for (std::int64_t page = 0; page < pagesWithOwnTheme; ++page) {
+    themes += "|" + JSONEncoder{}.encode(settings.theme({page}));
+  }
   return text(NotificationManager::notificationManagerVersion) + "|" +
          YYYYMMDD::today(startOfDay, zone, Date::now()).debugDescription() + "|" +
          std::string(zone.identifier()) + "|" + Locale::current().identifier() + "|" +
          text(startOfDay.intValue()) + "|" + text(rawValue(settings.firstDayOfWeek())) + "|" +
-         text(settings.snoozeDuration()) + "|" + text(settings.taskCountBadgeEnabled());
+         text(settings.snoozeDuration()) + "|" + text(settings.taskCountBadgeEnabled()) + themes +
+         "|" + DataManager::activeStoreUrl().string();
+}
+
+/// The end of the first logical day that is under way, by the tasks' own beginnings and zones.
+Date nextDay(const std::vector<std::shared_ptr<TaskEntity>>& tasks, Date now) {
+  return CalendarDayWatcher::DayStarts::of(tasks, Settings::shared().startOfDay()).nextChange(now);
+}
+
+/// The distant past where there is none.
+Date keptDate(const char* key) {
+  const auto kept = NSUserDefaults::standardUserDefaults().stringForKey(key);
+  return (kept ? Date::fromISO8601(*kept) : std::nullopt).value_or(Date::distantPast());
+}
+
+void keepPlanned(Date at, Date until) {
+  NSUserDefaults::standardUserDefaults().setObject(at.iso8601(), plannedAtKey);
+  NSUserDefaults::standardUserDefaults().setObject(until.iso8601(), plannedUntilKey);
+}
+
+bool isOutOfDate(Date now) {
+  return keptDate(plannedUntilKey) <= now ||
+         NSUserDefaults::standardUserDefaults().stringForKey(plannedForKey) != present();
 }
 
 std::shared_ptr<TaskEntity> taskOf(const std::shared_ptr<NSManagedObject>& object) {
@@ -75,6 +109,7 @@ NotificationUpdates& NotificationUpdates::shared() {
 }
 
 void NotificationUpdates::note(const NSManagedObjectContext& context) {
+  hasWritten_ = true;
   if (!mayNotify()) return;
   for (const auto& object : context.deletedObjects()) {
     if (const auto task = taskOf(object)) note(task, task == object);
@@ -104,18 +139,14 @@ void NotificationUpdates::note(const std::shared_ptr<TaskEntity>& task, bool isD
 }
 
 void NotificationUpdates::bringUpToDate() {
-  if (!mayNotify()) return;
-  const bool isOutOfDate =
-      NSUserDefaults::standardUserDefaults().stringForKey(plannedForKey) != present();
-  if (touched_.empty() && withdrawn_ == ScheduleRequest{} && !isOutOfDate) return;
+  if (!std::exchange(hasWritten_, false) || !mayNotify()) return;
+  const Date now = Date::now();
   try {
-    endSnoozes();
-    auto& manager = NotificationManager::shared();
-    wait([&](Block done) { manager.readAuthorization(std::move(done)); });
-    if (isOutOfDate) {
-      rebuild();
+    wait([](Block done) { NotificationManager::shared().readAuthorization(std::move(done)); });
+    if (isOutOfDate(now)) {
+      rebuild(now);
     } else {
-      planTouched();
+      planTouched(now);
     }
   } catch (const Error& error) {
     Log::notifications.error(error);
@@ -124,37 +155,68 @@ void NotificationUpdates::bringUpToDate() {
 }
 
 /// What is over is told to the log first, so that the plan knows it.
-void NotificationUpdates::rebuild() {
+void NotificationUpdates::rebuild(Date now) {
   const HostStore store;
-  const Date now = Date::now();
   store.write([&] {
     for (const auto& task : store.tasks(activeStatuses)) velloro::bringUpToDate(*task, now);
   });
-  wait([&](Block done) {
+  endSnoozes(store, now);
+  withdrawFromCenter();
+  wait([](Block done) {
     NotificationManager::shared().rebuildNotifications(false, std::move(done));
   });
   scheduleRunningTimers(store, now);
   touched_.clear();
-  withdrawn_ = {};
+  hasWritten_ = false;
   NSUserDefaults::standardUserDefaults().setObject(present(), plannedForKey);
+  keepPlanned(now, nextDay(store.tasks(activeStatuses), now));
 }
 
-void NotificationUpdates::planTouched() {
+void NotificationUpdates::planTouched(Date now) {
+  const HostStore store;
+  noteWrittenElsewhere(store);
+  endSnoozes(store, now);
   auto& manager = NotificationManager::shared();
   std::set<NSManagedObjectID> ids;
-  for (const auto& [key, task] : touched_) ids.insert(task->objectID());
-  touched_.clear();
-  wait([&](Block done) { manager.schedule(std::exchange(withdrawn_, {}), std::move(done)); });
+  std::vector<std::shared_ptr<TaskEntity>> tasks;
+  for (const auto& [key, task] : std::exchange(touched_, {})) {
+    ids.insert(task->objectID());
+    tasks.push_back(task);
+  }
+  withdrawFromCenter();
   wait([&](Block done) { manager.updateBadges(std::move(done)); });
   wait([&](Block done) {
     manager.scheduleNotificationsForTasksImmediate(std::move(ids), std::move(done));
   });
+  keepPlanned(now, std::min(keptDate(plannedUntilKey), nextDay(tasks, now)));
 }
 
-void NotificationUpdates::endSnoozes() {
-  for (const auto& [key, task] : touched_) {
-    if (isSettled(*task)) withdrawn_.merge(endSnooze(task->uniqueId()));
+/// An extension writes to the log and leaves planning to this process.
+void NotificationUpdates::noteWrittenElsewhere(const HostStore& store) {
+  using Derived = TaskTemporalDataEntity;
+  const auto since = keptDate(plannedAtKey);
+  const auto written = store.context().fetch<Derived>(
+      NSFetchRequest::of<Derived>(Derived::lastUpdated >= since, {}));
+  if (!written)
+    throw HostError("the log can't be read: " + written.error()->localizedDescription());
+  for (const auto& row : *written) {
+    if (const auto task = row->value(Derived::task)) note(task);
   }
+}
+
+/// Also those of tasks that another process has finished.
+void NotificationUpdates::endSnoozes(const HostStore& store, Date now) {
+  for (const UniqueID& id : snoozedTasks()) {
+    const auto task = store.task(id);
+    if (task == nullptr || isSettled(*task, now)) withdraw(endSnooze(id));
+  }
+}
+
+void NotificationUpdates::withdrawFromCenter() {
+  if (withdrawn_ == ScheduleRequest{}) return;
+  wait([&](Block done) {
+    NotificationManager::shared().schedule(std::exchange(withdrawn_, {}), std::move(done));
+  });
 }
 
 void NotificationUpdates::rebuildAll() {
@@ -165,7 +227,7 @@ void NotificationUpdates::rebuildAll() {
   if (manager.featureAlertEnabled() != NotificationManager::FeatureFlag::enabled) {
     throw HostError("notifications are not allowed");
   }
-  rebuild();
+  rebuild(Date::now());
   UNUserNotificationCenter::currentNotificationCenter().flush();
 }
 

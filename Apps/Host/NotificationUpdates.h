@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Context/NSManagedObjectContext.h"
+#include "Foundation/Time/Date.h"
 #include "Notifications/Planning/NotificationHelper.h"
 #include "OxKit/Platform.h"
 
@@ -10,11 +11,13 @@
 
 namespace velloro {
 
+class HostStore;
 class TaskEntity;
 
 /// Keeps the user's notifications true to what this process writes: `HostStore::write` notes which
-/// tasks are concerned, and at the end of a command these are planned again. On a new logical day,
-/// after a change of the zone, the language or a setting that plans depend on, everything is.
+/// tasks are concerned, and at the end of a command these are planned again. On a new logical day
+/// of any task, after a change of the zone, the language or a setting that plans depend on,
+/// everything is. A process that has only read changes nothing.
 ///
 /// Nothing happens until the user has allowed notifications (`rebuildAll`), and in an extension,
 /// which leaves planning to the application. On the main thread.
@@ -25,11 +28,12 @@ class NotificationUpdates {
   /// Within a transaction: the tasks that it is about to save, with all that belongs to them.
   void note(const NSManagedObjectContext& context);
   /// A task whose notifications have changed otherwise.
-  void note(const std::shared_ptr<TaskEntity>& task) { note(task, false); }
-  /// What is to be taken from the centre beside.
-  void withdraw(NotificationHelper::ScheduleRequest&& request) {
-    withdrawn_.merge(std::move(request));
+  void note(const std::shared_ptr<TaskEntity>& task) {
+    hasWritten_ = true;
+    note(task, false);
   }
+  /// That a setting has changed.
+  void noteSettings() { hasWritten_ = true; }
   /// Plans what was noted, and returns when that is in the notification centre. What can't be
   /// planned is logged, since what was written stays written.
   void bringUpToDate();
@@ -42,10 +46,14 @@ class NotificationUpdates {
   using ScheduleRequest = NotificationHelper::ScheduleRequest;
 
   void note(const std::shared_ptr<TaskEntity>& task, bool isDeleted);
-  void rebuild();
-  void planTouched();
-  void endSnoozes();
+  void rebuild(Date now);
+  void planTouched(Date now);
+  void noteWrittenElsewhere(const HostStore& store);
+  void endSnoozes(const HostStore& store, Date now);
+  void withdraw(ScheduleRequest&& request) { withdrawn_.merge(std::move(request)); }
+  void withdrawFromCenter();
 
+  bool hasWritten_ = false;
   std::map<const TaskEntity*, std::shared_ptr<TaskEntity>> touched_;
   ScheduleRequest withdrawn_;  ///< What tasks that are not in view any more may have planned.
 };

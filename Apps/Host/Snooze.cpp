@@ -4,10 +4,11 @@
 #include "Host/HostStore.h"
 #include "Host/NotificationUpdates.h"
 #include "Host/PeriodCloser.h"
-#include "Notifications/Planning/NotificationPlanner.h"
+#include "Notifications/Planning/TaskPlan.h"
 #include "OxLog/Log.h"
 #include "Settings/Settings.h"
 #include "Settings/SiriExtensionUtilities.h"
+#include "Tasks/Reminders/AutomaticReminders.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskWriting.h"
 #include "Tasks/Status/StoredTaskStatus.h"
@@ -15,13 +16,10 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <map>
 #include <vector>
 
 namespace velloro {
 namespace {
-
-using Report = TaskPlanReport;
 
 /// A reminder of a task, with a moment at which it comes.
 struct Moment {
@@ -74,30 +72,6 @@ TimeInterval usualDuration() {
   return chosen > 0 ? chosen : PlannedTask::defaultSnoozeDuration;
 }
 
-/// Whether a plan with these settings brings the reminder back at that moment.
-bool holdsSnooze(const HostStore& store, const TaskEntity& task,
-                 const TaskNotificationSettings& settings, const UniqueID& reminder, Date at,
-                 Date now) {
-  // Whenever an automatic time is worked out again, its row is a new one.
-  if (settings.reminderType == ReminderType::automatic) return false;
-  NotificationPlanner planner(store.context(), {.now = now, .makesImages = false},
-                              [] { return std::uint64_t{0}; });
-  std::map<const TaskEntity*, Report> reports;
-  planner.reports = &reports;
-  planner.newSettings.emplace(&task, settings);
-  const auto request = planner.tasks(
-      {std::static_pointer_cast<TaskEntity>(store.context().objectWithID(task.objectID()))});
-  for (const Report::Day& day : reports[&task].days) {
-    for (const Report::Reminder& planned : day.reminders) {
-      if (planned.isSnoozed && planned.reminder.uniqueId == reminder &&
-          planned.reason == Report::ReminderReason::planned) {
-        return planned.date == at;
-      }
-    }
-  }
-  return false;
-}
-
 /// Throws where there is nothing to put off.
 Moment momentToSnooze(const TaskEntity& task, const TaskSnapshot& snapshot) {
   const auto none = [&](const std::string& why) {
@@ -105,17 +79,25 @@ Moment momentToSnooze(const TaskEntity& task, const TaskSnapshot& snapshot) {
   };
   const auto settings = task.notificationSettings();
   if (settings.reminderType == ReminderType::none) throw none("it has no reminders");
-  if (isSettled(task)) throw none("it needs no reminder now");
+  if (isSettled(task, snapshot.standing.now)) throw none("it needs no reminder now");
   const auto moment = reminderToSnooze(snapshot, settings);
   if (!moment) throw none("it has no reminders");
   return *moment;
 }
 
-/// The settings with that reminder in the place of the one with its identifier.
-TaskNotificationSettings withReminder(TaskNotificationSettings settings,
-                                      const TaskReminder& changed) {
+/// The settings in which the reminder does not come beside its snooze: one that is still to come
+/// today counts as put off when the day began, which is past.
+TaskNotificationSettings withoutMoment(TaskNotificationSettings settings, const Moment& moment,
+                                       const TaskStanding& task) {
+  const YYYYMMDD today = task.today();
+  const bool isDropped =
+      moment.date > task.now &&
+      today.startOfDay(task.startOfDay, task.timeZone) + usualDuration() < task.now;
   for (TaskReminder& reminder : settings.reminders) {
-    if (reminder.uniqueId == changed.uniqueId) reminder = changed;
+    if (reminder.uniqueId != moment.reminder.uniqueId) continue;
+    reminder = isDropped
+                   ? reminder.withSnooze(today, task.startOfDay, NotificationTimeZone::taskOwner)
+                   : reminder.withSnooze({}, {}, {});
   }
   return settings;
 }
@@ -134,41 +116,38 @@ Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEn
   const Date start = Date::since1970(std::floor(now.timeIntervalSince1970()));
   const Date at = start + duration.value_or(usualDuration());
   UniqueID id;
-  bool isHeld = false;
   const Snooze snooze = store.write([&] {
     const auto task = find();
     id = task->uniqueId();
     PeriodCloser(store.context(), now).close(*task);
+    // The times of an automatic task may not have been learned yet.
+    updateAutomaticReminders(*task, now);
     const auto snapshot = TaskSnapshot::of(*task, now);
     const Moment moment = momentToSnooze(*task, snapshot);
-    const auto putOff =
-        withReminder(task->notificationSettings(),
-                     moment.reminder.withSnooze(snapshot.standing.today(),
-                                                HHMMSS::fromDate(now, TimeZone::current()),
-                                                NotificationTimeZone::taskViewer));
-    isHeld = holdsSnooze(store, *task, putOff, moment.reminder.uniqueId, at, now);
-    if (isHeld) {
-      setNotificationSettings(*task, putOff);
-    } else {
-      // A snooze takes the place of an earlier one.
-      setNotificationSettings(*task, withReminder(putOff, moment.reminder.withSnooze({}, {}, {})));
-    }
+    setNotificationSettings(*task,
+                            withoutMoment(task->notificationSettings(), moment, snapshot.standing));
     NotificationUpdates::shared().note(task);
     return Snooze{at, moment.reminder.trigger.timeOfDay->debugDescription()};
   });
-  if (isHeld) {
-    NotificationUpdates::shared().withdraw(endSnooze(id));
-  } else if (const auto kept = keepAsAsked(id, at); !kept) {
+  if (const auto kept = keepAsAsked(id, at); !kept) {
     throw HostError("nothing was put off: " + kept.error()->localizedDescription());
   }
   return snooze;
 }
 
-bool isSettled(const TaskEntity& task) {
-  const auto snapshot = TaskSnapshot::of(task, Date::now());
+bool isSettled(const TaskEntity& task, Date now) {
+  const auto snapshot = TaskSnapshot::of(task, now);
   const auto status = streakedCompletionStatus(snapshot, snapshot.standing.currentPeriod().period)
                           .completionStatus.status;
   return whyNoReminders(snapshot.status, snapshot.standing.automaticTaskType, status).has_value();
+}
+
+std::vector<UniqueID> snoozedTasks() {
+  std::vector<UniqueID> tasks;
+  for (const auto& each : SiriExtensionUtilities::shared()->siriReminders()) {
+    if (each.uniqueId == snoozeId(each.taskId)) tasks.push_back(each.taskId);
+  }
+  return tasks;
 }
 
 NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task) {

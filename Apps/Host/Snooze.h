@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velloro {
 
@@ -22,11 +23,11 @@ struct Snooze {
 };
 
 /// Puts off the newest reminder of a task whose time has come on the present logical day or the one
-/// before, else the next one. It comes back after that time, unless the task is done by then.
+/// before, else the next one. It comes back at that moment, whatever is planned again until then
+/// and whatever setting or zone changes, unless the task is done by then.
 ///
-/// The reminder itself keeps the moment at which it was put off, if the plan then brings it back in
-/// time; that is not so for an automatic one, for another time than the user's usual, or where a
-/// later reminder comes first. Then a reminder of its own is kept for that one moment.
+/// Therefore the moment is kept as an entry of its own in the list of reminders that were asked
+/// for. A reminder that was still to come does not come today.
 ///
 /// \param find Gives the task, within the transaction.
 /// \param duration In seconds; absent for the setting `nmSnoozeDuration`.
@@ -35,7 +36,9 @@ Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEn
                       std::optional<TimeInterval> duration, Date now);
 
 /// Whether nothing of the task's present period is left to remind of.
-[[nodiscard]] bool isSettled(const TaskEntity& task);
+[[nodiscard]] bool isSettled(const TaskEntity& task, Date now);
+/// Those with a reminder that is put off.
+[[nodiscard]] std::vector<UniqueID> snoozedTasks();
 /// Forgets the moment that was kept for the task, if any. Returns what to take from the centre.
 [[nodiscard]] NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task);
 

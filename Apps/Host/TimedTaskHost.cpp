@@ -5,7 +5,6 @@
 #include "Host/PeriodCloser.h"
 #include "OxLog/Log.h"
 #include "Tasks/Log/StoredEntries.h"
-#include "Tasks/Requests/TaskFetchRequest.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskTimerEntity.h"
@@ -89,15 +88,6 @@ NewLogEntry completion(const Run& run, Date now) {
           .id = run.entryId};
 }
 
-/// Null where it is gone.
-std::shared_ptr<TaskEntity> taskWith(const HostStore& store, const UniqueID& id) {
-  const TaskFetchRequest request{.direction = TaskFetchRequest::SortDirection::displayOrder,
-                                 .uniqueIds = {id}};
-  const auto tasks = store.context().fetch<TaskEntity>(request.fetchRequest());
-  if (!tasks) throw HostError("the tasks can't be read: " + tasks.error()->localizedDescription());
-  return tasks->empty() ? nullptr : tasks->front();
-}
-
 /// Unless the user does not want to be told.
 void schedule(const std::vector<NotificationContent>& contents) {
   if (contents.empty()) return;
@@ -177,7 +167,7 @@ std::optional<TimedTaskHost::Stopped> TimedTaskHost::stop(Find find, bool isKept
 void TimedTaskHost::timerExpired(const Run& run, const UniqueID& taskIdentifier) {
   const Date now = Date::now();
   store_.write([&] {
-    const auto task = taskWith(store_, taskIdentifier);
+    const auto task = store_.task(taskIdentifier);
     if (task == nullptr) return;
     removeRow(*task, run);
     if (isLogged(*task, run)) return;
@@ -189,7 +179,7 @@ void TimedTaskHost::timerExpired(const Run& run, const UniqueID& taskIdentifier)
 
 LiveActivityDisplayMode TimedTaskHost::liveActivityDisplayMode(
     const UniqueID& taskIdentifier) const {
-  const auto task = taskWith(store_, taskIdentifier);
+  const auto task = store_.task(taskIdentifier);
   const auto mode = task != nullptr ? task->notificationSettings().liveActivityDisplayMode
                                     : LiveActivityDisplayMode::no;
   return mode.value_or(LiveActivityDisplayMode::automatic);
@@ -207,7 +197,7 @@ void logExpiredRuns(const HostStore& store) {
 
 void scheduleRunningTimers(const HostStore& store, Date now) {
   for (const Run& run : TimedTaskManager::shared().entries()) {
-    const auto task = run.end > now ? taskWith(store, run.taskIdentifier) : nullptr;
+    const auto task = run.end > now ? store.task(run.taskIdentifier) : nullptr;
     if (task != nullptr) schedule(timedTaskNotifications(*task, run, now));
   }
 }

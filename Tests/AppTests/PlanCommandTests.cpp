@@ -72,22 +72,43 @@ TEST_F(PlanCommand, PlansAgainWhatCommandsChange) {
 }
 
 TEST_F(PlanCommand, BringsBackWhatWasPutOff) {
+  told("task add Learn");  // its time, 18:30, is first learned by what puts it off
   told("plan --apply");
   now_ = "15:10:00";
-  const std::string rest = "r7 18:00, r7 18:20";
+  const std::string rest = "r7 18:00, r7 18:20, r7 18:30";
   told("snooze Read");
-  EXPECT_EQ(pending(), "r7 15:40, " + rest) << "in the reminder itself";
+  EXPECT_EQ(pending(), "s 15:40, " + rest);
+  told("settings set nmSnoozeDuration 7200");
   told("snooze Read --for 4h");
-  EXPECT_EQ(pending(), rest + ", s 19:10");
+  EXPECT_EQ(pending(), rest + ", s 19:10") << "in the place of the earlier one";
+  told("settings unset nmSnoozeDuration");
   told("plan --apply");
   EXPECT_EQ(pending(), rest + ", s 19:10");
-  told("snooze Read --for 5m");
-  EXPECT_EQ(pending(), "s 15:15, " + rest);
-  told("snooze Read");
-  EXPECT_EQ(pending(), "r7 15:40, " + rest);
-  told("snooze Walk --for 5m");
+  now_ = "17:55:00";
+  told("snooze Walk");
+  EXPECT_EQ(pending(), "r7 18:00, s 18:25, r7 18:30, s 19:10") << "not also at 18:20";
+  told("--process widget log add Read");
   told("log add Walk");
-  EXPECT_EQ(pending(), "r7 15:40, r7 18:00");
+  EXPECT_EQ(pending(), "r7 18:30") << "also of what another process has finished";
+  told("remind Walk --at 2024-03-07T20:00:00+01:00");
+  EXPECT_EQ(pending(), "r7 18:30, s 20:00");
+}
+
+TEST_F(PlanCommand, ChangesNothingByReadingAndAllOnANewDayOfAnyTask) {
+  told("task edit Read --start-of-day 04:00:00");
+  now_ = "00:05:00";
+  told("plan --apply");
+  const std::string before = told("notification list --json");
+  now_ = "22:00:00";
+  for (const char* reading : {"plan", "badge", "status", "reminder list Read", "log list"}) {
+    told(reading);
+    EXPECT_EQ(told("notification list --json"), before) << reading;
+  }
+  told("log add Walk");
+  // The one of "Read" has joined that of "Walk".
+  const std::string after = told("notification list --json");
+  EXPECT_NE(after.find("r9."), after.rfind("r9."));
+  EXPECT_EQ(before.find("r9."), before.rfind("r9."));
 }
 
 }  // namespace

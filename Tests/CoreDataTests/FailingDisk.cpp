@@ -1,14 +1,16 @@
 #include "CoreDataTests/FailingDisk.h"
 
+#include <atomic>
 #include <cerrno>
 
 #include <sqlite3.h>
 
 namespace {
 
-FailingDisk::Mode mode;
-int operationsUntilFailure = 0;  // 0 when nothing is to fail
-bool failed = false;
+// A store looks for changes on a thread of its own.
+std::atomic<FailingDisk::Mode> mode;
+std::atomic<int> operationsUntilFailure = 0;  // 0 when nothing is to fail
+std::atomic<bool> failed = false;
 
 struct File {
   sqlite3_file base;

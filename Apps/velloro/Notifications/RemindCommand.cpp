@@ -3,6 +3,7 @@
 #include "Foundation/Coding/JSON.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
+#include "Host/NotificationUpdates.h"
 #include "Settings/SiriExtensionUtilities.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
@@ -46,6 +47,7 @@ void remind(const RemindOptions& options) {
   const auto kept = SiriExtensionUtilities::shared()->editSiriReminders(
       [&](auto& reminders) { reminders.push_back(reminder); });
   if (!kept) throw HostError("nothing was saved: " + kept.error()->localizedDescription());
+  NotificationUpdates::shared().note(task);
   if (options.json) {
     return print(JSONEncoder{.dateForm = DateForm::iso8601}.encode(reminder) + "\n");
   }

@@ -64,8 +64,12 @@ void snooze(const PlanOptions& options) {
                      {"reminder", snooze.timeOfDay}, {"date", snooze.date.iso8601()}})) +
                  "\n");
   }
-  print("The reminder of " + snooze.timeOfDay + " comes back at " +
-        HHMMSS::fromDate(snooze.date, TimeZone::current()).debugDescription() + "\n");
+  const TimeZone zone = TimeZone::current();
+  const auto dayOf = [zone](Date date) { return YYYYMMDD::fromDate(HHMMSS::midnight, date, zone); };
+  const YYYYMMDD day = dayOf(snooze.date);
+  print("The reminder of " + snooze.timeOfDay + " comes back " +
+        (day == dayOf(Date::now()) ? "" : "on " + day.debugDescription() + " ") + "at " +
+        HHMMSS::fromDate(snooze.date, zone).debugDescription() + "\n");
 }
 
 void badge(const PlanOptions& options) {

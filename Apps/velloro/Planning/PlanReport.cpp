@@ -202,8 +202,8 @@ std::string PlanReport::text() const {
     for (const Time& time : automaticTimes->at(id)) {
       text += "  " + time.time + " by " + time.source;
       if (time.median) {
-        text +=
-            ": done " + std::to_string(time.samples.value_or(0)) + " times around " + *time.median;
+        text += ": about half an hour before " + *time.median + ", the middle of " +
+                std::to_string(time.samples.value_or(0)) + " times at which it was done";
       }
       text += time.muted ? ", muted\n" : "\n";
     }

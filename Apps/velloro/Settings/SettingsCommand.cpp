@@ -4,6 +4,7 @@
 #include "Foundation/Files/NSUserDefaults.h"
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
+#include "Host/NotificationUpdates.h"
 #include "Host/StoreSwitch.h"
 #include "OxLog/LogManager.h"
 #include "velloro/Options/Arguments.h"
@@ -85,6 +86,7 @@ void write(const std::string& key, const std::optional<std::string>& value) {
   finishChoosingStore(DataManager::shared());  // which moves settings
   if (setting.name != Setting::cloudSyncTasksEnabled) {
     setArgument(storage, setting, value);
+    NotificationUpdates::shared().noteSettings();
     expectSaved(settingName(setting), SettingsStorage::saveError());
   } else if (storage.isExtension()) {
     throw UsageError("--process: only the application chooses the store");

@@ -113,10 +113,15 @@ SettingsStorage::SettingsStorage(Tiers tiers, bool isExtension, CloudContainer c
       cloudStorage_(tiers_.cloudStorage) {}
 
 SettingsStorageContainer* SettingsStorage::cloudStorage() const {
+  // Without a lock, which a thread that waits for the store would otherwise hold here.
+  if (isOpen_.load(std::memory_order_acquire)) return cloudStorage_.get();
   // Other threads wait while it is opened; only what opens it comes here meanwhile.
   const std::scoped_lock lock(opening_);
-  if (!std::exchange(isOpened_, true) && cloudContainer_ != nullptr) {
-    cloudStorage_ = std::make_shared<SettingsStorageCoreData>(cloudContainer_, *this);
+  if (!std::exchange(isOpening_, true)) {
+    if (cloudContainer_ != nullptr) {
+      cloudStorage_ = std::make_shared<SettingsStorageCoreData>(cloudContainer_, *this);
+    }
+    isOpen_.store(true, std::memory_order_release);
   }
   return cloudStorage_.get();
 }

@@ -3,6 +3,7 @@
 #include "Settings/Setting.h"
 #include "Settings/SettingsStorageContainer.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -160,8 +161,9 @@ class SettingsStorage {
   const Tiers tiers_;
   const bool isExtension_;
   const CloudContainer cloudContainer_;
-  mutable std::recursive_mutex opening_;  // guards the next two
-  mutable bool isOpened_ = false;
+  mutable std::atomic<bool> isOpen_ = false;  // then the cloud tier stays as it is
+  mutable std::recursive_mutex opening_;      // guards the next two until then
+  mutable bool isOpening_ = false;
   mutable std::shared_ptr<SettingsStorageContainer> cloudStorage_;
 };
 

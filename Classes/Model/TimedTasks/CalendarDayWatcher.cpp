@@ -53,6 +53,12 @@ CalendarDayWatcher::DayStarts CalendarDayWatcher::DayStarts::of(
   return starts;
 }
 
+Date CalendarDayWatcher::DayStarts::nextChange(Date now) const {
+  Date next = Date::distantFuture();
+  for (const DayStart& start : startsOf(*this)) next = std::min(next, start.end(now));
+  return next;
+}
+
 CalendarDayWatcher::CalendarDayWatcher(std::function<void()> dayChanged)
     : dayChanged_(std::move(dayChanged)),
       observer_(NSNotificationCenter::defaultCenter().addObserver(
@@ -81,10 +87,7 @@ std::vector<YYYYMMDD> CalendarDayWatcher::days(Date now) const {
 }
 
 void CalendarDayWatcher::waitForNextChange(Date now) {
-  TimeInterval wait = longestWait;
-  for (const DayStart& start : startsOf(starts_)) {
-    wait = std::min(wait, start.end(now).timeIntervalSince(now));
-  }
+  const TimeInterval wait = std::min(longestWait, starts_.nextChange(now).timeIntervalSince(now));
   if (wait < longestWait) {
     Log::general.debug([&] { return "The day changes at " + (now + wait).iso8601(); });
   }

@@ -41,6 +41,8 @@ class CalendarDayWatcher {
     /// Those of the tasks, and the one of tasks that don't say it themselves.
     [[nodiscard]] static DayStarts of(const std::vector<std::shared_ptr<TaskEntity>>& tasks,
                                       HHMMSS usual);
+    /// When the first of the days under way ends; the distant future where there is none.
+    [[nodiscard]] Date nextChange(Date now) const;
     bool operator==(const DayStarts&) const = default;
   };
 

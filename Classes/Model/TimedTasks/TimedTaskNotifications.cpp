@@ -7,6 +7,7 @@
 #include "Tasks/Status/StoredTaskStatus.h"
 #include "UserNotifications/UNUserNotificationCenter.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace velloro {
@@ -37,16 +38,27 @@ std::optional<NotificationContent> completionOf(const TaskNotifications& notific
   if (!content) return std::nullopt;
   const auto& timeSensitive = isPartial ? settings.partiallyCompletedNotificationIsTimeSensitive
                                         : settings.completedNotificationIsTimeSensitive;
+  // Today's, if the period is under way, while the run may have begun on an earlier day of it.
+  content->notificationId = NotificationID::completion(run.period.date, run.taskIdentifier);
   content->trigger = NotificationTrigger{run.end};
   content->timeSensitive = timeSensitive.value_or(false);
   return content;
 }
 
+/// A run may be the rest of a completion of which a part was done before.
+TimeInterval durationOfCompletion(const TaskNotifications& notifications,
+                                  const TimedTaskManagerEntry& run) {
+  const TaskProgress progress = notifications.task.standing.progress(run.period.period);
+  const auto* timer = progress.as<TaskProgressTimer>();
+  const TimeInterval duration = timer != nullptr ? timer->durationPerCompletion() : 0;
+  return std::max(duration, run.end.timeIntervalSince(run.start));
+}
+
 std::vector<NotificationContent> progressOf(const TaskNotifications& notifications,
                                             const TimedTaskManagerEntry& run) {
   const TaskNotificationSettings& settings = notifications.settings;
-  const auto times = settings.sortedPendingTimerReminderTimes(run.end.timeIntervalSince(run.start),
-                                                              run.end, notifications.builder.now);
+  const auto times = settings.sortedPendingTimerReminderTimes(
+      durationOfCompletion(notifications, run), run.end, notifications.builder.now);
   std::vector<NotificationContent> contents;
   if (times.empty()) return contents;
   const auto status = streakedCompletionStatus(notifications.task, run.period.period);

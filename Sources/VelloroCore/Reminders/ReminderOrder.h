@@ -11,10 +11,7 @@ namespace velloro {
 [[nodiscard]] bool isSameTrigger(const TaskReminder& one, const TaskReminder& other);
 
 /// In the order in which they come within a logical day, then those without a time of day; of equal
-/// times the given order holds.
-///
-///     // The logical day begins at 04:00, so that 01:00 is its last reminder:
-///     sortedByTimeOfDay({at0100, at0730}, {.h = 4}).front() == at0730;    // true
+/// times the given order holds. In a day that begins at 04:00, 01:00 is the last.
 [[nodiscard]] std::vector<TaskReminder> sortedByTimeOfDay(std::vector<TaskReminder> reminders,
                                                           HHMMSS startOfDay);
 

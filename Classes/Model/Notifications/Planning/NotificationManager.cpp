@@ -88,7 +88,6 @@ void NotificationManager::requestAuthorization(bool force, Block completion) {
     center.requestAuthorizationWithOptions(UNAuthorizationOptions::alert |
                                            UNAuthorizationOptions::sound |
                                            UNAuthorizationOptions::badge);
-    center.setNotificationCategories(notificationCategories());
   });
   const bool wereBothEnabled =
       featureAlertEnabled_ == FeatureFlag::enabled && featureBadgeEnabled_ == FeatureFlag::enabled;
@@ -103,6 +102,7 @@ void NotificationManager::requestAuthorization(bool force, Block completion) {
 void NotificationManager::readAuthorization(Block completion) {
   queue_.async([this, completion = std::move(completion)]() mutable {
     auto center = UNUserNotificationCenter::currentNotificationCenter();
+    center.setNotificationCategories(notificationCategories());  // in the present language
     center.getNotificationSettingsWithCompletionHandler(
         [this, completion = std::move(completion)](const UNNotificationSettings& read) mutable {
           DispatchQueue::main().async([this, read, completion = std::move(completion)]() mutable {
@@ -219,16 +219,13 @@ void NotificationManager::scheduleNotificationsForTasksDelayedTimerTriggered() {
 }
 
 void NotificationManager::updateBadges(Block completion) {
-  if (notificationMode == NotificationManagerMode::none || !isExtensionOrMayPrompt() ||
-      featureBadgeEnabled_ != FeatureFlag::enabled) {
-    return callOnMain(std::move(completion));
-  }
+  const bool isShown = isExtensionOrMayPrompt() && featureBadgeEnabled_ == FeatureFlag::enabled &&
+                       Settings::shared().taskCountBadgeEnabled();
+  if (!isShown) return schedule(BadgePlan(Date::now()).cancels(), std::move(completion));
   const auto request = std::make_shared<ScheduleRequest>();
   inBackground(
       [request](NSManagedObjectContext& context) {
-        *request = Settings::shared().taskCountBadgeEnabled()
-                       ? plannerOf(context).badges(activeTasks(context))
-                       : BadgePlan(Date::now()).cancels();
+        *request = plannerOf(context).badges(activeTasks(context));
       },
       [this, request, completion = std::move(completion)]() mutable {
         schedule(std::move(*request), std::move(completion));

@@ -64,7 +64,7 @@ class NotificationManager {
   /// Asks the user, once, and after that reads what they have chosen. \param force Also if the
   /// program has not been allowed to ask yet.
   void requestAuthorization(bool force, Block completion = nullptr);
-  /// Reads what the user has chosen, without asking.
+  /// Reads what the user has chosen, without asking, and registers the categories.
   void readAuthorization(Block completion);
   [[nodiscard]] FeatureFlag featureAlertEnabled() const { return featureAlertEnabled_; }
   [[nodiscard]] FeatureFlag featureBadgeEnabled() const { return featureBadgeEnabled_; }
