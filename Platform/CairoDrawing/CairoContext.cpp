@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -44,16 +45,26 @@ CairoContext::CairoContext(std::size_t width, std::size_t height)
   setLineWidth(1);
 }
 
+CairoContext::CairoContext(Surface shapes, std::size_t width, std::size_t height)
+    : width_(width),
+      height_(height),
+      surface_(std::move(shapes)),
+      cairo_(cairo_create(surface_.get())) {
+  setLineWidth(1);
+}
+
 void CairoContext::setSource(CGColor color) {
   cairo_set_source_rgba(cairo(), color.red, color.green, color.blue, color.alpha * state_.alpha);
 }
 
 std::shared_ptr<const CGImage> CairoContext::makeImage() {
+  if (pixels_.empty()) return nullptr;
   cairo_surface_flush(surface_.get());
   return std::make_shared<const CGImage>(width_, height_, pixels_);
 }
 
 void CairoContext::clear() {
+  if (pixels_.empty()) return;
   cairo_surface_flush(surface_.get());
   std::ranges::fill(pixels_, 0U);
   cairo_surface_mark_dirty(surface_.get());

@@ -18,6 +18,8 @@ Surface surfaceOf(const CGImage& image);
 class CairoContext final : public CGContext {
  public:
   CairoContext(std::size_t width, std::size_t height);
+  /// On a surface that keeps shapes instead of pixels.
+  CairoContext(Surface shapes, std::size_t width, std::size_t height);
 
   [[nodiscard]] cairo_t* cairo() const { return cairo_.get(); }
   [[nodiscard]] double alpha() const { return state_.alpha; }

@@ -2,6 +2,7 @@
 #include "CairoDrawing/Fonts.h"
 #include "CairoDrawing/PNG.h"
 #include "CairoDrawing/PangoLayout.h"
+#include "CairoDrawing/SVGPicture.h"
 #include "CoreGraphics/DrawingBackend.h"
 
 #include <new>
@@ -18,6 +19,7 @@ class CairoDrawing final : public DrawingBackend {
       return nullptr;
     }
   }
+  std::unique_ptr<CGVectorPicture> makeSVG(CGSize size) override { return makeSVGPicture(size); }
   std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
       std::span<const std::byte> bytes) override {
     return platform::readPNG(bytes);

@@ -3,6 +3,7 @@
 #include "CoreGraphics/CGContext.h"
 #include "CoreGraphics/CGImage.h"
 #include "CoreGraphics/CGPath.h"
+#include "CoreGraphics/CGVectorPicture.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -35,6 +36,7 @@ class DrawingBackend {
 
   /// None when memory is short.
   virtual std::unique_ptr<CGContext> makeBitmap(std::size_t width, std::size_t height) = 0;
+  virtual std::unique_ptr<CGVectorPicture> makeSVG(CGSize size) = 0;
   virtual std::expected<std::shared_ptr<const CGImage>, std::string> readPNG(
       std::span<const std::byte> bytes) = 0;
   virtual std::string writePNG(const CGImage& image) = 0;

@@ -15,6 +15,7 @@
 #include "VelloroCore/Titles/TaskDisplayTitle.h"
 #include "VelloroCore/Titles/TitleTextKeys.h"
 #include "VelloroCore/Wording/ReminderWordingKeys.h"
+#include "VelloroPictures/PictureTextKeys.h"
 
 #include <map>
 #include <set>
@@ -62,6 +63,8 @@ Table askedKeys() {
   for (const auto mode : allCases<ThemeMode>()) add({titleKey(mode), ""});
   add(titleInModeKey);
   for (const LocalizedKey& key : chart_text::all) add(key);
+  for (const LocalizedKey& key : picture_text::all) add(key);
+  for (const auto& row : picture_text::success) add(row.key);
   for (const LocalizedKey& key : title_text::all) add(key);
   for (const LocalizedKey& key : checkable_task_text::all) add(key);
   for (const LocalizedKey& key : notification_text::all) add(key);

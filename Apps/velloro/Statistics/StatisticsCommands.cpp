@@ -5,6 +5,8 @@
 #include "Host/PeriodCloser.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Status/TaskSnapshot.h"
+#include "VelloroPictures/CalendarDrawing.h"
+#include "VelloroPictures/GraphPicture.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
@@ -12,6 +14,7 @@
 #include "velloro/Statistics/CalendarReport.h"
 #include "velloro/Statistics/GraphReport.h"
 #include "velloro/Statistics/PeriodArgument.h"
+#include "velloro/Statistics/StatsPictures.h"
 #include "velloro/Statistics/StatsReport.h"
 
 #include <algorithm>
@@ -32,6 +35,7 @@ void printJSON(const auto& value) {
 struct StatsOptions {
   std::vector<std::string> tasks;
   std::optional<std::string> period, points;
+  PictureOptions picture;
   bool json = false;
 
   [[nodiscard]] StatsRequest request() const {
@@ -45,14 +49,39 @@ struct StatsOptions {
 void printAllTasks(const HostStore& store, const StatsOptions& options, Date now) {
   const StatsRequest request = options.request();
   GlobalChartData data;
+  OverviewPicture overview;
   PeriodCloser closer(store.context(), now);
   for (const auto& task : store.tasks(activeStatuses)) {
     closer.foresee(*task);
     const auto snapshot = TaskSnapshot::of(*task, now);
-    if (isCountedWithOthers(snapshot)) data.add(tallyOf(snapshot, request.timePeriod));
+    if (!isCountedWithOthers(snapshot)) continue;
+    if (options.picture.isWanted()) {
+      overview.rows.push_back(overviewRowOf(snapshot, request));
+    } else {
+      data.add(tallyOf(snapshot, request.timePeriod));
+    }
+  }
+  if (options.picture.isWanted()) {
+    return options.picture.write(overview, usualStyle(options.picture.isDark));
   }
   if (options.json) return printJSON(data);
   print(textOf(data));
+}
+
+/// A card of one task, a row for each of several.
+void drawTasks(const HostStore& store, const StatsOptions& options, Date now) {
+  const StatsRequest request = options.request();
+  const bool isDark = options.picture.isDark;
+  OverviewPicture overview;
+  for (const std::string& name : options.tasks) {
+    const auto task = currentTaskArgument(store, name, now);
+    const auto snapshot = TaskSnapshot::of(*task, now);
+    if (options.tasks.size() == 1) {
+      return options.picture.write(cardOf(snapshot, request), styleOf(*task, isDark));
+    }
+    overview.rows.push_back(overviewRowOf(snapshot, request));
+  }
+  options.picture.write(overview, usualStyle(isDark));
 }
 
 void runStats(const StatsOptions& options) {
@@ -60,6 +89,7 @@ void runStats(const StatsOptions& options) {
   const Date now = Date::now();
   const HostStore store;
   if (options.tasks.empty()) return printAllTasks(store, options, now);
+  if (options.picture.isWanted()) return drawTasks(store, options, now);
   std::vector<TrophyRoomTaskStats> stats;
   std::string text;
   for (const std::string& name : options.tasks) {
@@ -76,6 +106,7 @@ void runStats(const StatsOptions& options) {
 struct CalendarOptions {
   std::string task;
   std::optional<std::string> month, year;
+  PictureOptions picture;
   bool json = false;
 };
 
@@ -88,9 +119,17 @@ void runCalendar(const CalendarOptions& options) {
   const Date now = Date::now();
   const auto task = currentTaskArgument(store, options.task, now);
   const auto snapshot = TaskSnapshot::of(*task, now);
+  const PictureStyle style = styleOf(*task, options.picture.isDark);
+  if (year && options.picture.isWanted()) {
+    return options.picture.write(yearOf(snapshot, *year), style);
+  }
   if (!year) {
     const YYYYMM shown = month.value_or(snapshot.standing.today().yyyymm());
     const auto report = CalendarReport::of(snapshot, shown);
+    if (options.picture.isWanted()) {
+      return options.picture.write(
+          MonthPicture(task->title(), {report.month, report.sortedPeriods}), style);
+    }
     if (options.json) return printJSON(report);
     return print(report.text());
   }
@@ -112,6 +151,7 @@ struct GraphOptions {
               spacingBelow = "0", markerWidth = "0", markerHeight = "0", labelHeight = "0",
               fontSize = "12";
   bool isRightToLeft = false;
+  PictureOptions picture;
   bool json = false;
 
   [[nodiscard]] LineGraph::Request request() const;
@@ -152,6 +192,9 @@ void runGraph(const GraphOptions& options) {
   std::vector<LineGraphDataPoint> data;
   for (const double value : values) data.push_back({.value = value});
   const LineGraph graph(data, options.request());
+  if (options.picture.isWanted()) {
+    return options.picture.write(GraphPicture(graph), usualStyle(options.picture.isDark));
+  }
   if (options.json) return printJSON(GraphReport::of(graph));
   const double* constant = std::get_if<double>(&graph.request.maxValue.value);
   double most = constant != nullptr ? *constant : 0;
@@ -211,11 +254,13 @@ void addStatsCommand(CLI::App& app) {
                    "The most points of the line of all time (default: 30)")
       ->type_name("N");
   addJSON(*command, options->json);
+  options->picture.addTo(*command);
   command->footer(
       "Examples:\n"
       "  velloro stats\n"
       "  velloro stats Read Run --period 2026-03\n"
-      "  velloro stats Read --period thisYear --json");
+      "  velloro stats Read --period thisYear --json\n"
+      "  velloro stats Read --png card.png --dark");
   command->callback([options] { runStats(*options); });
 }
 
@@ -230,11 +275,13 @@ void addCalendarCommand(CLI::App& app) {
       ->type_name("YYYY")
       ->excludes(month);
   addJSON(*command, options->json);
+  options->picture.addTo(*command);
   command->footer(
       "● done  ✗ missed  – skipped  ◌ allowed  ○ open  · before the task was made\n\n"
       "Examples:\n"
       "  velloro calendar Read\n"
-      "  velloro calendar Read --month 2026-03 --json");
+      "  velloro calendar Read --month 2026-03 --json\n"
+      "  velloro calendar Read --year 2026 --svg year.svg");
   command->callback([options] { runCalendar(*options); });
 }
 
@@ -249,6 +296,7 @@ void addGraphCommand(CLI::App& app) {
       ->disable_flag_override();
   addLayout(*command, *options);
   addJSON(*command, options->json);
+  options->picture.addTo(*command);
   command->footer(
       "Example:\n"
       "  velloro graph --values 0.1,0.5,0.4,0.9 --width 300 --height 120 --json");
