@@ -136,6 +136,7 @@ int run(int argumentCount, char** arguments) {
   addPlanCommand(app);
   addRemindCommand(app);
   addReminderCommand(app);
+  addReportCommand(app);
   addRingCommand(app);
   addSettingsCommand(app);
   addSnoozeCommand(app);

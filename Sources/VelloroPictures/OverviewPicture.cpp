@@ -16,9 +16,9 @@ constexpr double margin = 20;
 constexpr double headHeight = 38;
 constexpr double rowHeight = 60;
 constexpr double ringDiameter = 34;
-constexpr double graphWidth = 74;
+constexpr double graphWidth = 70;
 constexpr double graphHeight = 28;
-constexpr double rateWidth = 50;
+constexpr double rateWidth = 58;
 
 }  // namespace
 
@@ -67,7 +67,8 @@ void OverviewPicture::drawRow(CGContext& context, const PictureStyle& style, con
                  .weight = UIFont::Weight::semibold,
                  .color = style.text,
                  .alignment = Alignment::trailing});
-  painter.write(titleOf(row.success.type), {{rateLeft, middle + 1}, {rateWidth, 17}},
+  painter.write(titleOf(row.success.type, row.measurementDuration),
+                {{rateLeft, middle + 1}, {rateWidth, 17}},
                 {.fontSize = 11, .color = style.secondary, .alignment = Alignment::trailing});
 }
 

@@ -18,6 +18,7 @@ struct OverviewPicture final : Picture {
     double progress = 0;                       ///< Of the current period, 0 to 1.
     std::string streak = {};                   ///< In words: "12 days".
     PreviousDaysSuccess success = PreviousDaysSuccess::defaultLongTerm;
+    TaskFrequencyPeriodType measurementDuration = TaskFrequencyPeriodType::day;
     std::vector<double> data = {};  ///< Of all time.
   };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "OxKit/LocalizedKey.h"
-#include "VelloroCore/Log/PreviousDaysSuccess.h"
 
 #include <array>
 
@@ -14,19 +13,6 @@ inline constexpr LocalizedKey allTasks{"Picture.AllTasks", ""};
 inline constexpr LocalizedKey currentStreak{"Picture.CurrentStreak", ""};
 inline constexpr LocalizedKey daysOfWeek{"Picture.DaysOfWeek", ""};
 inline constexpr LocalizedKey timeOfDay{"Picture.TimeOfDay", ""};
-
-/// What a rate looks back at.
-struct SuccessKey {
-  PreviousSuccessType value;
-  LocalizedKey key;
-};
-
-inline constexpr SuccessKey success[] = {
-    {PreviousSuccessType::last7, {"Picture.Success.last7", ""}},
-    {PreviousSuccessType::last30, {"Picture.Success.last30", ""}},
-    {PreviousSuccessType::pastMonth, {"Picture.Success.pastMonth", ""}},
-    {PreviousSuccessType::pastYear, {"Picture.Success.pastYear", ""}},
-    {PreviousSuccessType::allTime, {"Picture.Success.allTime", ""}}};
 
 inline constexpr std::array all{allTasks, currentStreak, daysOfWeek, timeOfDay};
 

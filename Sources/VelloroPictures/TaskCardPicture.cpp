@@ -4,6 +4,7 @@
 #include "OxKit/Localization.h"
 #include "VelloroCharts/ChartTextKeys.h"
 #include "VelloroCore/Appearance/ColorContrast.h"
+#include "VelloroCore/Status/StreakRecord.h"
 #include "VelloroCore/Titles/FormatManager.h"
 #include "VelloroPictures/CalendarDrawing.h"
 #include "VelloroPictures/PictureTextKeys.h"
@@ -53,13 +54,20 @@ void drawColumns(PicturePainter& painter, CGRect rect, const std::vector<double>
 
 }  // namespace
 
-std::string titleOf(PreviousSuccessType type) {
-  return localized(rowOf(picture_text::success, type).key);
+std::string titleOf(PreviousSuccessType type, TaskFrequencyPeriodType measurementDuration) {
+  const auto count = numPeriods(type);
+  if (!count) return localized(chart_text::allTime);
+  return StreakRecord(*count, *count).localizedWithMeasurementDuration(measurementDuration);
 }
 
 std::string percentageOf(const PreviousDaysSuccess& success, const Locale& locale) {
   if (success.numSamples == 0) return "–";
   return FormatManager::shared(locale).percentageWholeFormatter.string(success.successPct);
+}
+
+/// "All time": what the charts tell of.
+std::string TaskCardPicture::covered(const Locale& locale) const {
+  return stats.allTimeChart.veryBriefLabels(locale, now).centerText.value_or("");
 }
 
 CGSize TaskCardPicture::size() const {
@@ -83,10 +91,10 @@ void TaskCardPicture::drawHead(PicturePainter& painter) const {
   const double room = width - margin - x;
   painter.write(title, {{x, headTop + 4}, {room, 30}},
                 {.fontSize = 22, .weight = UIFont::Weight::bold, .color = style.text});
-  painter.write(
-      stats.streak.localizedWithMeasurementDuration(stats.allTimeChart.measurementDuration),
-      {{x, headTop + 34}, {room, 22}},
-      {.fontSize = 14, .weight = UIFont::Weight::medium, .color = style.accent});
+  const FormatManager& formats = FormatManager::shared(style.locale);
+  painter.write(formats.percentageWholeFormatter.string(stats.pct) + " · " + covered(style.locale),
+                {{x, headTop + 34}, {room, 22}},
+                {.fontSize = 14, .weight = UIFont::Weight::medium, .color = style.accent});
 }
 
 void TaskCardPicture::drawNumbers(PicturePainter& painter) const {
@@ -95,11 +103,12 @@ void TaskCardPicture::drawNumbers(PicturePainter& painter) const {
   const auto whole = [&](std::int64_t number) {
     return integers.string(static_cast<double>(number));
   };
+  const auto measured = stats.allTimeChart.measurementDuration;
   const std::pair<std::string, std::string> numbers[] = {
       {whole(stats.streak.current), localized(picture_text::currentStreak)},
       {whole(stats.streak.best), localized(checkable_task_text::bestStreak)},
-      {percentageOf(shortTerm, style.locale), titleOf(shortTerm.type)},
-      {percentageOf(longTerm, style.locale), titleOf(longTerm.type)}};
+      {percentageOf(shortTerm, style.locale), titleOf(shortTerm.type, measured)},
+      {percentageOf(longTerm, style.locale), titleOf(longTerm.type, measured)}};
   constexpr double column = inner / 4;
   double x = margin;
   for (const auto& [number, label] : numbers) {
@@ -120,8 +129,7 @@ void TaskCardPicture::drawLine(PicturePainter& painter) const {
                          .pointDiameter = 6,
                          .lineThickness = 2.5});
   const CGPoint origin{margin, lineTop + labelHeight + 4};
-  painter.write(localized(chart_text::allTime), {{margin, lineTop}, {inner, labelHeight}},
-                labelLook(style));
+  painter.write(covered(style.locale), {{margin, lineTop}, {inner, labelHeight}}, labelLook(style));
   painter.fill(graph.fillPath, origin, inner, mixed(style.background, style.accent, 0.16));
   painter.stroke(graph.linePath, origin, inner, style.accent, 2.5);
   const SummaryLabels labels = chart.labels(style.locale, now);

@@ -24,14 +24,16 @@ struct TaskCardPicture final : Picture {
   void draw(CGContext& context, const PictureStyle& style) const override;
 
  private:
+  [[nodiscard]] std::string covered(const Locale& locale) const;
   void drawHead(PicturePainter& painter) const;
   void drawNumbers(PicturePainter& painter) const;
   void drawLine(PicturePainter& painter) const;
   void drawBars(PicturePainter& painter) const;
 };
 
-/// "7 days": what a rate looks back at.
-[[nodiscard]] std::string titleOf(PreviousSuccessType type);
+/// "7 days": what a rate looks back at, in the periods of its task.
+[[nodiscard]] std::string titleOf(PreviousSuccessType type,
+                                  TaskFrequencyPeriodType measurementDuration);
 /// "82%", or a dash where nothing was counted.
 [[nodiscard]] std::string percentageOf(const PreviousDaysSuccess& success, const Locale& locale);
 

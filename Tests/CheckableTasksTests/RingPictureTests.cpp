@@ -1,15 +1,12 @@
 #include "CheckableTasks/CheckableTaskView.h"
 #include "CoreGraphics/CGImage.h"
-#include "Foundation/Files/NSFileManager.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxCheckableTasks/Icons/IconManagerIconCases.h"
 #include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
 #include "OxCheckableTasks/StaticImages/StaticImageGenerator.h"
+#include "Support/Golden.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <functional>
-#include <span>
 #include <string>
 #include <utility>
 
@@ -21,29 +18,6 @@ namespace {
 using View = CheckableTaskView;
 using Picture = std::shared_ptr<const CGImage>;
 
-/// The greatest difference of a channel, and how many pixels differ by more than a shade.
-struct Difference {
-  int greatest = 0;
-  int pixels = 0;
-};
-
-Difference difference(const CGImage& left, const CGImage& right) {
-  constexpr int shade = 8;
-  Difference result;
-  for (std::size_t i = 0; i < left.pixels().size(); ++i) {
-    int most = 0;
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-      const auto channel = [&](const CGImage& image) {
-        return static_cast<int>(image.pixels()[i] >> shift & 0xFFU);
-      };
-      most = std::max(most, std::abs(channel(left) - channel(right)));
-    }
-    result.greatest = std::max(result.greatest, most);
-    result.pixels += most > shade ? 1 : 0;
-  }
-  return result;
-}
-
 /// Draws views of 48 by 48 points; the window is kept, as it is from frame to frame.
 struct RingPictureTest : ::testing::Test {
   Picture draw(const std::function<void(View::Configuration&)>& look, double progress = 0.3,
@@ -54,20 +28,6 @@ struct RingPictureTest : ::testing::Test {
     window.setContentView(view);
     window.displayIfNeeded();
     return window.snapshot();
-  }
-
-  void expectGolden(const std::string& name, const Picture& drawn) {
-    ASSERT_TRUE(drawn);
-    const auto file = std::string(VELLORO_GOLDEN "/").append(name).append(".png");
-    const auto bytes = NSFileManager::contents(file).value_or("");
-    const auto golden = CGImage::fromPNG(std::as_bytes(std::span(bytes)));
-    const bool fits = golden && (*golden)->width() == drawn->width();
-    const Difference found = fits ? difference(**golden, *drawn) : Difference{255, 1 << 20};
-    if (found.pixels <= 12 && found.greatest <= 64) return;
-    const auto actual = ::testing::TempDir() + name + ".png";
-    (void)NSFileManager::write(drawn->pngData()->text(), actual);
-    ADD_FAILURE() << file << " differs from " << actual << " in " << found.pixels
-                  << " pixels, by at most " << found.greatest;
   }
 
   VirtualEnvironment environment;

@@ -64,7 +64,6 @@ Table askedKeys() {
   add(titleInModeKey);
   for (const LocalizedKey& key : chart_text::all) add(key);
   for (const LocalizedKey& key : picture_text::all) add(key);
-  for (const auto& row : picture_text::success) add(row.key);
   for (const LocalizedKey& key : title_text::all) add(key);
   for (const LocalizedKey& key : checkable_task_text::all) add(key);
   for (const LocalizedKey& key : notification_text::all) add(key);

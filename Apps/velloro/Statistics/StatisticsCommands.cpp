@@ -7,8 +7,10 @@
 #include "Tasks/Status/TaskSnapshot.h"
 #include "VelloroPictures/CalendarDrawing.h"
 #include "VelloroPictures/GraphPicture.h"
+#include "VelloroPictures/ReportPage.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/TaskArgument.h"
+#include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Statistics/Blocks.h"
 #include "velloro/Statistics/CalendarReport.h"
@@ -237,7 +239,39 @@ void addJSON(CLI::App& command, bool& json) {
   command.add_flag("--json", json, "Prints JSON")->disable_flag_override();
 }
 
+struct ReportOptions {
+  std::string file;
+};
+
+void runReport(const ReportOptions& options) {
+  const Date now = Date::now();
+  const HostStore store;
+  ReportPage page{.light = usualStyle(false), .dark = usualStyle(true)};
+  PeriodCloser closer(store.context(), now);
+  for (const auto& task : store.tasks(activeStatuses)) {
+    closer.foresee(*task);
+    const auto snapshot = TaskSnapshot::of(*task, now);
+    page.tasks.push_back({.card = cardOf(snapshot, {}),
+                          .year = yearOf(snapshot, snapshot.standing.today().y),
+                          .color = styleOf(*task, false).accent});
+  }
+  writeFile(page.html(), options.file, "FILE");
+}
+
 }  // namespace
+
+void addReportCommand(CLI::App& app) {
+  auto options = std::make_shared<ReportOptions>();
+  CLI::App* command = app.add_subcommand("report", "Draws all tasks on one page of HTML");
+  command->add_option("file", options->file, "The file to write; - is the standard output")
+      ->type_name("FILE")
+      ->required();
+  command->footer(
+      "The page needs no other file, and is light or dark as the screen is.\n\n"
+      "Example:\n"
+      "  velloro report habits.html");
+  command->callback([options] { runReport(*options); });
+}
 
 void addStatsCommand(CLI::App& app) {
   auto options = std::make_shared<StatsOptions>();

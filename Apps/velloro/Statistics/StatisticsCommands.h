@@ -12,5 +12,7 @@ void addStatsCommand(CLI::App& app);
 void addCalendarCommand(CLI::App& app);
 /// `velloro graph`: values laid out as a line.
 void addGraphCommand(CLI::App& app);
+/// `velloro report`: all tasks on one page.
+void addReportCommand(CLI::App& app);
 
 }  // namespace velloro

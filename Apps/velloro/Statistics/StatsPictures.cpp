@@ -76,6 +76,7 @@ OverviewPicture::Row overviewRowOf(const TaskSnapshot& task, const StatsRequest&
           .streak =
               stats.streak.localizedWithMeasurementDuration(stats.allTimeChart.measurementDuration),
           .success = ratesOf(task).longTerm,
+          .measurementDuration = stats.allTimeChart.measurementDuration,
           .data = stats.allTimeChart.data};
 }
 
