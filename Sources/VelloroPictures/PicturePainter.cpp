@@ -18,26 +18,22 @@ namespace {
 constexpr double top = 270;
 constexpr double ringWidth = 0.13;  // per diameter
 
-std::shared_ptr<TextLayout> layoutOf(const std::string& text, const PicturePainter::Text& look,
-                                     const PictureStyle& style) {
-  const auto direction =
-      style.isRightToLeft() ? NSWritingDirection::rightToLeft : NSWritingDirection::leftToRight;
-  return TextLayout::make(
-      NSAttributedString(text, {.font = UIFont::system(look.fontSize, look.weight),
-                                .color = look.color,
-                                .writingDirection = direction}));
+/// In the direction of its own letters: a title may be in another language than the program.
+std::shared_ptr<TextLayout> layoutOf(const std::string& text, const PicturePainter::Text& look) {
+  return TextLayout::make(NSAttributedString(
+      text, {.font = UIFont::system(look.fontSize, look.weight), .color = look.color}));
 }
 
 /// As much of the text as fits.
 std::shared_ptr<TextLayout> fitted(std::string_view text, double width,
-                                   const PicturePainter::Text& look, const PictureStyle& style) {
-  auto layout = layoutOf(std::string(text), look, style);
+                                   const PicturePainter::Text& look) {
+  auto layout = layoutOf(std::string(text), look);
   if (!layout || layout->size().width <= width) return layout;
   const auto characters = graphemes(text);
   const auto shortened = [&](std::size_t count) {
     std::string part;
     for (std::size_t i = 0; i < count; ++i) part += characters[i];
-    return layoutOf(part + "…", look, style);
+    return layoutOf(part + "…", look);
   };
   std::size_t fits = 0, tooLong = characters.size();
   while (fits + 1 < tooLong) {
@@ -133,7 +129,7 @@ void PicturePainter::ring(CGPoint center, double diameter, double share) {
 
 void PicturePainter::write(std::string_view text, CGRect rect, const Text& look) {
   if (text.empty()) return;
-  const auto layout = fitted(text, rect.size.width, look, style_);
+  const auto layout = fitted(text, rect.size.width, look);
   if (!layout) return;
   const auto [width, height] = layout->size();
   double x = rect.origin.x;

@@ -36,7 +36,8 @@ figcaption{color:var(--label);font-size:.8rem;margin-bottom:.35rem}
 .missed,.area{fill:var(--accent);fill-opacity:.2}
 .empty{fill:var(--faint)}
 .open{fill:var(--faint);stroke:var(--accent)}
-text{fill:var(--label);font-size:10px;text-anchor:middle}
+text{fill:var(--label);font-size:8px;text-anchor:middle}
+@media screen and (max-width:40rem){.pair{grid-template-columns:1fr;gap:0}}
 @media print{main{max-width:none;padding:0}body{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )";
 
