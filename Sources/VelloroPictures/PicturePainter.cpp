@@ -43,6 +43,11 @@ std::shared_ptr<TextLayout> fitted(std::string_view text, double width,
   return shortened(fits);
 }
 
+RuntimeError impossible(CGSize size) {
+  return RuntimeError(
+      stringWithFormat("a picture of %.0f by %.0f points can't be made", size.width, size.height));
+}
+
 }  // namespace
 
 std::string Picture::png(const PictureStyle& style, double scale) const {
@@ -50,17 +55,17 @@ std::string Picture::png(const PictureStyle& style, double scale) const {
     return static_cast<std::size_t>(std::ceil(points * scale));
   };
   const auto context = CGContext::bitmap(pixels(size().width), pixels(size().height));
-  if (!context) throw RuntimeError("the picture can't be made");
+  if (!context) throw impossible(size());
   context->scaleBy(scale, scale);
   draw(*context, style);
   const auto bytes = context->makeImage()->pngData();
-  if (!bytes) throw RuntimeError("the picture can't be made");
+  if (!bytes) throw impossible(size());
   return std::string(bytes->text());
 }
 
 std::string Picture::svg(const PictureStyle& style) const {
   const auto picture = CGVectorPicture::svg(size());
-  if (!picture) throw RuntimeError("the picture can't be made");
+  if (!picture) throw impossible(size());
   draw(picture->context(), style);
   return picture->finish();
 }

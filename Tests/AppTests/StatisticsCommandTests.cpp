@@ -53,6 +53,11 @@ TEST_F(StatisticsCommands, CountWhatTheLogHas) {
   EXPECT_THAT(said("05T12:00", "stats Read"), HasSubstr("done 3 of 4, 75 %, streak 1 (best 2)"));
   expectRefusal("stats Read --period 2024-13" + here("05T12:00"), "--period \"2024-13\"");
 
+  EXPECT_THAT(said("05T12:00", "stats Read --svg - --dark"), HasSubstr("<svg"));
+  EXPECT_THAT(said("05T12:00", "calendar Read --year 2024 --png -"), HasSubstr("PNG"));
+  EXPECT_THAT(said("05T12:00", "report -"), HasSubstr("<h2>Read</h2>"));
+  refuses("05T12:00", "graph --width 50000 --png -", "50000 by 160 points");
+
   const auto month = PropertyList::fromJSON(said("05T12:00", "calendar Read --json"));
   std::string statuses;
   for (const auto& item : *month["sortedPeriods"].array()) {

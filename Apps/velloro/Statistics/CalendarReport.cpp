@@ -36,6 +36,7 @@ std::string CalendarReport::text() const {
   for (const DayOfWeek day : everyDay(firstDayOfWeek)) {
     text += padded(" " + localizedVeryShortTitle(day, locale), columnsOfDay);
   }
+  text.erase(text.find_last_not_of(' ') + 1);
   text += "\n";
   const auto before = of.numberOfDaysInWeekBeforeMonthStarts(firstDayOfWeek);
   text += std::string(static_cast<std::size_t>(before) * columnsOfDay, ' ');
