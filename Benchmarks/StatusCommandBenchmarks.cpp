@@ -1,5 +1,6 @@
 // `velloro status` on a thousand tasks with two years of log, a month and a day after somebody last
-// wrote to them, beside the same on the day on which nothing is to be closed.
+// wrote to them, beside the same on the day on which nothing is to be closed; and `velloro stats`
+// of all of them, beside SQLite reading their rows.
 
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "Foundation/Process/ProcessEnvironment.h"
@@ -15,6 +16,7 @@
 #include <stdexcept>
 
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 namespace velloro {
@@ -82,12 +84,14 @@ class Store {
                              "T12:00:00Z >/dev/null";
     if (std::system(line.c_str()) != 0) throw std::runtime_error(command + " fails");
   }
+  [[nodiscard]] std::filesystem::path file() const {
+    return folder_ / "groups" / "group.velloro.app.today" / "Velloro-CloudKit.sqlite";
+  }
 
  private:
   void fillFile() const {
     NSPersistentContainer container(velloroModelName, velloroModel());
-    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(
-        folder_ / "groups" / "group.velloro.app.today" / "Velloro-CloudKit.sqlite")});
+    container.setPersistentStoreDescriptions({NSPersistentStoreDescription::initWithURL(file())});
     container.loadPersistentStores([](const auto&, const ErrorPtr& error) {
       if (error) throw Error(*error);
     });
@@ -104,14 +108,39 @@ class Store {
                                         ("velloro-status-bench-" + std::to_string(getpid()));
 };
 
-void status(State& state, const char* day) {
+const Store& theStore() {
   static const Store store;
-  for (auto _ : state) store.run("status", day);
+  return store;
+}
+
+void command(State& state, const char* name, const char* day) {
+  const Store& store = theStore();
+  for (auto _ : state) store.run(name, day);
+}
+
+void readRows(State& state) {
+  const std::string file = theStore().file();
+  for (auto _ : state) {
+    sqlite3* database = nullptr;
+    sqlite3_stmt* rows = nullptr;
+    sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_prepare_v2(database,
+                       "SELECT task, entryDate, entryType, createdTimestamp, createdTimeZone "
+                       "FROM TaskLogEntry ORDER BY task, entryDate DESC",
+                       -1, &rows, nullptr);
+    double sum = 0;
+    while (sqlite3_step(rows) == SQLITE_ROW) {
+      for (int column = 0; column < 5; ++column) sum += sqlite3_column_double(rows, column);
+    }
+    benchmark::DoNotOptimize(sum);
+    sqlite3_finalize(rows);
+    sqlite3_close(database);
+  }
 }
 
 [[maybe_unused]] const bool registered = [] {
-  const auto add = [](const char* name, const char* day) {
-    benchmark::RegisterBenchmark(name, [day](State& state) { status(state, day); })
+  const auto add = [](const char* name, const char* day, const char* what = "status") {
+    benchmark::RegisterBenchmark(name, [=](State& state) { command(state, what, day); })
         ->UseRealTime()
         ->Unit(benchmark::kMillisecond);
   };
@@ -119,6 +148,9 @@ void status(State& state, const char* day) {
   add("status_after_30_days_1000/nothing_to_close", "2024-03-07");
   add("status_after_1_day_1000/velloro", "2024-03-08");
   add("status_after_1_day_1000/nothing_to_close", "2024-03-07");
+  add("stats_command_1000/velloro", "2024-03-07", "stats");
+  benchmark::RegisterBenchmark("stats_command_1000/sqlite", readRows)
+      ->Unit(benchmark::kMillisecond);
   return true;
 }();
 
