@@ -12,7 +12,9 @@ namespace platform {
 namespace {
 
 // The texts are apart, since a request that is added again as it was costs no more than its small
-// row then. An attachment whose notification has gone waits in "orphans" until its file is removed.
+// row then. Therefore the pending ones that are removed all at once, as a new plan does, stay with
+// 2 for `isDelivered` until the next time. An attachment whose notification has gone waits in
+// "orphans" until its file is removed.
 constexpr const char* tables[] = {
     "CREATE TABLE notifications (number INTEGER PRIMARY KEY, identifier TEXT NOT NULL, "
     " isDelivered INTEGER NOT NULL, position INTEGER NOT NULL, due INTEGER NOT NULL, "
@@ -185,11 +187,12 @@ Result<void> NotificationRows::add(const UNNotificationRequest& request, Date no
   }
   const std::string text = TRY(textOf(request, "request."));
   const auto number = TRY(connection_->integer(
-      "SELECT number FROM notifications WHERE identifier = ? AND isDelivered = 0",
+      "SELECT number FROM notifications WHERE identifier = ? AND isDelivered != 1",
       request.identifier));
   if (number && TRY(isUnchanged(*number, text))) {
-    return connection_->run("UPDATE notifications SET position = ?, date = ? WHERE number = ?",
-                            ++position_, now.timeIntervalSinceReferenceDate(), *number);
+    return connection_->run(
+        "UPDATE notifications SET isDelivered = 0, position = ?, date = ? WHERE number = ?",
+        ++position_, now.timeIntervalSinceReferenceDate(), *number);
   }
   if (number) TRY(remove(*number));
   TRY(insert(request, text, now));
@@ -243,10 +246,11 @@ Result<void> NotificationRows::removeDelivered(const std::set<std::string>& iden
 }
 
 Result<void> NotificationRows::removeAllPending(Date now) {
-  std::set<std::int64_t> due;
-  for (const Row& row : TRY(dueRows(now))) due.insert(row.number);
-  for (const auto number : TRY(numbers("SELECT number FROM notifications WHERE isDelivered = 0"))) {
-    if (!due.contains(number)) TRY(remove(number));
+  const auto due = TRY(dueRows(now));
+  TRY(connection_->run("DELETE FROM notifications WHERE isDelivered = 2"));
+  TRY(connection_->run("UPDATE notifications SET isDelivered = 2 WHERE isDelivered = 0"));
+  for (const Row& row : due) {
+    TRY(connection_->run("UPDATE notifications SET isDelivered = 0 WHERE number = ?", row.number));
   }
   return {};
 }
