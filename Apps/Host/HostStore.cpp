@@ -64,10 +64,24 @@ StoreUse HostStore::beginWriting() const {
   return *std::move(access);
 }
 
-void HostStore::readSettings() {
+namespace {
+
+/// The tier that other processes change; null where this one does not read it.
+SettingsStorageContainer* cloudSettings() {
   const SettingsStorage& storage = SettingsStorage::shared();
   const bool isCloudRead = !storage.isExtension() && storage.isCloudStored(Setting::startOfDay);
-  if (auto* const cloud = isCloudRead ? storage.cloudStorage() : nullptr) {
+  return isCloudRead ? storage.cloudStorage() : nullptr;
+}
+
+}  // namespace
+
+std::unique_lock<std::recursive_mutex> HostStore::holdSettings() {
+  const auto* const cloud = cloudSettings();
+  return cloud != nullptr ? cloud->holdWrites() : std::unique_lock<std::recursive_mutex>();
+}
+
+void HostStore::readSettings() {
+  if (auto* const cloud = cloudSettings()) {
     if (const auto read = cloud->refresh(); !read) throwUnsaved(read.error());
   }
   Settings::shared().reload();

@@ -13,6 +13,7 @@
 #include <concepts>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -59,6 +60,7 @@ class HostStore {
   template <std::invocable Work>
   auto write(Work&& work) const {
     const StoreUse access = beginWriting();
+    const auto settings = holdSettings();
     using Value = std::invoke_result_t<Work&>;
     auto written = context().performTransaction([&]() -> Result<Value> {
       readSettings();
@@ -80,6 +82,7 @@ class HostStore {
   /// From now on, the store that is then active is read and written.
   [[nodiscard]] StoreUse beginWriting() const;
   void openActiveStore() const;
+  [[nodiscard]] static std::unique_lock<std::recursive_mutex> holdSettings();
   /// Reads the settings as other processes have left them. \throws HostError if they can't be read,
   /// since defaults would be used instead.
   static void readSettings();

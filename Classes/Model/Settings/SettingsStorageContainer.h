@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,6 +73,9 @@ class SettingsStorageContainer {
   [[nodiscard]] virtual bool hasValue(std::string_view key) const;
   /// Reads the values again that the tier keeps in memory. If that fails, they stay as they were.
   virtual Result<void> refresh() { return {}; }
+  /// Keeps the other threads from writing here. Taken before a transaction of the store in which
+  /// this tier is refreshed, since a write here waits for the store.
+  [[nodiscard]] virtual std::unique_lock<std::recursive_mutex> holdWrites() const { return {}; }
   /// Does several writes, all of them or none where the tier can. Fails if they are not kept.
   virtual Result<void> writeTogether(const std::function<void()>& writes) {
     writes();

@@ -54,6 +54,9 @@ class SettingsStorageCoreData final : public SettingsStorageContainer {
   [[nodiscard]] bool hasValue(std::string_view key) const override;
   /// Within a transaction of the view context it reads what that sees.
   Result<void> refresh() override;
+  [[nodiscard]] std::unique_lock<std::recursive_mutex> holdWrites() const override {
+    return std::unique_lock(writing_);
+  }
   /// In one transaction.
   Result<void> writeTogether(const std::function<void()>& writes) override;
   /// Of the last write.
