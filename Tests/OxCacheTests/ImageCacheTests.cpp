@@ -135,7 +135,6 @@ TEST_F(ImageCacheTest, ADamagedFileIsAMiss) {
 
 TEST_F(ImageCacheTest, ProcessesThatWriteOneKeyNeverLeaveATornFile) {
   constexpr std::size_t side = 200;
-  cache.save(plain(red, side), key, false);
   workInProcesses(3, 1, [&](int worker) {
     for (int round = 0; round < 40; ++round) {
       ImageCache mine;
