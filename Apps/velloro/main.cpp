@@ -1,7 +1,6 @@
 #include "DataManager/DataManager.h"
 #include "Foundation/Process/ProcessEnd.h"
 #include "Foundation/Process/Terminal.h"
-#include "Foundation/Text/String.h"
 #include "Foundation/Values/Error.h"
 #include "Host/NotificationUpdates.h"
 #include "Host/TaskWriter.h"
@@ -15,7 +14,7 @@
 #include "velloro/Notifications/RemindCommand.h"
 #include "velloro/Notifications/ReminderCommand.h"
 #include "velloro/Options/Arguments.h"
-#include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/GlobalOptions.h"
 #include "velloro/Pictures/IconsCommand.h"
 #include "velloro/Pictures/RingCommand.h"
@@ -38,9 +37,6 @@
 #include <exception>
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -55,44 +51,11 @@ int complain(std::string_view reason, int exitCode) {
   return exitCode;
 }
 
-/// The innermost command that was written, such as that of "log add".
-const CLI::App& commandOf(const CLI::App& app) {
-  const auto written = app.get_subcommands();
-  return written.empty() ? app : commandOf(*written.front());
-}
-
-std::string fullName(const CLI::App& command) {
-  const CLI::App* outer = command.get_parent();
-  return (outer != nullptr ? fullName(*outer) + " " : "") + command.get_name();
-}
-
 /// A reminder is shown by the extension that the notification centre starts for it.
-std::string usualProcess(const CLI::App& app) {
-  const std::string command = fullName(commandOf(app));
+const char* usualProcess(const std::string& command) {
   const bool shows =
       command == "velloro notification show" || command == "velloro notification act";
   return shows ? "notification" : "app";
-}
-
-/// What is wrong with the command line, and what would be right.
-std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
-  const CLI::App& command = commandOf(app);
-  const std::string name = fullName(command);
-  std::vector<std::string_view> commands;
-  for (const CLI::App* inner : command.get_subcommands([](const auto*) { return true; })) {
-    commands.push_back(inner->get_name());
-  }
-  const auto unexpected = app.remaining(true);
-  const std::string word = unexpected.empty() ? "" : unexpected.front();
-  if (!commands.empty() && !word.empty() && !word.starts_with('-')) {
-    return unknownName("COMMAND", word, "command of " + inQuotes(name), commands).what();
-  }
-  const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-  if (isMissing && !commands.empty() && word.empty()) {
-    return "a command is needed; " + oneOf(commands);
-  }
-  return (word.empty() ? excerpt(error.what()) : cited(word) + ": not expected here") + "; see " +
-         inQuotes(name + " --help");
 }
 
 /// However a command ends, its store is closed and its log written.
@@ -114,10 +77,8 @@ int closeOutput() {
 }
 
 int run(int argumentCount, char** arguments) {
-  CLI::App app("Reminders and records of habits", "velloro");
-  app.set_version_flag("--version", "velloro " VELLORO_VERSION);
-  app.require_subcommand(1);
-  app.fallthrough();
+  CommandLine line("velloro", "Reminders and records of habits", VELLORO_VERSION);
+  const Command app = line.command();
   app.footer("\"velloro COMMAND --help\" describes a command.");
   GlobalOptions global;
   global.addTo(app);
@@ -153,18 +114,14 @@ int run(int argumentCount, char** arguments) {
   SettingsStorage::setCloudContainer(DataManager::sharedCloudContainer);
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
-  app.parse_complete_callback(
-      [&] { Environment::install(new ProcessEnvironment(global.environment(usualProcess(app)))); });
+  const auto installEnvironment = [&](const std::string& command) {
+    Environment::install(new ProcessEnvironment(global.environment(usualProcess(command))));
+  };
   try {
     const Ending ending;
-    app.parse(argumentCount, arguments);
-    NotificationUpdates::shared().bringUpToDate();
+    const bool hasRun = line.run(argumentCount, arguments, installEnvironment);
+    if (hasRun) NotificationUpdates::shared().bringUpToDate();
     return closeOutput();
-  } catch (const CLI::Success& asked) {  // --help, --version
-    app.exit(asked);
-    return closeOutput();
-  } catch (const CLI::ParseError& error) {
-    return complain(complaint(app, error), badUsage);
   } catch (const UsageError& error) {
     return complain(error.what(), badUsage);
   } catch (const ImpossibleTask& error) {

@@ -41,7 +41,7 @@ target_link_libraries(Other PRIVATE Kit)
 add_executable(app main.cpp)
 target_link_libraries(app PRIVATE Other)
 """,
-    "Apps/app/main.cpp": '#include "Other/Other.h"\n\n#include <CLI/CLI.hpp>\n',
+    "Apps/app/main.cpp": '#include "Other/Other.h"\n',
     "Tests/KitTests/CMakeLists.txt": """\
 velloro_test(KitTests KitTests.cpp)
 target_link_libraries(KitTests PRIVATE Kit)
@@ -83,8 +83,8 @@ SPOILED = [
         [("Sources/Kit/Kit.cpp", 2, "belongs in Platform")],
     ),
     (
-        {"Sources/Kit/Kit.cpp": "#include <CLI/CLI.hpp>\n"},
-        [("Sources/Kit/Kit.cpp", 1, "belongs in Apps")],
+        {"Apps/app/main.cpp": '#include "Other/Other.h"\n\n#include <CLI/CLI.hpp>\n'},
+        [("Apps/app/main.cpp", 3, "belongs in Apps/velloro/Options/Command.cpp")],
     ),
     (
         {"Platform/Base/Base.cpp": "#include <gtest/gtest.h>\n"},

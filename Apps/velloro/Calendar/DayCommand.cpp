@@ -3,14 +3,12 @@
 #include "Foundation/Text/String.h"
 #include "velloro/Calendar/DayReport.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/FirstDayOfWeekOption.h"
 #include "velloro/Output/Output.h"
 
-#include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -41,27 +39,23 @@ void run(const DayOptions& options) {
 
 }  // namespace
 
-void addDayCommand(CLI::App& app) {
-  auto options = std::make_shared<DayOptions>();
-  CLI::App* command = app.add_subcommand("day", "Prints the properties of a logical day");
-  auto* day = command->add_option("day", options->day, "The day (default: the one of --at)")
-                  ->type_name("YYYYMMDD");
-  command->add_option("--at", options->at, "The day that contains this instant (default: now)")
-      ->type_name("INSTANT")
-      ->excludes(day);
-  command
-      ->add_option("--start-of-day", options->startOfDay, "When a day begins (default: midnight)")
-      ->type_name("HH:MM:SS");
-  options->firstDayOfWeek.addTo(*command);
-  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
-  command->footer(
+void addDayCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("day", "Prints the properties of a logical day", run);
+  command.option("day", options.day, "YYYYMMDD", "The day (default: the one of --at)");
+  command.option("--at", options.at, "INSTANT", "The day that contains this instant (default: now)")
+      .excludes({"day"});
+  command.option("--start-of-day", options.startOfDay, "HH:MM:SS",
+                 "When a day begins (default: midnight)");
+  options.firstDayOfWeek.addTo(command);
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "velloro --help lists the options of every command: --now, --zone, --locale, --store.\n\n"
       "Examples:\n"
       "  velloro day\n"
       "  velloro day 20240229 --first-day-of-week monday\n"
       "  velloro day --at 2024-03-07T01:59:59Z --start-of-day 03:00:00 --zone Europe/Berlin "
       "--json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

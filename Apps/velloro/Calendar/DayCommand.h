@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro day`: everything about a logical day.
-void addDayCommand(CLI::App& app);
+void addDayCommand(const Command& app);
 
 }  // namespace velloro

@@ -2,15 +2,13 @@
 
 #include "velloro/Calendar/PeriodReport.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/FirstDayOfWeekOption.h"
 #include "velloro/Options/FrequencyOptions.h"
 #include "velloro/Output/Output.h"
 
-#include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -35,28 +33,21 @@ void run(const PeriodOptions& options) {
   print(options.json ? report.json() : report.text());
 }
 
-void addOptions(CLI::App& command, PeriodOptions& options) {
-  options.frequency.addTo(command);
-  command.add_option("--date", options.date, "A day of the period (default: today)")
-      ->type_name("YYYYMMDD");
-  options.firstDayOfWeek.addTo(command);
-  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
-}
-
 }  // namespace
 
-void addPeriodCommand(CLI::App& app) {
-  auto options = std::make_shared<PeriodOptions>();
-  CLI::App* command =
-      app.add_subcommand("period", "Prints the period of a task that contains a day");
-  addOptions(*command, *options);
-  command->footer(modesFooter() +
-                  "\nExamples:\n"
-                  "  velloro period --times 3 --per week\n"
-                  "  velloro period --mode specificDaysOfWeek --days mon,wed,fri --date 20240306\n"
-                  "  velloro period --mode aggregateOverFortnight --date 20000108 "
-                  "--first-day-of-week sunday --json");
-  command->callback([options] { run(*options); });
+void addPeriodCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("period", "Prints the period of a task that contains a day", run);
+  options.frequency.addTo(command);
+  command.option("--date", options.date, "YYYYMMDD", "A day of the period (default: today)");
+  options.firstDayOfWeek.addTo(command);
+  command.json(options.json, "Prints one JSON object");
+  command.footer(modesFooter() +
+                 "\nExamples:\n"
+                 "  velloro period --times 3 --per week\n"
+                 "  velloro period --mode specificDaysOfWeek --days mon,wed,fri --date 20240306\n"
+                 "  velloro period --mode aggregateOverFortnight --date 20000108 "
+                 "--first-day-of-week sunday --json");
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro period`: the period of a task that a day lies in.
-void addPeriodCommand(CLI::App& app);
+void addPeriodCommand(const Command& app);
 
 }  // namespace velloro

@@ -7,14 +7,12 @@
 #include "Tasks/Status/TaskSnapshot.h"
 #include "velloro/Log/HistoryReport.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 
-#include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -39,23 +37,19 @@ void run(const HistoryOptions& options) {
 
 }  // namespace
 
-void addHistoryCommand(CLI::App& app) {
-  auto options = std::make_shared<HistoryOptions>();
-  CLI::App* command =
-      app.add_subcommand("history", "Shows the past periods of a task, and how each ended");
-  addTaskArgument(*command, options->task);
-  command
-      ->add_option("--from", options->from,
-                   "First day (default: the first of the month before the last day's)")
-      ->type_name("YYYYMMDD");
-  command->add_option("--to", options->to, "Last day (default: today)")->type_name("YYYYMMDD");
-  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
-  command->footer(
+void addHistoryCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("history", "Shows the past periods of a task, and how each ended", run);
+  addTaskArgument(command, options.task);
+  command.option("--from", options.from, "YYYYMMDD",
+                 "First day (default: the first of the month before the last day's)");
+  command.option("--to", options.to, "YYYYMMDD", "Last day (default: today)");
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "● done  ✗ missed  – skipped  ◌ allowed  ○ open  · before the task was made\n\n"
       "Examples:\n"
       "  velloro history Read\n"
       "  velloro history Read --from 20240101 --to 20240331 --json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

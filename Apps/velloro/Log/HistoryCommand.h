@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro history`: shows the past periods of a task.
-void addHistoryCommand(CLI::App& app);
+void addHistoryCommand(const Command& app);
 
 }  // namespace velloro

@@ -10,7 +10,7 @@
 #include "velloro/Log/LogReport.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
-#include "velloro/Options/Subcommand.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/StatusReport.h"
@@ -18,13 +18,10 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -225,11 +222,8 @@ void undo(const LogOptions& options) {
         "\n");
 }
 
-using Options = std::shared_ptr<LogOptions>;
-
-void addDay(CLI::App& command, const Options& options) {
-  command.add_option("--date", options->date, "The day of the entry (default: today)")
-      ->type_name("YYYYMMDD");
+void addDay(const Command& command, LogOptions& options) {
+  command.option("--date", options.date, "YYYYMMDD", "The day of the entry (default: today)");
 }
 
 std::string typesFooter() {
@@ -240,43 +234,34 @@ std::string typesFooter() {
   return types;
 }
 
-void addAdd(CLI::App& command, const Options& options) {
-  CLI::App* added = addSubcommand(command, "add", "Writes an entry", options, add);
-  addTaskArgument(*added, options->task);
-  added
-      ->add_option("type", options->type,
-                   "What happened: done, skip, miss or a stored name (default: the next step "
-                   "towards completion; for a habit to avoid, a step towards a miss)")
-      ->type_name("TYPE");
-  addDay(*added, options);
-  added->add_option("--at", options->at, "The instant of the entry (default: now)")
-      ->type_name("INSTANT");
-  added
-      ->add_option("--progress", options->progress,
-                   "The amount in the task's unit (default: a step, or what is left)")
-      ->type_name("AMOUNT");
-  added->footer(typesFooter() +
-                "\nExamples:\n"
-                "  velloro log add Read\n"
-                "  velloro log add \"Drink water\" --progress 2\n"
-                "  velloro log add Read skip --date 20240307");
+void addAdd(const Command& family) {
+  const auto [command, options] = addTaskSubcommand(family, "add", "Writes an entry", add);
+  command.option("type", options.type, "TYPE",
+                 "What happened: done, skip, miss or a stored name (default: the next step "
+                 "towards completion; for a habit to avoid, a step towards a miss)");
+  addDay(command, options);
+  command.option("--at", options.at, "INSTANT", "The instant of the entry (default: now)");
+  command.option("--progress", options.progress, "AMOUNT",
+                 "The amount in the task's unit (default: a step, or what is left)");
+  command.footer(typesFooter() +
+                 "\nExamples:\n"
+                 "  velloro log add Read\n"
+                 "  velloro log add \"Drink water\" --progress 2\n"
+                 "  velloro log add Read skip --date 20240307");
 }
 
-void addList(CLI::App& command, const Options& options) {
-  CLI::App* listed = addSubcommand(command, "list", "Lists entries", options, list);
-  listed
-      ->add_option("task", options->listed,
-                   "One task by title or id, from its oldest entry (default: all tasks that are "
-                   "not deleted, from the newest entry)")
-      ->type_name("TASK");
-  listed->add_option("--from", options->from, "First day")->type_name("YYYYMMDD");
-  listed->add_option("--to", options->to, "Last day")->type_name("YYYYMMDD");
-  listed
-      ->add_option("--since", options->since,
-                   "Only entries of that day or later, or made at that instant or later")
-      ->type_name("YYYYMMDD|INSTANT");
-  listed->add_option("--limit", options->limit, "Only the newest N entries")->type_name("N");
-  listed->footer(
+void addList(const Command& family) {
+  const auto [command, options] = family.subcommand("list", "Lists entries", list);
+  command.json(options.json);
+  command.option("task", options.listed, "TASK",
+                 "One task by title or id, from its oldest entry (default: all tasks that are "
+                 "not deleted, from the newest entry)");
+  command.option("--from", options.from, "YYYYMMDD", "First day");
+  command.option("--to", options.to, "YYYYMMDD", "Last day");
+  command.option("--since", options.since, "YYYYMMDD|INSTANT",
+                 "Only entries of that day or later, or made at that instant or later");
+  command.option("--limit", options.limit, "N", "Only the newest N entries");
+  command.footer(
       "Examples:\n"
       "  velloro log list Read\n"
       "  velloro log list --since 20240301 --limit 20");
@@ -284,18 +269,13 @@ void addList(CLI::App& command, const Options& options) {
 
 }  // namespace
 
-void addLogCommand(CLI::App& app) {
-  auto options = std::make_shared<LogOptions>();
-  CLI::App* command = app.add_subcommand("log", "Writes, lists and removes entries of the log");
-  command->require_subcommand(1);
-  command->fallthrough();
-
-  addAdd(*command, options);
-  addList(*command, options);
-  CLI::App* undone =
-      addSubcommand(*command, "undo", "Removes the newest entry made by hand", options, undo);
-  addTaskArgument(*undone, options->task);
-  addDay(*undone, options);
+void addLogCommand(const Command& app) {
+  const Command family = app.subcommand("log", "Writes, lists and removes entries of the log");
+  addAdd(family);
+  addList(family);
+  const auto [undoing, options] =
+      addTaskSubcommand(family, "undo", "Removes the newest entry made by hand", undo);
+  addDay(undoing, options);
 }
 
 }  // namespace velloro

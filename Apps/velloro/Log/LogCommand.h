@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro log`: writes, lists and removes entries of the log.
-void addLogCommand(CLI::App& app);
+void addLogCommand(const Command& app);
 
 }  // namespace velloro

@@ -19,16 +19,14 @@
 #include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/NearMatches.h"
-#include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
 
 #include <memory>
 #include <utility>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -200,76 +198,83 @@ void list(const NotificationOptions& options) {
                      : table(lines));
 }
 
-void addLook(CLI::App& command, NotificationOptions& options) {
-  command.add_option("FILE", options.file, "A notification as JSON; - is the standard input")
-      ->required();
-  command.add_option("--width", options.width, "The width in points (default: 320)")
-      ->type_name("POINTS");
-  command.add_option("--scale", options.scale, "Pixels per point (default: 2)")->type_name("N");
-  command.add_flag("--dark", options.dark, "Assumes a dark screen, which some themes follow")
-      ->disable_flag_override();
-  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
+/// A command that shows the notification of a file.
+CommandWithOptions<NotificationOptions> addShowing(const Command& family, const char* name,
+                                                   const char* help,
+                                                   void (*work)(const NotificationOptions&)) {
+  const auto added = family.subcommand(name, help, work);
+  const auto& [command, options] = added;
+  command.option("FILE", options.file, "TEXT", "A notification as JSON; - is the standard input")
+      .required();
+  command.option("--width", options.width, "POINTS", "The width in points (default: 320)");
+  command.option("--scale", options.scale, "N", "Pixels per point (default: 2)");
+  command.flag("--dark", options.dark, "Assumes a dark screen, which some themes follow");
+  command.json(options.json, "Prints one JSON object");
+  return added;
 }
 
-}  // namespace
+void addShow(const Command& family) {
+  const auto [command, options] =
+      addShowing(family, "show", "Shows an expanded notification", show);
+  command.option("--png", options.png, "FILE",
+                 "Draws the notification to a file; - is the standard output");
+}
 
-void addNotificationCommand(CLI::App& app) {
-  auto options = std::make_shared<NotificationOptions>();
-  CLI::App* command =
-      app.add_subcommand("notification", "Makes, shows and lists notifications, and plays answers");
-  command->require_subcommand(1);
-  CLI::App* shown = command->add_subcommand("show", "Shows an expanded notification");
-  addLook(*shown, *options);
-  shown
-      ->add_option("--png", options->png,
-                   "Draws the notification to a file; - is the standard output")
-      ->type_name("FILE");
-  shown->callback([options] { show(*options); });
+void addAct(const Command& family) {
+  const auto [command, options] =
+      addShowing(family, "act", "Plays the effect of an answer, in virtual time", act);
+  command
+      .option("ACTION", options.action, "TEXT",
+              "markAsDone, markAsMissed, snooze, openExternalUrl, sendMessage, or any identifier")
+      .required();
+  command.option("--frames", options.frames, "DIR",
+                 "The folder for the pictures of the animation, 30 per second");
+}
 
-  CLI::App* acted =
-      command->add_subcommand("act", "Plays the effect of an answer, in virtual time");
-  addLook(*acted, *options);
-  acted
-      ->add_option("ACTION", options->action,
-                   "markAsDone, markAsMissed, snooze, openExternalUrl, sendMessage, or any "
-                   "identifier")
-      ->required();
-  acted
-      ->add_option("--frames", options->frames,
-                   "The folder for the pictures of the animation, 30 per second")
-      ->type_name("DIR");
-  acted->callback([options] { act(*options); });
+void addSample(const Command& family) {
+  const auto [command, options] =
+      family.subcommand("sample", "Prints an example of a notification", sample);
+  command.option("NAME", options.sample, "TEXT",
+                 "The name of the example (default: lists the names)");
+}
 
-  CLI::App* sampled = command->add_subcommand("sample", "Prints an example of a notification");
-  sampled->add_option("NAME", options->sample,
-                      "The name of the example (default: lists the names)");
-  sampled->callback([options] { sample(*options); });
-
-  CLI::App* made = command->add_subcommand("make", "Prints a notification of a task");
-  addTaskArgument(*made, options->task);
-  made->add_option("--kind", options->kind, "reminder (default), completion, progress or badge")
-      ->type_name("KIND");
-  made->add_option("--date,--period", options->date, "Day of the reminder (default: today)")
-      ->type_name("YYYYMMDD");
-  WordChoice::addOption(*made, options->seed);
-  made->add_flag("--json", options->json, "Prints the JSON object on one line")
-      ->disable_flag_override();
-  made->footer(
+void addMake(const Command& family) {
+  const auto [command, options] =
+      family.subcommand("make", "Prints a notification of a task", make);
+  addTaskArgument(command, options.task);
+  command.option("--kind", options.kind, "KIND",
+                 "reminder (default), completion, progress or badge");
+  command.option("--date,--period", options.date, "YYYYMMDD",
+                 "Day of the reminder (default: today)");
+  WordChoice::addOption(command, options.seed);
+  command.json(options.json, "Prints the JSON object on one line");
+  command.footer(
       "Prints the content as \"notification show\" reads it, with the \"identifier\" of the "
       "request\n"
       "and its \"trigger\", the instant in UTC; without a trigger it is due at once.\n\n"
       "Examples:\n"
       "  velloro notification make Read --seed 7 > read.json\n"
       "  velloro notification make Read --date 20240309 --json");
-  made->callback([options] { make(*options); });
+}
 
-  CLI::App* listed = addSubcommand(
-      *command, "list", "Lists what the notification centre holds, by time", options, list);
-  listed
-      ->add_flag("--delivered", options->delivered,
-                 "What was delivered, instead of what is pending")
-      ->disable_flag_override();
-  command->footer(
+void addList(const Command& family) {
+  const auto [command, options] =
+      family.subcommand("list", "Lists what the notification centre holds, by time", list);
+  command.json(options.json);
+  command.flag("--delivered", options.delivered, "What was delivered, instead of what is pending");
+}
+
+}  // namespace
+
+void addNotificationCommand(const Command& app) {
+  const Command family =
+      app.subcommand("notification", "Makes, shows and lists notifications, and plays answers");
+  addShow(family);
+  addAct(family);
+  addSample(family);
+  addMake(family);
+  addList(family);
+  family.footer(
       "Examples:\n"
       "  velloro notification sample partial > partial.json\n"
       "  velloro notification show partial.json --png partial.png --width 390\n"

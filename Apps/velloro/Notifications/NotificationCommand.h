@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro notification`: what a reminder looks like when it is expanded, and what an answer does.
-void addNotificationCommand(CLI::App& app);
+void addNotificationCommand(const Command& app);
 
 }  // namespace velloro

@@ -7,13 +7,11 @@
 #include "Settings/SiriExtensionUtilities.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 
-#include <memory>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -57,19 +55,16 @@ void remind(const RemindOptions& options) {
 
 }  // namespace
 
-void addRemindCommand(CLI::App& app) {
-  auto options = std::make_shared<RemindOptions>();
-  CLI::App* command = app.add_subcommand("remind", "Sends one reminder of a task at an instant");
-  addTaskArgument(*command, options->task);
-  command->add_option("--at", options->at, "When it comes: an instant to come")
-      ->type_name("INSTANT")
-      ->required();
-  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
-  command->footer(
+void addRemindCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("remind", "Sends one reminder of a task at an instant", remind);
+  addTaskArgument(command, options.task);
+  command.option("--at", options.at, "INSTANT", "When it comes: an instant to come").required();
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "It comes once, beside the task's other reminders, and can't be taken back.\n\n"
       "Example:\n"
       "  velloro remind Read --at 2024-03-07T18:00:00+01:00");
-  command->callback([options] { remind(*options); });
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro remind`: one reminder of a task at an instant, as a voice assistant adds it.
-void addRemindCommand(CLI::App& app);
+void addRemindCommand(const Command& app);
 
 }  // namespace velloro

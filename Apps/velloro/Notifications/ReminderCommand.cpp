@@ -11,19 +11,16 @@
 #include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/ReminderArguments.h"
-#include "velloro/Options/Subcommand.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -173,51 +170,42 @@ void setMode(const ReminderOptions& options) {
   });
 }
 
-using Options = std::shared_ptr<ReminderOptions>;
-
-void addWords(CLI::App& command, const Options& options) {
-  CLI::App* told = addSubcommand(
-      command, "words",
-      "Lists all that a reminder of a task could say, in the order in which it is tried", options,
-      words);
-  addTaskArgument(*told, options->task);
-  told->add_option("--date", options->date, "Day of the reminder (default: today)")
-      ->type_name("YYYYMMDD");
-  WordChoice::addOption(*told, options->seed);
-  told->footer(
+void addWords(const Command& family) {
+  const auto [command, options] = addTaskSubcommand(
+      family, "words",
+      "Lists all that a reminder of a task could say, in the order in which it is tried", words);
+  command.option("--date", options.date, "YYYYMMDD", "Day of the reminder (default: today)");
+  WordChoice::addOption(command, options.seed);
+  command.footer(
       "The arrow marks the text that the reminder shows.\n\n"
       "Examples:\n"
       "  velloro reminder words Read\n"
       "  velloro reminder words Read --date 20240309 --seed 7 --json");
 }
 
-void addList(CLI::App& command, const Options& options) {
-  CLI::App* listed = addSubcommand(command, "list", "Lists the reminders of a task", options, list);
-  addTaskArgument(*listed, options->task);
-  listed->footer(
-      "Times are those of the task's clock. A muted time is never sent: it says when the task\n"
-      "matters.\n\n"
-      "Examples:\n"
-      "  velloro reminder list Read\n"
-      "  velloro reminder list Read --json");
+void addList(const Command& family) {
+  addTaskSubcommand(family, "list", "Lists the reminders of a task", list)
+      .command.footer(
+          "Times are those of the task's clock. A muted time is never sent: it says when the task\n"
+          "matters.\n\n"
+          "Examples:\n"
+          "  velloro reminder list Read\n"
+          "  velloro reminder list Read --json");
 }
 
-void addAdd(CLI::App& command, const Options& options) {
-  CLI::App* added = addSubcommand(command, "add", "Adds a reminder by time of day", options, add);
-  addTaskArgument(*added, options->task);
-  added
-      ->add_option("time", options->time,
-                   "A time of day, 07:30 or 07:30:15, or a time from now on, +90s, +1m, +1h30m")
-      ->type_name("TIME")
-      ->required();
-  added
-      ->add_option("--days", options->days,
-                   "Days of the week: mon,wed, weekdays, weekends, daily (default: daily)")
-      ->type_name("DAYS");
-  added->add_option("--sound", options->sound, "A sound of its own")->type_name("NAME");
+void addAdd(const Command& family) {
+  const auto [command, options] =
+      addTaskSubcommand(family, "add", "Adds a reminder by time of day", add);
+  command
+      .option("time", options.time, "TIME",
+              "A time of day, 07:30 or 07:30:15, or a time from now on, +90s, +1m, +1h30m")
+      .required();
+  command.option("--days", options.days, "DAYS",
+                 "Days of the week: mon,wed, weekdays, weekends, daily (default: daily)");
+  command.option("--sound", options.sound, "NAME", "A sound of its own");
   std::vector<std::string_view> sounds;
   for (const SoundEffect effect : sortedEffects) sounds.push_back(rawValue(effect));
-  added->footer(
+  command.footer(
       "Of a task with automatic reminders, the times are kept as its own, and the mode becomes\n"
       "custom. A time from now on comes at that moment, whatever the other days are.\n\n"
       "Sounds: " +
@@ -228,15 +216,13 @@ void addAdd(CLI::App& command, const Options& options) {
       "  velloro reminder add Read +1m");
 }
 
-void addRemove(CLI::App& command, const Options& options) {
-  CLI::App* removed = addSubcommand(command, "remove", "Removes a reminder", options, remove);
-  addTaskArgument(*removed, options->task);
-  removed
-      ->add_option("reminder", options->reminder,
-                   "Its time of day, its id, or the beginning of its id")
-      ->type_name("REMINDER")
-      ->required();
-  removed->footer(
+void addRemove(const Command& family) {
+  const auto [command, options] = addTaskSubcommand(family, "remove", "Removes a reminder", remove);
+  command
+      .option("reminder", options.reminder, "REMINDER",
+              "Its time of day, its id, or the beginning of its id")
+      .required();
+  command.footer(
       "Without one of its automatic times, a task has the others as its own, and the mode\n"
       "becomes custom.\n\n"
       "Examples:\n"
@@ -244,18 +230,16 @@ void addRemove(CLI::App& command, const Options& options) {
       "  velloro reminder remove Read 5A0F6C1E");
 }
 
-void addMode(CLI::App& command, const Options& options) {
-  CLI::App* mode =
-      addSubcommand(command, "mode", "Chooses where reminders come from", options, setMode);
-  addTaskArgument(*mode, options->task);
-  mode->add_option("mode", options->mode,
-                   "automatic: learned from the log; custom: the task's own; none")
-      ->type_name("MODE")
-      ->required();
-  mode->add_option("--time-sensitive", options->timeSensitive,
-                   "Whether reminders may interrupt who wants no interruption: on or off")
-      ->type_name("ON|OFF");
-  mode->footer(
+void addMode(const Command& family) {
+  const auto [command, options] =
+      addTaskSubcommand(family, "mode", "Chooses where reminders come from", setMode);
+  command
+      .option("mode", options.mode, "MODE",
+              "automatic: learned from the log; custom: the task's own; none")
+      .required();
+  command.option("--time-sensitive", options.timeSensitive, "ON|OFF",
+                 "Whether reminders may interrupt who wants no interruption: on or off");
+  command.footer(
       "From automatic to custom, the times are kept. Automatic and none give up times of the\n"
       "task's own with the next plan.\n\n"
       "Examples:\n"
@@ -265,17 +249,14 @@ void addMode(CLI::App& command, const Options& options) {
 
 }  // namespace
 
-void addReminderCommand(CLI::App& app) {
-  auto options = std::make_shared<ReminderOptions>();
-  CLI::App* command =
-      app.add_subcommand("reminder", "Lists and changes reminders, and shows what they say");
-  command->require_subcommand(1);
-  command->fallthrough();
-  addList(*command, options);
-  addAdd(*command, options);
-  addRemove(*command, options);
-  addMode(*command, options);
-  addWords(*command, options);
+void addReminderCommand(const Command& app) {
+  const Command family =
+      app.subcommand("reminder", "Lists and changes reminders, and shows what they say");
+  addList(family);
+  addAdd(family);
+  addRemove(family);
+  addMode(family);
+  addWords(family);
 }
 
 }  // namespace velloro

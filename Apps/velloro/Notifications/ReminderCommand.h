@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro reminder`: the reminders of a task, and what they say.
-void addReminderCommand(CLI::App& app);
+void addReminderCommand(const Command& app);
 
 }  // namespace velloro

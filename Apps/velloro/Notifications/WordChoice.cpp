@@ -2,16 +2,14 @@
 
 #include "Foundation/Process/Environment.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 
 #include <random>
 
-#include <CLI/CLI.hpp>
-
 namespace velloro::WordChoice {
 
-void addOption(CLI::App& command, std::optional<std::string>& seed) {
-  command.add_option("--seed", seed, "Choose the words by this number, and not at random")
-      ->type_name("N");
+void addOption(const Command& command, std::optional<std::string>& seed) {
+  command.option("--seed", seed, "N", "Choose the words by this number, and not at random");
 }
 
 std::function<std::uint64_t()> argument(const std::optional<std::string>& seed) {

@@ -3,8 +3,7 @@
 #include "Foundation/Text/Locale.h"
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
-
-#include <CLI/CLI.hpp>
+#include "velloro/Options/Command.h"
 
 namespace velloro {
 namespace {
@@ -13,8 +12,8 @@ constexpr const char* name = "--first-day-of-week";
 
 }  // namespace
 
-void FirstDayOfWeekOption::addTo(CLI::App& command) {
-  command.add_option(name, text, "When a week begins (default: the locale's)")->type_name("DAY");
+void FirstDayOfWeekOption::addTo(const Command& command) {
+  command.option(name, text, "DAY", "When a week begins (default: the locale's)");
 }
 
 DayOfWeek FirstDayOfWeekOption::value(DayMode mode, const FrequencyOptions& chosen) const {

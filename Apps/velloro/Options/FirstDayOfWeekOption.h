@@ -6,17 +6,15 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
+
+class Command;
 
 /// `--first-day-of-week DAY`, of the commands that count weeks.
 struct FirstDayOfWeekOption {
   std::optional<std::string> text;
 
-  void addTo(CLI::App& command);
+  void addTo(const Command& command);
   /// The given day, or the locale's. \throws UsageError
   [[nodiscard]] DayOfWeek value() const;
   /// The same for a task of that mode. \throws UsageError, also where the mode makes no use of it.

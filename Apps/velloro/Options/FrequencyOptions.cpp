@@ -2,9 +2,8 @@
 
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/EveryArgument.h"
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -15,31 +14,34 @@ UsageError incomplete(const char* name, const std::string& text, const std::stri
 
 }  // namespace
 
-void FrequencyOptions::addTo(CLI::App& command, const TaskFrequency& base) {
-  const auto add = [&](const char* name, auto& value, const char* placeholder,
-                       const std::string& help) {
-    return command.add_option(name, value, help)->type_name(placeholder);
-  };
+void FrequencyOptions::addTo(const Command& command, const TaskFrequency& base) {
   const auto byDefault = [](const char* text, std::int64_t count) {
     return std::string(text) + " (default: " + std::to_string(count) + ")";
   };
-  auto* often = add("--every", every, "WHEN",
-                    "Weekdays as mon,wed,fri, or an interval: day, weekday, 3d, \"2 weeks\"");
-  auto* count = add("--times", times, "N",
-                    byDefault("Completed days per period, or steps of a day", base.numCompletions));
-  auto* sum = add("--total", total, "N", "One total over the period of --per: steps, or a target");
-  auto* span = add("--per", per, "PERIOD",
-                   "The period of --times or --total: day, week, fortnight, month or year");
-  auto* weekdays = add("--days", days, "DAY,DAY…", "Weekdays, such as mon,wed (default: all)");
-  auto* gap = add("--interval", interval, "N",
-                  byDefault("Days from one completion to the next", base.dayInterval));
-  auto* stored = add("--mode", mode, "MODE",
-                     "How the task recurs, by its stored name, such as numberOfDaysInWeek");
-  add("--partial", partial, "N",
-      byDefault("Steps that make a completion", base.numPartialCompletions));
-  for (auto* other : {count, sum, span, weekdays, gap, stored}) often->excludes(other);
-  for (auto* other : {count, weekdays, gap, stored}) sum->excludes(other);
-  for (auto* other : {gap, stored}) span->excludes(other);
+  command.option("--every", every, "WHEN",
+                 "Weekdays as mon,wed,fri, or an interval: day, weekday, 3d, \"2 weeks\"");
+  command
+      .option("--times", times, "N",
+              byDefault("Completed days per period, or steps of a day", base.numCompletions))
+      .excludes({"--every"});
+  command.option("--total", total, "N", "One total over the period of --per: steps, or a target")
+      .excludes({"--every", "--times"});
+  command
+      .option("--per", per, "PERIOD",
+              "The period of --times or --total: day, week, fortnight, month or year")
+      .excludes({"--every"});
+  command.option("--days", days, "DAY,DAY…", "Weekdays, such as mon,wed (default: all)")
+      .excludes({"--every", "--total"});
+  command
+      .option("--interval", interval, "N",
+              byDefault("Days from one completion to the next", base.dayInterval))
+      .excludes({"--every", "--total", "--per"});
+  command
+      .option("--mode", mode, "MODE",
+              "How the task recurs, by its stored name, such as numberOfDaysInWeek")
+      .excludes({"--every", "--total", "--per"});
+  command.option("--partial", partial, "N",
+                 byDefault("Steps that make a completion", base.numPartialCompletions));
 }
 
 TaskFrequency FrequencyOptions::over(TaskFrequency base, bool isTotalTarget) const {

@@ -6,11 +6,9 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
+
+class Command;
 
 /// `--every`, `--times`, `--total`, `--per`, `--days`, `--interval`, `--mode` and `--partial`: how
 /// often a task is due.
@@ -18,7 +16,7 @@ struct FrequencyOptions {
   std::optional<std::string> every, times, total, per, days, interval, mode, partial;
 
   /// `base` is what holds where an option is left out, as its help says.
-  void addTo(CLI::App& command, const TaskFrequency& base = TaskFrequency::defaultFrequency);
+  void addTo(const Command& command, const TaskFrequency& base = TaskFrequency::defaultFrequency);
   /// Whether any option says how the task recurs, not only in how many steps.
   [[nodiscard]] bool areRecurring() const {
     return every || times || total || per || days || interval || mode;

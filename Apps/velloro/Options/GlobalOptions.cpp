@@ -2,11 +2,10 @@
 
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 
 #include <string_view>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -37,25 +36,15 @@ std::string bundleIdentifier(const std::string& process) {
 
 }  // namespace
 
-void GlobalOptions::addTo(CLI::App& app) {
-  const std::string group = "Options of every command";
-  app.add_option("--store", store, "The folder of the store (default: the XDG data folder)")
-      ->type_name("DIR")
-      ->group(group);
-  app.add_option("--now", now, "Use this instant as the current time")
-      ->type_name("INSTANT")
-      ->group(group);
-  app.add_option("--zone", zone, "Use this time zone instead of the device's")
-      ->type_name("ID")
-      ->group(group);
-  app.add_option("--process", process,
-                 "Run in the place of that program: app (default), today, widget, siri, siriui, "
-                 "notification (default where a reminder is shown) or deviceactivity")
-      ->type_name("NAME")
-      ->group(group);
-  app.add_option("--locale", locale, "Use this locale instead of the device's, such as de_DE")
-      ->type_name("ID")
-      ->group(group);
+void GlobalOptions::addTo(const Command& app) {
+  const Command every = app.group("Options of every command");
+  every.option("--store", store, "DIR", "The folder of the store (default: the XDG data folder)");
+  every.option("--now", now, "INSTANT", "Use this instant as the current time");
+  every.option("--zone", zone, "ID", "Use this time zone instead of the device's");
+  every.option("--process", process, "NAME",
+               "Run in the place of that program: app (default), today, widget, siri, siriui, "
+               "notification (default where a reminder is shown) or deviceactivity");
+  every.option("--locale", locale, "ID", "Use this locale instead of the device's, such as de_DE");
 }
 
 ProcessEnvironment::Options GlobalOptions::environment(const std::string& usualProcess) const {

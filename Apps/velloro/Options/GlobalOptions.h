@@ -6,11 +6,9 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
+
+class Command;
 
 /// The options of every command. They replace what it gets from outside, so that every answer can
 /// be reproduced.
@@ -21,7 +19,7 @@ struct GlobalOptions {
   std::optional<std::string> locale;
   std::optional<std::string> process;
 
-  void addTo(CLI::App& app);
+  void addTo(const Command& app);
   /// \param usualProcess The process in whose place the command runs without `--process`.
   /// \throws UsageError
   [[nodiscard]] ProcessEnvironment::Options environment(const std::string& usualProcess) const;

@@ -9,8 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace velloro {
 namespace {
 
@@ -46,10 +44,8 @@ UsageError unknownTask(const std::string& name,
 
 }  // namespace
 
-void addTaskArgument(CLI::App& command, std::string& text) {
-  command.add_option("task", text, "Its title, its id, or the beginning of its id")
-      ->type_name("TASK")
-      ->required();
+void addTaskArgument(const Command& command, std::string& text) {
+  command.option("task", text, "TASK", "Its title, its id, or the beginning of its id").required();
 }
 
 std::shared_ptr<TaskEntity> taskArgument(const HostStore& store, const std::string& name) {

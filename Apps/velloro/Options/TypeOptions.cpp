@@ -2,18 +2,16 @@
 
 #include "Foundation/Text/String.h"
 #include "velloro/Options/Arguments.h"
-
-#include <CLI/CLI.hpp>
+#include "velloro/Options/Command.h"
 
 namespace velloro {
 
-void TypeOptions::addTo(CLI::App& command) {
-  const auto add = [&](const char* name, auto& value, const char* placeholder, const char* help) {
-    command.add_option(name, value, help)->type_name(placeholder);
-  };
-  add("--type", type, "TYPE", "An automatic type's stored name (default: none)");
-  add("--target", target, "AMOUNT", "The target, a time of day as 22:00:00 (default: the type's)");
-  add("--unit", unit, "UNIT", "The target's unit (default: the type's)");
+Option TypeOptions::addTo(const Command& command) {
+  command.option("--type", type, "TYPE", "An automatic type's stored name (default: none)");
+  const Option amount = command.option(
+      "--target", target, "AMOUNT", "The target, a time of day as 22:00:00 (default: the type's)");
+  command.option("--unit", unit, "UNIT", "The target's unit (default: the type's)");
+  return amount;
 }
 
 std::optional<AutomaticTaskType> TypeOptions::value(

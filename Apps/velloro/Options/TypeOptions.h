@@ -5,18 +5,18 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
+
+class Command;
+class Option;
 
 /// `--type`, `--target` and `--unit`: what completes an automatic task.
 struct TypeOptions {
   std::optional<std::string> type, target, unit;
   const char* targetName = "--target";  ///< The option that gave the target, for error messages.
 
-  void addTo(CLI::App& command);
+  /// Returns that of the target.
+  Option addTo(const Command& command);
   /// Absent without a `--type`; its own target and unit where none is given.
   /// \param per The period in which the target is to be reached, where it is known.
   /// \throws UsageError

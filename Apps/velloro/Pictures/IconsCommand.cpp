@@ -4,14 +4,12 @@
 #include "Foundation/Text/String.h"
 #include "OxCheckableTasks/Icons/IconManagerIcon.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/NearMatches.h"
 #include "velloro/Output/Output.h"
 
-#include <memory>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -69,19 +67,16 @@ void run(const IconsOptions& options) {
 
 }  // namespace
 
-void addIconsCommand(CLI::App& app) {
-  auto options = std::make_shared<IconsOptions>();
-  CLI::App* command = app.add_subcommand("icons", "Lists the icons that a task can show");
-  command
-      ->add_option("pattern", options->pattern,
-                   "A part of the names to list, or a group (default: all icons)")
-      ->type_name("PATTERN");
-  command->add_flag("--json", options->json, "Prints JSON");
-  command->footer(
+void addIconsCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("icons", "Lists the icons that a task can show", run);
+  command.option("pattern", options.pattern, "PATTERN",
+                 "A part of the names to list, or a group (default: all icons)");
+  command.json(options.json);
+  command.footer(
       "Examples:\n"
       "  velloro icons water\n"
       "  velloro icons zodiac --json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro icons`: the program's own icons.
-void addIconsCommand(CLI::App& app);
+void addIconsCommand(const Command& app);
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro ring`: draws a task's ring to a PNG file.
-void addRingCommand(CLI::App& app);
+void addRingCommand(const Command& app);
 
 }  // namespace velloro

@@ -2,15 +2,13 @@
 
 #include "Foundation/Coding/JSON.h"
 #include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Pictures/ThemeReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -39,30 +37,26 @@ std::string answer(const ThemesOptions& options) {
   return options.scheme ? reports[0].text() : table(reports);
 }
 
+void run(const ThemesOptions& options) {
+  print(answer(options));
+}
+
 }  // namespace
 
-void addThemesCommand(CLI::App& app) {
-  auto options = std::make_shared<ThemesOptions>();
-  CLI::App* command = app.add_subcommand("themes", "Lists the colour schemes of pages and rings");
-  command
-      ->add_option("scheme", options->scheme,
-                   "One scheme, with the colours of a ring in every mode and status (default: a "
-                   "table of all schemes)")
-      ->type_name("SCHEME");
-  command
-      ->add_option("--context", options->context,
-                   "Where the ring is shown, such as notification or appleWatch (default: main)")
-      ->type_name("CONTEXT");
-  command->add_flag("--json", options->json, "Prints JSON");
-  command->footer(
+void addThemesCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("themes", "Lists the colour schemes of pages and rings", run);
+  command.option("scheme", options.scheme, "SCHEME",
+                 "One scheme, with the colours of a ring in every mode and status (default: a "
+                 "table of all schemes)");
+  command.option("--context", options.context, "CONTEXT",
+                 "Where the ring is shown, such as notification or appleWatch (default: main)");
+  command.json(options.json);
+  command.footer(
       "Examples:\n"
       "  velloro themes\n"
       "  velloro themes redBlue --context notification\n"
       "  velloro themes --json");
-  command->callback([options] {
-    const std::string text = answer(*options);
-    print(text);
-  });
 }
 
 }  // namespace velloro

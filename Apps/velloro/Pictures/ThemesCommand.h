@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro themes`: the colour schemes and what a ring looks like in them.
-void addThemesCommand(CLI::App& app);
+void addThemesCommand(const Command& app);
 
 }  // namespace velloro

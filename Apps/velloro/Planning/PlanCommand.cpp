@@ -7,17 +7,15 @@
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Planning/PlanReport.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -84,60 +82,46 @@ void badge(const PlanOptions& options) {
                                 : report.text());
 }
 
-void addJsonFlag(CLI::App& command, PlanOptions& options) {
-  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
-}
-
 }  // namespace
 
-void addPlanCommand(CLI::App& app) {
-  auto options = std::make_shared<PlanOptions>();
-  CLI::App* command =
-      app.add_subcommand("plan", "Shows which reminders will come in the next three days, and why");
-  command->add_option("TASK", options->tasks, "Titles or ids of tasks (default: all)");
-  command
-      ->add_flag("--explain", options->explain,
-                 "Says why each day has reminders or none, and where times come from")
-      ->disable_flag_override();
-  command->add_flag("--apply", options->apply, "Schedules all of it in the notification centre")
-      ->disable_flag_override();
-  WordChoice::addOption(*command, options->seed);
-  addJsonFlag(*command, *options);
-  command->footer(
+void addPlanCommand(const Command& app) {
+  const auto [command, options] = app.subcommand(
+      "plan", "Shows which reminders will come in the next three days, and why", plan);
+  command.option("TASK", options.tasks, "TEXT", "Titles or ids of tasks (default: all)");
+  command.flag("--explain", options.explain,
+               "Says why each day has reminders or none, and where times come from");
+  command.flag("--apply", options.apply, "Schedules all of it in the notification centre");
+  WordChoice::addOption(command, options.seed);
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "Without --apply nothing is written anywhere. From the first --apply on, each command that\n"
       "changes something plans again what it has changed.\n\n"
       "Examples:\n"
       "  velloro plan\n"
       "  velloro plan Read --explain\n"
       "  velloro plan --apply");
-  command->callback([options] { plan(*options); });
 }
 
-void addSnoozeCommand(CLI::App& app) {
-  auto options = std::make_shared<PlanOptions>();
-  CLI::App* command = app.add_subcommand(
-      "snooze", "Puts off the newest reminder of a task whose time has come, else the next");
-  addTaskArgument(*command, options->task);
-  command
-      ->add_option("--for", options->duration,
-                   "How long: 90s, 30m, 2h (default: the setting nmSnoozeDuration)")
-      ->type_name("DURATION");
-  addJsonFlag(*command, *options);
-  command->footer(
+void addSnoozeCommand(const Command& app) {
+  const auto [command, options] = app.subcommand(
+      "snooze", "Puts off the newest reminder of a task whose time has come, else the next",
+      snooze);
+  addTaskArgument(command, options.task);
+  command.option("--for", options.duration, "DURATION",
+                 "How long: 90s, 30m, 2h (default: the setting nmSnoozeDuration)");
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "The reminder comes back unless the task is done by then.\n\n"
       "Examples:\n"
       "  velloro snooze Read\n"
       "  velloro snooze Read --for 2h");
-  command->callback([options] { snooze(*options); });
 }
 
-void addBadgeCommand(CLI::App& app) {
-  auto options = std::make_shared<PlanOptions>();
-  CLI::App* command = app.add_subcommand(
-      "badge", "Shows how many tasks are incomplete, and how that changes in the next days");
-  addJsonFlag(*command, *options);
-  command->footer("Examples:\n  velloro badge\n  velloro badge --json");
-  command->callback([options] { badge(*options); });
+void addBadgeCommand(const Command& app) {
+  const auto [command, options] = app.subcommand(
+      "badge", "Shows how many tasks are incomplete, and how that changes in the next days", badge);
+  command.json(options.json, "Prints one JSON object");
+  command.footer("Examples:\n  velloro badge\n  velloro badge --json");
 }
 
 }  // namespace velloro

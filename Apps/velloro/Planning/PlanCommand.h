@@ -1,16 +1,14 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// Adds `plan`, which shows what would be scheduled and why, and schedules it.
-void addPlanCommand(CLI::App& app);
+void addPlanCommand(const Command& app);
 /// Adds `snooze`, which puts off a reminder.
-void addSnoozeCommand(CLI::App& app);
+void addSnoozeCommand(const Command& app);
 /// Adds `badge`, which shows how many tasks are incomplete, and how that will change.
-void addBadgeCommand(CLI::App& app);
+void addBadgeCommand(const Command& app);
 
 }  // namespace velloro

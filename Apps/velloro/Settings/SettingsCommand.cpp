@@ -8,19 +8,16 @@
 #include "Host/StoreSwitch.h"
 #include "OxLog/LogManager.h"
 #include "velloro/Options/Arguments.h"
-#include "velloro/Options/Subcommand.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Settings/DebugLogChoice.h"
 #include "velloro/Settings/SettingRule.h"
 #include "velloro/Settings/SettingsArgument.h"
 #include "velloro/Settings/SettingsReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -108,32 +105,30 @@ void unset(const SettingsOptions& options) {
 
 }  // namespace
 
-void addSettingsCommand(CLI::App& app) {
-  auto options = std::make_shared<SettingsOptions>();
-  CLI::App* command = app.add_subcommand("settings", "Lists, shows and changes the settings");
-  command->require_subcommand(1);
-  const auto addOfOne = [&](const char* name, const char* description,
+void addSettingsCommand(const Command& app) {
+  const Command family = app.subcommand("settings", "Lists, shows and changes the settings");
+  const auto addOfOne = [&](const char* name, const char* help,
                             void (*work)(const SettingsOptions&)) {
-    CLI::App* part = addSubcommand(*command, name, description, options, work);
-    part->add_option("key", options->key, "A setting's name, or the key it is stored under")
-        ->type_name("KEY")
-        ->required();
+    const auto part = family.subcommand(name, help, work);
+    part.command.json(part.options.json);
+    part.command
+        .option("key", part.options.key, "KEY", "A setting's name, or the key it is stored under")
+        .required();
     return part;
   };
-  addSubcommand(*command, "list",
-                "Lists the settings that have a value, with tier, description and default", options,
-                list)
-      ->add_flag("--all", options->all, "Also list settings without a value")
-      ->disable_flag_override();
+  const auto listing = family.subcommand(
+      "list", "Lists the settings that have a value, with tier, description and default", list);
+  listing.command.json(listing.options.json);
+  listing.command.flag("--all", listing.options.all, "Also list settings without a value");
   addOfOne("get", "Shows the value of a setting, and the tier it is read from", showOne);
-  addOfOne("set", "Changes a setting, and shows it as it is then read", set)
-      ->add_option("value", options->value,
-                   "true or false, a number, a text or JSON, by the setting; a start of day also "
-                   "as 4:00 or 04:00:00")
-      ->type_name("VALUE")
-      ->required();
+  const auto setting = addOfOne("set", "Changes a setting, and shows it as it is then read", set);
+  setting.command
+      .option("value", setting.options.value, "VALUE",
+              "true or false, a number, a text or JSON, by the setting; a start of day also as "
+              "4:00 or 04:00:00")
+      .required();
   addOfOne("unset", "Removes the value of a setting", unset);
-  command->footer(
+  family.footer(
       "Tiers: local is this program's own, shared is the copy for its extensions, and cloud is\n"
       "what all devices share.\n\n"
       "Examples:\n"

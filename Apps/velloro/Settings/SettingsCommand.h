@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro settings`: what is set, and in which tier.
-void addSettingsCommand(CLI::App& app);
+void addSettingsCommand(const Command& app);
 
 }  // namespace velloro

@@ -6,17 +6,15 @@
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Statistics/AdviceReport.h"
 #include "velloro/Statistics/NextReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -106,51 +104,40 @@ void runAdvice(const AdviceOptions& options) {
 
 }  // namespace
 
-void addNextCommand(CLI::App& app) {
-  auto options = std::make_shared<NextOptions>();
-  CLI::App* command = app.add_subcommand("next", "Lists what to do next");
-  command->add_flag("--previous", options->isPrevious, "Lists what is done instead")
-      ->disable_flag_override();
-  command->add_option("--order", options->order, "auto: by time; do: as tasks are displayed")
-      ->type_name("ORDER")
-      ->capture_default_str();
-  command->add_option("--from", options->from, "A time of day to go by instead of now")
-      ->type_name("HH:MM");
-  command->add_option("--allowance", options->allowance, "How far from now still counts as now")
-      ->type_name("SECONDS")
-      ->capture_default_str();
+void addNextCommand(const Command& app) {
+  const auto [command, options] = app.subcommand("next", "Lists what to do next", runNext);
+  command.flag("--previous", options.isPrevious, "Lists what is done instead");
+  command.option("--order", options.order, "ORDER", "auto: by time; do: as tasks are displayed")
+      .showsDefault();
+  command.option("--from", options.from, "HH:MM", "A time of day to go by instead of now");
   command
-      ->add_option("--negative", options->negative,
-                   "Where habits to avoid stand: exclude, inline or after")
-      ->type_name("MODE")
-      ->capture_default_str();
-  command->add_flag("--json", options->json, "Prints one JSON object")->disable_flag_override();
-  command->footer(
+      .option("--allowance", options.allowance, "SECONDS", "How far from now still counts as now")
+      .showsDefault();
+  command
+      .option("--negative", options.negative, "MODE",
+              "Where habits to avoid stand: exclude, inline or after")
+      .showsDefault();
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "Examples:\n"
       "  velloro next\n"
       "  velloro next --from 18:00 --negative after --json");
-  command->callback([options] { runNext(*options); });
 }
 
-void addAdviceCommand(CLI::App& app) {
-  auto options = std::make_shared<AdviceOptions>();
-  CLI::App* command = app.add_subcommand("advice", "Tells which tasks to make easier or harder");
-  command->add_option("tasks", options->tasks, "Tasks, by title or id (default: all)")
-      ->type_name("TASK");
-  auto* accepted = command->add_flag("--accept", options->isAccepted, "Makes the change")
-                       ->disable_flag_override();
+void addAdviceCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("advice", "Tells which tasks to make easier or harder", runAdvice);
+  command.option("tasks", options.tasks, "TASK", "Tasks, by title or id (default: all)");
+  command.flag("--accept", options.isAccepted, "Makes the change");
   command
-      ->add_flag("--decline", options->isDeclined,
-                 "Leaves the task; the advice returns on stronger evidence only")
-      ->disable_flag_override()
-      ->excludes(accepted);
-  command->add_flag("--json", options->json, "Prints an array of JSON objects")
-      ->disable_flag_override();
-  command->footer(
+      .flag("--decline", options.isDeclined,
+            "Leaves the task; the advice returns on stronger evidence only")
+      .excludes({"--accept"});
+  command.json(options.json, "Prints an array of JSON objects");
+  command.footer(
       "Examples:\n"
       "  velloro advice\n"
       "  velloro advice Read --accept");
-  command->callback([options] { runAdvice(*options); });
 }
 
 }  // namespace velloro

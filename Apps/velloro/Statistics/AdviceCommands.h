@@ -1,14 +1,12 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro next`: what to do next.
-void addNextCommand(CLI::App& app);
+void addNextCommand(const Command& app);
 /// `velloro advice`: what to make easier or harder.
-void addAdviceCommand(CLI::App& app);
+void addAdviceCommand(const Command& app);
 
 }  // namespace velloro

@@ -9,6 +9,7 @@
 #include "VelloroPictures/GraphPicture.h"
 #include "VelloroPictures/ReportPage.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Output/Output.h"
@@ -20,12 +21,9 @@
 #include "velloro/Statistics/StatsReport.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -207,7 +205,7 @@ void runGraph(const GraphOptions& options) {
   print(blockColumns(shares) + "\n");
 }
 
-void addLayout(CLI::App& command, GraphOptions& options) {
+void addLayout(const Command& command, GraphOptions& options) {
   struct Row {
     const char* name;
     std::string& value;
@@ -225,18 +223,12 @@ void addLayout(CLI::App& command, GraphOptions& options) {
       {"--label-height", options.labelHeight, "The height of the labels' row"},
       {"--font-size", options.fontSize, "The size of the labels"}};
   for (const auto& [name, value, help] : rows) {
-    command.add_option(name, value, help)->type_name("POINTS")->capture_default_str();
+    command.option(name, value, "POINTS", help).showsDefault();
   }
   command
-      .add_option("--padding", options.padding,
-                  "The space inside the edges; one for all, or "
-                  "TOP,LEFT,BOTTOM,RIGHT")
-      ->type_name("POINTS")
-      ->capture_default_str();
-}
-
-void addJSON(CLI::App& command, bool& json) {
-  command.add_flag("--json", json, "Prints JSON")->disable_flag_override();
+      .option("--padding", options.padding, "POINTS",
+              "The space inside the edges; one for all, or TOP,LEFT,BOTTOM,RIGHT")
+      .showsDefault();
 }
 
 struct ReportOptions {
@@ -260,81 +252,64 @@ void runReport(const ReportOptions& options) {
 
 }  // namespace
 
-void addReportCommand(CLI::App& app) {
-  auto options = std::make_shared<ReportOptions>();
-  CLI::App* command = app.add_subcommand("report", "Draws all tasks on one page of HTML");
-  command->add_option("file", options->file, "The file to write; - is the standard output")
-      ->type_name("FILE")
-      ->required();
-  command->footer(
+void addReportCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("report", "Draws all tasks on one page of HTML", runReport);
+  command
+      .option("file", options.file, "FILE", "The file to write; - is the standard output")
+      .required();
+  command.footer(
       "The page needs no other file, and is light or dark as the screen is.\n\n"
       "Example:\n"
       "  velloro report habits.html");
-  command->callback([options] { runReport(*options); });
 }
 
-void addStatsCommand(CLI::App& app) {
-  auto options = std::make_shared<StatsOptions>();
-  CLI::App* command = app.add_subcommand("stats", "Shows how well tasks go");
-  command
-      ->add_option("tasks", options->tasks, "Tasks, by title or id (default: all of them together)")
-      ->type_name("TASK");
-  command
-      ->add_option("--period", options->period,
-                   "allTime, thisYear, thisMonth, a year or a month (default: allTime)")
-      ->type_name("PERIOD");
-  command
-      ->add_option("--points", options->points,
-                   "The most points of the line of all time (default: 30)")
-      ->type_name("N");
-  addJSON(*command, options->json);
-  options->picture.addTo(*command);
-  command->footer(
+void addStatsCommand(const Command& app) {
+  const auto [command, options] = app.subcommand("stats", "Shows how well tasks go", runStats);
+  command.option("tasks", options.tasks, "TASK",
+                 "Tasks, by title or id (default: all of them together)");
+  command.option("--period", options.period, "PERIOD",
+                 "allTime, thisYear, thisMonth, a year or a month (default: allTime)");
+  command.option("--points", options.points, "N",
+                 "The most points of the line of all time (default: 30)");
+  command.json(options.json);
+  options.picture.addTo(command);
+  command.footer(
       "Examples:\n"
       "  velloro stats\n"
       "  velloro stats Read Run --period 2026-03\n"
       "  velloro stats Read --period thisYear --json\n"
       "  velloro stats Read --png card.png --dark");
-  command->callback([options] { runStats(*options); });
 }
 
-void addCalendarCommand(CLI::App& app) {
-  auto options = std::make_shared<CalendarOptions>();
-  CLI::App* command = app.add_subcommand("calendar", "Shows a task's months");
-  addTaskArgument(*command, options->task);
-  auto* month =
-      command->add_option("--month", options->month, "The month to show (default: this month)")
-          ->type_name("YYYY-MM");
-  command->add_option("--year", options->year, "Shows all months of a year")
-      ->type_name("YYYY")
-      ->excludes(month);
-  addJSON(*command, options->json);
-  options->picture.addTo(*command);
-  command->footer(
+void addCalendarCommand(const Command& app) {
+  const auto [command, options] = app.subcommand("calendar", "Shows a task's months", runCalendar);
+  addTaskArgument(command, options.task);
+  command.option("--month", options.month, "YYYY-MM", "The month to show (default: this month)");
+  command.option("--year", options.year, "YYYY", "Shows all months of a year")
+      .excludes({"--month"});
+  command.json(options.json);
+  options.picture.addTo(command);
+  command.footer(
       "● done  ✗ missed  – skipped  ◌ allowed  ○ open  · before the task was made\n\n"
       "Examples:\n"
       "  velloro calendar Read\n"
       "  velloro calendar Read --month 2026-03 --json\n"
       "  velloro calendar Read --year 2026 --svg year.svg");
-  command->callback([options] { runCalendar(*options); });
 }
 
-void addGraphCommand(CLI::App& app) {
-  auto options = std::make_shared<GraphOptions>();
-  CLI::App* command = app.add_subcommand("graph", "Lays values out as a smooth line");
-  command->add_option("--values", options->values, "The values, with commas between them")
-      ->type_name("V,V,…");
-  command->add_option("--max", options->max, "What the top stands for (default: the largest value)")
-      ->type_name("V");
-  command->add_flag("--rtl", options->isRightToLeft, "Runs from right to left")
-      ->disable_flag_override();
-  addLayout(*command, *options);
-  addJSON(*command, options->json);
-  options->picture.addTo(*command);
-  command->footer(
+void addGraphCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("graph", "Lays values out as a smooth line", runGraph);
+  command.option("--values", options.values, "V,V,…", "The values, with commas between them");
+  command.option("--max", options.max, "V", "What the top stands for (default: the largest value)");
+  command.flag("--rtl", options.isRightToLeft, "Runs from right to left");
+  addLayout(command, options);
+  command.json(options.json);
+  options.picture.addTo(command);
+  command.footer(
       "Example:\n"
       "  velloro graph --values 0.1,0.5,0.4,0.9 --width 300 --height 120 --json");
-  command->callback([options] { runGraph(*options); });
 }
 
 }  // namespace velloro

@@ -1,18 +1,16 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro stats`: how tasks go, in numbers.
-void addStatsCommand(CLI::App& app);
+void addStatsCommand(const Command& app);
 /// `velloro calendar`: the months of a task.
-void addCalendarCommand(CLI::App& app);
+void addCalendarCommand(const Command& app);
 /// `velloro graph`: values laid out as a line.
-void addGraphCommand(CLI::App& app);
+void addGraphCommand(const Command& app);
 /// `velloro report`: all tasks on one page.
-void addReportCommand(CLI::App& app);
+void addReportCommand(const Command& app);
 
 }  // namespace velloro

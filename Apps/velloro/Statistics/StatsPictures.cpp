@@ -6,12 +6,11 @@
 #include "Tasks/Status/StoredTaskStatus.h"
 #include "Tasks/Status/TaskSnapshot.h"
 #include "VelloroCore/Log/TaskRecentHistory.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/GrowingFile.h"
 #include "velloro/Statistics/CalendarReport.h"
 
 #include <algorithm>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -25,11 +24,11 @@ TaskRecentHistory ratesOf(const TaskSnapshot& task) {
 
 }  // namespace
 
-void PictureOptions::addTo(CLI::App& command) {
-  command.add_option("--png", png, "Draws a picture into that file; - is the standard output")
-      ->type_name("FILE");
-  command.add_option("--svg", svg, "The same as shapes, for any size")->type_name("FILE");
-  command.add_flag("--dark", isDark, "Draws on a dark ground")->disable_flag_override();
+void PictureOptions::addTo(const Command& command) {
+  command.option("--png", png, "FILE",
+                 "Draws a picture into that file; - is the standard output");
+  command.option("--svg", svg, "FILE", "The same as shapes, for any size");
+  command.flag("--dark", isDark, "Draws on a dark ground");
 }
 
 void PictureOptions::write(const Picture& picture, const PictureStyle& style) const {

@@ -8,18 +8,16 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
+
+class Command;
 
 /// Where a picture goes, and how it looks.
 struct PictureOptions {
   std::optional<std::string> png, svg;
   bool isDark = false;
 
-  void addTo(CLI::App& command);
+  void addTo(const Command& command);
   [[nodiscard]] bool isWanted() const { return png || svg; }
   /// Writes what is wanted. \throws Error
   void write(const Picture& picture, const PictureStyle& style) const;

@@ -1,18 +1,17 @@
 #include "velloro/Store/DemoCommand.h"
 
 #include "Host/Demo.h"
-
-#include <CLI/CLI.hpp>
+#include "velloro/Options/Command.h"
 
 namespace velloro {
 
-void addDemoCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand(
-      "demo", "Fills an empty store with eight example tasks and 120 days of log");
-  command->footer(
+void addDemoCommand(const Command& app) {
+  const Command command =
+      app.subcommand("demo", "Fills an empty store with eight example tasks and 120 days of log");
+  command.footer(
       "Example:\n"
       "  velloro demo --store tryout && velloro status --store tryout");
-  command->callback([] { fillDemoStore(HostStore()); });
+  command.runs([] { fillDemoStore(HostStore()); });
 }
 
 }  // namespace velloro

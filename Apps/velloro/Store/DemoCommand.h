@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro demo`: a store to try things with.
-void addDemoCommand(CLI::App& app);
+void addDemoCommand(const Command& app);
 
 }  // namespace velloro

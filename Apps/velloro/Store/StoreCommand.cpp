@@ -7,15 +7,13 @@
 #include "OxKit/RuntimeError.h"
 #include "Tasks/Rows/VelloroModel.h"
 #include "velloro/Options/Arguments.h"
-#include "velloro/Options/Subcommand.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Store/StoreReport.h"
 
 #include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -95,24 +93,22 @@ void history(const StoreOptions& options) {
 
 }  // namespace
 
-void addStoreCommand(CLI::App& app) {
-  auto options = std::make_shared<StoreOptions>();
-  CLI::App* command =
-      app.add_subcommand("store", "Checks the store of tasks, and shows its history");
-  command->require_subcommand(1);
-  const auto add = [&](const char* name, const char* description,
-                       void (*work)(const StoreOptions&)) {
-    CLI::App* part = addSubcommand(*command, name, description, options, work);
-    part->add_option("file", options->file, "The store (default: the one in the folder of --store)")
-        ->type_name("FILE");
+void addStoreCommand(const Command& app) {
+  const Command family =
+      app.subcommand("store", "Checks the store of tasks, and shows its history");
+  const auto add = [&](const char* name, const char* help, void (*work)(const StoreOptions&)) {
+    const auto part = family.subcommand(name, help, work);
+    part.command.json(part.options.json);
+    part.command.option("file", part.options.file, "FILE",
+                        "The store (default: the one in the folder of --store)");
     return part;
   };
   add("check", "Lists what is wrong with the store; exit code 1 if anything is", check);
   add("stats", "Prints how much the store holds", stats);
-  add("history", "Lists the saves: + inserted, ~ updated, - deleted rows", history)
-      ->add_option("--since", options->since, "Only those after this instant")
-      ->type_name("INSTANT");
-  command->footer(
+  const auto [command, options] =
+      add("history", "Lists the saves: + inserted, ~ updated, - deleted rows", history);
+  command.option("--since", options.since, "INSTANT", "Only those after this instant");
+  family.footer(
       "Examples:\n"
       "  velloro store check\n"
       "  velloro store stats --json\n"

@@ -3,13 +3,11 @@
 #include "Foundation/Process/Interrupts.h"
 #include "Foundation/Process/MainLoop.h"
 #include "Host/HostStore.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Store/WatchReport.h"
 
 #include <cstdio>
-#include <memory>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -44,19 +42,16 @@ void run(const WatchOptions& options) {
 
 }  // namespace
 
-void addWatchCommand(CLI::App& app) {
-  auto options = std::make_shared<WatchOptions>();
-  CLI::App* command = app.add_subcommand(
-      "watch", "Prints what other processes save, as it arrives, until interrupted");
-  command->add_flag("--json", options->json, "Prints one JSON object per line")
-      ->disable_flag_override();
-  command->footer(
+void addWatchCommand(const Command& app) {
+  const auto [command, options] = app.subcommand(
+      "watch", "Prints what other processes save, as it arrives, until interrupted", run);
+  command.json(options.json, "Prints one JSON object per line");
+  command.footer(
       "+ inserted, ~ updated, - deleted rows. Each process has its own place in the store's\n"
       "history; --process chooses whose.\n\n"
       "Examples:\n"
       "  velloro watch\n"
       "  velloro watch --process widget --json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro watch`: what other processes save, as it arrives.
-void addWatchCommand(CLI::App& app);
+void addWatchCommand(const Command& app);
 
 }  // namespace velloro

@@ -5,16 +5,14 @@
 #include "Host/PeriodCloser.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/StatusReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -50,26 +48,19 @@ void run(const StatusOptions& options) {
 
 }  // namespace
 
-void addStatusCommand(CLI::App& app) {
-  auto options = std::make_shared<StatusOptions>();
-  CLI::App* command =
-      app.add_subcommand("status", "Lists the tasks with their state and their streaks");
-  command
-      ->add_option("task", options->task,
-                   "One task, by title or id (default: all that are neither archived nor deleted)")
-      ->type_name("TASK");
-  command->add_option("--date", options->date, "A day of the period to show (default: today)")
-      ->type_name("YYYYMMDD");
-  command
-      ->add_flag("--json", options->json,
-                 "Prints an array of JSON objects, or one object for one TASK")
-      ->disable_flag_override();
-  command->footer(
+void addStatusCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("status", "Lists the tasks with their state and their streaks", run);
+  command.option("task", options.task, "TASK",
+                 "One task, by title or id (default: all that are neither archived nor deleted)");
+  command.option("--date", options.date, "YYYYMMDD",
+                 "A day of the period to show (default: today)");
+  command.json(options.json, "Prints an array of JSON objects, or one object for one TASK");
+  command.footer(
       "○ open  ◔ ◑ ◕ begun  ● done  ✗ missed  – skipped  ◌ allowed\n\n"
       "Examples:\n"
       "  velloro status\n"
       "  velloro status Read --date 20240307 --json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

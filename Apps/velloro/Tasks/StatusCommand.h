@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro status`: lists where tasks stand.
-void addStatusCommand(CLI::App& app);
+void addStatusCommand(const Command& app);
 
 }  // namespace velloro

@@ -8,17 +8,14 @@
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskWriting.h"
 #include "velloro/Options/Arguments.h"
-#include "velloro/Options/Subcommand.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/TaskFieldOptions.h"
 #include "velloro/Tasks/TaskReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -101,67 +98,60 @@ void setStatus(const TaskOptions& options, TaskStatus status, const char* what) 
   printTask(*task, options, what);
 }
 
-using Options = std::shared_ptr<TaskOptions>;
+void addAdd(const Command& family) {
+  const auto [command, options] = family.subcommand("add", "Adds a task", add);
+  command.json(options.json);
+  command.option("title", options.fields.title, "TITLE", "What the task is called").required();
+  options.fields.addTo(command);
+  command.option("--created", options.created, "INSTANT", "When the task was made (default: now)");
+  command.footer(modesFooter() +
+                 "\nExamples:\n"
+                 "  velloro task add Read --every mon,wed,fri --icon book\n"
+                 "  velloro task add \"Water the plants\" --every 3d\n"
+                 "  velloro task add Run --times 3 --per week\n"
+                 "  velloro task add Swim --total 20 --per month\n"
+                 "  velloro task add \"Drink water\" --type hk_water --target 8 --unit cups_us "
+                 "--partial 8\n"
+                 "  velloro task add \"No sweets\" --negative");
+}
 
-void addStatusCommands(CLI::App& command, const Options& options) {
-  struct Row {
-    const char* name;
-    const char* help;
-    void (*work)(const TaskOptions&);
-  };
+void addList(const Command& family) {
+  const auto [command, options] = family.subcommand("list", "Lists the tasks", list);
+  command.json(options.json);
+  command.flag("--all", options.isWhole, "Also list archived and deleted tasks");
+}
+
+void addEdit(const Command& family) {
+  const auto [command, options] = addTaskSubcommand(family, "edit", "Changes a task", edit);
+  command.option("--title", options.fields.title, "TITLE", "The new title");
+  options.fields.addTo(command);
+  command.flag("--positive", options.fields.isPositive, "A habit to keep").excludes({"--negative"});
+}
+
+void addStatusCommands(const Command& family) {
   using enum TaskStatus;
-  constexpr Row rows[] = {
-      {"pause", "Pauses a task: until it is resumed, its periods count as skipped",
-       [](const TaskOptions& o) { setStatus(o, paused, "Paused"); }},
-      {"resume", "Resumes a paused, archived or deleted task",
-       [](const TaskOptions& o) { setStatus(o, normal, "Resumed"); }},
-      {"archive", "Archives a task, with its log",
-       [](const TaskOptions& o) { setStatus(o, archived, "Archived"); }},
-      {"delete", "Moves a task to the trash, from which \"resume\" restores it",
-       [](const TaskOptions& o) { setStatus(o, trashed, "Deleted"); }}};
-  for (const Row& row : rows) {
-    addTaskArgument(*addSubcommand(command, row.name, row.help, options, row.work), options->task);
-  }
+  const auto add = [&](const char* name, const char* help, void (*work)(const TaskOptions&)) {
+    addTaskSubcommand(family, name, help, work);
+  };
+  add("pause", "Pauses a task: until it is resumed, its periods count as skipped",
+      [](const TaskOptions& of) { setStatus(of, paused, "Paused"); });
+  add("resume", "Resumes a paused, archived or deleted task",
+      [](const TaskOptions& of) { setStatus(of, normal, "Resumed"); });
+  add("archive", "Archives a task, with its log",
+      [](const TaskOptions& of) { setStatus(of, archived, "Archived"); });
+  add("delete", "Moves a task to the trash, from which \"resume\" restores it",
+      [](const TaskOptions& of) { setStatus(of, trashed, "Deleted"); });
 }
 
 }  // namespace
 
-void addTaskCommand(CLI::App& app) {
-  auto options = std::make_shared<TaskOptions>();
-  CLI::App* command = app.add_subcommand("task", "Adds, lists and changes tasks");
-  command->require_subcommand(1);
-  command->fallthrough();
-
-  CLI::App* added = addSubcommand(*command, "add", "Adds a task", options, add);
-  added->add_option("title", options->fields.title, "What the task is called")
-      ->type_name("TITLE")
-      ->required();
-  options->fields.addTo(*added);
-  added->add_option("--created", options->created, "When the task was made (default: now)")
-      ->type_name("INSTANT");
-  added->footer(modesFooter() +
-                "\nExamples:\n"
-                "  velloro task add Read --every mon,wed,fri --icon book\n"
-                "  velloro task add \"Water the plants\" --every 3d\n"
-                "  velloro task add Run --times 3 --per week\n"
-                "  velloro task add Swim --total 20 --per month\n"
-                "  velloro task add \"Drink water\" --type hk_water --target 8 --unit cups_us "
-                "--partial 8\n"
-                "  velloro task add \"No sweets\" --negative");
-
-  CLI::App* listed = addSubcommand(*command, "list", "Lists the tasks", options, list);
-  listed->add_flag("--all", options->isWhole, "Also list archived and deleted tasks")
-      ->disable_flag_override();
-  addTaskArgument(*addSubcommand(*command, "show", "Shows a task", options, show), options->task);
-
-  CLI::App* edited = addSubcommand(*command, "edit", "Changes a task", options, edit);
-  addTaskArgument(*edited, options->task);
-  edited->add_option("--title", options->fields.title, "The new title")->type_name("TITLE");
-  options->fields.addTo(*edited);
-  edited->add_flag("--positive", options->fields.isPositive, "A habit to keep")
-      ->disable_flag_override()
-      ->excludes("--negative");
-  addStatusCommands(*command, options);
+void addTaskCommand(const Command& app) {
+  const Command family = app.subcommand("task", "Adds, lists and changes tasks");
+  addAdd(family);
+  addList(family);
+  addTaskSubcommand(family, "show", "Shows a task", show);
+  addEdit(family);
+  addStatusCommands(family);
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro task`: keeps the tasks of the store.
-void addTaskCommand(CLI::App& app);
+void addTaskCommand(const Command& app);
 
 }  // namespace velloro

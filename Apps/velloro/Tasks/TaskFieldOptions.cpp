@@ -5,8 +5,7 @@
 #include "VelloroCore/Frequency/DayModeRules.h"
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
-
-#include <CLI/CLI.hpp>
+#include "velloro/Options/Command.h"
 
 namespace velloro {
 namespace {
@@ -23,26 +22,20 @@ std::optional<T> given(const char* name, const std::optional<std::string>& text,
 
 }  // namespace
 
-void TaskFieldOptions::addTo(CLI::App& command) {
-  const auto add = [&](const char* name, auto& value, const char* placeholder, const char* help) {
-    return command.add_option(name, value, help)->type_name(placeholder);
-  };
+void TaskFieldOptions::addTo(const Command& command) {
   frequency.addTo(command);
-  command.add_flag("--negative", isNegative, "A habit to avoid")->disable_flag_override();
-  type.addTo(command);
-  command.get_option("--target")->excludes("--total");
-  add("--timer", timer, "SECONDS", "The duration of the timer, for each step")
-      ->excludes("--type")
-      ->excludes("--target")
-      ->excludes("--unit");
-  add("--start-of-day", startOfDay, "HH:MM:SS",
-      "When days begin for the task (default: the setting)");
-  add("--first-day-of-week", firstDayOfWeek, "DAY",
-      "When weeks begin for the task (default: the setting)");
-  add("--zone", zone, "ID", "A fixed time zone (default: always that of the device)");
-  add("--icon", icon, "NAME", "The icon; \"velloro icons\" lists them");
-  add("--color", color, "RRGGBB", "The colour (default: that of the theme)");
-  add("--page", page, "N", "The page, 0 to 3");
+  command.flag("--negative", isNegative, "A habit to avoid");
+  type.addTo(command).excludes({"--total"});
+  command.option("--timer", timer, "SECONDS", "The duration of the timer, for each step")
+      .excludes({"--type", "--target", "--unit"});
+  command.option("--start-of-day", startOfDay, "HH:MM:SS",
+                 "When days begin for the task (default: the setting)");
+  command.option("--first-day-of-week", firstDayOfWeek, "DAY",
+                 "When weeks begin for the task (default: the setting)");
+  command.option("--zone", zone, "ID", "A fixed time zone (default: always that of the device)");
+  command.option("--icon", icon, "NAME", "The icon; \"velloro icons\" lists them");
+  command.option("--color", color, "RRGGBB", "The colour (default: that of the theme)");
+  command.option("--page", page, "N", "The page, 0 to 3");
 }
 
 TypeOptions TaskFieldOptions::targetOptions() const {

@@ -17,7 +17,7 @@ struct TaskFieldOptions {
   bool isNegative = false;
   bool isPositive = false;
 
-  void addTo(CLI::App& command);
+  void addTo(const Command& command);
   /// Only what was given. \throws UsageError
   /// \param edited The task that is changed; null for a new one.
   [[nodiscard]] TaskFields fields(const TaskEntity* edited = nullptr) const;

@@ -5,17 +5,15 @@
 #include "OxKit/Numbers.h"
 #include "VelloroCore/Titles/TaskTitleSource.h"
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TypeOptions.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/TitleReport.h"
 
 #include <cmath>
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -81,35 +79,26 @@ void run(const TitleOptions& options) {
   print(options.json ? report.json() : report.text());
 }
 
-void addOptions(CLI::App& command, TitleOptions& options) {
-  options.type.addTo(command);
-  const auto add = [&](const char* name, auto& value, const char* placeholder, const char* help) {
-    command.add_option(name, value, help)->type_name(placeholder);
-  };
-  add("--title", options.title, "TEXT", "The task's own title");
-  add("--partial", options.partial, "N", "Steps that make a completion (default: 1)");
-  add("--progress", options.progress, "P", "The share of the target that is done, 0 to 1");
-  add("--context", options.context, "CONTEXT", "One surface (default: all)");
-  command
-      .add_flag("--negative", options.isNegative, "The task is a habit to stay below the target")
-      ->disable_flag_override();
-  command.add_flag("--json", options.json, "Prints one JSON object")->disable_flag_override();
-}
-
 }  // namespace
 
-void addTitleCommand(CLI::App& app) {
-  auto options = std::make_shared<TitleOptions>();
-  CLI::App* command = app.add_subcommand("title", "Prints a task's title as each surface shows it");
-  addOptions(*command, *options);
-  command->footer(
+void addTitleCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("title", "Prints a task's title as each surface shows it", run);
+  options.type.addTo(command);
+  command.option("--title", options.title, "TEXT", "The task's own title");
+  command.option("--partial", options.partial, "N", "Steps that make a completion (default: 1)");
+  command.option("--progress", options.progress, "P",
+                 "The share of the target that is done, 0 to 1");
+  command.option("--context", options.context, "CONTEXT", "One surface (default: all)");
+  command.flag("--negative", options.isNegative, "The task is a habit to stay below the target");
+  command.json(options.json, "Prints one JSON object");
+  command.footer(
       "The title shows what is left of the current completion. \"velloro types\" lists the "
       "types.\n\n"
       "Examples:\n"
       "  velloro title --type hk_water --target 8 --unit cups_us --title \"Drink water\"\n"
       "  velloro title --type timer --target 600 --unit seconds --title Read --progress 0.98\n"
       "  velloro title --type hk_dietary_sugar --negative --context voiceOver --locale pl_PL");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

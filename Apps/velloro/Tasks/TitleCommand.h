@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro title`: a task's title as each surface shows it.
-void addTitleCommand(CLI::App& app);
+void addTitleCommand(const Command& app);
 
 }  // namespace velloro

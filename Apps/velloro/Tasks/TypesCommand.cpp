@@ -1,15 +1,13 @@
 #include "velloro/Tasks/TypesCommand.h"
 
 #include "velloro/Options/Arguments.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/TypeReport.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -32,29 +30,23 @@ std::string answer(const TypesOptions& options) {
 }
 
 void run(const TypesOptions& options) {
-  const std::string text = answer(options);
-  print(text);
+  print(answer(options));
 }
 
 }  // namespace
 
-void addTypesCommand(CLI::App& app) {
-  auto options = std::make_shared<TypesOptions>();
-  CLI::App* command =
-      app.add_subcommand("types", "Lists the automatic task types and what they offer");
-  command->add_option("type", options->type, "One type's stored name (default: a table of all)")
-      ->type_name("TYPE");
-  command
-      ->add_option("--period", options->period,
-                   "Targets for a day, week, fortnight, month or year (default: day)")
-      ->type_name("PERIOD");
-  command->add_flag("--json", options->json, "Prints JSON");
-  command->footer(
+void addTypesCommand(const Command& app) {
+  const auto [command, options] =
+      app.subcommand("types", "Lists the automatic task types and what they offer", run);
+  command.option("type", options.type, "TYPE", "One type's stored name (default: a table of all)");
+  command.option("--period", options.period, "PERIOD",
+                 "Targets for a day, week, fortnight, month or year (default: day)");
+  command.json(options.json);
+  command.footer(
       "Examples:\n"
       "  velloro types\n"
       "  velloro types hk_water --period week\n"
       "  velloro types timer --json");
-  command->callback([options] { run(*options); });
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// `velloro types`: what the automatic types offer.
-void addTypesCommand(CLI::App& app);
+void addTypesCommand(const Command& app);
 
 }  // namespace velloro

@@ -8,7 +8,7 @@
 #include "Tasks/Log/StoredEntries.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
-#include "velloro/Options/Subcommand.h"
+#include "velloro/Options/Command.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 #include "velloro/Tasks/StatusReport.h"
@@ -22,8 +22,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velloro {
 namespace {
@@ -144,17 +142,12 @@ void list(const TimerOptions& options) {
                      : table(reports));
 }
 
-using Options = std::shared_ptr<TimerOptions>;
-
-void addStart(CLI::App& command, const Options& options) {
-  CLI::App* added = addSubcommand(
-      command, "start", "Starts a timer for what is left of the step under way", options, start);
-  addTaskArgument(*added, options->task);
-  added
-      ->add_flag("--wait", options->isWaiting,
-                 "Shows the time running down until the timer ends; Ctrl-C leaves it running")
-      ->disable_flag_override();
-  added->footer(
+void addStart(const Command& family) {
+  const auto [command, options] = addTaskSubcommand(
+      family, "start", "Starts a timer for what is left of the step under way", start);
+  command.flag("--wait", options.isWaiting,
+               "Shows the time running down until the timer ends; Ctrl-C leaves it running");
+  command.footer(
       "At its end the step is logged, by the waiting command or by the next one that writes.\n\n"
       "Examples:\n"
       "  velloro task add Meditate --timer 600\n"
@@ -162,34 +155,34 @@ void addStart(CLI::App& command, const Options& options) {
       "  velloro timer start Meditate --wait");
 }
 
-void addStop(CLI::App& command, const Options& options) {
-  CLI::App* added =
-      addSubcommand(command, "stop", "Stops a timer and logs the time that it ran", options, stop);
-  addTaskArgument(*added, options->task);
-  added->add_flag("--discard", options->isDiscarded, "Logs nothing")->disable_flag_override();
-  added->footer(
+void addStop(const Command& family) {
+  const auto [command, options] =
+      addTaskSubcommand(family, "stop", "Stops a timer and logs the time that it ran", stop);
+  command.flag("--discard", options.isDiscarded, "Logs nothing");
+  command.footer(
       "The time counts towards the step under way: the next timer runs for what is left.\n\n"
       "Examples:\n"
       "  velloro timer stop Meditate\n"
       "  velloro timer stop Meditate --discard");
 }
 
-}  // namespace
-
-void addTimerCommand(CLI::App& app) {
-  auto options = std::make_shared<TimerOptions>();
-  CLI::App* command = app.add_subcommand("timer", "Starts, stops and lists timers of tasks");
-  command->require_subcommand(1);
-  command->fallthrough();
-  addStart(*command, options);
-  addStop(*command, options);
-  CLI::App* listed = addSubcommand(*command, "list", "Lists the running timers", options, list);
-  listed->add_option("task", options->listed, "One task by title or id (default: all tasks)")
-      ->type_name("TASK");
-  listed->footer(
+void addList(const Command& family) {
+  const auto [command, options] = family.subcommand("list", "Lists the running timers", list);
+  command.json(options.json);
+  command.option("task", options.listed, "TASK", "One task by title or id (default: all tasks)");
+  command.footer(
       "Examples:\n"
       "  velloro timer list\n"
       "  velloro timer list Meditate --json");
+}
+
+}  // namespace
+
+void addTimerCommand(const Command& app) {
+  const Command family = app.subcommand("timer", "Starts, stops and lists timers of tasks");
+  addStart(family);
+  addStop(family);
+  addList(family);
 }
 
 }  // namespace velloro

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
-
 namespace velloro {
 
+class Command;
+
 /// Adds `velloro timer`, which starts, stops and lists timers of tasks.
-void addTimerCommand(CLI::App& app);
+void addTimerCommand(const Command& app);
 
 }  // namespace velloro
