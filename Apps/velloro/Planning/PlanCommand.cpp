@@ -48,7 +48,8 @@ void plan(const PlanOptions& options) {
   }
   const HostStore store;
   const PlanReport report = planned(store, options);
-  print(options.json ? JSONEncoder{}.encode(report) + "\n" : report.text());
+  print(options.json ? JSONEncoder{.dateForm = DateForm::iso8601}.encode(report) + "\n"
+                     : report.text());
 }
 
 void snooze(const PlanOptions& options) {
@@ -76,7 +77,7 @@ void badge(const PlanOptions& options) {
   std::erase_if(report.requests, [](const auto& request) { return !request.badge; });
   report.cancelDelivered.clear();
   std::erase_if(report.cancelPending, [](const auto& id) { return !id.starts_with("b."); });
-  if (options.json) return print(JSONEncoder{}.encode(report) + "\n");
+  if (options.json) return print(JSONEncoder{.dateForm = DateForm::iso8601}.encode(report) + "\n");
   print(report.requests.empty() ? "There is no badge: \"settings set nmTaskCountBadgeDisabled "
                                   "false\" turns it on\n"
                                 : report.text());

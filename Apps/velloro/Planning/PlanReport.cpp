@@ -23,11 +23,6 @@ using ScheduleRequest = NotificationHelper::ScheduleRequest;
 using Reports = std::map<const TaskEntity*, TaskPlanReport>;
 using Times = std::map<const TaskEntity*, AutomaticReminders>;
 
-std::optional<std::string> soundOf(const NotificationContent& content) {
-  return content.sound.transform(
-      [](const ConcreteSoundEffect& sound) { return std::string(rawValue(sound.effect)); });
-}
-
 std::vector<PlanReport::Time> timesOf(const AutomaticReminders& automatic) {
   std::vector<PlanReport::Time> times;
   for (const AutomaticTime& time : automatic.times) {
@@ -141,7 +136,8 @@ PlanReport PlanReport::of(const HostStore& store, const Wanted& wanted, Date now
   PlanReport report{
       .cancelPending = {request.cancelPending.begin(), request.cancelPending.end()},
       .cancelDelivered = {request.cancelDelivered.begin(), request.cancelDelivered.end()}};
-  for (const auto& content : request.notifications) report.requests.push_back(Request::of(content));
+  for (const auto& content : request.notifications)
+    report.requests.push_back(NotificationLine::of(content));
   for (const auto& task : tasks)
     report.titles.emplace(task->uniqueId().stringValue(), task->title());
   if (!wanted.explains) return report;
@@ -155,39 +151,21 @@ PlanReport PlanReport::of(const HostStore& store, const Wanted& wanted, Date now
   return report;
 }
 
-PlanReport::Request PlanReport::Request::of(const NotificationContent& content) {
-  Request request{.id = content.notificationId.str,
-                  .title = content.title,
-                  .subtitle = content.subtitle,
-                  .body = content.body,
-                  .sound = soundOf(content),
-                  .timeSensitive = content.timeSensitive,
-                  .relevance = relevanceScore(content.relevanceLevel),
-                  .badge = content.badge,
-                  .image = content.imageUrl.has_value()};
-  if (content.data) request.task = content.data->task.taskId.stringValue();
-  if (content.category) request.category = rawValue(*content.category);
-  if (content.trigger) {
-    request.date = content.trigger->date;
-    request.trigger = content.trigger->date.iso8601();
-  }
-  return request;
-}
-
 std::string PlanReport::text() const {
-  std::map<std::string_view, const Request*> last;  // of equal identifiers, only that one stays
-  for (const Request& request : requests) last[request.id] = &request;
-  std::vector<const Request*> inOrder;
+  // Of equal identifiers, only the last one stays.
+  std::map<std::string_view, const NotificationLine*> last;
+  for (const NotificationLine& request : requests) last[request.id] = &request;
+  std::vector<const NotificationLine*> inOrder;
   for (const auto& [id, request] : last) inOrder.push_back(request);
-  std::ranges::stable_sort(inOrder, {}, [](const Request* request) {
-    return request->date.value_or(Date::distantPast());
+  std::ranges::stable_sort(inOrder, {}, [](const NotificationLine* line) {
+    return line->trigger.value_or(Date::distantPast());
   });
   std::string text;
   std::string heading;
-  for (const Request* request : inOrder) {
-    const std::string day = request->date ? dayTitle(*request->date) : "now";
+  for (const NotificationLine* request : inOrder) {
+    const std::string day = request->trigger ? dayTitle(*request->trigger) : "now";
     if (std::exchange(heading, day) != day) text += day + "\n";
-    text += "  " + (request->date ? timeText(*request->date) + "  " : "");
+    text += "  " + (request->trigger ? timeText(*request->trigger) + "  " : "");
     if (request->badge) {
       text += "badge " + std::to_string(std::max<std::int64_t>(*request->badge, 0)) + "\n";
     } else {

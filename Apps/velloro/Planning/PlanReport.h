@@ -6,6 +6,7 @@
 #include "OxDateTime/YYYYMMDD.h"
 #include "OxKit/FunctionRef.h"
 #include "OxKit/Platform.h"
+#include "velloro/Notifications/NotificationLine.h"
 
 #include <cstdint>
 #include <map>
@@ -17,31 +18,9 @@
 namespace velloro {
 
 class TaskEntity;
-struct NotificationContent;
 
 /// What a rebuild of all notifications would plan at an instant, without doing it.
 struct PlanReport {
-  struct Request {
-    std::string id;
-    std::optional<std::string> task = {};
-    std::optional<std::string> trigger = {};  ///< ISO 8601 in UTC; absent for at once.
-    std::optional<std::string> title = {}, subtitle = {}, body = {}, category = {}, sound = {};
-    bool timeSensitive = false;
-    double relevance = 0;
-    std::optional<std::int64_t> badge = {};
-    bool image = false;
-    std::optional<Date> date = {};  ///< Of the trigger, for the text alone.
-
-    [[nodiscard]] static Request of(const NotificationContent& content);
-
-    static constexpr auto codingKeys =
-        keys(key("id", &Request::id), key("task", &Request::task),
-             key("trigger", &Request::trigger), key("title", &Request::title),
-             key("subtitle", &Request::subtitle), key("body", &Request::body),
-             key("category", &Request::category), key("sound", &Request::sound),
-             key("timeSensitive", &Request::timeSensitive), key("relevance", &Request::relevance),
-             key("badge", &Request::badge), key("image", &Request::image));
-  };
   struct Time {
     std::string time;    ///< "07:20:00".
     std::string source;  ///< "history".
@@ -62,7 +41,7 @@ struct PlanReport {
         keys(key("day", &Day::day), key("taken", &Day::taken), key("why", &Day::why));
   };
 
-  std::vector<Request> requests = {};  ///< In the order of adding.
+  std::vector<NotificationLine> requests = {};  ///< In the order of adding.
   std::vector<std::string> cancelPending = {}, cancelDelivered = {};
   // By the identifiers of the tasks; absent if nobody asked why.
   std::optional<std::map<std::string, std::vector<Time>>> automaticTimes = {};
