@@ -255,8 +255,7 @@ void runReport(const ReportOptions& options) {
 void addReportCommand(const Command& app) {
   const auto [command, options] =
       app.subcommand("report", "Draws all tasks on one page of HTML", runReport);
-  command
-      .option("file", options.file, "FILE", "The file to write; - is the standard output")
+  command.option("file", options.file, "FILE", "The file to write; - is the standard output")
       .required();
   command.footer(
       "The page needs no other file, and is light or dark as the screen is.\n\n"

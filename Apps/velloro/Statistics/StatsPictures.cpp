@@ -25,8 +25,7 @@ TaskRecentHistory ratesOf(const TaskSnapshot& task) {
 }  // namespace
 
 void PictureOptions::addTo(const Command& command) {
-  command.option("--png", png, "FILE",
-                 "Draws a picture into that file; - is the standard output");
+  command.option("--png", png, "FILE", "Draws a picture into that file; - is the standard output");
   command.option("--svg", svg, "FILE", "The same as shapes, for any size");
   command.flag("--dark", isDark, "Draws on a dark ground");
 }
