@@ -44,7 +44,7 @@ void OverviewPicture::drawRow(CGContext& context, const PictureStyle& style, con
                               double top) {
   PicturePainter painter(context, style, width);
   const double middle = top + rowHeight / 2;
-  painter.ring({margin + ringDiameter / 2, middle}, ringDiameter, row.progress);
+  painter.ring({margin + ringDiameter / 2, middle}, ringDiameter, row.progress, row.icon);
   const double graphLeft = width - margin - rateWidth - graphWidth;
   const double titleLeft = margin + ringDiameter + 12;
   const double titleWidth = graphLeft - 10 - titleLeft;

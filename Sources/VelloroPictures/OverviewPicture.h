@@ -14,9 +14,10 @@ namespace velloro {
 struct OverviewPicture final : Picture {
   struct Row {
     std::string title;
-    std::optional<OxCodableColor> color = {};  ///< Absent for the theme's.
-    double progress = 0;                       ///< Of the current period, 0 to 1.
-    std::string streak = {};                   ///< In words: "12 days".
+    std::optional<OxCodableColor> color = {};                    ///< Absent for the theme's.
+    std::shared_ptr<const IconDisplayRepresentation> icon = {};  ///< Within the ring.
+    double progress = 0;                                         ///< Of the current period, 0 to 1.
+    std::string streak = {};                                     ///< In words: "12 days".
     PreviousDaysSuccess success = PreviousDaysSuccess::defaultLongTerm;
     TaskFrequencyPeriodType measurementDuration = TaskFrequencyPeriodType::day;
     std::vector<double> data = {};  ///< Of all time.

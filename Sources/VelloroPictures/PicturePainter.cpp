@@ -4,6 +4,8 @@
 #include "CoreGraphics/CGVectorPicture.h"
 #include "Foundation/Text/String.h"
 #include "Foundation/Values/Data.h"
+#include "OxCheckableTasks/Icons/IconArtwork.h"
+#include "OxCheckableTasks/Ring/CheckableTaskConstants.h"
 #include "OxKit/RuntimeError.h"
 #include "UIKit/TextLayout.h"
 #include "VelloroCore/Appearance/ColorContrast.h"
@@ -17,6 +19,7 @@ namespace {
 
 constexpr double top = 270;
 constexpr double ringWidth = 0.13;  // per diameter
+constexpr double iconScale = 3;     // pixels per point
 
 /// In the direction of its own letters: a title may be in another language than the program.
 std::shared_ptr<TextLayout> layoutOf(const std::string& text, const PicturePainter::Text& look) {
@@ -108,7 +111,8 @@ void PicturePainter::stroke(const CGPath& path, CGPoint origin, double width,
   context_.stroke(path.applying(CGAffineTransform::translation(at.x, at.y)));
 }
 
-void PicturePainter::ring(CGPoint center, double diameter, double share) {
+void PicturePainter::ring(CGPoint center, double diameter, double share,
+                          const std::shared_ptr<const IconDisplayRepresentation>& icon) {
   const CGPoint middle = center.transpose(style_.isRightToLeft(), width_);
   const double line = diameter * ringWidth;
   const double radius = (diameter - line) / 2;
@@ -123,13 +127,27 @@ void PicturePainter::ring(CGPoint center, double diameter, double share) {
   context_.setLineCap(CGLineCap::round);
   arc(1, mixed(style_.background, style_.accent, 0.22));
   if (done > 0) arc(done, style_.accent);
-  if (done < 1) return;
+  if (icon) {
+    this->icon(*icon, middle, diameter * CheckableTaskConstants::defaultIconPaddingScale);
+  } else if (done == 1) {
+    checkMark(middle, diameter);
+  }
+}
+
+void PicturePainter::checkMark(CGPoint middle, double diameter) {
   CGPath mark;
   mark.move({middle.x - diameter * 0.15, middle.y + diameter * 0.01});
   mark.addLine({middle.x - diameter * 0.04, middle.y + diameter * 0.12});
   mark.addLine({middle.x + diameter * 0.17, middle.y - diameter * 0.12});
-  context_.setLineWidth(line * 0.7);
+  context_.setLineWidth(diameter * ringWidth * 0.7);
   context_.stroke(mark);
+}
+
+void PicturePainter::icon(const IconDisplayRepresentation& icon, CGPoint middle, double side) {
+  const UIImage image =
+      IconArtwork{.representation = icon, .side = side, .scale = iconScale}.masked(style_.accent);
+  if (!image.cgImage) return;
+  context_.draw(*image.cgImage, {{middle.x - side / 2, middle.y - side / 2}, {side, side}});
 }
 
 void PicturePainter::write(std::string_view text, CGRect rect, const Text& look) {

@@ -4,10 +4,13 @@
 #include "UIKit/UIFont.h"
 #include "VelloroPictures/PictureStyle.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace velloro {
+
+struct IconDisplayRepresentation;
 
 /// A size in points and what draws it, for a surface of any kind.
 class Picture {
@@ -45,8 +48,10 @@ class PicturePainter {
   void fill(const CGPath& path, CGPoint origin, double width, const OxCodableColor& color);
   void stroke(const CGPath& path, CGPoint origin, double width, const OxCodableColor& color,
               double lineWidth);
-  /// A circle of which a share from the top on is drawn in full, with a check mark in a whole one.
-  void ring(CGPoint center, double diameter, double share);
+  /// A circle of which a share from the top on is drawn in full, around an icon; without one, a
+  /// whole circle is around a check mark.
+  void ring(CGPoint center, double diameter, double share,
+            const std::shared_ptr<const IconDisplayRepresentation>& icon);
 
   struct Text {
     double fontSize = 12;
@@ -59,6 +64,8 @@ class PicturePainter {
 
  private:
   [[nodiscard]] CGRect placed(CGRect rect) const;
+  void checkMark(CGPoint middle, double diameter);
+  void icon(const IconDisplayRepresentation& icon, CGPoint middle, double side);
 
   CGContext& context_;
   const PictureStyle& style_;

@@ -86,7 +86,8 @@ void TaskCardPicture::draw(CGContext& context, const PictureStyle& style) const 
 
 void TaskCardPicture::drawHead(PicturePainter& painter) const {
   const PictureStyle& style = painter.style();
-  painter.ring({margin + ringDiameter / 2, headTop + ringDiameter / 2}, ringDiameter, progress);
+  painter.ring({margin + ringDiameter / 2, headTop + ringDiameter / 2}, ringDiameter, progress,
+               icon);
   const double x = margin + ringDiameter + 16;
   const double room = width - margin - x;
   painter.write(title, {{x, headTop + 4}, {room, 30}},

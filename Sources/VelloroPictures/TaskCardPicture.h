@@ -13,7 +13,8 @@ namespace velloro {
 /// by weekday and by hour, and a month of it.
 struct TaskCardPicture final : Picture {
   std::string title;
-  double progress = 0;  ///< Of the current period, 0 to 1.
+  std::shared_ptr<const IconDisplayRepresentation> icon = {};  ///< Within the ring.
+  double progress = 0;                                         ///< Of the current period, 0 to 1.
   TrophyRoomTaskStats stats = {};
   PreviousDaysSuccess shortTerm = PreviousDaysSuccess::defaultShortTerm;
   PreviousDaysSuccess longTerm = PreviousDaysSuccess::defaultLongTerm;

@@ -68,6 +68,15 @@ TEST_F(StatisticsCommands, CountWhatTheLogHas) {
   EXPECT_THAT(said("05T12:00", "calendar Read"), HasSubstr("\n 3 ✗  4 ●  5 ○  6    7"));
   const auto year = PropertyList::fromJSON(said("05T12:00", "calendar Read --year 2024 --json"));
   EXPECT_EQ(year.array()->size(), 12U);
+  for (const auto& [columns, first] :
+       {std::pair("36", "January 2024\n"),
+        {"72", "January 2024  +February 2024\n"},
+        {"300", "January 2024  +February 2024  +March 2024  +April 2024\n"}}) {
+    setenv("COLUMNS", columns, 1);
+    EXPECT_THAT(said("05T12:00", "calendar Read --year 2024"),
+                testing::ContainsRegex(std::string("^") + first));
+  }
+  unsetenv("COLUMNS");
 }
 
 TEST_F(StatisticsCommands, AdviseAndKeepTheAnswer) {

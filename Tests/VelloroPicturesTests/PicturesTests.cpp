@@ -1,4 +1,5 @@
 #include "Foundation/Process/VirtualEnvironment.h"
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "OxKit/Platform.h"
 #include "Support/Golden.h"
 #include "VelloroPictures/OverviewPicture.h"
@@ -20,6 +21,8 @@ class Pictures : public testing::Test {
     environment_.setResources(VELLORO_RESOURCES);
     card_.title = "Read <b>\"&\"";
     card_.progress = 0.4;
+    card_.icon = std::make_shared<const IconDisplayRepresentation>(
+        IconDisplayRepresentation::fromCoreDataStringRepresentation("ic_book").value());
     card_.now = Date::now();
     card_.stats.streak = {3, 12};
     card_.stats.pct = 0.75;

@@ -27,4 +27,7 @@ struct CalendarReport {
   [[nodiscard]] std::string text() const;
 };
 
+/// Several months, as many beside each other as fit into lines of so many characters, four at most.
+[[nodiscard]] std::string textOf(const std::vector<CalendarReport>& months, std::size_t columns);
+
 }  // namespace velloro

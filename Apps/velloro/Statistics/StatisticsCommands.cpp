@@ -1,6 +1,7 @@
 #include "velloro/Statistics/StatisticsCommands.h"
 
 #include "Foundation/Coding/JSON.h"
+#include "Foundation/Process/Terminal.h"
 #include "Host/HostStore.h"
 #include "Host/PeriodCloser.h"
 #include "Tasks/Rows/TaskEntity.h"
@@ -85,11 +86,15 @@ void drawTasks(const HostStore& store, const StatsOptions& options, Date now) {
 }
 
 void runStats(const StatsOptions& options) {
-  const StatsRequest request = options.request();
+  StatsRequest request = options.request();
   const Date now = Date::now();
   const HostStore store;
   if (options.tasks.empty()) return printAllTasks(store, options, now);
   if (options.picture.isWanted()) return drawTasks(store, options, now);
+  if (!options.json) {  // the line of all time has a character for each point
+    const auto columns = static_cast<std::int64_t>(standardOutputColumns());
+    request.maxNumPoints = std::min(request.maxNumPoints, columns);
+  }
   std::vector<TrophyRoomTaskStats> stats;
   std::string text;
   for (const std::string& name : options.tasks) {
@@ -134,13 +139,11 @@ void runCalendar(const CalendarOptions& options) {
     return print(report.text());
   }
   std::vector<CalendarReport> reports;
-  std::string text;
   for (std::int64_t m = 1; m <= 12; ++m) {
     reports.push_back(CalendarReport::of(snapshot, {*year, m}));
-    text += (text.empty() ? "" : "\n") + reports.back().text();
   }
   if (options.json) return printJSON(reports);
-  print(text);
+  print(textOf(reports, standardOutputColumns()));
 }
 
 struct GraphOptions {

@@ -1,5 +1,6 @@
 #include "velloro/Statistics/StatsPictures.h"
 
+#include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "Settings/Settings.h"
 #include "Tasks/Log/StoredTemporalData.h"
 #include "Tasks/Rows/TaskEntity.h"
@@ -20,6 +21,13 @@ constexpr double pixelsPerPoint = 3;
 TaskRecentHistory ratesOf(const TaskSnapshot& task) {
   const YYYYMMDD today = task.standing.today();
   return recentHistory(task, today, today);
+}
+
+/// None for one that changes with the task's state, such as rings of their own.
+std::shared_ptr<const IconDisplayRepresentation> iconOf(const TaskSnapshot& task) {
+  const auto icon = task.entity->displayRepresentation();
+  if (!icon || icon->visualRepresentation.isDynamic()) return nullptr;
+  return std::make_shared<const IconDisplayRepresentation>(*icon);
 }
 
 }  // namespace
@@ -57,6 +65,7 @@ TaskCardPicture cardOf(const TaskSnapshot& task, const StatsRequest& request) {
   const TaskRecentHistory rates = ratesOf(task);
   const auto month = CalendarReport::of(task, task.standing.today().yyyymm());
   card.title = task.entity->title();
+  card.icon = iconOf(task);
   card.progress = ringShare(task);
   card.stats = statsOf(task, request);
   card.shortTerm = rates.shortTerm;
@@ -70,6 +79,7 @@ OverviewPicture::Row overviewRowOf(const TaskSnapshot& task, const StatsRequest&
   const TrophyRoomTaskStats stats = statsOf(task, request);
   return {.title = task.entity->title(),
           .color = task.entity->taskColor(),
+          .icon = iconOf(task),
           .progress = ringShare(task),
           .streak =
               stats.streak.localizedWithMeasurementDuration(stats.allTimeChart.measurementDuration),

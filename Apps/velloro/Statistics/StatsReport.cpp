@@ -15,7 +15,10 @@
 namespace velloro {
 namespace {
 
-constexpr int barColumns = 20;
+/// A quarter of a line: 20 columns of 80.
+int barColumns() {
+  return static_cast<int>(std::clamp<std::size_t>(standardOutputColumns() / 4, 5, 40));
+}
 
 std::string percent(double share) {
   return stringWithFormat("%3.0f %%", share * 100);
@@ -40,7 +43,7 @@ std::string bars(const std::array<DaysOfWeekChart::Value, 7>& values,
   std::vector<std::vector<std::string>> rows;
   for (const auto& value : values) {
     rows.push_back({localizedShortTitle(value.dayOfWeek, Locale::current()), percent(value.value),
-                    colored(blockBar(value.value, barColumns), color)});
+                    colored(blockBar(value.value, barColumns()), color)});
   }
   return aligned(rows);
 }

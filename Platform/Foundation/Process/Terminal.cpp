@@ -4,9 +4,11 @@
 #include "Foundation/Text/String.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <utility>
 
+#include <sys/ioctl.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 #include <unistd.h>
@@ -95,6 +97,17 @@ bool standardOutputHasColors() {
   if (!isTerminal) return false;
   const Environment& environment = Environment::current();
   return environment.variable("NO_COLOR").empty() && environment.variable("TERM") != "dumb";
+}
+
+std::size_t standardOutputColumns() {
+  const std::string wanted = Environment::current().variable("COLUMNS");
+  std::size_t columns = 0;
+  std::from_chars(wanted.data(), wanted.data() + wanted.size(), columns);
+  if (columns > 0) return columns;
+  constexpr std::size_t usual = 80;
+  winsize size = {};
+  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : usual;
 }
 
 std::string terminalText(std::string_view text) {

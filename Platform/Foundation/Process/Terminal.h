@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,9 @@ namespace platform {
 /// Whether standard output is a terminal that shows colours and whose user has not asked for none
 /// (`NO_COLOR`, https://no-color.org).
 [[nodiscard]] bool standardOutputHasColors();
+/// How many characters a line of standard output takes: `COLUMNS` where it is set, else the width
+/// of the terminal, else 80. At least 1.
+[[nodiscard]] std::size_t standardOutputColumns();
 
 /// A text from outside in a form that is safe for a terminal: it stays on its line, moves no
 /// cursor, sets no colour and does not reverse other text.
