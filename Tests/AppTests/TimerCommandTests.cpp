@@ -1,5 +1,6 @@
 #include "AppTests/Program.h"
 #include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Process/VirtualEnvironment.h"
 #include "Foundation/Text/String.h"
 #include "OxKit/Platform.h"
 
@@ -19,18 +20,16 @@ using testing::HasSubstr;
 class TimerCommands : public testing::Test {
  protected:
   TimerCommands() {
-    std::filesystem::remove_all(folder_);  // of a run that was killed
     std::filesystem::create_directories(folder_);
     (void)said("11:00:00", "task add Read --timer 300 --partial 2");
   }
-  ~TimerCommands() override { std::filesystem::remove_all(folder_); }
-
   [[nodiscard]] std::string here(const std::string& time, const std::string& day = "07") const {
     return " --zone Europe/Berlin --locale en_US --store '" + folder_.string() +
            "' --now 2024-03-" + day + "T" + time + "+01:00";
   }
-  [[nodiscard]] std::string said(const std::string& time, const std::string& arguments) const {
-    const auto result = runProgram(arguments + here(time));
+  [[nodiscard]] std::string said(const std::string& time, const std::string& arguments,
+                                 const std::string& day = "07") const {
+    const auto result = runProgram(arguments + here(time, day));
     EXPECT_EQ(result.exitCode, 0) << arguments << ": " << result.errors;
     return result.output;
   }
@@ -46,19 +45,17 @@ class TimerCommands : public testing::Test {
   /// The types and amounts of the log, the oldest first, and the state of the task.
   [[nodiscard]] std::string log(const std::string& time, const std::string& day = "07") const {
     std::string text;
-    const auto listed = runProgram("log list Read --json" + here(time, day)).output;
-    const PropertyList entries = PropertyList::fromJSON(listed);
+    const PropertyList entries = PropertyList::fromJSON(said(time, "log list Read --json", day));
     for (const PropertyList& entry : *entries.array()) {
       text +=
           *entry["type"].text() + " " + stringWithFormat("%g", *entry["progress"].real()) + ", ";
     }
-    const auto status = runProgram("status Read --json" + here(time, day)).output;
-    return text + *PropertyList::fromJSON(status)["state"].text();
+    const auto status = PropertyList::fromJSON(said(time, "status Read --json", day));
+    return text + *status["state"].text();
   }
 
-  std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) /
-                                  (std::string("velloro-timer-") +
-                                   testing::UnitTest::GetInstance()->current_test_info()->name());
+  const VirtualEnvironment environment_;
+  const std::filesystem::path folder_ = environment_.directories().temporary / "store";
 };
 
 TEST_F(TimerCommands, OutliveTheProgramAndEndOnce) {
@@ -67,6 +64,7 @@ TEST_F(TimerCommands, OutliveTheProgramAndEndOnce) {
   const auto killed =
       runProgram("timer start Read --wait --json" + here("12:00:00") + " > '" + line +
                  "' & read -r first < '" + line + "'; kill -9 $!; echo \"$first\"");
+  ASSERT_NE(killed.output, "\n") << killed.errors;
   const std::string id = *PropertyList::fromJSON(killed.output)["entryId"].text();
 
   EXPECT_EQ(*answer("12:02:00", "timer list").array()->front()["remaining"].real(), 180);
