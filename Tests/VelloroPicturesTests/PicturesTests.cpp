@@ -59,7 +59,7 @@ class Pictures : public testing::Test {
   void expectPicture(const char* name, const Picture& picture, const PictureStyle& look) {
     const std::string bytes = picture.png(look, 1);
     const auto drawn = CGImage::fromPNG(std::as_bytes(std::span(bytes))).value();
-    expectGolden(name, drawn, static_cast<int>(drawn->pixels().size() / 200), 255);
+    expectGolden(name, drawn, static_cast<int>(drawn->pixels().size() / 1000), 255);
     EXPECT_THAT(picture.svg(look), HasSubstr("<svg"));
   }
 
