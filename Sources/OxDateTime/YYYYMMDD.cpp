@@ -79,13 +79,13 @@ DateComponents YYYYMMDD::dateComponents() const {
   return {.year = y, .month = m, .day = d};
 }
 
-YYYYMMDD YYYYMMDD::nextDay(CountedIn timeZone) const {
+YYYYMMDD YYYYMMDD::nextDay(const CountedIn& timeZone) const {
   if (!daysAreNumbers(timeZone)) return nextDayUsingCalendar(Calendar(*timeZone));
   if (m >= 1 && m <= 12 && d >= 1 && d < 28) return {.y = y, .m = m, .d = d + 1};
   return fromDayNumber(dayNumber() + 1);
 }
 
-YYYYMMDD YYYYMMDD::previousDay(CountedIn timeZone) const {
+YYYYMMDD YYYYMMDD::previousDay(const CountedIn& timeZone) const {
   if (!daysAreNumbers(timeZone)) {
     const Calendar calendar(*timeZone);
     return readBack(noon(*this, calendar) - secondsPerDay, calendar);
@@ -100,7 +100,7 @@ YYYYMMDD YYYYMMDD::nextDayUsingCalendar(const Calendar& calendar) const {
   return fromDayNumber(std::max(next.dayNumber(), dayNumber() + 1));
 }
 
-YYYYMMDD YYYYMMDD::add(std::int64_t numDays, CountedIn timeZone) const {
+YYYYMMDD YYYYMMDD::add(std::int64_t numDays, const CountedIn& timeZone) const {
   if (numDays == 0) return *this;
   if (!daysAreNumbers(timeZone)) return addUsingCalendar(Calendar(*timeZone), numDays);
   // Few days mostly end in the month that they began in.
@@ -117,7 +117,7 @@ YYYYMMDD YYYYMMDD::addUsingCalendar(const Calendar& calendar, std::int64_t numDa
   return fromDayNumber(numDays < 0 ? std::min(number, dayNumber() - 1) : number);
 }
 
-DayOfWeek YYYYMMDD::dayOfWeek(CountedIn timeZone) const {
+DayOfWeek YYYYMMDD::dayOfWeek(const CountedIn& timeZone) const {
   if (!daysAreNumbers(timeZone)) {
     const Calendar calendar(*timeZone);
     return static_cast<DayOfWeek>(calendar.weekday(noon(*this, calendar)) - 1);
@@ -125,7 +125,7 @@ DayOfWeek YYYYMMDD::dayOfWeek(CountedIn timeZone) const {
   return static_cast<DayOfWeek>(weekdayOfDays(dayNumber()));
 }
 
-std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay, CountedIn timeZone) const {
+std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay, const CountedIn& timeZone) const {
   const std::int64_t from = dayNumber();
   const std::int64_t days = daysAreNumbers(timeZone)
                                 ? to.dayNumber() - from
@@ -133,17 +133,17 @@ std::int64_t YYYYMMDD::distance(YYYYMMDD to, bool includeThisDay, CountedIn time
   return days + (includeThisDay ? 1 : 0);
 }
 
-YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const {
+YYYYMMDD YYYYMMDD::startOfWeek(DayOfWeek firstDayOfWeek, const CountedIn& timeZone) const {
   const int weekday = static_cast<int>(dayOfWeek(timeZone));
   return add(-floorModulo(weekday - static_cast<int>(firstDayOfWeek), 7), timeZone);
 }
 
-YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const {
+YYYYMMDD YYYYMMDD::endOfWeek(DayOfWeek firstDayOfWeek, const CountedIn& timeZone) const {
   return startOfWeek(firstDayOfWeek, timeZone).add(6, timeZone);
 }
 
 YYYYMMDD YYYYMMDD::startOfFortnight(DayOfWeek firstDayOfWeek, std::optional<YYYYMMDD> referenceDate,
-                                    CountedIn timeZone) const {
+                                    const CountedIn& timeZone) const {
   const std::int64_t days =
       referenceDate.value_or(fortnightAnchor).distance(*this, false, timeZone);
   // The remainder has the sign of its dividend: no day before the anchor is in a second week.
@@ -152,30 +152,30 @@ YYYYMMDD YYYYMMDD::startOfFortnight(DayOfWeek firstDayOfWeek, std::optional<YYYY
 }
 
 YYYYMMDD YYYYMMDD::endOfFortnight(DayOfWeek firstDayOfWeek, std::optional<YYYYMMDD> referenceDate,
-                                  CountedIn timeZone) const {
+                                  const CountedIn& timeZone) const {
   return startOfFortnight(firstDayOfWeek, referenceDate, timeZone).add(13, timeZone);
 }
 
 std::int64_t YYYYMMDD::numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek, bool includeThisDay,
-                                                     CountedIn timeZone) const {
+                                                     const CountedIn& timeZone) const {
   return distance(endOfWeek(firstDayOfWeek, timeZone), includeThisDay, timeZone);
 }
 
 std::int64_t YYYYMMDD::numberOfDaysRemainingThisFortnight(DayOfWeek firstDayOfWeek,
                                                           bool includeThisDay,
                                                           std::optional<YYYYMMDD> referenceDate,
-                                                          CountedIn timeZone) const {
+                                                          const CountedIn& timeZone) const {
   return distance(endOfFortnight(firstDayOfWeek, referenceDate, timeZone), includeThisDay,
                   timeZone);
 }
 
 std::int64_t YYYYMMDD::numberOfDaysRemainingThisMonth(bool includeThisDay,
-                                                      CountedIn timeZone) const {
+                                                      const CountedIn& timeZone) const {
   return distance(yyyymm().lastDay(), includeThisDay, timeZone);
 }
 
 std::int64_t YYYYMMDD::numberOfDaysRemainingThisYear(bool includeThisDay,
-                                                     CountedIn timeZone) const {
+                                                     const CountedIn& timeZone) const {
   return distance(yyyymm().lastMonthOfYear().lastDay(), includeThisDay, timeZone);
 }
 

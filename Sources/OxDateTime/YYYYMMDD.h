@@ -87,13 +87,14 @@ struct YYYYMMDD {
   /// \throws DecodingError for an integer below 1.
   [[nodiscard]] static YYYYMMDD decode(const Decoder& from);
 
-  [[nodiscard]] YYYYMMDD nextDay(CountedIn timeZone) const;
-  [[nodiscard]] YYYYMMDD previousDay(CountedIn timeZone) const;
-  [[nodiscard]] YYYYMMDD add(std::int64_t numDays, CountedIn timeZone) const;
-  [[nodiscard]] DayOfWeek dayOfWeek(CountedIn timeZone) const;
+  [[nodiscard]] YYYYMMDD nextDay(const CountedIn& timeZone) const;
+  [[nodiscard]] YYYYMMDD previousDay(const CountedIn& timeZone) const;
+  [[nodiscard]] YYYYMMDD add(std::int64_t numDays, const CountedIn& timeZone) const;
+  [[nodiscard]] DayOfWeek dayOfWeek(const CountedIn& timeZone) const;
   /// Days from this one to another, positive when that lies later, and 1 more with
   /// `includeThisDay`, whatever the sign.
-  [[nodiscard]] std::int64_t distance(YYYYMMDD to, bool includeThisDay, CountedIn timeZone) const;
+  [[nodiscard]] std::int64_t distance(YYYYMMDD to, bool includeThisDay,
+                                      const CountedIn& timeZone) const;
   // The two operations of a strideable value, in days.
   [[nodiscard]] YYYYMMDD advanced(std::int64_t by) const { return add(by, {}); }
   [[nodiscard]] std::int64_t distance(YYYYMMDD to) const { return distance(to, false, {}); }
@@ -103,29 +104,29 @@ struct YYYYMMDD {
   [[nodiscard]] YYYYMMDD nextDayUsingCalendar(const Calendar& calendar) const;
   [[nodiscard]] YYYYMMDD addUsingCalendar(const Calendar& calendar, std::int64_t numDays) const;
 
-  [[nodiscard]] YYYYMMDD startOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const;
-  [[nodiscard]] YYYYMMDD endOfWeek(DayOfWeek firstDayOfWeek, CountedIn timeZone) const;
+  [[nodiscard]] YYYYMMDD startOfWeek(DayOfWeek firstDayOfWeek, const CountedIn& timeZone) const;
+  [[nodiscard]] YYYYMMDD endOfWeek(DayOfWeek firstDayOfWeek, const CountedIn& timeZone) const;
   /// The two weeks that hold this day. Their phase is that of the day itself, counted from the
   /// reference day (2000-01-01 when absent), not that of its week's first day.
   [[nodiscard]] YYYYMMDD startOfFortnight(DayOfWeek firstDayOfWeek,
                                           std::optional<YYYYMMDD> referenceDate,
-                                          CountedIn timeZone) const;
+                                          const CountedIn& timeZone) const;
   [[nodiscard]] YYYYMMDD endOfFortnight(DayOfWeek firstDayOfWeek,
                                         std::optional<YYYYMMDD> referenceDate,
-                                        CountedIn timeZone) const;
+                                        const CountedIn& timeZone) const;
 
   // Days from this one to the last of its week, fortnight, month or year: 0 on the last day, and 1
   // more with `includeThisDay`.
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisWeek(DayOfWeek firstDayOfWeek,
                                                            bool includeThisDay,
-                                                           CountedIn timeZone) const;
+                                                           const CountedIn& timeZone) const;
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisFortnight(
       DayOfWeek firstDayOfWeek, bool includeThisDay, std::optional<YYYYMMDD> referenceDate,
-      CountedIn timeZone) const;
+      const CountedIn& timeZone) const;
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisMonth(bool includeThisDay,
-                                                            CountedIn timeZone) const;
+                                                            const CountedIn& timeZone) const;
   [[nodiscard]] std::int64_t numberOfDaysRemainingThisYear(bool includeThisDay,
-                                                           CountedIn timeZone) const;
+                                                           const CountedIn& timeZone) const;
 
   /// The instant of a time of the clock within this logical day: the reverse of `fromDate`. A time
   /// that a clock change skips moves forward by the gap, a repeated one means its first showing.

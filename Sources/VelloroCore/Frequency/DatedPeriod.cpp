@@ -4,7 +4,7 @@
 
 namespace velloro {
 
-double DatedPeriod::periodProgressAtEndOfToday(CountedIn timeZone) const {
+double DatedPeriod::periodProgressAtEndOfToday(const CountedIn& timeZone) const {
   const std::int64_t total = period.numberOfDays(timeZone);
   if (total < 1) return 1;
   const std::int64_t gone = total - period.remainingDays(date, false, timeZone);

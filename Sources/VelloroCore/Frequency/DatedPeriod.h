@@ -15,7 +15,7 @@ struct DatedPeriod {
 
   /// The period of that type that holds the date.
   [[nodiscard]] static DatedPeriod fromDate(YYYYMMDD date, TaskFrequencyPeriodType periodType,
-                                            DayOfWeek firstDayOfWeek, CountedIn timeZone) {
+                                            DayOfWeek firstDayOfWeek, const CountedIn& timeZone) {
     return {.date = date,
             .period = TaskFrequencyPeriod::fromDate(periodType, date, firstDayOfWeek, timeZone)};
   }
@@ -27,7 +27,7 @@ struct DatedPeriod {
   [[nodiscard]] bool isLastDay() const { return date == period.finishDate; }
   /// The share of the period, 0 to 1, that has gone when the date ends: 0 for a date before the
   /// period, 1 for one behind it.
-  [[nodiscard]] double periodProgressAtEndOfToday(CountedIn timeZone) const;
+  [[nodiscard]] double periodProgressAtEndOfToday(const CountedIn& timeZone) const;
 };
 
 }  // namespace velloro

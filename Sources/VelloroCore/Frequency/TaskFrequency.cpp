@@ -32,7 +32,7 @@ DatedPeriod TaskFrequency::currentPeriod(HHMMSS startOfDay, DayOfWeek firstDayOf
 }
 
 DatedPeriod TaskFrequency::period(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                  CountedIn timeZone) const {
+                                  const CountedIn& timeZone) const {
   return DatedPeriod::fromDate(date, measurementDuration(dayMode), firstDayOfWeek, timeZone);
 }
 
@@ -42,7 +42,7 @@ DatedPeriod TaskFrequency::period(HHMMSS startOfDay, Date date, DayOfWeek firstD
 }
 
 YYYYMMDD TaskFrequency::startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                      CountedIn timeZone) const {
+                                      const CountedIn& timeZone) const {
   return firstDate(measurementDuration(dayMode), date, firstDayOfWeek, timeZone);
 }
 
@@ -56,7 +56,7 @@ void TaskFrequency::set(DayOfWeek day, bool include) {
 
 std::int64_t TaskFrequency::numberOfExpectedTimes(const TaskFrequencyPeriod& period,
                                                   YYYYMMDD taskCreatedDate,
-                                                  CountedIn timeZone) const {
+                                                  const CountedIn& timeZone) const {
   return expectedTimes(countingPeriod(period, timeZone), taskCreatedDate, timeZone);
 }
 

@@ -66,11 +66,11 @@ struct TaskFrequency {
   [[nodiscard]] DatedPeriod currentPeriod(HHMMSS startOfDay, DayOfWeek firstDayOfWeek,
                                           TimeZone timeZone, Date now) const;
   [[nodiscard]] DatedPeriod period(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                   CountedIn timeZone) const;
+                                   const CountedIn& timeZone) const;
   [[nodiscard]] DatedPeriod period(HHMMSS startOfDay, Date date, DayOfWeek firstDayOfWeek,
                                    TimeZone timeZone) const;
   [[nodiscard]] YYYYMMDD startOfPeriod(YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                       CountedIn timeZone) const;
+                                       const CountedIn& timeZone) const;
 
   [[nodiscard]] bool hasDay(DayOfWeek day) const { return days.contains(day); }
   void set(DayOfWeek day, bool include);
@@ -79,7 +79,7 @@ struct TaskFrequency {
   /// least 1, and, where the task was created in it, no more than it has days.
   [[nodiscard]] std::int64_t numberOfExpectedTimes(const TaskFrequencyPeriod& period,
                                                    YYYYMMDD taskCreatedDate,
-                                                   CountedIn timeZone) const;
+                                                   const CountedIn& timeZone) const;
 
   /// Whether no day can ever be due, as without any weekday; such a task is not scheduled.
   [[nodiscard]] bool isEmpty() const;

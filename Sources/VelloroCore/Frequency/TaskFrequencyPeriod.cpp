@@ -9,7 +9,8 @@
 namespace velloro {
 
 TaskFrequencyPeriod TaskFrequencyPeriod::fromDate(TaskFrequencyPeriodType periodType, YYYYMMDD date,
-                                                  DayOfWeek firstDayOfWeek, CountedIn timeZone) {
+                                                  DayOfWeek firstDayOfWeek,
+                                                  const CountedIn& timeZone) {
   const auto weeks = [&](const YYYYMMDD& startDate, std::int64_t numDays) {
     return TaskFrequencyPeriod{periodType, startDate, startDate.add(numDays - 1, timeZone),
                                firstDayOfWeek};
@@ -45,26 +46,27 @@ bool TaskFrequencyPeriod::isCurrentPeriod(HHMMSS startOfDay, TimeZone timeZone, 
   return contains(YYYYMMDD::today(startOfDay, timeZone, now));
 }
 
-std::int64_t TaskFrequencyPeriod::numberOfDays(CountedIn timeZone) const {
+std::int64_t TaskFrequencyPeriod::numberOfDays(const CountedIn& timeZone) const {
   return startDate.distance(finishDate, true, timeZone);
 }
 
 std::int64_t TaskFrequencyPeriod::remainingDays(YYYYMMDD from, bool includeThisDay,
-                                                CountedIn timeZone) const {
+                                                const CountedIn& timeZone) const {
   if (startsAfter(from)) return numberOfDays(timeZone);
   if (endsBefore(from)) return 0;
   return from.distance(finishDate, includeThisDay, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::next(CountedIn timeZone) const {
+TaskFrequencyPeriod TaskFrequencyPeriod::next(const CountedIn& timeZone) const {
   return fromDate(periodType, finishDate.nextDay(timeZone), firstDayOfWeek, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::previous(CountedIn timeZone) const {
+TaskFrequencyPeriod TaskFrequencyPeriod::previous(const CountedIn& timeZone) const {
   return fromDate(periodType, startDate.previousDay(timeZone), firstDayOfWeek, timeZone);
 }
 
-TaskFrequencyPeriod TaskFrequencyPeriod::add(std::int64_t numPeriods, CountedIn timeZone) const {
+TaskFrequencyPeriod TaskFrequencyPeriod::add(std::int64_t numPeriods,
+                                             const CountedIn& timeZone) const {
   TaskFrequencyPeriod period = *this;
   for (; numPeriods > 0; --numPeriods) period = period.next(timeZone);
   for (; numPeriods < 0; ++numPeriods) period = period.previous(timeZone);

@@ -38,7 +38,7 @@ struct TaskFrequencyPeriod {
   /// 2000-01-02.
   [[nodiscard]] static TaskFrequencyPeriod fromDate(TaskFrequencyPeriodType periodType,
                                                     YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                                                    CountedIn timeZone);
+                                                    const CountedIn& timeZone);
 
   // The type is left out of both; periods are ordered by their first day, then by
   // `firstDayOfWeek`.
@@ -66,16 +66,16 @@ struct TaskFrequencyPeriod {
   /// Whether today's logical day lies in the period.
   [[nodiscard]] bool isCurrentPeriod(HHMMSS startOfDay, TimeZone timeZone, Date now) const;
 
-  [[nodiscard]] std::int64_t numberOfDays(CountedIn timeZone) const;
+  [[nodiscard]] std::int64_t numberOfDays(const CountedIn& timeZone) const;
   /// Days from a date to the last one: all of them for a date before the period, 0 behind it.
   [[nodiscard]] std::int64_t remainingDays(YYYYMMDD from, bool includeThisDay,
-                                           CountedIn timeZone) const;
+                                           const CountedIn& timeZone) const;
 
   /// The period of the same type that holds the day behind the last one, or before the first one.
-  [[nodiscard]] TaskFrequencyPeriod next(CountedIn timeZone) const;
-  [[nodiscard]] TaskFrequencyPeriod previous(CountedIn timeZone) const;
+  [[nodiscard]] TaskFrequencyPeriod next(const CountedIn& timeZone) const;
+  [[nodiscard]] TaskFrequencyPeriod previous(const CountedIn& timeZone) const;
   /// That many times `next`, or, below 0, `previous`.
-  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods, CountedIn timeZone) const;
+  [[nodiscard]] TaskFrequencyPeriod add(std::int64_t numPeriods, const CountedIn& timeZone) const;
 
   /// The period with today's logical day, or, when that lies outside, with the nearest day in it.
   [[nodiscard]] DatedPeriod latestPossibleDatedPeriod(HHMMSS startOfDay, TimeZone timeZone,

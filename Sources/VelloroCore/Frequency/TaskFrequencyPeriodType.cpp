@@ -34,13 +34,13 @@ MultiDayCount countOf(std::int64_t days) {
 }  // namespace
 
 YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                   CountedIn timeZone) {
+                   const CountedIn& timeZone) {
   if (type == TaskFrequencyPeriodType::day) return date;  // asked for each entry of a log
   return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek, timeZone).startDate;
 }
 
 YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date, DayOfWeek firstDayOfWeek,
-                  CountedIn timeZone) {
+                  const CountedIn& timeZone) {
   return TaskFrequencyPeriod::fromDate(type, date, firstDayOfWeek, timeZone).finishDate;
 }
 

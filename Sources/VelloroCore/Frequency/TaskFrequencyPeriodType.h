@@ -26,9 +26,9 @@ constexpr auto rawValues(std::type_identity<TaskFrequencyPeriodType>) {
 // The first and the last day of the period of this type that holds a date; see
 // `TaskFrequencyPeriod::fromDate`.
 [[nodiscard]] YYYYMMDD firstDate(TaskFrequencyPeriodType type, YYYYMMDD date,
-                                 DayOfWeek firstDayOfWeek, CountedIn timeZone);
+                                 DayOfWeek firstDayOfWeek, const CountedIn& timeZone);
 [[nodiscard]] YYYYMMDD lastDate(TaskFrequencyPeriodType type, YYYYMMDD date,
-                                DayOfWeek firstDayOfWeek, CountedIn timeZone);
+                                DayOfWeek firstDayOfWeek, const CountedIn& timeZone);
 
 /// The length of a period in days, for choosing an icon.
 enum class MultiDayCount : std::int8_t {

@@ -129,7 +129,7 @@ struct Choice {
 
 }  // namespace
 
-PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date, CountedIn timeZone) {
+PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date, const CountedIn& timeZone) {
   constexpr std::int64_t week = 7;
   if (lastDay == date) return PeriodEndRelation::today;
   if (lastDay == date.nextDay(timeZone)) return PeriodEndRelation::tomorrow;

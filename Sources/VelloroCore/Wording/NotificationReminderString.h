@@ -30,7 +30,7 @@ constexpr auto rawValues(std::type_identity<PeriodEndRelation>) {
 }
 
 [[nodiscard]] PeriodEndRelation periodEndRelation(YYYYMMDD lastDay, YYYYMMDD date,
-                                                  CountedIn timeZone);
+                                                  const CountedIn& timeZone);
 
 /// The text that a reminder shows, as keys of the string tables and what goes into them.
 ///
