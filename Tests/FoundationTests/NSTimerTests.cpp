@@ -56,6 +56,7 @@ class BusyEnvironment : public VirtualEnvironment, public MainLoop {
   void run() override {
     for (Block& block : std::exchange(posted_, {})) block();
   }
+  void watch(std::weak_ptr<MainLoopSource> /*source*/) override {}
   void stop() override {}
 
  private:

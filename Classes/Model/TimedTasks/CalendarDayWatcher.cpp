@@ -1,10 +1,12 @@
 #include "TimedTasks/CalendarDayWatcher.h"
 
 #include "Foundation/Process/Environment.h"
+#include "Foundation/Process/SlowPoll.h"
 #include "OxLog/Log.h"
 #include "Tasks/Rows/TaskEntity.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace velloro {
 namespace {
@@ -62,7 +64,9 @@ Date CalendarDayWatcher::DayStarts::nextChange(Date now) const {
 CalendarDayWatcher::CalendarDayWatcher(std::function<void()> dayChanged)
     : dayChanged_(std::move(dayChanged)),
       observer_(NSNotificationCenter::defaultCenter().addObserver(
-          clockDidChange, nullptr, DispatchQueue::main(), [this](const auto&) { look(); })) {}
+          clockDidChange, nullptr, DispatchQueue::main(), [this](const auto&) { look(); })),
+      looks_(NSNotificationCenter::defaultCenter().addObserver(
+          SlowPoll::looks, nullptr, DispatchQueue::main(), [this](const auto&) { look(); })) {}
 
 void CalendarDayWatcher::monitor(DayStarts starts) {
   starts_ = std::move(starts);
@@ -87,7 +91,9 @@ std::vector<YYYYMMDD> CalendarDayWatcher::days(Date now) const {
 }
 
 void CalendarDayWatcher::waitForNextChange(Date now) {
-  const TimeInterval wait = std::min(longestWait, starts_.nextChange(now).timeIntervalSince(now));
+  constexpr TimeInterval never = std::numeric_limits<TimeInterval>::infinity();
+  const TimeInterval wait = std::min(SlowPoll::isCommon() ? never : longestWait,
+                                     starts_.nextChange(now).timeIntervalSince(now));
   if (wait < longestWait) {
     Log::general.debug([&] { return "The day changes at " + (now + wait).iso8601(); });
   }

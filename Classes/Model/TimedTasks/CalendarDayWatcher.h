@@ -25,9 +25,9 @@ class TaskEntity;
 ///     watcher.monitor({.times = {HHMMSS::midnight, HHMMSS{.h = 4}}});
 ///
 /// The next change is waited for by a timer, which a clock that is set does not move. Therefore the
-/// watcher also looks once a minute, and at `clockDidChange`. What counts is whether the day is
-/// another one than when it last looked: a clock that is set across a day's start, forth or back,
-/// is a change, and one that is set back by seconds after midnight is none.
+/// watcher also looks once a minute (`SlowPoll`), and at `clockDidChange`. What counts is whether
+/// the day is another one than when it last looked: a clock that is set across a day's start, forth
+/// or back, is a change, and one that is set back by seconds after midnight is none.
 class CalendarDayWatcher {
  public:
   /// Posted on the default centre by whoever learns that the clock or the zone was set.
@@ -62,6 +62,7 @@ class CalendarDayWatcher {
   std::vector<YYYYMMDD> days_;  // when it last looked
   NSTimer timer_;
   NSNotificationCenter::Token observer_;
+  NSNotificationCenter::Token looks_;
 };
 
 }  // namespace velloro

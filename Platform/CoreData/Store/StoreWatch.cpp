@@ -1,5 +1,8 @@
 #include "CoreData/Store/StoreWatch.h"
 
+#include "Foundation/Dispatch/NSNotificationCenter.h"
+#include "Foundation/Process/SlowPoll.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -29,6 +32,7 @@ using Watchers = std::vector<std::shared_ptr<Watcher>>;
 
 constexpr itimerspec everyTwoSeconds{.it_interval = {.tv_sec = 2, .tv_nsec = 0},
                                      .it_value = {.tv_sec = 2, .tv_nsec = 0}};
+constexpr itimerspec once{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_nsec = 1}};
 
 /// All watchers of the process, and the thread that waits for the kernel's events.
 class WatchThread {
@@ -43,7 +47,12 @@ class WatchThread {
     if (!std::exchange(started_, true)) {
       inotify_ = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
       timer_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
-      timerfd_settime(timer_, 0, &everyTwoSeconds, nullptr);
+      if (SlowPoll::isCommon()) {
+        looks_ = NSNotificationCenter::defaultCenter().addObserver(
+            SlowPoll::looks, [this](const auto&) { timerfd_settime(timer_, 0, &once, nullptr); });
+      } else {
+        timerfd_settime(timer_, 0, &everyTwoSeconds, nullptr);
+      }
       std::thread([this] { work(); }).detach();
     }
     watch(*watcher);
@@ -112,6 +121,7 @@ class WatchThread {
   Watchers watchers_;
   int inotify_ = -1;
   int timer_ = -1;
+  NSNotificationCenter::Token looks_;
   bool started_ = false;
 };
 

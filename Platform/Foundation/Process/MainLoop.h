@@ -4,8 +4,31 @@
 
 #include <compare>
 #include <cstdint>
+#include <limits>
+#include <memory>
 
 namespace platform {
+
+/// What the main loop waits for beside its blocks: a descriptor, such as a socket or a timer. Both
+/// members are called on the main thread.
+class MainLoopSource {
+ public:
+  struct Wait {
+    int descriptor = -1;
+    bool forWriting = false;                                   ///< Beside reading.
+    double seconds = std::numeric_limits<double>::infinity();  ///< The longest that it may take.
+  };
+
+  virtual ~MainLoopSource() = default;
+  MainLoopSource() = default;
+  MainLoopSource(const MainLoopSource&) = delete;
+  MainLoopSource& operator=(const MainLoopSource&) = delete;
+
+  /// Asked each time before the loop waits.
+  [[nodiscard]] virtual Wait wait() = 0;
+  /// The descriptor is ready, or has an error, or the time is over.
+  virtual void proceed() = 0;
+};
 
 /// The blocks that wait for the main thread. `DispatchQueue::main()` is the usual way to it; the
 /// program's main function runs it:
@@ -22,6 +45,8 @@ class MainLoop {
 
   /// Adds a block after those already posted. From any thread.
   virtual void post(Block block) = 0;
+  /// From now on `run` also waits for the source, for as long as it exists. On the main thread.
+  virtual void watch(std::weak_ptr<MainLoopSource> source) = 0;
   /// Whether the caller is the main thread.
   [[nodiscard]] virtual bool isCurrent() const = 0;
 

@@ -155,4 +155,8 @@ void ProcessEnvironment::report(std::string_view line) {
   writeToStandardError(line);
 }
 
+void ProcessEnvironment::readTimeZone() {
+  if (!options_.timeZone) setTimeZone(machineTimeZone());
+}
+
 }  // namespace platform

@@ -42,6 +42,9 @@ class ProcessEnvironment : public Environment {
   [[nodiscard]] std::uint64_t random() override;
   void report(std::string_view line) override;
 
+  /// The machine's zone may have changed. One that was given stays.
+  void readTimeZone();
+
  private:
   Options options_;
   std::string localeIdentifier_;

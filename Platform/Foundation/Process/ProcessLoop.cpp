@@ -1,5 +1,6 @@
 #include "Foundation/Process/ProcessLoop.h"
 
+#include "Foundation/Process/MainLoopSources.h"
 #include "Foundation/Process/TimedBlocks.h"
 
 #include <algorithm>
@@ -7,10 +8,12 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <limits>
 #include <mutex>
 #include <thread>
 #include <utility>
 
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace platform {
@@ -19,12 +22,12 @@ namespace {
 class ProcessMainLoop : public MainLoop {
  public:
   void post(Block block) override {
-    {
-      const std::scoped_lock lock(mutex_);
-      posted_.push_back(std::move(block));
-    }
-    wake_.notify_one();
+    const std::scoped_lock lock(mutex_);
+    posted_.push_back(std::move(block));
+    wake();
   }
+
+  void watch(std::weak_ptr<MainLoopSource> source) override { sources_.add(std::move(source)); }
 
   [[nodiscard]] bool isCurrent() const override {
     static thread_local const bool isMainThread = gettid() == getpid();
@@ -37,27 +40,44 @@ class ProcessMainLoop : public MainLoop {
   }
 
   void stop() override {
-    {
-      const std::scoped_lock lock(mutex_);
-      stopping_ = true;
-    }
-    wake_.notify_one();
+    const std::scoped_lock lock(mutex_);
+    stopping_ = true;
+    wake();
   }
 
  private:
   /// Empty when the loop was stopped.
   Block next() {
-    std::unique_lock lock(mutex_);
-    wake_.wait(lock, [&] { return stopping_ || !posted_.empty(); });
-    if (std::exchange(stopping_, false)) return nullptr;
-    Block block = std::move(posted_.front());
-    posted_.pop_front();
-    return block;
+    // Blocks that post blocks do not keep a source waiting.
+    if (!sources_.isEmpty()) sources_.await(-1, 0);
+    for (;;) {
+      {
+        const std::scoped_lock lock(mutex_);
+        isWaiting_ = false;
+        if (std::exchange(stopping_, false)) return nullptr;
+        if (!posted_.empty()) {
+          Block block = std::move(posted_.front());
+          posted_.pop_front();
+          return block;
+        }
+        isWaiting_ = true;
+      }
+      sources_.await(wake_, std::numeric_limits<double>::infinity());
+      eventfd_t ignored = 0;
+      eventfd_read(wake_, &ignored);
+    }
   }
 
+  /// With the lock held.
+  void wake() {
+    if (std::exchange(isWaiting_, false)) eventfd_write(wake_, 1);
+  }
+
+  const int wake_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  MainLoopSources sources_;
   std::mutex mutex_;
-  std::condition_variable wake_;
   std::deque<Block> posted_;
+  bool isWaiting_ = false;
   bool stopping_ = false;
 };
 

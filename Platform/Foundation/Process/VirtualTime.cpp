@@ -59,6 +59,7 @@ void VirtualTime::stop() {
 
 /// Runs one block; false when nothing is left to do until `end`.
 bool VirtualTime::step(double end) {
+  if (!sources_.isEmpty()) sources_.await(-1, 0);
   awaitBackgroundWork();
   Block block = take(end);
   if (!block) return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Process/MainLoop.h"
+#include "Foundation/Process/MainLoopSources.h"
 #include "Foundation/Process/TimedBlocks.h"
 #include "Foundation/Time/Date.h"
 
@@ -28,6 +29,8 @@ class VirtualTime : public MainLoop, public TimedWork {
   void close();
 
   void post(Block block) override;
+  /// Sources proceed when they are ready at the time that a step begins; nothing waits for them.
+  void watch(std::weak_ptr<MainLoopSource> source) override { sources_.add(std::move(source)); }
   [[nodiscard]] bool isCurrent() const override;
   void run() override;
   void stop() override;
@@ -41,6 +44,7 @@ class VirtualTime : public MainLoop, public TimedWork {
   Block take(double end);
 
   const std::thread::id mainThread_ = std::this_thread::get_id();
+  MainLoopSources sources_;
   mutable std::mutex mutex_;
   double mediaTime_ = 1000;
   Date now_;                      // the wall clock's reading …
