@@ -35,7 +35,10 @@ class Sorting {
     if (told == nullptr) return addUntold(open);
     switch (told->state) {
       case State::open:
-        if (situation_.staysVisible && !isVisible(open)) plan_.again.push_back(open);
+        // Of what was done or has run, once is enough.
+        if (situation_.staysVisible && open.isReminder && !isVisible(open)) {
+          plan_.again.push_back(open);
+        }
         seen_.insert(open.key);
         break;
       case State::summarised:

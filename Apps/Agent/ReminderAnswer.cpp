@@ -5,7 +5,6 @@
 #include "Host/PeriodCloser.h"
 #include "Notifications/Planning/TaskPlan.h"
 #include "Tasks/Log/StoredEntries.h"
-#include "Tasks/Requests/TaskFetchRequest.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Status/StoredTaskStatus.h"
@@ -87,12 +86,7 @@ bool needsReminder(const TaskEntity& task, YYYYMMDD day, Date now) {
 }
 
 std::shared_ptr<TaskEntity> taskOf(const HostStore& store, const OpenReminder& reminder) {
-  if (!reminder.data) return nullptr;
-  const TaskFetchRequest request{.direction = TaskFetchRequest::SortDirection::displayOrder,
-                                 .uniqueIds = {reminder.data->task.taskId}};
-  const auto tasks = store.context().fetch<TaskEntity>(request.fetchRequest());
-  if (!tasks) throw HostError("the tasks can't be read: " + tasks.error()->localizedDescription());
-  return tasks->empty() ? nullptr : tasks->front();
+  return reminder.data ? store.task(reminder.data->task.taskId) : nullptr;
 }
 
 std::optional<double> amountIn(std::string_view text) {

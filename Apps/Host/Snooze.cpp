@@ -150,6 +150,13 @@ std::vector<UniqueID> snoozedTasks() {
   return tasks;
 }
 
+std::optional<Date> snoozedUntil(const UniqueID& task, Date now) {
+  for (const auto& each : SiriExtensionUtilities::shared()->siriReminders()) {
+    if (each.uniqueId == snoozeId(task) && each.date > now) return each.date;
+  }
+  return std::nullopt;
+}
+
 NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task) {
   const auto& utilities = *SiriExtensionUtilities::shared();
   const auto reminders = utilities.siriReminders();

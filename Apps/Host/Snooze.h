@@ -39,6 +39,8 @@ Snooze snoozeReminder(const HostStore& store, FunctionRef<std::shared_ptr<TaskEn
 [[nodiscard]] bool isSettled(const TaskEntity& task, Date now);
 /// Those with a reminder that is put off.
 [[nodiscard]] std::vector<UniqueID> snoozedTasks();
+/// When the reminder of a task that is put off comes back; absent where none is.
+[[nodiscard]] std::optional<Date> snoozedUntil(const UniqueID& task, Date now);
 /// Forgets the moment that was kept for the task, if any. Returns what to take from the centre.
 [[nodiscard]] NotificationHelper::ScheduleRequest endSnooze(const UniqueID& task);
 

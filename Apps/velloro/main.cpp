@@ -6,6 +6,7 @@
 #include "Host/TaskWriter.h"
 #include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
+#include "velloro/Agent/AgentCommand.h"
 #include "velloro/Calendar/DayCommand.h"
 #include "velloro/Calendar/PeriodCommand.h"
 #include "velloro/Log/HistoryCommand.h"
@@ -83,10 +84,12 @@ int run(int argumentCount, char** arguments) {
   GlobalOptions global;
   global.addTo(app);
   addAdviceCommand(app);
+  addAgentCommand(app, global);
   addBadgeCommand(app);
   addCalendarCommand(app);
   addDayCommand(app);
   addDemoCommand(app);
+  addDoctorCommand(app);
   addGraphCommand(app);
   addHistoryCommand(app);
   addIconsCommand(app);

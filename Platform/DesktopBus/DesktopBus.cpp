@@ -61,7 +61,7 @@ class Link : public MainLoopSource {
   [[nodiscard]] sdbus::IConnection& connection() { return *connection_; }
 
   [[nodiscard]] Wait wait() override {
-    if (isLost_) return {};
+    if (isLost_ || isProceeding_) return {};
     proceed();  // what the library has read already does not make its descriptor ready
     if (isLost_) return {};
     const auto poll = connection_->getEventLoopPollData();
@@ -70,8 +70,9 @@ class Link : public MainLoopSource {
     return wait;
   }
 
+  /// Not from one of its own handlers: the library refuses that.
   void proceed() override {
-    if (isLost_) return;
+    if (isLost_ || std::exchange(isProceeding_, true)) return;
     try {
       while (connection_->processPendingRequest()) {
       }
@@ -79,12 +80,14 @@ class Link : public MainLoopSource {
       isLost_ = true;
       lost_(error.getMessage());
     }
+    isProceeding_ = false;
   }
 
  private:
   std::unique_ptr<sdbus::IConnection> connection_;
   std::function<void(std::string)> lost_;
   bool isLost_ = false;
+  bool isProceeding_ = false;
 };
 
 class SessionBus : public NotificationBus {
@@ -269,8 +272,8 @@ class SessionBus : public NotificationBus {
         .onInterface(notificationsName)
         .withTimeout(answerTimeout)
         .uponReplyInvoke(
-            [this, info = std::move(info), answer](
-                const sdbus::Error* error, const std::vector<std::string>& capabilities) {
+            [this, info = std::move(info), answer](const sdbus::Error* error,
+                                                   const std::vector<std::string>& capabilities) {
               guarded([&] {
                 if (error != nullptr) return answer(std::unexpected(problemOf(*error)));
                 NotificationServerInfo known = info;

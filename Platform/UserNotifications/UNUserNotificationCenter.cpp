@@ -3,12 +3,14 @@
 #include "Foundation/Dispatch/DispatchQueue.h"
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Process/MainLoop.h"
+#include "Foundation/Process/SlowPoll.h"
 #include "Foundation/Values/Try.h"
 #include "SQLite/StoreError.h"
 #include "UserNotifications/NotificationStore.h"
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -141,7 +143,9 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
 
   /// \param untilDue In seconds; not above 0 when what is due could not be delivered.
   void lookAgain(TimeInterval untilDue) {
-    const TimeInterval wait = untilDue > 0 ? std::min(untilDue, recheckInterval) : recheckInterval;
+    constexpr TimeInterval never = std::numeric_limits<TimeInterval>::infinity();
+    const TimeInterval longest = SlowPoll::isCommon() ? never : recheckInterval;
+    const TimeInterval wait = untilDue > 0 ? std::min(untilDue, longest) : recheckInterval;
     Environment& environment = Environment::current();
     nextLook_ =
         environment.timedWork().schedule(environment.mediaTime() + wait, [weak = weak_from_this()] {

@@ -46,11 +46,11 @@ class UNUserNotificationCenterDelegate {
 /// Requests lie in a file that all processes of the program share. They are delivered, each once,
 /// by a process whose centre has a delegate; until there is one, what falls due waits. The wall
 /// clock decides: it is looked at when the next request should fall due, and every
-/// `recheckInterval` seconds, which also notices a clock that was set, a device that slept, and
-/// what other processes have added. There is no limit to pending requests; of the delivered
-/// notifications the last 100 are kept. What is due and waits for a process to show it is pending,
-/// but it is removed as if it had been delivered: it stays when all pending requests are removed,
-/// and goes with the delivered ones.
+/// `recheckInterval` seconds (or with the `SlowPoll`, by `setDelegate`), which also notices a clock
+/// that was set, a device that slept, and what other processes have added. There is no limit to
+/// pending requests; of the delivered notifications the last 100 are kept. What is due and waits
+/// for a process to show it is pending, but it is removed as if it had been delivered: it stays
+/// when all pending requests are removed, and goes with the delivered ones.
 class UNUserNotificationCenter {
  public:
   static constexpr TimeInterval recheckInterval = 5;

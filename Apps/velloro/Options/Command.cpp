@@ -117,6 +117,13 @@ void Command::runs(std::function<void()> work) const {
   command_->callback(std::move(work));
 }
 
+void Command::runsAlone(std::function<void()> work) const {
+  command_->require_subcommand(0, 1);
+  runs([command = command_, work = std::move(work)] {
+    if (command->get_subcommands().empty()) work();
+  });
+}
+
 CommandLine::CommandLine(const char* name, const char* help, const char* version)
     : program_(std::make_unique<CLI::App>(help, name)) {
   program_->set_version_flag("--version", name + std::string(" ") + version);

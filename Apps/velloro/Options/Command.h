@@ -94,6 +94,9 @@ class Command {
   void footer(const std::string& text) const;
   /// What the command does.
   void runs(std::function<void()> work) const;
+  /// What it does where none of its commands is typed, which is no mistake then. Its commands are
+  /// added before.
+  void runsAlone(std::function<void()> work) const;
 
  private:
   [[nodiscard]] Option grouped(CLI::Option& option) const;

@@ -4,6 +4,7 @@
 #include "Foundation/Text/String.h"
 #include "Host/NotificationUpdates.h"
 #include "Host/Snooze.h"
+#include "Notifications/Planning/NotificationManager.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "velloro/Notifications/WordChoice.h"
 #include "velloro/Options/Arguments.h"
@@ -24,7 +25,7 @@ struct PlanOptions {
   std::vector<std::string> tasks;
   std::string task;
   std::optional<std::string> seed, duration;
-  bool explain = false, apply = false, json = false;
+  bool explain = false, apply = false, json = false, cancel = false;
 };
 
 PlanReport planned(const HostStore& store, const PlanOptions& options) {
@@ -52,8 +53,21 @@ void plan(const PlanOptions& options) {
                      : report.text());
 }
 
+void endSnooze(const HostStore& store, const PlanOptions& options) {
+  if (options.duration) throw UsageError("--cancel: not with --for");
+  const auto task = taskArgument(store, options.task);
+  if (!snoozedUntil(task->uniqueId(), Date::now())) {
+    throw HostError(inQuotes(task->title()) + ": no reminder is put off");
+  }
+  NotificationManager::shared().schedule(velloro::endSnooze(task->uniqueId()));
+  NotificationUpdates::shared().note(task);
+  print(options.json ? std::string("{\"cancelled\":true}\n")
+                     : "The reminder does not come back by itself\n");
+}
+
 void snooze(const PlanOptions& options) {
   const HostStore store;
+  if (options.cancel) return endSnooze(store, options);
   std::optional<TimeInterval> duration;
   if (options.duration) duration = durationArgument("--for", *options.duration);
   const Snooze snooze = snoozeReminder(
@@ -110,12 +124,14 @@ void addSnoozeCommand(const Command& app) {
   addTaskArgument(command, options.task);
   command.option("--for", options.duration, "DURATION",
                  "How long: 90s, 30m, 2h (default: the setting nmSnoozeDuration)");
+  command.flag("--cancel", options.cancel, "Puts nothing off: what is put off does not come back");
   command.json(options.json, "Prints one JSON object");
   command.footer(
       "The reminder comes back unless the task is done by then.\n\n"
       "Examples:\n"
       "  velloro snooze Read\n"
-      "  velloro snooze Read --for 2h");
+      "  velloro snooze Read --for 2h\n"
+      "  velloro snooze Read --cancel");
 }
 
 void addBadgeCommand(const Command& app) {

@@ -2,6 +2,7 @@
 
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Text/String.h"
+#include "Host/Snooze.h"
 #include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Status/StoredTaskStatus.h"
 #include "VelloroCore/Advice/GrandSlam.h"
@@ -16,6 +17,12 @@ namespace velloro {
 namespace {
 
 using Status = CompletionStatus::Status;
+
+std::optional<std::string> snoozeText(const TaskEntity& task, Date now) {
+  const auto id = task.taskUniqueId();
+  const auto until = id ? velloro::snoozedUntil(*id, now) : std::nullopt;
+  return until ? std::optional(until->iso8601()) : std::nullopt;
+}
 
 /// Empty where the status says it all.
 std::string amountText(const StatusReport::Progress& progress,
@@ -67,6 +74,7 @@ StatusReport StatusReport::of(const TaskEntity& task, std::optional<YYYYMMDD> da
           .lastCompleted = kept.lastCompleted,
           .lastMissed = kept.lastMissed,
           .lastSkipped = kept.lastSkipped,
+          .snoozedUntil = snoozeText(task, now),
           .color = task.taskColor(),
           .automaticTaskType = snapshot.standing.automaticTaskType};
 }
@@ -99,6 +107,9 @@ std::string StatusReport::line() const {
   text += stringWithFormat(", streak %lld", static_cast<long long>(streak.current));
   if (streak.best > streak.current) {
     text += stringWithFormat(" (best %lld)", static_cast<long long>(streak.best));
+  }
+  if (const auto until = snoozedUntil ? Date::fromISO8601(*snoozedUntil) : std::nullopt) {
+    text += ", snoozed until " + HHMMSS::fromDate(*until, TimeZone::current()).debugDescription();
   }
   return text;
 }

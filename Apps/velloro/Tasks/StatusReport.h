@@ -43,6 +43,7 @@ struct StatusReport {
   StreakRecord streak;
   PeriodStretch period;
   std::optional<YYYYMMDD> lastCompleted, lastMissed, lastSkipped;
+  std::optional<std::string> snoozedUntil;  ///< The instant at which a reminder comes back.
   /// The day went well across all tasks; the same for each of them.
   bool grandSlam = false;
   // For the text alone.

@@ -10,8 +10,9 @@ namespace platform {
 /// How the processes that have a store open wake each other: after its commit a writer touches a
 /// small file beside the store ("-changes" behind its name), which all of them watch. A wake-up is
 /// only a hint: it may come twice or without a reason, and may be lost. Therefore every process
-/// also checks every two seconds (or at each `SlowPoll`), and a store works without the small file where it can't be made.
-/// (The file "-wal" itself can't be watched: it changes before the commit is visible.)
+/// also checks every two seconds (or at each `SlowPoll`), and a store works without the small file
+/// where it can't be made. (The file "-wal" itself can't be watched: it changes before the commit
+/// is visible.)
 class StoreWatch {
  public:
   /// \param store The file itself, not a link to it.

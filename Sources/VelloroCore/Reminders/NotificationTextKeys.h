@@ -24,9 +24,17 @@ inline constexpr LocalizedKey snooze{"ActionSnooze", ""};
 inline constexpr LocalizedKey openExternalUrl{"CustomUrl.OpenURL", ""};
 inline constexpr LocalizedKey sendMessage{"SendMessage", ""};
 
+// What only a desktop shows. An amount is typed, and the button beside it logs it.
+inline constexpr LocalizedKey skip{"ActionSkip", ""};
+inline constexpr LocalizedKey amount{"Agent.Amount", ""};
+inline constexpr LocalizedKey logAmount{"Agent.LogAmount", ""};
+/// {0} how many came while nobody was there to see them.
+inline constexpr LocalizedKey missedReminders{"Agent.MissedReminders", "n"};
+
 inline constexpr LocalizedKey all[] = {
-    timerCompleted, completed,    missed, progressCompleted, progressRemaining,
-    markAsDone,     markAsMissed, snooze, openExternalUrl,   sendMessage};
+    timerCompleted, completed,    missed,    progressCompleted, progressRemaining,
+    markAsDone,     markAsMissed, snooze,    openExternalUrl,   sendMessage,
+    skip,           amount,       logAmount, missedReminders};
 
 }  // namespace notification_text
 }  // namespace velloro
