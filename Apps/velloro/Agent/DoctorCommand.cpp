@@ -108,9 +108,9 @@ void addStore(Findings& findings) {
 
 void addReminders(Findings& findings) {
   const auto pending = CenterReport::pending();
-  const CenterLine* next = nullptr;
+  const NotificationLine* next = nullptr;
   std::size_t reminders = 0;
-  for (const CenterLine& line : pending) {
+  for (const NotificationLine& line : pending) {
     if (!line.task) continue;
     ++reminders;
     if (next == nullptr) next = &line;

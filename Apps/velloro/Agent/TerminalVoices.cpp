@@ -21,8 +21,8 @@ std::string timeText(Date date) {
 }  // namespace
 
 std::string reminderJSON(const OpenReminder& reminder) {
-  PropertyList report = PropertyList::fromJSON(
-      JSONEncoder{.dateForm = DateForm::iso8601}.encode(CenterLine::of(reminder.notification)));
+  PropertyList report = PropertyList::fromJSON(JSONEncoder{.dateForm = DateForm::iso8601}.encode(
+      NotificationLine::of(reminder.notification)));
   PropertyList::Dictionary& fields = *report.dictionary();
   if (reminder.data) {
     fields["day"] = reminder.day.intValue();
@@ -40,9 +40,9 @@ std::string reminderJSON(const OpenReminder& reminder) {
 }
 
 void PrintVoice::show(const OpenReminder& reminder, bool) {
-  print(isJSON_
-            ? reminderJSON(reminder) + "\n"
-            : timeText(Date::now()) + "  " + CenterLine::of(reminder.notification).text() + "\n");
+  print(isJSON_ ? reminderJSON(reminder) + "\n"
+                : timeText(Date::now()) + "  " +
+                      NotificationLine::of(reminder.notification).text() + "\n");
   std::fflush(stdout);
 }
 
@@ -56,7 +56,7 @@ void PrintVoice::showSummary(const std::vector<OpenReminder>& missed, bool isQui
       localized(notification_text::missedReminders, {static_cast<std::int64_t>(missed.size())}) +
       "\n";
   for (const OpenReminder& each : missed) {
-    text += "          " + CenterLine::of(each.notification).text() + "\n";
+    text += "          " + NotificationLine::of(each.notification).text() + "\n";
   }
   print(text);
   std::fflush(stdout);
