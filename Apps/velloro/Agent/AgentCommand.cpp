@@ -20,8 +20,14 @@ namespace {
 struct AgentOptions {
   bool once = false, print = false, json = false, urgent = false;
   bool install = false, uninstall = false, autostart = false;
-  std::optional<std::string> exec, quiet, store, duration;
+  std::optional<std::string> exec, quiet, duration;
   std::vector<std::string> snoozes;
+
+  /// Whether something else than "--json" was asked of an agent that is to run.
+  [[nodiscard]] bool isAboutRunning() const {
+    return once || print || urgent || install || uninstall || autostart || exec || quiet ||
+           !snoozes.empty();
+  }
 };
 
 /// "22:00-07:00".
@@ -58,7 +64,7 @@ AgentRun::Options runOptions(const AgentOptions& options) {
 }
 
 /// The command line of an agent with the same options.
-std::vector<std::string> commandOf(const AgentOptions& options) {
+std::vector<std::string> commandOf(const AgentOptions& options, const GlobalOptions& global) {
   std::error_code ignored;
   std::vector<std::string> words = {
       std::filesystem::read_symlink("/proc/self/exe", ignored).string(), "agent"};
@@ -66,7 +72,9 @@ std::vector<std::string> commandOf(const AgentOptions& options) {
     words.push_back(option);
     words.push_back(value);
   };
-  if (options.store) add("--store", std::filesystem::absolute(*options.store).string());
+  if (global.store) add("--store", std::filesystem::absolute(*global.store).string());
+  if (global.zone) add("--zone", *global.zone);
+  if (global.locale) add("--locale", *global.locale);
   if (options.exec) add("--exec", *options.exec);
   if (options.quiet) add("--quiet", *options.quiet);
   for (const auto& length : options.snoozes) add("--snooze", length);
@@ -78,11 +86,11 @@ void printLines(const std::vector<std::string>& lines) {
   for (const auto& line : lines) print(terminalText(line) + "\n");
 }
 
-void install(const AgentOptions& options) {
+void install(const AgentOptions& options, const GlobalOptions& global) {
   if (options.print || options.once) throw UsageError("--install: not with --print or --once");
   static_cast<void>(runOptions(options));
   const bool usesSystemd = AgentInstallation::hasSystemd() && !options.autostart;
-  const auto installation = AgentInstallation::of(commandOf(options), usesSystemd);
+  const auto installation = AgentInstallation::of(commandOf(options, global), usesSystemd);
   printLines(installation.install());
   print(usesSystemd ? std::string("To start it now, and with each session:\n"
                                   "  systemctl --user daemon-reload\n"
@@ -100,16 +108,24 @@ void uninstall() {
                            AgentInstallation::unit + "\n");
 }
 
-void agent(const AgentOptions& options) {
+void agent(const AgentOptions& options, const GlobalOptions& global) {
   if (options.install && options.uninstall) {
     throw UsageError("--install and --uninstall: one of them at a time");
   }
-  if (options.install) return install(options);
+  if (options.install) return install(options, global);
   if (options.uninstall) return uninstall();
   AgentRun(runOptions(options)).run();
 }
 
+/// The options of the agent itself may be typed behind its commands, as far as the parser knows.
+void refuseRunOptions(const AgentOptions& options, const std::string& command) {
+  if (options.isAboutRunning()) {
+    throw UsageError("agent " + command + ": only --json can stand here, and for pause --for");
+  }
+}
+
 void pause(const AgentOptions& options) {
+  refuseRunOptions(options, "pause");
   const Date now = Date::now();
   const Date end =
       options.duration ? now + durationArgument("--for", *options.duration) : Date::distantFuture();
@@ -124,9 +140,11 @@ void pause(const AgentOptions& options) {
 }
 
 void resume(const AgentOptions& options) {
+  refuseRunOptions(options, "resume");
   const bool wasPaused = AgentPause::remove(Date::now());
-  if (options.json)
+  if (options.json) {
     return print(PropertyList(PropertyList::Dictionary{{"paused", false}}).json() + "\n");
+  }
   print(wasPaused ? "Reminders come again; what was missed is shown once\n"
                   : "Reminders were not paused\n");
 }
@@ -155,7 +173,7 @@ void addRunOptions(const Command& command, AgentOptions& options) {
 void addAgentCommand(const Command& app, const GlobalOptions& global) {
   const Command command =
       app.subcommand("agent", "Shows reminders when they are due, and takes their answers");
-  auto options = std::make_shared<AgentOptions>();
+  const auto options = std::make_shared<AgentOptions>();
   addRunOptions(command, *options);
   command.footer(
       "Runs until it is interrupted; a user has one agent at a time. Reminders are shown by the\n"
@@ -166,17 +184,14 @@ void addAgentCommand(const Command& app, const GlobalOptions& global) {
       "  velloro agent --exec 'mail -s Reminder me@example.org'\n"
       "  velloro agent --install --quiet 22:00-07:00\n"
       "  velloro agent pause --for 2h");
-  const auto [paused, pauseOptions] = command.subcommand("pause", "Shows no reminders", pause);
-  paused.option("--for", pauseOptions.duration, "DURATION",
+  const Command paused = command.subcommand("pause", "Shows no reminders");
+  paused.option("--for", options->duration, "DURATION",
                 "How long: 30m, 2h (default: until \"resume\")");
-  paused.json(pauseOptions.json);
-  const auto [resumed, resumeOptions] =
-      command.subcommand("resume", "Shows reminders again, and what was missed", resume);
-  resumed.json(resumeOptions.json);
-  command.runsAlone([options, &global] {
-    options->store = global.store;
-    agent(*options);
+  paused.runs([options] { pause(*options); });
+  command.subcommand("resume", "Shows reminders again, and what was missed").runs([options] {
+    resume(*options);
   });
+  command.runsAlone([options, &global] { agent(*options, global); });
 }
 
 }  // namespace velloro

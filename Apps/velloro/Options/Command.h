@@ -94,8 +94,7 @@ class Command {
   void footer(const std::string& text) const;
   /// What the command does.
   void runs(std::function<void()> work) const;
-  /// What it does where none of its commands is typed, which is no mistake then. Its commands are
-  /// added before.
+  /// What it does where none of its commands is typed, which have all been added before.
   void runsAlone(std::function<void()> work) const;
 
  private:
