@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreData/Context/NSManagedRow.h"
 #include "ExampleTests/Example.h"
 #include "Support/Library.h"
 

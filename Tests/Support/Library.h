@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CoreData/Context/NSManagedRow.h"
 #include "CoreData/Context/NSPersistentContainer.h"
 #include "CoreData/Model/EntityClass.h"
 #include "Foundation/Process/VirtualEnvironment.h"
@@ -140,7 +141,7 @@ inline void saveBook(const char* title, int day = 0,
   expectSaved(*library.viewContext());
 }
 
-/// The titles of what a request finds, with blanks between them.
+/// The titles of what a request finds, with blanks between them: of objects, and of rows.
 inline std::string titles(Context& context, const NSFetchRequest& request) {
   const auto books = context.fetch<BookEntity>(request);
   if (!books) return books.error()->localizedDescription();
@@ -148,6 +149,11 @@ inline std::string titles(Context& context, const NSFetchRequest& request) {
   for (const auto& book : *books) {
     all += (all.empty() ? "" : " ") + book->value(BookEntity::title).value_or("-");
   }
+  std::string ofRows;
+  EXPECT_TRUE(context.readRows(request, {BookEntity::title.slot()}, [&](const NSManagedRow& row) {
+    ofRows += (ofRows.empty() ? "" : " ") + row.value(BookEntity::title).value_or("-");
+  }));
+  EXPECT_EQ(ofRows, all);
   return all;
 }
 

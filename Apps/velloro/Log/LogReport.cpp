@@ -72,7 +72,7 @@ std::vector<LogReport> LogReport::ofLog(const TaskEntity& task, const TaskEntity
   const LogReport common = commonOf(task);
   std::vector<LogReport> reports;
   for (const auto& entry : entries) {
-    const bool isGone = task.outlook() != nullptr && task.outlook()->withdraws(*entry);
+    const bool isGone = task.outlook() != nullptr && task.outlook()->withdraws(entry->objectID());
     if (!isGone) reports.push_back(with(common, *entry));
   }
   for (const PeriodClosing& closing : closings) {

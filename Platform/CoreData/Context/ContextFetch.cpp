@@ -2,6 +2,7 @@
 // them.
 
 #include "CoreData/Context/NSManagedObjectContext.h"
+#include "CoreData/Context/NSManagedRow.h"
 #include "CoreData/Context/NSPersistentStoreCoordinator.h"
 #include "CoreData/Fetch/FetchPlan.h"
 #include "CoreData/Store/SqliteStore.h"
@@ -43,6 +44,12 @@ class RowBlocks {
   std::size_t left_ = 0;
   RowValues block_;
 };
+
+std::string columnsOf(const NSEntityDescription& entity, std::initializer_list<std::size_t> slots) {
+  std::string columns = "pk";
+  for (const std::size_t slot : slots) columns += ", " + sqlName(entity.slots()[slot].name);
+  return columns;
+}
 
 void bindAll(SqliteStatement& query, const PropertyValues& values) {
   int parameter = 0;
@@ -144,6 +151,45 @@ FetchResult<NSManagedObject> NSManagedObjectContext::readObjects(const NSEntityD
     readValues(query, entity, 2, values.get());
     object->takeValues(version, std::move(values));
   }
+}
+
+Result<void> NSManagedObjectContext::readRows(
+    const NSFetchRequest& request, std::initializer_list<std::size_t> slots,
+    const std::function<void(const NSManagedRow&)>& visit) {
+  assert(isOnQueue() && "a context is used off its queue");
+  auto read = visitRows(request, slots, visit);
+  if (!read) noteFailedRead(read.error());
+  return read;
+}
+
+Result<void> NSManagedObjectContext::visitRows(
+    const NSFetchRequest& request, std::initializer_list<std::size_t> slots,
+    const std::function<void(const NSManagedRow&)>& visit) {
+  const auto open = store();
+  if (open == nullptr) return notOpen();
+  const auto plan = TRY(this->plan(request));
+  const NSEntityDescription& entity = plan.entity();
+  if (mustEvaluate(plan) || hasPending(entity)) {
+    for (const auto& object : TRY(fetchObjects(request))) {
+      visit({object->objectID(), &object->slotValue(0)});
+    }
+    return {};
+  }
+  const SqlText sql = plan.select(columnsOf(entity, slots), request.fetchLimit());
+  const auto connection = TRY(open->lease(transaction_.get()));
+  auto query = TRY(connection->prepare(sql.text));
+  bindAll(query, sql.values);
+  PropertyValues values(entity.slots().size());
+  while (TRY(query.step())) {
+    int column = 0;
+    const NSManagedObjectID id{&entity, query.integer(column)};
+    for (const std::size_t slot : slots) {
+      values[slot] = PropertyValue();
+      readValue(query, entity.slots()[slot], ++column, values[slot]);
+    }
+    visit({id, values.data()});
+  }
+  return {};
 }
 
 Result<std::size_t> NSManagedObjectContext::count(const NSFetchRequest& request) {

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <set>
@@ -17,6 +18,7 @@
 namespace platform {
 
 class FetchPlan;
+class NSManagedRow;
 class NSPersistentStoreCoordinator;
 class SqliteStore;
 class StoreTransaction;
@@ -122,6 +124,20 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
     for (auto& object : *objects) result.push_back(std::static_pointer_cast<T>(std::move(object)));
     return result;
   }
+  /// Some values of each object that `fetch` would give, in its order, without making the objects:
+  /// for the one look at very many of them.
+  ///
+  ///     std::string titles;
+  ///     const auto read = context->readRows(
+  ///         NSFetchRequest::of<BookEntity>(), {BookEntity::title.slot()},
+  ///         [&](const NSManagedRow& row) { titles += *row.text(BookEntity::title); });
+  ///     titles;    // "Emma"
+  ///
+  /// \param slots Of the attributes to be read.
+  /// \param visit Leaves the context alone. What it is given lives until it returns.
+  [[nodiscard]] Result<void> readRows(const NSFetchRequest& request,
+                                      std::initializer_list<std::size_t> slots,
+                                      const std::function<void(const NSManagedRow&)>& visit);
   [[nodiscard]] Result<std::size_t> count(const NSFetchRequest& request);
   /// The object of that ID, unread if it is not here yet. One that isn't there is found out, and
   /// detached, when it is first looked at.
@@ -214,6 +230,8 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
   void addPending(const NSEntityDescription& entity, const FetchPlan& plan, Objects& objects) const;
   FetchResult<NSManagedObject> fetchObjects(const NSFetchRequest& request);
   Result<std::size_t> countObjects(const NSFetchRequest& request);
+  Result<void> visitRows(const NSFetchRequest& request, std::initializer_list<std::size_t> slots,
+                         const std::function<void(const NSManagedRow&)>& visit);
 
   Result<void> commit(std::unique_ptr<StoreTransaction> transaction);
   Result<void> runTransaction(const std::function<Result<void>()>& work);

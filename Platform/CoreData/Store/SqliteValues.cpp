@@ -41,19 +41,20 @@ void bindValue(SqliteStatement& statement, int parameter, const PropertyValue& v
   }
 }
 
+void readValue(const SqliteStatement& row, const NSEntityDescription::Slot& slot, int column,
+               PropertyValue& into) {
+  if (row.isNull(column)) {
+    if (!isNull(slot.defaultValue)) into = slot.defaultValue;
+  } else if (slot.relationship != nullptr) {
+    into = NSManagedObjectID{slot.relationship->destination, row.integer(column)};
+  } else {
+    readColumn(row, column, slot.type, into);
+  }
+}
+
 void readValues(const SqliteStatement& row, const NSEntityDescription& entity, int column,
                 PropertyValue* place) {
-  for (const auto& slot : entity.slots()) {
-    PropertyValue& into = *place++;
-    if (row.isNull(column)) {
-      if (!isNull(slot.defaultValue)) into = slot.defaultValue;
-    } else if (slot.relationship != nullptr) {
-      into = NSManagedObjectID{slot.relationship->destination, row.integer(column)};
-    } else {
-      readColumn(row, column, slot.type, into);
-    }
-    ++column;
-  }
+  for (const auto& slot : entity.slots()) readValue(row, slot, column++, *place++);
 }
 
 }  // namespace platform

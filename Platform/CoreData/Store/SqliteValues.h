@@ -9,7 +9,12 @@ namespace platform {
 void bindValue(SqliteStatement& statement, int parameter, const PropertyValue& value);
 void bindValue(SqliteStatement& statement, int parameter, PropertyValue&& value) = delete;
 
-/// The values of an entity's slots, from a column on, whatever form the file has them in.
+/// The value of one slot, whatever form the file has it in.
+/// \param into An empty value.
+void readValue(const SqliteStatement& row, const NSEntityDescription::Slot& slot, int column,
+               PropertyValue& into);
+
+/// The values of an entity's slots, from a column on.
 /// \param place As many empty values.
 void readValues(const SqliteStatement& row, const NSEntityDescription& entity, int column,
                 PropertyValue* place);

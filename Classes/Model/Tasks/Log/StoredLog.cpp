@@ -1,8 +1,11 @@
 #include "Tasks/Log/StoredLog.h"
 
-#include "Tasks/Log/StoredEntries.h"
+#include "CoreData/Context/NSManagedObjectContext.h"
+#include "CoreData/Context/NSManagedRow.h"
+#include "OxLog/Log.h"
 #include "Tasks/Log/TaskOutlook.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
+#include "Tasks/Rows/TaskEntity.h"
 #include "Tasks/Rows/TaskLogEntryEntity.h"
 
 #include <algorithm>
@@ -14,8 +17,13 @@ namespace {
 
 using Columns = TaskLogEntryEntity;
 
-TaskLogRow rowOf(const TaskLogEntryEntity& entry) {
+/// \param zones Keeps the zones that rows refer to. Entries mostly have the zone of the one before.
+TaskLogRow rowOf(const NSManagedRow& entry, std::set<std::string>& zones,
+                 const std::string*& lastZone) {
   const std::string* zone = entry.text(Columns::createdTimeZone);
+  if (zone != nullptr && (lastZone == nullptr || *zone != *lastZone)) {
+    lastZone = &*zones.insert(*zone).first;
+  }
   return {.entryDate = entry.stored(Columns::entryDate),
           .entryPeriodFrom = entry.stored(Columns::entryPeriodFrom),
           .entryPeriodTo = entry.stored(Columns::entryPeriodTo),
@@ -24,7 +32,7 @@ TaskLogRow rowOf(const TaskLogEntryEntity& entry) {
           .progress = entry.value(Columns::progress),
           .progressTotal = entry.value(Columns::progressTotal),
           .createdTimestamp = entry.value(Columns::createdTimestamp),
-          .createdTimeZone = zone != nullptr ? std::string_view(*zone) : std::string_view()};
+          .createdTimeZone = zone != nullptr ? std::string_view(*lastZone) : std::string_view()};
 }
 
 /// What to fetch for as many entries as are wanted when some will be withdrawn.
@@ -48,13 +56,24 @@ bool isNewer(const TaskLogRow& a, const TaskLogRow& b) {
 
 }  // namespace
 
-StoredLog::StoredLog(const TaskEntity& task, const TaskLogFetchRequest& request)
-    : entries_(entriesOrNone(task, storedPart(request, task))) {
-  rows_.reserve(entries_.size());
+StoredLog::StoredLog(const TaskEntity& task, const TaskLogFetchRequest& request) {
+  NSManagedObjectContext* context = task.managedObjectContext();
+  if (context == nullptr) return;
   const TaskOutlook* outlook = task.outlook();
-  for (const auto& entry : entries_) {
-    const bool isGone = entry->isDeleted() || (outlook != nullptr && outlook->withdraws(*entry));
-    if (!isGone) rows_.push_back(rowOf(*entry));
+  const std::string* lastZone = nullptr;
+  const auto read = context->readRows(
+      storedPart(request, task).fetchRequest(&task),
+      {Columns::entryDate.slot(), Columns::entryPeriodFrom.slot(), Columns::entryPeriodTo.slot(),
+       Columns::entryType.slot(), Columns::entryPeriodType.slot(), Columns::progress.slot(),
+       Columns::progressTotal.slot(), Columns::createdTimestamp.slot(),
+       Columns::createdTimeZone.slot()},
+      [&](const NSManagedRow& entry) {
+        if (outlook != nullptr && outlook->withdraws(entry.objectID())) return;
+        rows_.push_back(rowOf(entry, zones_, lastZone));
+      });
+  if (!read) {
+    Log::database.error(read.error());
+    rows_.clear();
   }
   if (outlook == nullptr) return;
   std::ranges::copy_if(outlook->added, std::back_inserter(rows_),

@@ -15,9 +15,7 @@ struct TaskOutlook {
   std::set<NSManagedObjectID> withdrawn = {};     ///< Stored entries that it won't have.
   std::optional<TaskTemporalData> temporal = {};  ///< What will be kept of it, where known.
 
-  [[nodiscard]] bool withdraws(const NSManagedObject& entry) const {
-    return withdrawn.contains(entry.objectID());
-  }
+  [[nodiscard]] bool withdraws(NSManagedObjectID entry) const { return withdrawn.contains(entry); }
 };
 
 }  // namespace velloro
