@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 #include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/SlowPoll.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "Host/LogWriter.h"
 #include "Host/NotificationUpdates.h"
@@ -70,6 +71,7 @@ VirtualEnvironment& environment() {
     auto* made = new VirtualEnvironment;
     made->setResources(VELLORO_RESOURCES);
     made->setTimeZone(TimeZone::gmt());
+    SlowPoll::makeCommon();  // as the agent does
     return made;
   }();
   return environment;
@@ -314,6 +316,44 @@ TEST_F(AgentTest, CountsALateAnswerForTheReminderDay) {
   heard();
   advance(24 * hour);
   EXPECT_THAT(heard(), testing::Contains("Read")) << "the next day has its own";
+}
+
+TEST_F(AgentTest, FollowsTheZone) {
+  const auto read = add("Read", {{.h = 18}});
+  startAgent();
+  advance(hour);
+  environment().setTimeZone(TimeZone::fromIdentifier("Africa/Lagos").value());
+  agent_->zoneDidChange();
+  advance(3 * hour);
+  EXPECT_THAT(heard(), IsEmpty());
+  advance(hour);
+  EXPECT_THAT(heard(), ElementsAre("Read")) << "at six by the new clock";
+  advance(2 * hour);
+  EXPECT_THAT(heard(), IsEmpty()) << "not again at six by the old one";
+}
+
+TEST_F(AgentTest, EndsADayWhenItEnds) {
+  const auto read = add("Read", {{.h = 23}});
+  const auto late = add("Late", {{.h = 1}});
+  store_->write([&] { late->setValue(TaskAttributes::startOfDayValue, HHMMSS{.h = 4}); });
+  const std::string day = today();
+  startAgent();
+  advance(11.5 * hour);
+  EXPECT_THAT(heard(), ElementsAre("Read"));
+  advance(hour);
+  EXPECT_THAT(heard(), ElementsAre("withdrawn")) << "at midnight the day of the task is over";
+  advance(hour);
+  EXPECT_THAT(heard(), ElementsAre("Late"));
+  advance(2 * hour);
+  EXPECT_THAT(heard(), IsEmpty()) << "its day goes on until four";
+  press(*late, NotificationAction::markAsDone);
+  EXPECT_THAT(log(*late), ElementsAre(day + " completed_manually"));
+  heard();
+  advance(24 * hour);
+  EXPECT_THAT(heard(), ElementsAre("Read", "withdrawn", "Late")) << "and so on each day";
+  advance(hour);
+  EXPECT_THAT(heard(), ElementsAre("withdrawn")) << "the day that ends at four";
+  EXPECT_THAT(log(*read), testing::Contains(day + " missed_auto"));
 }
 
 }  // namespace
