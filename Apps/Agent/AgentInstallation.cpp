@@ -38,15 +38,25 @@ fs::path autostartFile() {
   return configuration() / "autostart" / (std::string(DesktopVoice::desktopEntry) + ".desktop");
 }
 
-/// One argument after the other, in quotes. \param doubled Signs that stand for something else
-/// unless they are written twice.
-std::string quoted(const std::vector<std::string>& command, std::string_view doubled) {
+/// How a kind of file writes what would otherwise end an argument or stand for something else.
+struct Quoting {
+  std::string_view escaped;  ///< Signs with `escape` before them.
+  std::string_view escape;
+  std::string_view doubled;
+};
+constexpr Quoting ofUnit{.escaped = "\"\\", .escape = "\\", .doubled = "%$"};
+constexpr Quoting ofService{.escaped = "\"\\$`", .escape = "\\", .doubled = ""};
+// Its lines have escapes of their own, in which a backslash is written twice.
+constexpr Quoting ofDesktopFile{.escaped = "\"\\$`", .escape = "\\\\", .doubled = "%\\"};
+
+/// One argument after the other, in quotes.
+std::string quoted(const std::vector<std::string>& command, const Quoting& quoting) {
   std::string line;
   for (const std::string& word : command) {
     line += line.empty() ? "\"" : " \"";
     for (const char c : word) {
-      if (c == '"' || c == '\\') line += '\\';
-      if (doubled.contains(c)) line += c;
+      if (quoting.escaped.contains(c)) line += quoting.escape;
+      if (quoting.doubled.contains(c)) line += c;
       line += c;
     }
     line += '"';
@@ -64,7 +74,7 @@ std::string unitText(const std::vector<std::string>& command) {
          "[Service]\n"
          "Type=notify\n"
          "ExecStart=" +
-         quoted(command, "%$") +
+         quoted(command, ofUnit) +
          "\n"
          "WatchdogSec=180\n"
          "Restart=on-failure\n"
@@ -76,7 +86,8 @@ std::string unitText(const std::vector<std::string>& command) {
 
 std::string serviceText(const std::vector<std::string>& command) {
   return std::string(mark) + "[D-BUS Service]\nName=" + DesktopVoice::busName +
-         "\nExec=" + quoted(command, "") + "\nSystemdService=" + AgentInstallation::unit + "\n";
+         "\nExec=" + quoted(command, ofService) + "\nSystemdService=" + AgentInstallation::unit +
+         "\n";
 }
 
 std::string desktopText(const std::vector<std::string>& command, bool isAutostart) {
@@ -88,7 +99,8 @@ std::string desktopText(const std::vector<std::string>& command, bool isAutostar
          "Icon=appointment-soon\n"
          "NoDisplay=true\n"
          "Exec=" +
-         quoted(command, "%") + "\n" + (isAutostart ? "X-GNOME-Autostart-enabled=true\n" : "");
+         quoted(command, ofDesktopFile) + "\n" +
+         (isAutostart ? "X-GNOME-Autostart-enabled=true\n" : "");
 }
 
 }  // namespace
@@ -117,6 +129,10 @@ std::vector<std::string> AgentInstallation::install() const {
       done.push_back("kept " + path.string());
       continue;
     }
+    if (before && !before->starts_with(mark)) {
+      throw Error("velloro.agent", 1,
+                  path.string() + " is not from \"agent --install\"; it must be moved away first");
+    }
     auto written = NSFileManager::createDirectory(path.parent_path(), NewItemAccess::byUmask);
     if (written) written = NSFileManager::write(content, path, NewItemAccess::byUmask);
     if (!written) throw Error(*written.error());
@@ -131,7 +147,7 @@ std::vector<std::string> AgentInstallation::uninstall() {
     const auto content = NSFileManager::contents(path);
     if (!content) continue;
     if (!content->starts_with(mark)) {
-      done.push_back("left " + path.string() + ", which was changed by hand");
+      done.push_back("left " + path.string() + ", which \"agent --install\" has not written");
       continue;
     }
     const auto removed = NSFileManager::removeItem(path);

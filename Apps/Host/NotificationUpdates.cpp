@@ -160,14 +160,15 @@ void NotificationUpdates::rebuild(Date now) {
   store.write([&] {
     for (const auto& task : store.tasks(activeStatuses)) velloro::bringUpToDate(*task, now);
   });
+  // What is noted from now on, while the main loop runs, may be newer than what is planned here.
+  touched_.clear();
+  hasWritten_ = false;
   endSnoozes(store, now);
   withdrawFromCenter();
   wait([](Block done) {
     NotificationManager::shared().rebuildNotifications(false, std::move(done));
   });
   scheduleRunningTimers(store, now);
-  touched_.clear();
-  hasWritten_ = false;
   NSUserDefaults::standardUserDefaults().setObject(present(), plannedForKey);
   keepPlanned(now, nextDay(store.tasks(activeStatuses), now));
 }

@@ -89,6 +89,9 @@ void printLines(const std::vector<std::string>& lines) {
 void install(const AgentOptions& options, const GlobalOptions& global) {
   if (options.print || options.once) throw UsageError("--install: not with --print or --once");
   static_cast<void>(runOptions(options));
+  if (options.exec && options.exec->contains('\n')) {
+    throw UsageError("--exec", *options.exec, "files of one line per command can't hold it");
+  }
   const bool usesSystemd = AgentInstallation::hasSystemd() && !options.autostart;
   const auto installation = AgentInstallation::of(commandOf(options, global), usesSystemd);
   printLines(installation.install());

@@ -170,7 +170,7 @@ void doctor(const DoctorOptions& options) {
 void addDoctorCommand(const Command& app) {
   const auto [command, options] =
       app.subcommand("doctor", "Says what the agent can do here, and what is wrong", doctor);
-  command.json(options.json);
+  command.json(options.json, "Prints one JSON object");
   command.footer("Examples:\n  velloro doctor\n  velloro doctor --json");
 }
 

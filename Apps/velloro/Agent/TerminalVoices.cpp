@@ -6,7 +6,7 @@
 #include "Foundation/Text/String.h"
 #include "OxKit/Localization.h"
 #include "VelloroCore/Reminders/NotificationTextKeys.h"
-#include "velloro/Notifications/CenterReport.h"
+#include "velloro/Notifications/NotificationLine.h"
 #include "velloro/Output/Output.h"
 
 #include <cstdio>
