@@ -156,6 +156,8 @@ void NotificationUpdates::bringUpToDate() {
 
 /// What is over is told to the log first, so that the plan knows it.
 void NotificationUpdates::rebuild(Date now) {
+  // What is pending stays until the new plan is made.
+  const auto together = UNUserNotificationCenter::currentNotificationCenter().holdChanges();
   const HostStore store;
   store.write([&] {
     for (const auto& task : store.tasks(activeStatuses)) velloro::bringUpToDate(*task, now);
@@ -169,11 +171,13 @@ void NotificationUpdates::rebuild(Date now) {
     NotificationManager::shared().rebuildNotifications(false, std::move(done));
   });
   scheduleRunningTimers(store, now);
+  wait([](Block done) { NotificationManager::shared().schedule({}, std::move(done)); });
   NSUserDefaults::standardUserDefaults().setObject(present(), plannedForKey);
   keepPlanned(now, nextDay(store.tasks(activeStatuses), now));
 }
 
 void NotificationUpdates::planTouched(Date now) {
+  const auto together = UNUserNotificationCenter::currentNotificationCenter().holdChanges();
   const HostStore store;
   noteWrittenElsewhere(store);
   endSnoozes(store, now);

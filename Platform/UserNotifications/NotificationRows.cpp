@@ -186,6 +186,7 @@ Result<void> NotificationRows::add(const UNNotificationRequest& request, Date no
     return failure<Error>("UNErrorDomain", 1, "The user does not allow notifications.");
   }
   const std::string text = TRY(textOf(request, "request."));
+  if (TRY(isSpared(request.identifier))) return {};
   const auto number = TRY(connection_->integer(
       "SELECT number FROM notifications WHERE identifier = ? AND isDelivered != 1",
       request.identifier));
@@ -197,6 +198,16 @@ Result<void> NotificationRows::add(const UNNotificationRequest& request, Date no
   if (number) TRY(remove(*number));
   TRY(insert(request, text, now));
   return {};
+}
+
+/// What these changes have added themselves is behind the stored position.
+Result<bool> NotificationRows::isSpared(const std::string& identifier) {
+  if (spared_ >= storedPosition_) return false;
+  const auto number = TRY(connection_->integer(
+      "SELECT number FROM notifications WHERE identifier = ? AND isDelivered = 0 AND position > ? "
+      "AND position <= ?",
+      identifier, spared_, storedPosition_));
+  return number.has_value();
 }
 
 Result<bool> NotificationRows::isUnchanged(std::int64_t number, std::string_view text) {
@@ -227,6 +238,7 @@ Result<void> NotificationRows::remove(std::int64_t number) {
 
 Result<void> NotificationRows::removePending(const std::set<std::string>& identifiers) {
   for (const auto& identifier : identifiers) {
+    if (TRY(isSpared(identifier))) continue;
     TRY(connection_->run("DELETE FROM notifications WHERE identifier = ? AND isDelivered = 0",
                          identifier));
   }
@@ -248,7 +260,10 @@ Result<void> NotificationRows::removeDelivered(const std::set<std::string>& iden
 Result<void> NotificationRows::removeAllPending(Date now) {
   const auto due = TRY(dueRows(now));
   TRY(connection_->run("DELETE FROM notifications WHERE isDelivered = 2"));
-  TRY(connection_->run("UPDATE notifications SET isDelivered = 2 WHERE isDelivered = 0"));
+  TRY(
+      connection_->run("UPDATE notifications SET isDelivered = 2 WHERE isDelivered = 0 AND "
+                       "(position <= ? OR position > ?)",
+                       spared_, std::max(spared_, storedPosition_)));
   for (const Row& row : due) {
     TRY(connection_->run("UPDATE notifications SET isDelivered = 0 WHERE number = ?", row.number));
   }

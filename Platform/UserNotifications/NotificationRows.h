@@ -4,6 +4,7 @@
 #include "UserNotifications/NotificationRecords.h"
 
 #include <cstdint>
+#include <limits>
 #include <set>
 #include <string>
 #include <string_view>
@@ -41,6 +42,12 @@ class NotificationRows {
   /// distant future when there is none.
   [[nodiscard]] Result<Date> nextDue();
 
+  /// The position of what was added or delivered last.
+  [[nodiscard]] std::int64_t lastPosition() const { return position_; }
+  /// From now on what others have added behind that position is newer than these changes: it is
+  /// neither replaced nor removed.
+  void spareBehind(std::int64_t position) { spared_ = position; }
+
   /// \name Changes
   /// @{
   void authorize(UNAuthorizationOptions options) { records_.authorize(options); }
@@ -76,6 +83,7 @@ class NotificationRows {
   [[nodiscard]] Result<std::vector<std::int64_t>> numbers(std::string_view sql);
   [[nodiscard]] Result<std::optional<UNNotificationRequest>> request(std::int64_t number);
   [[nodiscard]] Result<std::vector<Row>> dueRows(Date now);
+  [[nodiscard]] Result<bool> isSpared(const std::string& identifier);
   [[nodiscard]] Result<bool> isUnchanged(std::int64_t number, std::string_view text);
   [[nodiscard]] Result<std::int64_t> insert(const UNNotificationRequest& request,
                                             std::string_view text, Date now);
@@ -89,6 +97,7 @@ class NotificationRows {
   bool isDamaged_ = false;
   std::int64_t position_ = 0;  ///< Of what is added or delivered last.
   std::int64_t storedPosition_ = 0;
+  std::int64_t spared_ = std::numeric_limits<std::int64_t>::max();
 };
 
 }  // namespace platform

@@ -29,8 +29,22 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
   /// Many changes asked for in a row are one transaction, or a few.
   void change(Edit edit, Completion<void> completion = nullptr) {
     const std::scoped_lock lock(mutex_);
-    waiting_.push_back({.edit = std::move(edit), .completion = std::move(completion)});
-    if (waiting_.size() == 1) async([](Service& service) { service.applyWaiting(); });
+    waiting_.push_back(
+        {.edit = std::move(edit), .completion = std::move(completion), .spared = spared_});
+    if (waiting_.size() == 1 && holds_ == 0) applySoon();
+  }
+
+  std::shared_ptr<void> hold() {
+    std::int64_t last = 0;
+    queue_.sync([&] {
+      store_.read([&](NotificationRows& rows) -> Result<void> {
+        last = rows.lastPosition();
+        return {};
+      });
+    });
+    const std::scoped_lock lock(mutex_);
+    if (holds_++ == 0) spared_ = last;
+    return {nullptr, [self = shared_from_this()](std::nullptr_t) { self->release(); }};
   }
 
   /// \param part A member function of the rows.
@@ -59,9 +73,12 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
   }
 
  private:
+  static constexpr std::int64_t nothing = std::numeric_limits<std::int64_t>::max();
+
   struct Change {
     Edit edit;
     Completion<void> completion;
+    std::int64_t spared = nothing;
     Result<void> outcome = {};
   };
   struct Outlook {
@@ -79,14 +96,27 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
     queue_.async([self = shared_from_this(), work = std::move(work)]() mutable { work(*self); });
   }
 
+  void release() {
+    const std::scoped_lock lock(mutex_);
+    if (--holds_ > 0) return;
+    spared_ = nothing;
+    if (!waiting_.empty()) applySoon();
+  }
+
+  void applySoon() {
+    async([](Service& service) { service.applyWaiting(); });
+  }
+
   void applyWaiting() {
     std::vector<Change> changes;
     {
       const std::scoped_lock lock(mutex_);
+      if (holds_ > 0) return;
       changes.swap(waiting_);
     }
     const auto written = store_.change([&](NotificationRows& rows) -> Result<void> {
       for (Change& change : changes) {
+        rows.spareBehind(change.spared);
         change.outcome = change.edit(rows);
         if (isOfTheFile(change.outcome)) return change.outcome;
       }
@@ -155,7 +185,10 @@ class UNUserNotificationCenter::Service : public std::enable_shared_from_this<Se
 
   const DispatchQueue queue_{"velloro.platform.usernotifications", QualityOfService::userInitiated};
   std::mutex mutex_;
-  std::vector<Change> waiting_;  // guarded by `mutex_`
+  // Guarded by `mutex_`:
+  std::vector<Change> waiting_;
+  int holds_ = 0;
+  std::int64_t spared_ = nothing;  // what has been added behind this position
 
   // On the queue alone:
   NotificationStore store_;
@@ -259,6 +292,10 @@ void UNUserNotificationCenter::removeAllDeliveredNotifications() {
 void UNUserNotificationCenter::setDelegate(
     std::weak_ptr<UNUserNotificationCenterDelegate> delegate) {
   service_->setDelegate(std::move(delegate));
+}
+
+std::shared_ptr<void> UNUserNotificationCenter::holdChanges() {
+  return service_->hold();
 }
 
 void UNUserNotificationCenter::flush() const {

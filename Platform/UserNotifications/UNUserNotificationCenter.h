@@ -97,8 +97,14 @@ class UNUserNotificationCenter {
   /// one. While there is a delegate the centre always has a next look at the clock ahead of it.
   void setDelegate(std::weak_ptr<UNUserNotificationCenterDelegate> delegate);
 
-  /// Returns when all that was asked before has taken effect; to be called before the process ends.
-  /// Not from a handler.
+  /// From now on, changes are kept until the returned object has gone, and are then made in one
+  /// transaction: a process that ends before has changed nothing, and what falls due before is
+  /// delivered. What other processes add meanwhile is newer than these changes, and is neither
+  /// replaced nor removed. Not from a handler.
+  [[nodiscard]] std::shared_ptr<void> holdChanges();
+
+  /// Returns when all that was asked before has taken effect, but for what is kept; to be called
+  /// before the process ends. Not from a handler.
   void flush() const;
 
  private:

@@ -204,6 +204,35 @@ TEST_F(UserNotificationCenterTest, WhatFellDueWithoutAProcessIsDeliveredOnceByOn
   EXPECT_EQ(kept(), "| a b c");
 }
 
+TEST_F(UserNotificationCenterTest, WhatIsHeldLosesNothing) {
+  for (const char* each : {"dropped", "kept", "changed"}) {
+    center_.addNotificationRequest(request(each, 50));
+  }
+  center_.addNotificationRequest(request("due", 5));
+  environment_.settle();
+  auto held = center_.holdChanges();
+  center_.removeAllPendingNotificationRequests();
+  center_.addNotificationRequest(request("kept", 70));
+  EXPECT_THAT(shownAfter(10), ElementsAre("5: due")) << "removed by nobody yet";
+  EXPECT_EQ(kept(), "dropped kept changed | due") << "so it stays if the process ends now";
+
+  UNUserNotificationCenter other(folder_);
+  other.addNotificationRequest(request("changed", 60));
+  other.addNotificationRequest(request("new", 60));
+  other.flush();
+  center_.addNotificationRequest(request("changed", 45));
+  center_.removePendingNotificationRequestsWithIdentifiers({"new"});
+  center_.addNotificationRequest(request("twice", 30));
+  center_.addNotificationRequest(request("twice", 40));
+  held.reset();
+  center_.flush();
+  EXPECT_EQ(kept(), "changed new kept twice | due");
+  EXPECT_THAT(shownAfter(80), ElementsAre("50: twice", "70: kept", "70: changed", "70: new"));
+  center_.addNotificationRequest(request("later", 60));
+  center_.removeAllPendingNotificationRequests();
+  EXPECT_THAT(shownAfter(80), IsEmpty()) << "what is not held spares nothing";
+}
+
 TEST_F(UserNotificationCenterTest, ABadgeIsSetWithoutBeingShown) {
   center_.addNotificationRequest(badge("b.0", 3));
   EXPECT_THAT(shownAfter(0), ElementsAre("0: badge 3"));

@@ -95,20 +95,23 @@ void install(const AgentOptions& options, const GlobalOptions& global) {
   const bool usesSystemd = AgentInstallation::hasSystemd() && !options.autostart;
   const auto installation = AgentInstallation::of(commandOf(options, global), usesSystemd);
   printLines(installation.install());
-  print(usesSystemd ? std::string("To start it now, and with each session:\n"
-                                  "  systemctl --user daemon-reload\n"
-                                  "  systemctl --user enable --now ") +
-                          AgentInstallation::unit + "\n"
-                    : "It starts with the next session; to start it now:\n  velloro agent &\n");
+  print(usesSystemd
+            ? std::string("To start it now, and with each session:\n"
+                          "  systemctl --user daemon-reload\n"
+                          "  systemctl --user enable --now ") +
+                  AgentInstallation::unit + "\n"
+            : "It starts with the next session; to start it now, repeat this command without\n"
+              "--install, and with \"&\" at its end.\n");
 }
 
 void uninstall() {
   const auto done = AgentInstallation::uninstall();
   printLines(done);
-  print(done.empty() ? "There is nothing to remove.\n"
-                     : std::string("An agent that is running ends with the session, or by\n"
-                                   "  systemctl --user disable --now ") +
-                           AgentInstallation::unit + "\n");
+  if (done.empty()) return print("There is nothing to remove.\n");
+  print("An agent that is running ends with the session.\n");
+  if (AgentInstallation::hasSystemd()) {
+    print(std::string("To end it now:\n  systemctl --user stop ") + AgentInstallation::unit + "\n");
+  }
 }
 
 void agent(const AgentOptions& options, const GlobalOptions& global) {
