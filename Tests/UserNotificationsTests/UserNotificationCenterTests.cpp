@@ -227,7 +227,7 @@ TEST_F(UserNotificationCenterTest, WhatIsHeldLosesNothing) {
   held.reset();
   center_.flush();
   EXPECT_EQ(kept(), "changed new kept twice | due");
-  EXPECT_THAT(shownAfter(80), ElementsAre("50: twice", "70: kept", "70: changed", "70: new"));
+  EXPECT_THAT(shownAfter(80), ElementsAre("50: twice", "70: changed", "70: new", "70: kept"));
   center_.addNotificationRequest(request("later", 60));
   center_.removeAllPendingNotificationRequests();
   EXPECT_THAT(shownAfter(80), IsEmpty()) << "what is not held spares nothing";
