@@ -62,17 +62,19 @@ class Household:
                 return
             time.sleep(0.05)
 
+    def remind(self, task, page):
+        self.tasks.append(task)
+        self.run("task", "add", task, "--page", str(page))
+        self.run("reminder", "mode", task, "none")
+        self.run("reminder", "add", task, "+2s")
+        self.wait_for(task)
+        self.run("log", "add", task)
+        self.seen_when_logged[task] = self.shown()[task]
+
     def live(self, person):
         """One round at least."""
         for i in range(1000):
-            task = f"Task {person}.{i}"
-            self.tasks.append(task)
-            self.run("task", "add", task, "--page", str(i % PAGES))
-            self.run("reminder", "mode", task, "none")
-            self.run("reminder", "add", task, "+2s")
-            self.wait_for(task)
-            self.run("log", "add", task)
-            self.seen_when_logged[task] = self.shown()[task]
+            self.remind(f"Task {person}.{i}", i % PAGES)
             if self.problems or time.monotonic() > self.end:
                 return
 
@@ -94,6 +96,7 @@ def main():
             agent = home.start_agent()
         for person in people:
             person.join()
+        home.remind("The last task", 0)
         agent.terminate()
         if agent.wait(LONGEST) != 0:
             home.problems.append(f"the agent ended with {agent.returncode}")
