@@ -1,6 +1,7 @@
 #include "Host/LogWriter.h"
 
 #include "CoreData/Context/NSManagedObjectContext.h"
+#include "Host/HealthReader.h"
 #include "Host/LogEntryRow.h"
 #include "OxKit/Numbers.h"
 #include "Tasks/Log/StoredEntries.h"
@@ -189,8 +190,10 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date, Date now) {
 }
 
 void updateDerivedData(TaskEntity& task, Date now) {
+  const HealthReading reading = readHealthIntoLog(task, now, /*isSaved=*/true);
   const TaskLogRules rules = logRules(task, now);
   task.updateTemporalData(rules.today(), rules.timeZone, now);
+  keepHealthProgress(task, reading);
 }
 
 }  // namespace velloro

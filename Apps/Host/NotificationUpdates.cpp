@@ -6,6 +6,7 @@
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Process/MainLoop.h"
 #include "Foundation/Text/Locale.h"
+#include "Host/HealthUpdates.h"
 #include "Host/HostStore.h"
 #include "Host/PeriodCloser.h"
 #include "Host/Snooze.h"
@@ -139,9 +140,12 @@ void NotificationUpdates::note(const std::shared_ptr<TaskEntity>& task, bool isD
 }
 
 void NotificationUpdates::bringUpToDate() {
-  if (!std::exchange(hasWritten_, false) || !mayNotify()) return;
+  if (!std::exchange(hasWritten_, false)) return;
   const Date now = Date::now();
   try {
+    readChangedHealth(now);
+    hasWritten_ = false;
+    if (!mayNotify()) return;
     wait([](Block done) { NotificationManager::shared().readAuthorization(std::move(done)); });
     if (isOutOfDate(now)) {
       rebuild(now);

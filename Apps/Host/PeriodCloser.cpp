@@ -2,6 +2,7 @@
 
 #include "Foundation/Process/Environment.h"
 #include "Foundation/Text/String.h"
+#include "Host/HealthReader.h"
 #include "Host/HostStore.h"
 #include "Host/LogEntryRow.h"
 #include "Host/LogWriter.h"
@@ -171,24 +172,30 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
 }
 
 bool PeriodCloser::close(TaskEntity& task) {
+  const bool isRead = readHealthIntoLog(task, now_, /*isSaved=*/true).isLogChanged;
   const Changes changes = changesOf(task);
   if (!changes.obstacle.empty()) throw HostError(changes.obstacle);
   for (const auto& entry : changes.ahead) context_.deleteObject(*entry);
   write(task, changes.closings, now_);
   if (changes.isProcessed) task.setValue(TaskAttributes::lastProcessedDate, now_);
-  return changes.isLogChanged();
+  return isRead || changes.isLogChanged();
 }
 
 std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
   if (!runs_) runs_ = TimedTaskManager::shared().entries();
   foreseeExpiredRuns(task, *runs_, now_);
+  const HealthReading reading = readHealthIntoLog(task, now_, /*isSaved=*/false);
   Changes changes = changesOf(task);
+  if (reading.isLogChanged) changes.temporal.reset();
   if (!changes.obstacle.empty()) {
     Environment::current().report(terminalText(changes.obstacle));
     return {};
   }
   const bool hasRow = task.value(TaskAttributes::taskTemporalData) != nullptr;
-  if (!changes.isLogChanged() && hasRow) return {};
+  if (!changes.isLogChanged() && hasRow && !reading.isLogChanged) {
+    keepHealthProgress(task, reading);
+    return {};
+  }
   TaskEntity::Outlook outlook{.temporal = hasRow ? changes.temporal : std::nullopt};
   for (const PeriodClosing& closing : changes.closings | std::views::reverse) {
     outlook.added.push_back(closing.row(now_));
@@ -200,15 +207,20 @@ std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
     const auto snapshot = TaskSnapshot::of(task, now_);
     outlook.temporal =
         temporalDataFromLog(snapshot, snapshot.standing.today(), snapshot.standing.timeZone);
-    task.setOutlook(std::move(outlook));
   }
+  if (reading.progress) {
+    outlook.temporal->progress = *reading.progress;
+    outlook.temporal->progressDate = reading.periodStart;
+  }
+  if (isWalkNeeded || reading.progress) task.setOutlook(std::move(outlook));
   return std::move(changes.closings);
 }
 
 void bringUpToDate(TaskEntity& task, Date now) {
   const bool isNew = task.value(TaskAttributes::taskTemporalData) == nullptr;
   const bool isChanged = PeriodCloser(*task.managedObjectContext(), now).close(task);
-  if (isChanged || isNew) updateDerivedData(task, now);
+  const auto type = task.automaticTaskType();
+  if (isChanged || isNew || (type && type->usesHealthKit())) updateDerivedData(task, now);
 }
 
 }  // namespace velloro

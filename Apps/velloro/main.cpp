@@ -2,6 +2,7 @@
 #include "Foundation/Process/ProcessEnd.h"
 #include "Foundation/Process/Terminal.h"
 #include "Foundation/Values/Error.h"
+#include "Health/HealthManager.h"
 #include "Host/NotificationUpdates.h"
 #include "Host/TaskWriter.h"
 #include "OxLog/LogManager.h"
@@ -9,6 +10,7 @@
 #include "velloro/Agent/AgentCommand.h"
 #include "velloro/Calendar/DayCommand.h"
 #include "velloro/Calendar/PeriodCommand.h"
+#include "velloro/Health/HealthCommand.h"
 #include "velloro/Log/HistoryCommand.h"
 #include "velloro/Log/LogCommand.h"
 #include "velloro/Notifications/NotificationCommand.h"
@@ -91,6 +93,7 @@ int run(int argumentCount, char** arguments) {
   addDemoCommand(app);
   addDoctorCommand(app);
   addGraphCommand(app);
+  addHealthCommand(app);
   addHistoryCommand(app);
   addIconsCommand(app);
   addLogCommand(app);
@@ -115,6 +118,8 @@ int run(int argumentCount, char** arguments) {
   addWatchCommand(app);
 
   SettingsStorage::setCloudContainer(DataManager::sharedCloudContainer);
+  HealthManager::shared().setFile(
+      [] { return DataManager::activeStoreUrl().parent_path() / "health.sqlite"; });
   // The environment stands before any command runs, and is never destroyed: background work may
   // read it until the very end.
   const auto installEnvironment = [&](const std::string& command) {

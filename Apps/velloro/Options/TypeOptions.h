@@ -10,9 +10,10 @@ namespace velloro {
 class Command;
 class Option;
 
-/// `--type`, `--target` and `--unit`: what completes an automatic task.
+/// `--type`, `--target`, `--unit`, `--speed`, `--workouts` and `--data-source`: what completes an
+/// automatic task.
 struct TypeOptions {
-  std::optional<std::string> type, target, unit;
+  std::optional<std::string> type, target, unit, speed, workouts, dataSource;
   const char* targetName = "--target";  ///< The option that gave the target, for error messages.
 
   /// Returns that of the target.
@@ -23,7 +24,13 @@ struct TypeOptions {
   [[nodiscard]] std::optional<AutomaticTaskType> value(
       std::optional<TaskFrequencyPeriodType> per = {}) const;
 
+  /// Whether something was said of a type beyond its target.
+  [[nodiscard]] bool areRefined() const { return speed || workouts || dataSource; }
+  /// The type with what was said. \throws UsageError
+  [[nodiscard]] AutomaticTaskType refined(AutomaticTaskType of) const;
+
  private:
+  [[nodiscard]] AutomaticTaskType chosenType(std::optional<TaskFrequencyPeriodType> per) const;
   [[nodiscard]] double quantity(TaskType of, TypeUnit in, TaskFrequencyPeriodType per) const;
 };
 

@@ -72,6 +72,16 @@ TaskFields TaskFieldOptions::fields(const TaskEntity* edited) const {
   }
   const TaskFrequency& recurs = fields.frequency ? *fields.frequency : base;
   fields.automaticTaskType = automaticTaskType(recurs);
+  if (type.areRefined() && !type.type) {
+    if (!known || timer) {
+      const auto& given = type.speed ? type.speed : type.workouts ? type.workouts : type.dataSource;
+      throw UsageError(type.speed      ? "--speed"
+                       : type.workouts ? "--workouts"
+                                       : "--data-source",
+                       *given, "only with a --type");
+    }
+    fields.automaticTaskType = type.refined(*known);
+  }
   if (isNegative) fields.isNegative = true;
   if (isPositive) fields.isNegative = false;
   fields.startOfDay = given<HHMMSS>("--start-of-day", startOfDay, timeArgument);
