@@ -15,12 +15,14 @@ namespace platform {
 /// Reads a zip archive, also one of more than 4 GiB. Entries are read piece by piece and never
 /// unpacked as a whole.
 ///
-///     auto archive = ZipReader::open("export.zip").value();
-///     for (const auto& entry : archive.entries()) {
-///       auto stream = archive.read(entry).value();
-///       char piece[65536];
-///       while (stream->read(piece).value_or(0) > 0) …
-///     }
+/// ```
+/// auto archive = ZipReader::open("export.zip").value();
+/// for (const auto& entry : archive.entries()) {
+///   auto stream = archive.read(entry).value();
+///   char piece[65536];
+///   while (stream->read(piece).value_or(0) > 0) …
+/// }
+/// ```
 class ZipReader {
  public:
   struct Entry {

@@ -20,13 +20,15 @@ class HealthTables;
 /// The health data of a person, in a file of its own that the processes of a program share. Queries
 /// are answered on the store's own queue; everything else returns when it is done.
 ///
-///     auto store = std::make_shared<HKHealthStore>(folder / "health.sqlite", "velloro.app");
-///     store->isHealthDataAvailable();    // false: there is no file, and reading makes none
-///     store->save({steps});              // 1 added
-///     auto query = std::make_shared<HKSampleQuery>();
-///     query->sampleType = steps.sampleType;
-///     query->resultsHandler = [](Result<std::vector<HKSample>> found) { … };
-///     store->execute(query);
+/// ```
+/// auto store = std::make_shared<HKHealthStore>(folder / "health.sqlite", "velloro.app");
+/// store->isHealthDataAvailable();    // false: there is no file, and reading makes none
+/// store->save({steps});              // 1 added
+/// auto query = std::make_shared<HKSampleQuery>();
+/// query->sampleType = steps.sampleType;
+/// query->resultsHandler = [](Result<std::vector<HKSample>> found) { … };
+/// store->execute(query);
+/// ```
 ///
 /// Samples are found by type and time through an index, however many there are.
 class HKHealthStore {

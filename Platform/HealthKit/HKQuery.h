@@ -16,6 +16,7 @@ namespace platform {
 
 /// Which samples a query asks for. An empty one asks for all of its type.
 ///
+///     const Date now = Date::now();
 ///     const auto day = HKPredicate::samples(now, now + 86400);
 ///     const auto own = HKPredicate::all({day, HKPredicate::ownSource("velloro.app")});
 ///     own.window()->first == now;    // true: read by an index

@@ -38,7 +38,9 @@ struct HKMeasured {
 /// within the time. The samples of one rank add up. A moment counts where no lower rank covers it,
 /// and at the beginning of the time, but not at its end.
 ///
-///     const HKMeasured watch{now, now + 3600, 4000, 0}, phone{now, now + 7200, 6000, 1};
+///     const Date now = Date::now();
+///     const HKMeasured watch{now, now + 3600, 4000, 0};
+///     const HKMeasured phone{now, now + 7200, 6000, 1};
 ///     sumOnce({watch, phone}, now, now + 86400);    // 7000
 [[nodiscard]] double sumOnce(std::vector<HKMeasured> samples, Date from, Date to);
 

@@ -34,9 +34,11 @@ class XMLHandler {
 /// passed over. Nothing outside of the document is read, and entities of its own are not replaced
 /// beyond what the parser's guard against their growth allows.
 ///
-///     XMLStream stream(handler);
-///     stream.feed("<a b='1'>", false).has_value();     // true: the handler knows of the element
-///     stream.feed("</b>", true).error()->localizedDescription();    // "line 1: mismatched tag"
+/// ```
+/// XMLStream stream(handler);
+/// stream.feed("<a b='1'>", false).has_value();     // true: the handler knows of the element
+/// stream.feed("</b>", true).error()->localizedDescription();    // "line 1: mismatched tag"
+/// ```
 class XMLStream {
  public:
   explicit XMLStream(XMLHandler& handler);

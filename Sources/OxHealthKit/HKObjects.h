@@ -31,9 +31,11 @@ namespace velloro {
 
 /// One question for several types of quantities, with the same predicate, anchor and interval.
 ///
-///     auto query = std::make_shared<HKMultiStatisticsCollectionQuery>();
-///     query->quantityTypes = {OxHKSampleType::QuantityType::activeEnergyBurned};
-///     execute(*store, query, [](auto collections) { … });
+/// ```
+/// auto query = std::make_shared<HKMultiStatisticsCollectionQuery>();
+/// query->quantityTypes = {OxHKSampleType::QuantityType::activeEnergyBurned};
+/// execute(*store, query, [](auto collections) { … });
+/// ```
 class HKMultiStatisticsCollectionQuery {
  public:
   using QuantityType = OxHKSampleType::QuantityType;

@@ -1,7 +1,7 @@
 #include "velloro/Health/HealthCommand.h"
 
 #include "Foundation/Coding/JSON.h"
-#include "Foundation/Text/String.h"
+#include "Foundation/Process/ProgressLine.h"
 #include "Health/HealthManager.h"
 #include "HealthImport/HealthImport.h"
 #include "Host/HealthReader.h"
@@ -17,13 +17,10 @@
 #include "velloro/Output/Output.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <future>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 namespace velloro {
 namespace {
@@ -66,26 +63,11 @@ std::optional<HealthImportForm> formArgument(const std::string& text) {
   throw unknownName("--from", text, "form", {"auto", "export", "csv", "gadgetbridge"});
 }
 
-/// On standard error, where a person looks at it.
-std::function<void(double)> progressBar() {
-  if (isatty(STDERR_FILENO) == 0) return {};
-  return [shown = -1](double share) mutable {
-    constexpr int width = 40;
-    const int percent = static_cast<int>(std::clamp(share, 0.0, 1.0) * 100);
-    if (percent == shown) return;
-    shown = percent;
-    const auto full = static_cast<std::size_t>(percent * width / 100);
-    std::fprintf(stderr, "\r[%s%s] %d %%", std::string(full, '#').c_str(),
-                 std::string(width - full, ' ').c_str(), percent);
-    if (percent == 100) std::fputc('\n', stderr);
-  };
-}
-
 void import(const ImportOptions& options) {
   const auto form = formArgument(options.from);
   const HostStore store;
   const auto imported =
-      importHealthData(*HealthManager::shared().store(), options.file, form, progressBar());
+      importHealthData(*HealthManager::shared().store(), options.file, form, progressLine());
   readChangedHealth(Date::now());
   print(options.json ? JSONEncoder{}.encode(imported.report) + "\n" : text(imported.report));
   if (imported.error) throw HostError(imported.error->localizedDescription());

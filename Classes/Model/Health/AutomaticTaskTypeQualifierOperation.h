@@ -21,13 +21,15 @@ inline constexpr std::string_view fakeActivityRingsStorageKey = "_fake_activity_
 /// How far an automatic task has come in a period, read from health data. It reads and writes
 /// nothing.
 ///
-///     auto operation = std::make_shared<AutomaticTaskTypeQualifierOperation>();
-///     operation->type = AutomaticTaskType(HealthType::dietaryDrinkWater, target);
-///     operation->period = period;
-///     NSOperationQueue queue;
-///     queue.addOperation(operation);
-///     operation->waitUntilFinished();
-///     operation->result->value().progress.base.progressPct(now);
+/// ```
+/// auto operation = std::make_shared<AutomaticTaskTypeQualifierOperation>();
+/// operation->type = AutomaticTaskType(HealthType::dietaryDrinkWater, target);
+/// operation->period = period;
+/// NSOperationQueue queue;
+/// queue.addOperation(operation);
+/// operation->waitUntilFinished();
+/// operation->result->value().progress.base.progressPct(now);
+/// ```
 ///
 /// | types | what is read |
 /// | --- | --- |

@@ -18,8 +18,10 @@ inline constexpr const char* workoutBundleIdentifier = "velloro.workout";
 /// The process's health store. It lies beside the active store of tasks. May be used from any
 /// thread.
 ///
-///     HealthManager::shared().setFile([] { return std::filesystem::path("/tmp/health.sqlite"); });
-///     HealthManager::shared().store()->isHealthDataAvailable();    // false
+/// ```
+/// HealthManager::shared().setFile([] { return std::filesystem::path("/tmp/health.sqlite"); });
+/// HealthManager::shared().store()->isHealthDataAvailable();    // false
+/// ```
 class HealthManager {
  public:
   [[nodiscard]] static HealthManager& shared();

@@ -49,9 +49,11 @@ struct HealthImportReport {
 /// Reads a file into a health store, in batches of one transaction each. Samples that are there are
 /// not written again, so that an import can be repeated, and taken up after it was interrupted.
 ///
-///     const auto imported = importHealthData(*store, "export.zip", {}, {});
-///     imported.report.added;
-///     imported.error;    // null
+/// ```
+/// const auto imported = importHealthData(*store, "export.zip", {}, {});
+/// imported.report.added;
+/// imported.error;    // null
+/// ```
 struct HealthImport {
   HealthImportReport report;
   ErrorPtr error;  ///< Why the file could not be read to its end. What was read before stands.

@@ -9,10 +9,15 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
+
+namespace platform {
+struct HKActivitySummary;
+}
 
 namespace velloro {
 
@@ -186,6 +191,12 @@ struct ChangeDifficultyCalculator {
   [[nodiscard]] std::optional<ChangeDifficultyType> easierDifficulty() const;
   [[nodiscard]] std::optional<ChangeDifficultyType> harderDifficulty() const;
   [[nodiscard]] std::optional<ChangeDifficultyType> difficulty(Direction direction) const;
+
+  /// The types whose target can follow a goal of the activity rings.
+  static const std::set<HealthType> activityRingsRecommendationTypes;
+  /// The goal of the rings, where it is known and not the target; energy in the target's unit.
+  [[nodiscard]] static std::optional<ChangeDifficultyRecommendation> activityRingsRecommendation(
+      const HKActivitySummary& summary, HealthType healthType, const TaskTarget& target);
 
  private:
   [[nodiscard]] bool canAdjust() const;

@@ -3,7 +3,7 @@
 #include "CoreData/Context/NSManagedObjectContext.h"
 #include "Foundation/Values/Try.h"
 #include "Tasks/Log/StoredLog.h"
-#include "Tasks/Reminders/SleepTimes.h"
+#include "Tasks/Reminders/SleepSource.h"
 #include "Tasks/Requests/TaskFetchRequest.h"
 #include "Tasks/Requests/TaskLogFetchRequest.h"
 #include "Tasks/Rows/TaskShareEntity.h"
@@ -21,6 +21,15 @@ std::vector<AutomaticTime> ownersTimes(const TaskEntity& task) {
   return kept ? kept->summary.ownersTimes() : std::vector<AutomaticTime>();
 }
 
+/// Read for the tasks alone that need it.
+std::optional<HHMMSS> timeOfGoingToBed(const TaskSnapshot& task) {
+  const auto& type = task.standing.automaticTaskType;
+  const bool isOfSleep =
+      type && (type->type == HealthType::sleep || type->type == HealthType::inBed);
+  if (!isOfSleep) return std::nullopt;
+  return readTimeOfGoingToBed(task.standing.today(), task.standing.startOfDay);
+}
+
 std::vector<AutomaticTime> timesOf(const TaskSnapshot& task) {
   if (task.shareStatus == TaskShareStatus::isSharedWithMe) return ownersTimes(*task.entity);
   std::optional<StoredLog> log;
@@ -28,7 +37,7 @@ std::vector<AutomaticTime> timesOf(const TaskSnapshot& task) {
       {.rules = task.standing.rules(),
        .automaticTaskType = task.standing.automaticTaskType,
        .displayOrder = task.entity->value(Columns::displayOrder),
-       .timeOfGoingToBed = SleepTimes::shared().timeOfGoingToBed()},
+       .timeOfGoingToBed = timeOfGoingToBed(task)},
       [&](const YYYYMMDD::Range& window) {
         log.emplace(*task.entity,
                     TaskLogFetchRequest{.direction = TaskLogFetchRequest::Direction::newestToOldest,
