@@ -68,9 +68,10 @@ class Reader {
          const std::shared_ptr<HKHealthStore>& store)
       : task_(task), type_(type), id_(id), now_(now), store_(store), rules_(logRules(task, now)) {}
 
-  HealthReading read(bool isSaved) {
+  HealthReading read(HealthRange range, bool isSaved) {
     const TaskFrequencyPeriod current = rules_.period(rules_.today());
-    const YYYYMMDD first = firstDay();
+    const YYYYMMDD first =
+        std::min(range == HealthRange::changed ? firstChanged() : recently(), firstWritten());
     entries_ = entriesOrNone(task_, {.direction = TaskLogFetchRequest::Direction::oldestToNewest,
                                      .minDate = rules_.period(first).startDate,
                                      .maxDate = current.finishDate});
@@ -91,9 +92,13 @@ class Reader {
 
  private:
   /// The night that ended today may belong to the day before, and counts half an hour later.
-  [[nodiscard]] YYYYMMDD firstDay() const {
-    constexpr std::int64_t alwaysRead = 2;
-    YYYYMMDD first = rules_.today().add(-alwaysRead, rules_.timeZone);
+  [[nodiscard]] YYYYMMDD recently() const {
+    constexpr std::int64_t days = 2;
+    return rules_.today().add(-days, rules_.timeZone);
+  }
+
+  [[nodiscard]] YYYYMMDD firstChanged() const {
+    YYYYMMDD first = recently();
     const auto goBackTo = [&](std::optional<Date> date) {
       constexpr double night = 1.5 * 86400;
       if (!date || *date > now_) return;
@@ -101,10 +106,26 @@ class Reader {
           std::min(first, YYYYMMDD::fromDate(rules_.startOfDay, *date - night, rules_.timeZone));
     };
     goBackTo(task_.value(TaskAttributes::lastProcessedDate));
-    const auto changed = store_->oldestChange();
-    if (changed) goBackTo(*changed);
+    if (const auto changed = store_->oldestChange()) goBackTo(*changed);
     constexpr YYYYMMDD earliest{.y = 1970, .m = 1, .d = 1};
     return std::max(first, earliest);
+  }
+
+  /// An entry of a past day has a sample there, too.
+  [[nodiscard]] YYYYMMDD firstWritten() const {
+    YYYYMMDD first = rules_.today();
+    const auto look = [&](const auto& objects) {
+      for (const auto& object : objects) {
+        const auto entry = std::dynamic_pointer_cast<Entry>(object);
+        if (entry == nullptr || entry->value(Entry::task).get() != &task_) continue;
+        first = std::min(first, entry->value(Entry::entryDate).value_or(first));
+      }
+    };
+    const NSManagedObjectContext& context = *task_.managedObjectContext();
+    look(context.insertedObjects());
+    look(context.updatedObjects());
+    look(context.deletedObjects());
+    return first;
   }
 
   /// The fortnights of neighbouring days may overlap.
@@ -202,6 +223,26 @@ UniqueID healthEntryID(const UniqueID& task, YYYYMMDD periodStart) {
   return {UUID(bytes)};
 }
 
+namespace {
+
+std::vector<InternalRecord> recordsOf(const TaskEntity& task, const TaskLogRules& rules,
+                                      const TaskFrequencyPeriod& period) {
+  std::vector<InternalRecord> records;
+  const auto entries =
+      entriesOrNone(task, {.direction = TaskLogFetchRequest::Direction::oldestToNewest,
+                           .minDate = period.startDate,
+                           .maxDate = period.finishDate});
+  for (const auto& entry : ofPeriod(entries, rules, period)) {
+    const double amount = amountByHand(*entry, task.isNegative());
+    const auto kind = entry->value(Entry::entryType).value_or(TaskLogEntryType::unknown);
+    const bool isDone = task.isNegative() ? isMissedFull(kind) : isCompletedFull(kind);
+    if (amount != 0 || isDone) records.push_back({.isFull = isDone, .quantity = amount});
+  }
+  return records;
+}
+
+}  // namespace
+
 Result<QualifyInfo> readHealth(const TaskEntity& task, const TaskFrequencyPeriod& period,
                                Date now) {
   const auto type = task.automaticTaskType();
@@ -215,16 +256,9 @@ Result<QualifyInfo> readHealth(const TaskEntity& task, const TaskFrequencyPeriod
   operation->numPartialCompletions = task.frequency().numPartialCompletions;
   operation->taskID = task.taskUniqueId();
   operation->currentDate = now;
-  auto& records = operation->sortedInternalRecords.emplace();
-  const auto entries =
-      entriesOrNone(task, {.direction = TaskLogFetchRequest::Direction::oldestToNewest,
-                           .minDate = period.startDate,
-                           .maxDate = period.finishDate});
-  for (const auto& entry : ofPeriod(entries, rules, period)) {
-    const double amount = amountByHand(*entry, task.isNegative());
-    const auto kind = entry->value(Entry::entryType).value_or(TaskLogEntryType::unknown);
-    const bool isDone = task.isNegative() ? isMissedFull(kind) : isCompletedFull(kind);
-    if (amount != 0 || isDone) records.push_back({.isFull = isDone, .quantity = amount});
+  operation->store = HealthManager::shared().store();
+  if (!operation->store->isHealthDataAvailable()) {
+    operation->sortedInternalRecords = recordsOf(task, rules, period);
   }
   operation->start();
   operation->waitUntilFinished();
@@ -232,7 +266,7 @@ Result<QualifyInfo> readHealth(const TaskEntity& task, const TaskFrequencyPeriod
   return *std::move(operation->result);
 }
 
-HealthReading readHealthIntoLog(TaskEntity& task, Date now, bool isSaved) {
+HealthReading readHealthIntoLog(TaskEntity& task, Date now, HealthRange range, bool isSaved) {
   const auto type = task.automaticTaskType();
   const auto id = task.taskUniqueId();
   if (!type || !id || !type->usesHealthKit() || task.taskStatus() != TaskStatus::normal ||
@@ -240,7 +274,7 @@ HealthReading readHealthIntoLog(TaskEntity& task, Date now, bool isSaved) {
     return {};
   }
   const auto store = HealthManager::shared().store();
-  HealthReading reading = Reader(task, *type, *id, now, store).read(isSaved);
+  HealthReading reading = Reader(task, *type, *id, now, store).read(range, isSaved);
   if (reading.reopened) {
     const TaskLogRules rules = logRules(task, now);
     const Date start = reading.reopened->startOfDay(rules.startOfDay, rules.timeZone);

@@ -36,17 +36,23 @@ struct HealthReading {
   std::optional<YYYYMMDD> reopened = {};
 };
 
-/// Reads the current period of a task, and past ones back to the oldest change of the health data
-/// and to the day when this was last done. In each of them that no full entry by hand settles, a
-/// reached target becomes an automatic full entry in the place of a closing one. Where the data no
-/// longer say so the entry is removed, and the period is open.
+/// How far back past periods are read.
+enum class HealthRange {
+  changed,  ///< To the oldest change of the health data, and to the day when this was last done.
+  recent,   ///< Two days, and the entries that the context is about to write.
+};
+
+/// Reads the current period of a task and past ones. In each of them that no full entry by hand
+/// settles, a reached target becomes an automatic full entry in the place of a closing one. Where
+/// the data no longer say so the entry is removed, and the period is open.
 ///
 /// An amount that was entered by hand becomes a sample of the program's own with the identifier of
 /// its entry, so that one reading counts both. It goes with its entry.
 ///
 /// \param isSaved Whether the changes will be saved, in the transaction that this is called in.
 ///   Otherwise the context must not be saved, and no sample is written.
-[[nodiscard]] HealthReading readHealthIntoLog(TaskEntity& task, Date now, bool isSaved);
+[[nodiscard]] HealthReading readHealthIntoLog(TaskEntity& task, Date now, HealthRange range,
+                                              bool isSaved);
 
 /// Puts the progress of the reading into what is kept of the log.
 void keepHealthProgress(TaskEntity& task, const HealthReading& reading);

@@ -190,7 +190,7 @@ std::shared_ptr<Entry> undoLogEntry(TaskEntity& task, YYYYMMDD date, Date now) {
 }
 
 void updateDerivedData(TaskEntity& task, Date now) {
-  const HealthReading reading = readHealthIntoLog(task, now, /*isSaved=*/true);
+  const HealthReading reading = readHealthIntoLog(task, now, HealthRange::recent, /*isSaved=*/true);
   const TaskLogRules rules = logRules(task, now);
   task.updateTemporalData(rules.today(), rules.timeZone, now);
   keepHealthProgress(task, reading);

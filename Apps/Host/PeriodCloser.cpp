@@ -172,7 +172,8 @@ PeriodCloser::Changes PeriodCloser::changesOf(const TaskEntity& task) {
 }
 
 bool PeriodCloser::close(TaskEntity& task) {
-  const bool isRead = readHealthIntoLog(task, now_, /*isSaved=*/true).isLogChanged;
+  const bool isRead =
+      readHealthIntoLog(task, now_, HealthRange::changed, /*isSaved=*/true).isLogChanged;
   const Changes changes = changesOf(task);
   if (!changes.obstacle.empty()) throw HostError(changes.obstacle);
   for (const auto& entry : changes.ahead) context_.deleteObject(*entry);
@@ -184,7 +185,8 @@ bool PeriodCloser::close(TaskEntity& task) {
 std::vector<PeriodClosing> PeriodCloser::foresee(TaskEntity& task) {
   if (!runs_) runs_ = TimedTaskManager::shared().entries();
   foreseeExpiredRuns(task, *runs_, now_);
-  const HealthReading reading = readHealthIntoLog(task, now_, /*isSaved=*/false);
+  const HealthReading reading =
+      readHealthIntoLog(task, now_, HealthRange::changed, /*isSaved=*/false);
   Changes changes = changesOf(task);
   if (reading.isLogChanged) changes.temporal.reset();
   if (!changes.obstacle.empty()) {

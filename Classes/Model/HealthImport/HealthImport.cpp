@@ -18,10 +18,9 @@ auto unreadable(const std::filesystem::path& file, const std::string& reason) {
   return failure<Error>("velloro.health", 2, "\"" + file.string() + "\": " + reason);
 }
 
-std::string beginning(const ByteSource& source) {
+Result<std::string> beginning(const ByteSource& source) {
   std::string bytes(1024, '\0');
-  const auto got = source(bytes);
-  bytes.resize(got.value_or(0));
+  bytes.resize(TRY(source(bytes)));
   return bytes;
 }
 
@@ -98,7 +97,7 @@ class Importer {
   Result<void> read() {
     TRY(NSFileManager::size(file_));
     if (form_ != Form::csv && ZipReader::isArchive(file_)) return readArchive();
-    const std::string start = beginning(fileSource(file_, {}));
+    const std::string start = TRY(beginning(fileSource(file_, {})));
     switch (form_ ? *form_ : formOf(start)) {
       case Form::export_: {
         if (start.starts_with("PK")) return unreadable(file_, "the archive is damaged");
@@ -120,6 +119,10 @@ class Importer {
     return isXML ? Form::export_ : Form::csv;
   }
 
+  static Result<std::string> beginningOf(const ZipReader& archive, const ZipReader::Entry& entry) {
+    return beginning(TRY(entrySource(archive, entry, {})));
+  }
+
   /// The export has a localised name, and stands one folder deep.
   Result<void> readArchive() {
     const auto archive = TRY(ZipReader::open(file_));
@@ -135,13 +138,12 @@ class Importer {
         return readGadgetbridge(copy.path(), sink_, progress_);
       }
       if (!isXML || form_ == Form::gadgetbridge) continue;
-      const auto looked = entrySource(archive, entry, {});
-      if (!looked) {
-        unread = looked.error();
-        continue;
+      const auto start = beginningOf(archive, entry);
+      if (!start) {
+        unread = start.error();
+      } else if (isExport(*start)) {
+        return ExportReader(sink_).read(TRY(entrySource(archive, entry, progress_)));
       }
-      if (!isExport(beginning(*looked))) continue;
-      return ExportReader(sink_).read(TRY(entrySource(archive, entry, progress_)));
     }
     if (unread != nullptr) return std::unexpected(unread);
     return unreadable(file_, "the archive holds no health export");

@@ -127,6 +127,7 @@ std::vector<OxHKObjectType> TaskType::healthKitReadTypes(std::optional<TypeUnit>
   if (*this == HealthType::runOrWalk) {
     if (speeds.contains(TypeSpeed::run)) return {object(health_type_detail::workouts)};
     if (unit && isDistance(*unit)) return {object(health_type_detail::Q::distanceWalkingRunning)};
+    if (unit && *unit != TypeUnit::steps) return {};
   }
   if (row() == nullptr) return {};
   return {row()->reads.begin(), row()->reads.end()};
