@@ -400,7 +400,8 @@ TEST_F(HostCommands, LeaveAPausedTaskAlone) {
 }
 
 TEST_F(HostCommands, CountStepsAndHabitsToAvoid) {
-  answer("04T08:00:00", "task add Water --type hk_water --target 8 --unit cups_us --partial 4");
+  answer("04T08:00:00",
+         "task add Water --type hk_water --target 8 --unit cups_us --partial 4 --data-source curr");
   EXPECT_EQ(*answer("04T09:00:00", "log add Water")["type"].text(), "completed_manually_partial");
   const auto progress = answer("04T10:00:00", "status Water")["progress"];
   EXPECT_EQ(*progress["currentValue"].real(), 2);
@@ -561,10 +562,11 @@ TEST_F(HostCommands, ListTheLogOfAllTasks) {
 
 TEST_F(HostCommands, ShowAmountsInTheirUnit) {
   const std::string now = "04T08:00:00";
-  answer(now, "task add Water --type hk_water --target 8 --unit cups_us --partial 4");
+  answer(now,
+         "task add Water --type hk_water --target 8 --unit cups_us --partial 4 --data-source curr");
   answer(now, "task add Bed --type hk_bedtime");
   answer(now, "task add Sleep --type hk_sleep --target 8");
-  answer(now, "task add Sip --type hk_water --target 8 --unit cups_us");
+  answer(now, "task add Sip --type hk_water --target 8 --unit cups_us --data-source curr");
   answer(now, "log add Sip --progress 0.4");
   answer(now, "task add Play --timer 300 --partial 2");
   answer(now, "task add Tea --partial 3");
