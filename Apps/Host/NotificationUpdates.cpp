@@ -143,7 +143,7 @@ void NotificationUpdates::bringUpToDate() {
   if (!std::exchange(hasWritten_, false)) return;
   const Date now = Date::now();
   try {
-    readChangedHealth(now);
+    if (!isExtension()) readChangedHealth(now);
     hasWritten_ = false;
     if (!mayNotify()) return;
     wait([](Block done) { NotificationManager::shared().readAuthorization(std::move(done)); });

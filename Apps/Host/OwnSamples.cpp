@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <future>
 #include <map>
 
 namespace velloro {
@@ -40,19 +39,6 @@ std::optional<OxHKSampleType> sampleTypeOf(const AutomaticTaskType& type) {
   const bool isAmount = type.unit && sample != nullptr &&
                         std::holds_alternative<OxHKSampleType::QuantityType>(sample->value);
   return isAmount ? std::optional(*sample) : std::nullopt;
-}
-
-Result<std::vector<HKSample>> samplesOf(const HKHealthStore& store, const OxHKSampleType& type,
-                                        HKPredicate predicate) {
-  std::promise<Result<std::vector<HKSample>>> answer;
-  auto query = std::make_shared<HKSampleQuery>();
-  query->sampleType = hkObjectType(type);
-  query->predicate = std::move(predicate);
-  query->resultsHandler = [&](Result<std::vector<HKSample>> found) {
-    answer.set_value(std::move(found));
-  };
-  store.execute(query);
-  return answer.get_future().get();
 }
 
 std::optional<UniqueID> entryOf(const HKSample& sample) {

@@ -41,24 +41,13 @@ double uncovered(const Range& range, const std::vector<Range>& covered) {
   return std::max(left, 0.0);
 }
 
-/// Moments of other ranks at the same instant cover it, too.
-bool isCovered(Date moment, const std::vector<Range>& covered) {
-  for (auto one = std::ranges::lower_bound(covered, moment, {}, &Range::second);
-       one != covered.end() && one->first <= moment; ++one) {
-    if (one->first == one->second || moment < one->second) return true;
-  }
-  return false;
-}
-
 std::vector<Range> joined(std::vector<Range> ranges) {
   std::ranges::sort(ranges);
   std::vector<Range> apart;
   for (const Range& range : ranges) {
-    if (!apart.empty() && range.first <= apart.back().second &&
-        apart.back().first != apart.back().second && range.first != range.second) {
+    if (!apart.empty() && range.first <= apart.back().second) {
       apart.back().second = std::max(apart.back().second, range.second);
-    } else if (apart.empty() || range.first != range.second ||
-               !isCovered(range.first, {apart.back()})) {
+    } else {
       apart.push_back(range);
     }
   }
@@ -67,8 +56,7 @@ std::vector<Range> joined(std::vector<Range> ranges) {
 
 double share(const HKMeasured& sample, Date from, Date to, const std::vector<Range>& covered) {
   if (sample.start == sample.end) {
-    const bool isWithin = from <= sample.start && sample.start < to;
-    return isWithin && !isCovered(sample.start, covered) ? sample.value : 0;
+    return from <= sample.start && sample.start < to ? sample.value : 0;
   }
   const Range within(std::max(sample.start, from), std::min(sample.end, to));
   if (within.first >= within.second) return 0;
@@ -90,7 +78,9 @@ double sumOnce(std::vector<HKMeasured> samples, Date from, Date to) {
                                    [&](const auto& one) { return one.rank != first->rank; });
     for (auto one = first; one != last; ++one) sum += share(*one, from, to, covered);
     if (last != samples.end()) {
-      for (auto one = first; one != last; ++one) covered.emplace_back(one->start, one->end);
+      for (auto one = first; one != last; ++one) {
+        if (one->start < one->end) covered.emplace_back(one->start, one->end);
+      }
       covered = joined(std::move(covered));
     }
     first = last;

@@ -35,8 +35,8 @@ struct HKMeasured {
 
 /// What was measured from one instant to another, each moment counted once: of a sample that
 /// sources of lower ranks cover in part, the share of the rest counts, as does the share that lies
-/// within the time. The samples of one rank add up. A moment counts where no lower rank covers it,
-/// and at the beginning of the time, but not at its end.
+/// within the time. The samples of one rank add up. A moment takes no time, so nothing covers it:
+/// it counts from the beginning of the time on, but not at its end.
 ///
 ///     const Date now = Date::now();
 ///     const HKMeasured watch{now, now + 3600, 4000, 0};

@@ -1,5 +1,6 @@
 #include "OxHealthKit/HKObjects.h"
 
+#include <future>
 #include <type_traits>
 #include <utility>
 
@@ -149,6 +150,19 @@ HKSample hkSample(const OxHKSample& sample, const OxHKSampleType& type) {
   if (sample.device) made.device = deviceText(*sample.device);
   if (sample.metadata) made.metadata = sample.metadata->hkMetadata();
   return made;
+}
+
+Result<std::vector<HKSample>> samplesOf(const HKHealthStore& store, const OxHKSampleType& type,
+                                        HKPredicate predicate) {
+  std::promise<Result<std::vector<HKSample>>> answer;
+  auto query = std::make_shared<HKSampleQuery>();
+  query->sampleType = hkObjectType(type);
+  query->predicate = std::move(predicate);
+  query->resultsHandler = [&](Result<std::vector<HKSample>> found) {
+    answer.set_value(std::move(found));
+  };
+  store.execute(query);
+  return answer.get_future().get();
 }
 
 namespace {

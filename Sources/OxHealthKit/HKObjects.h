@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <vector>
 
 namespace velloro {
 
@@ -28,6 +29,11 @@ namespace velloro {
 [[nodiscard]] std::optional<HKUnit> hkUnit(const OxHKUnit& unit);
 /// Without a source: the store's own program. An amount whose unit is none is left out.
 [[nodiscard]] HKSample hkSample(const OxHKSample& sample, const OxHKSampleType& type);
+
+/// The samples of a type, for who can wait for them. Not on the queue of the store.
+[[nodiscard]] Result<std::vector<HKSample>> samplesOf(const HKHealthStore& store,
+                                                      const OxHKSampleType& type,
+                                                      HKPredicate predicate);
 
 /// One question for several types of quantities, with the same predicate, anchor and interval.
 ///

@@ -63,12 +63,7 @@ double plainSum(const std::vector<HKMeasured>& samples, Date from, Date to) {
     for (const auto& one : samples) {
       const double length = one.end.timeIntervalSince(one.start);
       if (covers(one) && one.rank == best) sum += one.value / length;
-      if (length != 0 || one.start != second) continue;
-      bool isCovered = best && *best < one.rank;
-      for (const auto& other : samples) {
-        isCovered |= other.rank < one.rank && other.start == second && other.end == second;
-      }
-      if (!isCovered) sum += one.value;
+      if (length == 0 && one.start == second) sum += one.value;
     }
   }
   return sum;

@@ -7,7 +7,6 @@
 #include "SQLite/Sqlite.h"
 
 #include <fstream>
-#include <future>
 
 #include <gmock/gmock.h>
 namespace velloro {
@@ -47,14 +46,7 @@ class HealthImports : public testing::Test {
            (of.error ? " " + of.error->localizedDescription() : "");
   }
   [[nodiscard]] std::vector<HKSample> samples(const OxHKSampleType& type) const {
-    auto query = std::make_shared<HKSampleQuery>();
-    query->sampleType = hkObjectType(type);
-    std::promise<std::vector<HKSample>> answer;
-    query->resultsHandler = [&](Result<std::vector<HKSample>> found) {
-      answer.set_value(found.value());
-    };
-    store_->execute(query);
-    return answer.get_future().get();
+    return samplesOf(*store_, type, {}).value();
   }
   static std::string number(std::uint64_t value, int bytes) {
     std::string text;

@@ -13,11 +13,11 @@
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
 #include "velloro/Options/Command.h"
+#include "velloro/Options/NameList.h"
 #include "velloro/Options/TaskArgument.h"
 #include "velloro/Output/Output.h"
 
 #include <algorithm>
-#include <future>
 #include <optional>
 #include <string>
 #include <vector>
@@ -78,18 +78,6 @@ struct ListOptions {
   bool json = false;
 };
 
-std::vector<HKSample> samplesOf(const OxHKSampleType& type, const HKPredicate& predicate) {
-  std::promise<Result<std::vector<HKSample>>> answer;
-  auto query = std::make_shared<HKSampleQuery>();
-  query->sampleType = hkObjectType(type);
-  query->predicate = predicate;
-  query->resultsHandler = [&](Result<std::vector<HKSample>> found) {
-    answer.set_value(std::move(found));
-  };
-  HealthManager::shared().store()->execute(query);
-  return valueOf(answer.get_future().get());
-}
-
 std::vector<OxHKSampleType> allSampleTypes() {
   std::vector<OxHKSampleType> types = {OxHKSampleType::workout(), OxHKSampleType::audiogram(),
                                        OxHKSampleType::electrocardiogram()};
@@ -115,9 +103,11 @@ void list(const ListOptions& options) {
   if (to < from) throw UsageError("--from", *options.from, "after --to");
   const auto types =
       options.type ? std::vector{sampleTypeArgument("TYPE", *options.type)} : allSampleTypes();
+  const auto health = HealthManager::shared().store();
   std::vector<SampleReport> reports;
   for (const auto& type : types) {
-    for (const HKSample& sample : samplesOf(type, HKPredicate::samples(from, to))) {
+    for (const HKSample& sample :
+         valueOf(samplesOf(*health, type, HKPredicate::samples(from, to)))) {
       reports.push_back(SampleReport::of(sample));
     }
   }
@@ -130,16 +120,6 @@ struct SourcesOptions {
   std::optional<std::string> order;
   bool json = false;
 };
-
-std::vector<std::string> namesIn(const std::string& text) {
-  std::vector<std::string> names;
-  for (std::size_t from = 0; from <= text.size();) {
-    const auto comma = std::min(text.find(',', from), text.size());
-    if (comma > from) names.push_back(text.substr(from, comma - from));
-    from = comma + 1;
-  }
-  return names;
-}
 
 void sources(const SourcesOptions& options) {
   const HostStore store;

@@ -4,6 +4,7 @@
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/CaseArgument.h"
 #include "velloro/Options/Command.h"
+#include "velloro/Options/NameList.h"
 
 #include <algorithm>
 #include <string>
@@ -54,16 +55,6 @@ AutomaticTaskType TypeOptions::chosenType(std::optional<TaskFrequencyPeriodType>
 }
 
 namespace {
-
-std::vector<std::string> namesIn(const std::string& text) {
-  std::vector<std::string> names;
-  for (std::size_t from = 0; from <= text.size();) {
-    const auto comma = std::min(text.find(',', from), text.size());
-    names.push_back(text.substr(from, comma - from));
-    from = comma + 1;
-  }
-  return names;
-}
 
 TypeSpeeds speedsArgument(const std::string& text, TaskType of) {
   const auto options = of.sortedSpeedOptions();

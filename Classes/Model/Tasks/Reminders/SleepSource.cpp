@@ -8,7 +8,6 @@
 #include "VelloroCore/Health/HealthRules.h"
 
 #include <algorithm>
-#include <future>
 #include <map>
 
 namespace velloro {
@@ -67,18 +66,11 @@ std::optional<HHMMSS> readTimeOfGoingToBed(YYYYMMDD today, HHMMSS startOfDay) {
   constexpr std::int64_t window = 14;
   const TimeZone zone = TimeZone::current();
   const Date from = today.add(-window, zone).startOfDay(startOfDay, zone);
-  std::promise<void> isRead;
-  auto query = std::make_shared<HKSampleQuery>();
-  query->sampleType =
-      hkObjectType(OxHKSampleType::category(OxHKSampleType::CategoryType::sleepAnalysis));
-  query->predicate = HKPredicate::samples(from, Date::distantFuture());
-  query->resultsHandler = [&](Result<std::vector<HKSample>> found) {
-    if (!found) Log::healthKit.error(found.error());
-    if (found) SleepTimes::shared().set(typicalSleepTimes(*found, zone));
-    isRead.set_value();
-  };
-  store->execute(query);
-  isRead.get_future().wait();
+  const auto found =
+      samplesOf(*store, OxHKSampleType::category(OxHKSampleType::CategoryType::sleepAnalysis),
+                HKPredicate::samples(from, Date::distantFuture()));
+  if (!found) Log::healthKit.error(found.error());
+  if (found) SleepTimes::shared().set(typicalSleepTimes(*found, zone));
   return SleepTimes::shared().timeOfGoingToBed();
 }
 
