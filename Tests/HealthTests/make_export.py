@@ -19,12 +19,12 @@ HEAD = """<?xml version="1.0" encoding="UTF-8"?>
  <ExportDate value="2026-01-01 08:00:00 +0100"/>
 """
 WATCH = (
-    "&lt;&lt;HKDevice: 0x{:x}&gt;, name:Apple Watch, manufacturer:Apple Inc., model:Watch, "
-    "hardware:Watch6,4, software:10.3&gt;"
+    "&lt;&lt;HKDevice: 0x{:x}&gt;, name:Watch, manufacturer:Maker, model:Watch, "
+    "hardware:W1, software:10.3&gt;"
 )
 PHONE = (
-    "&lt;&lt;HKDevice: 0x{:x}&gt;, name:iPhone, manufacturer:Apple Inc., model:iPhone, "
-    "hardware:iPhone14,2, software:17.3&gt;"
+    "&lt;&lt;HKDevice: 0x{:x}&gt;, name:Phone, manufacturer:Maker, model:iPhone, "
+    "hardware:P1, software:17.3&gt;"
 )
 KINDS = [
     ("HKQuantityTypeIdentifierHeartRate", "count/min", WATCH, "Anna’s Watch", 0, (50, 160)),
