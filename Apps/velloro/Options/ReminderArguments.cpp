@@ -33,7 +33,8 @@ ReminderTime fromNow(const std::string& name, const std::string& text, const Tas
   if (*wait >= day) {
     throw UsageError(name, text, "the reminder comes every day; write less than a day");
   }
-  const Date moment = clock.now + *wait;
+  // Not within the present second: such a time may be over before its reminder is planned.
+  const Date moment = Date::since1970(std::ceil((clock.now + *wait).timeIntervalSince1970()));
   const auto logicalDay = YYYYMMDD::fromDate(clock.startOfDay, moment, clock.timeZone);
   const HHMMSS time = HHMMSS::fromDate(moment, clock.timeZone);
   const Date reached = logicalDay.dateAt(clock.startOfDay, time, clock.timeZone);
