@@ -10,6 +10,8 @@
 #include "velloro/Agent/AgentCommand.h"
 #include "velloro/Calendar/DayCommand.h"
 #include "velloro/Calendar/PeriodCommand.h"
+#include "velloro/Exchange/ExportCommand.h"
+#include "velloro/Exchange/ImportCommand.h"
 #include "velloro/Health/HealthCommand.h"
 #include "velloro/Log/HistoryCommand.h"
 #include "velloro/Log/LogCommand.h"
@@ -19,6 +21,7 @@
 #include "velloro/Options/Arguments.h"
 #include "velloro/Options/Command.h"
 #include "velloro/Options/GlobalOptions.h"
+#include "velloro/Output/HelpfulError.h"
 #include "velloro/Pictures/IconsCommand.h"
 #include "velloro/Pictures/RingCommand.h"
 #include "velloro/Pictures/ThemesCommand.h"
@@ -52,6 +55,12 @@ int complain(std::string_view reason, int exitCode) {
   const std::string line = "velloro: " + terminalText(reason) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
   return exitCode;
+}
+
+int advise(std::string_view help) {
+  const std::string line = "help: " + terminalText(help) + "\n";
+  if (!help.empty()) std::fwrite(line.data(), 1, line.size(), stderr);
+  return failed;
 }
 
 /// A reminder is shown by the extension that the notification centre starts for it.
@@ -92,10 +101,12 @@ int run(int argumentCount, char** arguments) {
   addDayCommand(app);
   addDemoCommand(app);
   addDoctorCommand(app);
+  addExportCommand(app);
   addGraphCommand(app);
   addHealthCommand(app);
   addHistoryCommand(app);
   addIconsCommand(app);
+  addImportCommand(app);
   addLogCommand(app);
   addNextCommand(app);
   addNotificationCommand(app);
@@ -134,6 +145,9 @@ int run(int argumentCount, char** arguments) {
     return complain(error.what(), badUsage);
   } catch (const ImpossibleTask& error) {
     return complain(error.what(), badUsage);
+  } catch (const HelpfulError& error) {
+    complain(error.localizedDescription(), failed);
+    return advise(error.help());
   } catch (const Error& error) {
     return complain(error.localizedDescription(), failed);
   } catch (const std::exception& error) {

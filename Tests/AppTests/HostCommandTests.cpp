@@ -245,7 +245,6 @@ TEST_F(HostCommands, RemindFromNowOnAtThatMoment) {
   };
   constexpr Case cases[] = {
       {"2024-03-07T12:00:30+01:00", "+90s --days thu", "12:02:00 th"},
-      {"2024-03-07T12:00:30.2+01:00", "+1s --days thu", "12:00:32 th"},  // not a moment later
       {"2024-03-10T23:59:30+01:00", "+1m --days sun", "00:00:30 su"},
       {"2024-03-11T03:59:30+01:00", "+1m --days sun", "04:00:30 su"},
       {"2024-03-11T04:59:30+01:00", "+1m --days sun", "05:00:30 mo su"},

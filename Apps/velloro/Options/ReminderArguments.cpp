@@ -33,8 +33,7 @@ ReminderTime fromNow(const std::string& name, const std::string& text, const Tas
   if (*wait >= day) {
     throw UsageError(name, text, "the reminder comes every day; write less than a day");
   }
-  // Not within the present second: such a time may be over before its reminder is planned.
-  const Date moment = Date::since1970(std::ceil((clock.now + *wait).timeIntervalSince1970()));
+  const Date moment = clock.now + *wait;
   const auto logicalDay = YYYYMMDD::fromDate(clock.startOfDay, moment, clock.timeZone);
   const HHMMSS time = HHMMSS::fromDate(moment, clock.timeZone);
   const Date reached = logicalDay.dateAt(clock.startOfDay, time, clock.timeZone);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Foundation/Coding/CodingKeys.h"
+#include "Foundation/Time/Date.h"
+#include "OxKit/Platform.h"
+#include "VelloroBackup/BackupOptions.h"
+#include "VelloroBackup/VelloroJSONBackup.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velloro {
+
+class HostStore;
+
+/// What an import has changed, and what it had to decide by itself.
+struct BackupImportReport {
+  struct Tasks {
+    std::int64_t added = 0, changed = 0, skipped = 0;
+
+    bool operator==(const Tasks&) const = default;
+    static constexpr auto codingKeys =
+        keys(key("added", &Tasks::added), key("changed", &Tasks::changed),
+             key("skipped", &Tasks::skipped));
+  };
+  struct Rows {
+    std::int64_t added = 0, changed = 0, removed = 0;
+
+    bool operator==(const Rows&) const = default;
+    static constexpr auto codingKeys = keys(
+        key("added", &Rows::added), key("changed", &Rows::changed), key("removed", &Rows::removed));
+  };
+  struct Decision {
+    std::string what, why;
+
+    bool operator==(const Decision&) const = default;
+    static constexpr auto codingKeys =
+        keys(key("what", &Decision::what), key("why", &Decision::why));
+  };
+
+  Tasks tasks = {};
+  Rows entries = {}, notes = {}, categories = {}, settings = {};
+  std::vector<Decision> decisions = {};
+};
+
+/// Applies a backup to the store, all of it or, on failure, nothing.
+///
+/// An entry with an identifier is that of the store with the same one; without one it is the n-th
+/// of its day and type, as it was before the import. Notes go by identifier, or by day and text. A
+/// task without identifier is the store's first one of its title. Tasks that are in the store alone
+/// are never touched. Within `HostStore::write`. \throws HostError
+BackupImportReport importBackup(const HostStore& store, const VelloroJSONBackup& backup,
+                                const BackupImportOptions& options, Date now);
+
+}  // namespace velloro

@@ -1,0 +1,154 @@
+#include "AppTests/Program.h"
+#include "Foundation/Coding/PropertyList.h"
+#include "Foundation/Files/NSFileManager.h"
+#include "Foundation/Process/VirtualEnvironment.h"
+#include "OxKit/Platform.h"
+
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+
+namespace velloro {
+namespace {
+
+using testing::HasSubstr;
+
+/// Two stores, seen at noon of a day of March 2024 in Berlin.
+class ExchangeCommands : public testing::Test {
+ protected:
+  ExchangeCommands() {
+    for (const char* task :
+         {"Read --every mon,wed,fri --icon book --color 3F91CC", "Run --times 3 --per week",
+          "'Drink, \"water\"' --type hk_water --target 8 --unit cups_us --partial 8 --page 2",
+          "Meditate --timer 300 --partial 2", "Save --total 20 --per month", "Water --every 3d",
+          "'No sweets' --negative"}) {
+      (void)said("a", std::string("task add ") + task);
+    }
+    (void)said("a", "reminder add Read 18:30");
+    (void)said("a", "reminder add Read 07:15");
+    (void)said("a", "task archive Water");
+    for (const char* entry : {"Read", "Run skip", "'Drink, \"water\"' --progress 2.5",
+                              "'Drink, \"water\"'", "Meditate", "Save --progress 4"}) {
+      (void)said("a", std::string("log add ") + entry);
+    }
+  }
+
+  [[nodiscard]] std::filesystem::path path(const std::string& name) const {
+    return environment_.directories().temporary / name;
+  }
+  [[nodiscard]] std::string in(const std::string& store, const std::string& day = "08") const {
+    return " --zone Europe/Berlin --locale en_US --store '" + path(store).string() +
+           "' --now 2024-03-" + day + "T12:00:00+01:00";
+  }
+  std::string said(const std::string& store, const std::string& arguments,
+                   const std::string& day = "08") const {
+    const auto result = runProgram(arguments + in(store, day));
+    EXPECT_EQ(result.exitCode, 0) << arguments << ": " << result.errors;
+    return result.output;
+  }
+  [[nodiscard]] std::string document(const std::string& store) const {
+    return said(store, "export -", "09");
+  }
+  [[nodiscard]] std::string file(const std::string& name, const std::string& bytes) const {
+    EXPECT_TRUE(NSFileManager::write(bytes, path(name)));
+    return "'" + path(name).string() + "'";
+  }
+  [[nodiscard]] std::string refusal(const std::string& arguments) const {
+    const auto result = runProgram(arguments + in("a"));
+    EXPECT_EQ(result.exitCode, 1) << arguments;
+    EXPECT_EQ(result.output, "");
+    return result.errors;
+  }
+
+  const VirtualEnvironment environment_;
+};
+
+TEST_F(ExchangeCommands, BringBackWhatTheyTookAlong) {
+  const std::string before = document("a");
+  const std::string backup = file("a.velloro", before);
+  const std::string wouldDo = said("b", "import --json --dry-run " + backup);
+  EXPECT_THAT(wouldDo, HasSubstr(R"("dryRun":true,"tasks":{"added":7,"changed":0,"skipped":0})"));
+  EXPECT_THAT(document("b"), HasSubstr(R"("tasks":[])"));
+  const std::string did = said("b", "import --json " + backup);
+  EXPECT_THAT(wouldDo, HasSubstr(did.substr(did.find(R"("tasks")"))));
+  EXPECT_EQ(document("b"), before);
+  for (const char* strategy : {"merge", "overwrite", "skip"}) {
+    const std::string again =
+        said("b", std::string("import --json --duplicates ") + strategy + " " + backup);
+    EXPECT_THAT(again, HasSubstr(R"("added":0,"changed":0)")) << strategy;
+    EXPECT_EQ(document("b"), before) << strategy;
+  }
+  const auto glasses = PropertyList::fromJSON(said("b", "log list --json 'Drink, \"water\"'"));
+  EXPECT_EQ(*glasses.array()->front()["total"].real(),
+            *glasses.array()->front()["progress"].real() + 2.5)
+      << "totals are worked out again";
+}
+
+TEST_F(ExchangeCommands, KeepToTheStrategy) {
+  const std::string backup = file("a.velloro", document("a"));
+  (void)said("b", "import " + backup);
+  (void)said("b", "task edit Read --title Study");
+  (void)said("b", "log add Study --date 20240306");
+  EXPECT_THAT(said("b", "import --json " + backup), HasSubstr(R"("changed":0,"skipped":0)"));
+  EXPECT_THAT(said("b", "task list"), HasSubstr("Study")) << "the store's own fields stay";
+  EXPECT_THAT(said("b", "import --json --duplicates overwrite " + backup),
+              HasSubstr(R"("tasks":{"added":0,"changed":1,"skipped":0},"entries":{"added":0,)"
+                        R"("changed":0,"removed":1})"));
+  EXPECT_EQ(document("b"), document("a"));
+  EXPECT_THAT(said("b", "import --json --duplicates new " + backup), HasSubstr(R"("added":7)"));
+  EXPECT_EQ(PropertyList::fromJSON(document("b"))["tasks"].array()->size(), 14U);
+
+  const auto tasks = PropertyList::fromJSON(document("a"));
+  const std::string id = *tasks["tasks"].array()->front()["uniqueId"].text();
+  EXPECT_THAT(said("c", "import --json --duplicates new --exclude " + id + " " + backup),
+              HasSubstr(R"("added":6,"changed":0,"skipped":1)"));
+}
+
+TEST_F(ExchangeCommands, JoinEntriesByDayAndType) {
+  const std::string rows =
+      "title,entry_type,entry_date\nRead,completed_manually,20240308\n"
+      "Read,completed_manually,20240308\nRead,missed_manually,20240306\nWalk,,\n";
+  const std::string table = file("rows.csv", rows);
+  EXPECT_THAT(said("a", "import --json " + table),
+              HasSubstr(R"("tasks":{"added":1,"changed":1,"skipped":0},"entries":{"added":2,)"));
+  const std::string once = document("a");
+  (void)said("a", "import " + table);
+  EXPECT_EQ(document("a"), once) << "the n-th of the table is the n-th of the store";
+
+  const std::string csv = said("a", "export --format csv -");
+  (void)said("d", "import " + file("a.csv", csv));
+  EXPECT_EQ(said("d", "export --format csv -"), csv);
+}
+
+TEST_F(ExchangeCommands, ChangeNothingForAFileThatIsWrong) {
+  const std::string before = document("a");
+  EXPECT_THAT(refusal("import " + file("x.velloro", R"({"version":1,"timestamp":)"
+                                                    R"("2024-03-07T03:00:00Z","tasks":[{"status":)"
+                                                    R"("N"},{"status":"N","log":[{}]}]})")),
+              HasSubstr("x.velloro: tasks[1].log[0]: The key \"entryType\" is missing."));
+  EXPECT_THAT(refusal("import " + file("x.csv", "title,icon\nA,book\n\"B\n")),
+              testing::ContainsRegex("x.csv, line 3, column 1: The last .*\nhelp: End the "));
+  EXPECT_THAT(refusal("import none.csv"),
+              HasSubstr("none.csv: The file under the given URL couldn't be read.\nhelp: "));
+  EXPECT_EQ(document("a"), before);
+  expectRefusal("import - --duplicates twice" + in("a") + " </dev/null", "--duplicates \"twice\"");
+  expectRefusal("export - --page 1 --task Read" + in("a"), "one of them");
+}
+
+/// Whenever the program is killed, the store is as before or as after.
+TEST_F(ExchangeCommands, AreWholeOrNotAtAll) {
+  const std::string backup = file("a.velloro", document("a"));
+  (void)said("e", "status");
+  const std::string empty = document("e");
+  const std::string full = document("a");
+  for (int tenths = 0; tenths < 12; ++tenths) {
+    (void)runProgram("import " + backup + in("e") + " & sleep 0.0" + std::to_string(tenths * 3) +
+                     "; kill -9 $! 2>/dev/null; wait");
+    const std::string now = document("e");
+    EXPECT_TRUE(now == empty || now == full) << tenths;
+  }
+}
+
+}  // namespace
+}  // namespace velloro
