@@ -12,8 +12,8 @@
 
 namespace platform {
 
-/// Reads a zip archive, also one of more than 4 GiB. Entries are read piece by piece and never
-/// unpacked as a whole.
+/// Reads a zip archive, also one of more than 4 GiB, and one that breaks off as far as it goes.
+/// Entries are read piece by piece and never unpacked as a whole.
 ///
 /// ```
 /// auto archive = ZipReader::open("export.zip").value();
@@ -27,22 +27,23 @@ class ZipReader {
  public:
   struct Entry {
     std::string name;
-    std::uint64_t size = 0;  ///< Unpacked, as the archive says.
-    std::uint64_t compressedSize = 0;
-    std::uint64_t offset = 0;  ///< Of its header.
-    int method = 0;
+    std::uint64_t size = 0;  ///< Unpacked, as the archive says; 0 where it does not.
+    std::size_t index = 0;
   };
 
   /// The bytes of an entry.
   class Stream {
    public:
     virtual ~Stream() = default;
-    /// Fills at most `into`; 0 at the end. Fails for damaged data and for an entry that unpacks to
-    /// more than it says.
+    /// Fills at most `into`; 0 at the end. Fails for damaged data, for an entry of another length
+    /// than it says, and for one that unpacks to more than `mostPerByte` times its archive.
     [[nodiscard]] virtual Result<std::size_t> read(std::span<char> into) = 0;
   };
 
-  /// Fails for a file that is no archive, or one that breaks off.
+  /// What honest files are packed to is far more.
+  static constexpr std::uint64_t mostPerByte = 200;
+
+  /// Fails for a file that is no archive, or one whose first entry breaks off.
   [[nodiscard]] static Result<ZipReader> open(const std::filesystem::path& path);
   /// Whether the file begins as an archive does.
   [[nodiscard]] static bool isArchive(const std::filesystem::path& path);

@@ -41,13 +41,13 @@ ByteSource fileSource(const std::filesystem::path& file, const Progress& progres
   };
 }
 
-/// An honest export is packed to about a twentieth; nothing is to fill the disk.
+/// Nothing is to fill the disk.
 constexpr std::uint64_t largestEntry = std::uint64_t{64} << 30;
-constexpr std::uint64_t mostPerByte = 200;
 
-Result<ByteSource> entrySource(const ZipReader& archive, const ZipReader::Entry& entry,
-                               const Progress& progress) {
-  if (entry.size > largestEntry || entry.size / mostPerByte > entry.compressedSize + 1024) {
+Result<ByteSource> entrySource(const std::filesystem::path& file, const ZipReader& archive,
+                               const ZipReader::Entry& entry, const Progress& progress) {
+  const auto packed = NSFileManager::size(file).value_or(0);
+  if (entry.size > largestEntry || entry.size / ZipReader::mostPerByte > packed + 1024) {
     return failure<Error>("velloro.health", 2,
                           "\"" + entry.name + "\" would unpack to far more than a health export");
   }
@@ -119,8 +119,9 @@ class Importer {
     return isXML ? Form::export_ : Form::csv;
   }
 
-  static Result<std::string> beginningOf(const ZipReader& archive, const ZipReader::Entry& entry) {
-    return beginning(TRY(entrySource(archive, entry, {})));
+  [[nodiscard]] Result<std::string> beginningOf(const ZipReader& archive,
+                                                const ZipReader::Entry& entry) const {
+    return beginning(TRY(entrySource(file_, archive, entry, {})));
   }
 
   /// The export has a localised name, and stands one folder deep.
@@ -133,7 +134,7 @@ class Importer {
       if (isDatabase && form_ != Form::export_) {
         const TemporaryFile copy(NSFileManager::cachesDirectory() /
                                  (UUID::random().uuidString() + ".sqlite"));
-        const auto packed = TRY(entrySource(archive, entry, {}));
+        const auto packed = TRY(entrySource(file_, archive, entry, {}));
         TRY(unpack(packed, copy.path()));
         return readGadgetbridge(copy.path(), sink_, progress_);
       }
@@ -142,7 +143,7 @@ class Importer {
       if (!start) {
         unread = start.error();
       } else if (isExport(*start)) {
-        return ExportReader(sink_).read(TRY(entrySource(archive, entry, progress_)));
+        return ExportReader(sink_).read(TRY(entrySource(file_, archive, entry, progress_)));
       }
     }
     if (unread != nullptr) return std::unexpected(unread);
