@@ -88,6 +88,17 @@ int closeOutput() {
   return complain(PosixError("cannot write the output", errno).localizedDescription(), failed);
 }
 
+/// The others in the order in which the help lists them.
+constexpr void (*commands[])(const Command&) = {
+    addBadgeCommand,    addCalendarCommand,     addDayCommand,    addDemoCommand,
+    addDoctorCommand,   addExportCommand,       addGraphCommand,  addHealthCommand,
+    addHistoryCommand,  addIconsCommand,        addImportCommand, addLogCommand,
+    addNextCommand,     addNotificationCommand, addPeriodCommand, addPlanCommand,
+    addRemindCommand,   addReminderCommand,     addReportCommand, addRingCommand,
+    addSettingsCommand, addSnoozeCommand,       addStatsCommand,  addStatusCommand,
+    addStoreCommand,    addTaskCommand,         addThemesCommand, addTimerCommand,
+    addTitleCommand,    addTypesCommand,        addWatchCommand};
+
 int run(int argumentCount, char** arguments) {
   CommandLine line("velloro", "Reminders and records of habits", VELLORO_VERSION);
   const Command app = line.command();
@@ -96,37 +107,7 @@ int run(int argumentCount, char** arguments) {
   global.addTo(app);
   addAdviceCommand(app);
   addAgentCommand(app, global);
-  addBadgeCommand(app);
-  addCalendarCommand(app);
-  addDayCommand(app);
-  addDemoCommand(app);
-  addDoctorCommand(app);
-  addExportCommand(app);
-  addGraphCommand(app);
-  addHealthCommand(app);
-  addHistoryCommand(app);
-  addIconsCommand(app);
-  addImportCommand(app);
-  addLogCommand(app);
-  addNextCommand(app);
-  addNotificationCommand(app);
-  addPeriodCommand(app);
-  addPlanCommand(app);
-  addRemindCommand(app);
-  addReminderCommand(app);
-  addReportCommand(app);
-  addRingCommand(app);
-  addSettingsCommand(app);
-  addSnoozeCommand(app);
-  addStatsCommand(app);
-  addStatusCommand(app);
-  addStoreCommand(app);
-  addTaskCommand(app);
-  addThemesCommand(app);
-  addTimerCommand(app);
-  addTitleCommand(app);
-  addTypesCommand(app);
-  addWatchCommand(app);
+  for (const auto add : commands) add(app);
 
   SettingsStorage::setCloudContainer(DataManager::sharedCloudContainer);
   HealthManager::shared().setFile(
