@@ -80,7 +80,7 @@ TEST_F(ExchangeCommands, BringBackWhatTheyTookAlong) {
     EXPECT_EQ(document("b"), before) << strategy;
   }
   const auto glasses = PropertyList::fromJSON(said("b", "log list --json 'Drink, \"water\"'"));
-  EXPECT_EQ(*glasses.array()->front()["total"].real(),
+  EXPECT_EQ(*glasses.array()->front()["progressTotal"].real(),
             *glasses.array()->front()["progress"].real() + 2.5)
       << "totals are worked out again";
 }

@@ -87,7 +87,10 @@ Option Command::option(const char* name, std::optional<std::string>& value, cons
 
 Option Command::option(const char* name, std::vector<std::string>& values, const char* placeholder,
                        const std::string& help) const {
-  return grouped(added(*command_, name, values, placeholder, help));
+  CLI::Option& option = added(*command_, name, values, placeholder, help);
+  // What stands behind the value of an option is an argument of the command.
+  if (*name == '-') option.allow_extra_args(false);
+  return grouped(option);
 }
 
 Option Command::flag(const char* name, bool& value, const char* help) const {
