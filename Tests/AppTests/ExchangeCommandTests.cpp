@@ -4,7 +4,10 @@
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "OxKit/Platform.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <set>
+#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -79,10 +82,12 @@ TEST_F(ExchangeCommands, BringBackWhatTheyTookAlong) {
     EXPECT_THAT(again, HasSubstr(R"("added":0,"changed":0)")) << strategy;
     EXPECT_EQ(document("b"), before) << strategy;
   }
+  double total = 0;  // whichever of the two entries of one second is taken for the later one
   const auto glasses = PropertyList::fromJSON(said("b", "log list --json 'Drink, \"water\"'"));
-  EXPECT_EQ(*glasses.array()->front()["progressTotal"].real(),
-            *glasses.array()->front()["progress"].real() + 2.5)
-      << "totals are worked out again";
+  for (const auto& entry : *glasses.array()) {
+    total = std::max(total, *entry["progressTotal"].real());
+  }
+  EXPECT_EQ(total, 3) << "totals are worked out again";
 }
 
 TEST_F(ExchangeCommands, KeepToTheStrategy) {
@@ -116,9 +121,15 @@ TEST_F(ExchangeCommands, JoinEntriesByDayAndType) {
   (void)said("a", "import " + table);
   EXPECT_EQ(document("a"), once) << "the n-th of the table is the n-th of the store";
 
-  const std::string csv = said("a", "export --format csv -");
-  (void)said("d", "import " + file("a.csv", csv));
-  EXPECT_EQ(said("d", "export --format csv -"), csv);
+  // Entries of one second get identifiers, which decide their order, of their own.
+  const auto rowsOf = [&](const std::string& store) {
+    std::istringstream csv(said(store, "export --format csv -"));
+    std::multiset<std::string> lines;
+    for (std::string line; std::getline(csv, line);) lines.insert(line);
+    return lines;
+  };
+  (void)said("d", "import " + file("a.csv", said("a", "export --format csv -")));
+  EXPECT_EQ(rowsOf("d"), rowsOf("a"));
 }
 
 TEST_F(ExchangeCommands, ChangeNothingForAFileThatIsWrong) {

@@ -53,6 +53,14 @@ class HealthImports : public testing::Test {
     for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i));
     return text;
   }
+  static std::uint32_t checksum(const std::string& content) {
+    std::uint32_t sum = ~0U;
+    for (const char byte : content) {
+      sum ^= static_cast<unsigned char>(byte);
+      for (int bit = 0; bit < 8; ++bit) sum = sum >> 1U ^ (sum & 1U ? 0xEDB88320U : 0U);
+    }
+    return ~sum;
+  }
   /// A zip archive of one entry, whose content is deflated into blocks that are not compressed.
   [[nodiscard]] static std::string zipped(const std::string& name, const std::string& content,
                                           std::optional<std::uint64_t> claimed = {}) {
@@ -63,9 +71,10 @@ class HealthImports : public testing::Test {
       packed += at + block < content.size() ? '\0' : '\1';
       packed += number(piece.size(), 2) + number(~piece.size(), 2) + piece;
     }
-    const std::string common =
-        number(20, 2) + number(0, 2) + number(8, 2) + number(0, 8) + number(packed.size(), 4) +
-        number(claimed.value_or(content.size()), 4) + number(name.size(), 2) + number(0, 2);
+    const std::string common = number(20, 2) + number(0, 2) + number(8, 2) + number(0, 4) +
+                               number(checksum(content), 4) + number(packed.size(), 4) +
+                               number(claimed.value_or(content.size()), 4) +
+                               number(name.size(), 2) + number(0, 2);
     const std::string local = "PK\x03\x04" + common + name + packed;
     const std::string central =
         "PK\x01\x02" + number(20, 2) + common + number(0, 10) + number(0, 4) + name;

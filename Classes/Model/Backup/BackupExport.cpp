@@ -39,14 +39,9 @@ std::string textOf(const std::optional<UniqueID>& id) {
   return id ? id->stringValue() : std::string();
 }
 
+/// Parts of a second do not survive a document, and must not decide an order.
 std::int64_t secondOf(const std::optional<Date>& date) {
   return date ? date->secondsSince1970() : 0;
-}
-
-/// Parts of a second do not survive a document, and must not decide an order.
-std::optional<Date> wholeSecond(const std::optional<Date>& date) {
-  return date ? std::optional(Date::since1970(static_cast<double>(date->secondsSince1970())))
-              : std::nullopt;
 }
 
 std::optional<CodableTimeZone> codable(const std::optional<TimeZone>& zone) {
@@ -89,8 +84,8 @@ VelloroJSONBackupNote::Status statusOf(TaskNoteStatus status) {
 
 /// Of several rows with a key the oldest counts.
 VelloroJSONBackupSettingsSetting recordOf(const SettingEntity& row, const std::string& key) {
-  VelloroJSONBackupSettingsSetting record{
-      .key = key, .dateCreated = wholeSecond(row.value(SettingEntity::dateCreated))};
+  VelloroJSONBackupSettingsSetting record{.key = key,
+                                          .dateCreated = row.value(SettingEntity::dateCreated)};
   const auto setting = Setting::fromKey(key);
   const auto kind = setting ? std::optional(setting->row().kind) : std::nullopt;
   const auto holds = [&](SettingKind wanted, bool hasValue) {
@@ -103,7 +98,7 @@ VelloroJSONBackupSettingsSetting recordOf(const SettingEntity& row, const std::s
   if (holds(SettingKind::int_, integer != 0)) record.intValue = integer;
   if (holds(SettingKind::double_, real != 0)) record.doubleValue = real;
   record.stringValue = row.value(SettingEntity::stringValue);
-  record.dateValue = wholeSecond(row.value(SettingEntity::dateValue));
+  record.dateValue = row.value(SettingEntity::dateValue);
   record.codableValue = row.value(SettingEntity::dataValue);
   return record;
 }
@@ -170,7 +165,7 @@ VelloroJSONBackupTask BackupExport::taskOf(const TaskEntity& task) {
   VelloroJSONBackupTask record{
       .uniqueId = task.taskUniqueId(),
       .title = task.value(Columns::title),
-      .createdTimestamp = wholeSecond(task.value(Columns::created)),
+      .createdTimestamp = task.value(Columns::created),
       .createdTimeZone = codable(task.value(Columns::createdTimeZone)),
       .status = task.taskStatus(),
       .notificationSettings = codableNotificationSettings(task.notificationSettings()),
@@ -218,7 +213,7 @@ void BackupExport::addLog(const TaskEntity& task, VelloroJSONBackupTask& record)
                        .entryType = row.value(Entry::entryType).value_or(TaskLogEntryType::unknown),
                        .entryDate = *day,
                        .progress = row.value(Entry::progress),
-                       .createdTimestamp = wholeSecond(row.value(Entry::createdTimestamp)),
+                       .createdTimestamp = row.value(Entry::createdTimestamp),
                        .entryPeriodFrom = row.value(Entry::entryPeriodFrom),
                        .entryPeriodTo = row.value(Entry::entryPeriodTo),
                        .entryPeriodType = row.value(Entry::entryPeriodType)});
@@ -238,7 +233,7 @@ void BackupExport::addNotes(const TaskEntity& task, VelloroJSONBackupTask& recor
     notes.push_back({.uniqueID = note->value(TaskNoteEntity::uniqueId),
                      .status = statusOf(status),
                      .date = note->value(TaskNoteEntity::noteDate),
-                     .createdDate = wholeSecond(note->value(TaskNoteEntity::createdTimestamp)),
+                     .createdDate = note->value(TaskNoteEntity::createdTimestamp),
                      .createdTimeZone = codable(note->value(TaskNoteEntity::createdTimeZone)),
                      .content = {*body}});
   }
