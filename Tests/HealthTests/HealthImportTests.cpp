@@ -50,7 +50,7 @@ class HealthImports : public testing::Test {
   }
   static std::string number(std::uint64_t value, int bytes) {
     std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i));
+    for (int i = 0; i < bytes; ++i, value >>= 8U) text += static_cast<char>(value);
     return text;
   }
   static std::uint32_t checksum(const std::string& content) {

@@ -1,6 +1,7 @@
 #include "Foundation/Dispatch/NSNotificationCenter.h"
 #include "Foundation/Process/VirtualEnvironment.h"
 #include "HelperClasses/DictionaryCoder.h"
+#include "OxLog/LogManager.h"
 #include "Settings/SettingsStorage.h"
 #include "Settings/SettingsStorageLegacyCloud.h"
 #include "SettingsTests/EverySetting.h"
@@ -199,6 +200,7 @@ TEST(SettingsStorageTest, AWriteIsCopiedForExtensionsAndToldOnce) {
 }
 
 TEST(SettingsStorageTest, AbsenceRemovesAndWhatJSONCannotHoldChangesNothing) {
+  const VirtualEnvironment environment;
   Tiers tiers({.hasSuite = true}, Setting::appIcon);
   SettingsStorage& storage = tiers.storage;
   storage.setString("blue", Setting::appIcon);
@@ -211,6 +213,7 @@ TEST(SettingsStorageTest, AbsenceRemovesAndWhatJSONCannotHoldChangesNothing) {
   EXPECT_TRUE(storage.setCodable<Numbers>(std::nullopt, Setting::taskFilterAuto));
   EXPECT_THAT(tiers.holders("UIAppIcon"), IsEmpty());
   EXPECT_THAT(tiers.holders("taskFilter.auto"), IsEmpty());
+  LogManager::shared().flush();  // of the value that was refused; the log's thread ends with it
 }
 
 // Each step is one that a person may take in the application; after it, both read the same.
