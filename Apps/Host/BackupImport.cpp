@@ -4,6 +4,7 @@
 #include "Foundation/Text/String.h"
 #include "Host/HostStore.h"
 #include "Host/LogWriter.h"
+#include "Host/NotificationUpdates.h"
 #include "OxCheckableTasks/Icons/IconDisplayRepresentation.h"
 #include "Settings/SettingEntity.h"
 #include "Tasks/Log/StoredEntries.h"
@@ -94,6 +95,7 @@ class Import {
     if (backup.settings) addSettings(backup.settings->settings);
   }
 
+  [[nodiscard]] const std::vector<TaskPtr>& changed() const { return changed_; }
   [[nodiscard]] BackupImportReport report() && { return std::move(report_); }
 
  private:
@@ -132,6 +134,7 @@ class Import {
   const Date now_;
   std::vector<TaskPtr> tasks_;
   std::map<UniqueID, std::shared_ptr<TaskCategoryEntity>> categories_;
+  std::vector<TaskPtr> changed_;
   BackupImportReport report_;
 };
 
@@ -195,6 +198,11 @@ void Import::addTask(const VelloroJSONBackupTask& record) {
   if (!isNew && !hasChanged) return;
   recountTotals(*task);
   updateDerivedData(*task, now_);
+  changed_.push_back(task);
+  // With the entries of all tasks at hand, each fetch would look at all of them.
+  if (const auto written = context().writePending(); !written) {
+    throw HostError(written.error()->localizedDescription());
+  }
 }
 
 TaskPtr Import::newTask(const VelloroJSONBackupTask& record, bool keepsID) {
@@ -500,10 +508,21 @@ void Import::addSettings(const std::vector<VelloroJSONBackupSettingsSetting>& re
 }  // namespace
 
 BackupImportReport importBackup(const HostStore& store, const VelloroJSONBackup& backup,
-                                const BackupImportOptions& options, Date now) {
-  Import import(store, options, now);
-  import.add(backup);
-  return std::move(import).report();
+                                const BackupImportOptions& options, bool isRehearsal, Date now) {
+  struct Rehearsed {};
+  BackupImportReport report;
+  try {
+    store.write([&] {
+      Import import(store, options, now);
+      import.add(backup);
+      const auto changed = import.changed();
+      report = std::move(import).report();
+      if (isRehearsal) throw Rehearsed();
+      for (const TaskPtr& task : changed) NotificationUpdates::shared().note(task);
+    });
+  } catch (const Rehearsed&) {  // which has ended the transaction
+  }
+  return report;
 }
 
 }  // namespace velloro

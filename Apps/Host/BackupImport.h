@@ -49,8 +49,8 @@ struct BackupImportReport {
 /// An entry with an identifier is that of the store with the same one; without one it is the n-th
 /// of its day and type, as it was before the import. Notes go by identifier, or by day and text. A
 /// task without identifier is the store's first one of its title. Tasks that are in the store alone
-/// are never touched. Within `HostStore::write`. \throws HostError
+/// are never touched. A rehearsal says what would change, and changes nothing. \throws HostError
 BackupImportReport importBackup(const HostStore& store, const VelloroJSONBackup& backup,
-                                const BackupImportOptions& options, Date now);
+                                const BackupImportOptions& options, bool isRehearsal, Date now);
 
 }  // namespace velloro

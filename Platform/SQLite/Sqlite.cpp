@@ -264,6 +264,17 @@ Result<sqlite3_stmt*> SqliteConnection::compile(std::string_view sql) const {
   return statement;
 }
 
+Result<void> SqliteConnection::copyTo(const std::filesystem::path& to) {
+  (void)TRY(NSFileHandle::open(to, O_RDWR | O_CREAT | O_EXCL));
+  const auto copy = TRY(openFile({.path = to}, to.string(), SQLITE_OPEN_READWRITE));
+  sqlite3_backup* const backup = sqlite3_backup_init(copy->handle_, "main", handle_, "main");
+  constexpr int allPages = -1;
+  const int code = backup != nullptr ? sqlite3_backup_step(backup, allPages) : SQLITE_ERROR;
+  sqlite3_backup_finish(backup);
+  if (code != SQLITE_DONE) return sqliteFailure(copy->handle_, code, to);
+  return {};
+}
+
 Result<SqliteStatement> SqliteConnection::prepare(std::string_view sql) {
   constexpr std::size_t mostStatements = 256;
   const auto known = statements_.find(sql);

@@ -122,6 +122,9 @@ class SqliteConnection {
     if (!*row || statement->isNull(0)) return std::optional<std::int64_t>();
     return std::optional(statement->integer(0));
   }
+  /// A copy of the file as it is now, while others go on writing it; complete and on the disk when
+  /// this returns. \param to A file that does not exist.
+  [[nodiscard]] Result<void> copyTo(const std::filesystem::path& to);
   /// How many rows the last statement changed.
   [[nodiscard]] std::int64_t changes() const;
   /// Why nothing can be written; null where it can.

@@ -140,5 +140,40 @@ TEST(StoreTransaction, DefaultsThatStandForAnUnreadableRowAreNeverSaved) {
   EXPECT_EQ(copiesElsewhere(), 0);
 }
 
+TEST(StoreTransaction, WhatIsWrittenWithinItIsSavedWithItOrNotAtAll) {
+  VirtualEnvironment environment;
+  Shelf::fill();
+  for (const bool fails : {true, false}) {
+    Library library;
+    Context& context = *library.viewContext();
+    Book added;
+    const auto done = context.performTransaction([&]() -> Result<void> {
+      const auto old = context.fetch<BookEntity>(bookRequest())->front();
+      old->setValue(BookEntity::copies, 7);
+      old->setValue(BookEntity::cover, nullptr);
+      added = newBook(context, "Added");
+      const auto gone = newBook(context, "Gone");
+      EXPECT_TRUE(context.writePending());
+      EXPECT_FALSE(context.hasChanges());
+      EXPECT_FALSE(added->objectID().isTemporaryID());
+      context.deleteObject(*gone);
+      added->setValue(BookEntity::copies, 3);
+      EXPECT_TRUE(context.writePending());
+      EXPECT_EQ(titles(context), "Added Old");
+      EXPECT_EQ(Shelf::seenElsewhere(), "Old -");
+      if (fails) return failure<StoreError>(StoreError::Kind::busy, "enough");
+      added->setValue(BookEntity::title, "Last");
+      return {};
+    });
+    EXPECT_EQ(done.has_value(), !fails);
+    EXPECT_FALSE(context.hasChanges());
+    EXPECT_EQ(added->managedObjectContext() == nullptr, fails);
+    EXPECT_EQ(titles(context), fails ? "Old" : "Last Old");
+    EXPECT_EQ(Shelf::seenElsewhere(), fails ? "Old -" : "Last Old -");
+    const auto history = context.execute({.after = Date::distantPast()});
+    EXPECT_EQ(history->transactions.size(), fails ? 1U : 2U);
+  }
+}
+
 }  // namespace
 }  // namespace platform

@@ -44,11 +44,6 @@ struct Answer {
            key("settings", &Answer::settings), key("decisions", &Answer::decisions));
 };
 
-/// Ends a transaction whose changes are not wanted.
-struct Rehearsed {
-  BackupImportReport report;
-};
-
 std::optional<VelloroBackupFormat> givenFormat(const ImportOptions& options) {
   const std::string from = options.from.value_or("auto");
   if (from == "velloro") return VelloroBackupFormat::json;
@@ -127,20 +122,6 @@ BackupImportOptions wanted(const ImportOptions& options) {
   return wanted;
 }
 
-BackupImportReport imported(const VelloroJSONBackup& backup, const BackupImportOptions& options,
-                            bool isDryRun, Date now) {
-  const HostStore store;
-  try {
-    return store.write([&] {
-      auto report = importBackup(store, backup, options, now);
-      if (isDryRun) throw Rehearsed{std::move(report)};
-      return report;
-    });
-  } catch (Rehearsed& rehearsed) {
-    return std::move(rehearsed.report);
-  }
-}
-
 std::string line(const char* what, std::int64_t added, std::int64_t changed, const char* last,
                  std::int64_t others) {
   return stringWithFormat("%-11s%lld added, %lld changed, %lld %s\n", what,
@@ -170,7 +151,7 @@ void runImport(const ImportOptions& options) {
   const std::string bytes = bytesOf(options, given);
   const VelloroBackupFormat format = given.value_or(formatOfContent(bytes));
   const auto backup = parsed(bytes, format, options.file, now);
-  const auto report = imported(backup, wantedOptions, options.isDryRun, now);
+  const auto report = importBackup(HostStore(), backup, wantedOptions, options.isDryRun, now);
   if (!options.json) return print(textOf(report, options.isDryRun));
   const Answer answer{.format = std::string(fileExtension(format)),
                       .dryRun = options.isDryRun,

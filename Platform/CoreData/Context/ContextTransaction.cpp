@@ -23,7 +23,8 @@ Result<void> NSManagedObjectContext::commit(std::unique_ptr<StoreTransaction> tr
   SqliteStore& open = transaction->store();
   SaveOperation operation(*this, open, transaction->connection());
   TRY(operation.write());
-  const StoreChanges& changes = operation.changes();
+  transaction->written.add(operation.changes());
+  const StoreChanges changes = std::move(transaction->written);
   std::int64_t number = 0;
   if (!changes.empty()) {
     const auto appended =
@@ -49,14 +50,39 @@ Result<void> NSManagedObjectContext::runTransaction(const std::function<Result<v
   refreshAll();
   if (!transaction_->hasFailed()) attempt(work);
   auto transaction = std::exchange(transaction_, nullptr);
+  const StoreChanges written = transaction->written;
   if (transaction->hasFailed()) {
-    rollback();
+    discard(written);
     return transaction->outcome();
   }
-  if (!hasChanges()) return {};
+  if (!hasChanges() && written.empty()) return {};
   auto committed = commit(std::move(transaction));
-  if (!committed) rollback();
+  if (!committed) discard(written);
   return committed;
+}
+
+Result<void> NSManagedObjectContext::writePending() {
+  assert(isOnQueue() && transaction_ != nullptr && "there is no transaction to write into");
+  if (!hasChanges()) return {};
+  SaveOperation operation(*this, transaction_->store(), transaction_->connection());
+  if (auto written = operation.write(); !written) {
+    transaction_->fail(written.error());
+    return written;
+  }
+  transaction_->written.add(operation.changes());
+  operation.apply();
+  return {};
+}
+
+/// Gives up all unsaved changes, and what was written into a transaction that is not committed: the
+/// keys of its new objects will be those of others.
+void NSManagedObjectContext::discard(const StoreChanges& written) {
+  rollback();
+  if (written.empty()) return;
+  for (const NSManagedObjectID id : written.inserted) {
+    if (const auto object = registered(id)) detach(*object);
+  }
+  refreshAll();
 }
 
 /// A failure stays with the transaction, even if whoever called the work makes nothing of it: half

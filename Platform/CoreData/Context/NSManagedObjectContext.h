@@ -23,6 +23,7 @@ class NSPersistentStoreCoordinator;
 class SqliteStore;
 class StoreTransaction;
 struct SqlText;
+struct StoreChanges;
 
 /// What a save does when another has meanwhile saved the same object.
 enum class NSMergePolicy {
@@ -189,6 +190,21 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
     });
   }
 
+  /// Within a transaction, for one that makes very many objects: puts the unsaved changes into the
+  /// file already. What follows reads them from there, and objects that no one uses take no memory.
+  /// Others see them at the end of the transaction, with all the rest, and if it fails never. The
+  /// lists of unsaved objects are empty afterwards.
+  ///
+  ///     const auto done = context->performTransaction([&]() -> Result<void> {
+  ///       for (int copies = 0; copies < 1000; ++copies) {
+  ///         context->insert<BookEntity>()->setValue(BookEntity::copies, copies);
+  ///         const auto written = context->writePending();
+  ///         if (!written) return written;
+  ///       }
+  ///       return {};
+  ///     });
+  [[nodiscard]] Result<void> writePending();
+
   /// To be called if everything may have changed: objects are read again when they are next used,
   /// and unsaved changes stay. Posts the notification of a merge, with the objects in use under
   /// `NSInvalidatedAllObjectsKey`.
@@ -234,6 +250,7 @@ class NSManagedObjectContext : public std::enable_shared_from_this<NSManagedObje
                          const std::function<void(const NSManagedRow&)>& visit);
 
   Result<void> commit(std::unique_ptr<StoreTransaction> transaction);
+  void discard(const StoreChanges& written);
   Result<void> runTransaction(const std::function<Result<void>()>& work);
   void attempt(const std::function<Result<void>()>& work);
   void refreshAll();

@@ -83,6 +83,13 @@ std::shared_ptr<SqliteStore> NSPersistentStoreCoordinator::store() const {
   return store_;
 }
 
+Result<void> NSPersistentStoreCoordinator::copyStore(const std::filesystem::path& to) const {
+  const auto open = store();
+  if (open == nullptr) return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");
+  const auto connection = TRY(open->lease());
+  return connection->copyTo(to);
+}
+
 Result<std::vector<std::string>> NSPersistentStoreCoordinator::check() const {
   const auto open = store();
   if (open == nullptr) return failure<StoreError>(StoreError::Kind::notOpen, "no store is open");

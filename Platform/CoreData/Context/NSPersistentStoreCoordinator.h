@@ -41,6 +41,9 @@ class NSPersistentStoreCoordinator
   /// What is wrong with the open store's file, a line each; nothing when it is sound. Reads all of
   /// it.
   [[nodiscard]] Result<std::vector<std::string>> check() const;
+  /// Copies the open store as it is now, with its history, into one file that does not exist yet;
+  /// others may write meanwhile.
+  [[nodiscard]] Result<void> copyStore(const std::filesystem::path& to) const;
 
   /// Whether the open store's file has changed since it was opened, so that what was read of it at
   /// rest may not fit together.

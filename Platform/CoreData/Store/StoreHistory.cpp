@@ -141,6 +141,17 @@ NSFetchRequest NSPersistentHistoryTransaction::fetchRequest() {
   return NSFetchRequest(Attributes::description.name());
 }
 
+void StoreChanges::add(const StoreChanges& later) {
+  inserted.insert(later.inserted.begin(), later.inserted.end());
+  for (const NSManagedObjectID id : later.updated) {
+    if (!inserted.contains(id)) updated.insert(id);
+  }
+  for (const NSManagedObjectID id : later.deleted) {
+    updated.erase(id);
+    if (inserted.erase(id) == 0) deleted.insert(id);
+  }
+}
+
 Notification StoreChanges::notification() const {
   return notificationOf(*this);
 }

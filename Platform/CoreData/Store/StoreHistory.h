@@ -17,6 +17,8 @@ struct StoreChanges {
   [[nodiscard]] bool empty() const {
     return inserted.empty() && updated.empty() && deleted.empty();
   }
+  /// What was done after it, too. What came and went is none of either.
+  void add(const StoreChanges& later);
   /// The notification with these changes.
   [[nodiscard]] Notification notification() const;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreData/Store/SqliteStore.h"
+#include "CoreData/Store/StoreHistory.h"
 
 #include <exception>
 #include <memory>
@@ -23,6 +24,9 @@ class StoreTransaction {
   [[nodiscard]] SqliteStore& store() const { return *store_; }
   [[nodiscard]] SqliteConnection& connection() const { return *connection_; }
   [[nodiscard]] Result<void> commit() { return sql_.commit(); }
+
+  /// Of all that was written within it so far.
+  StoreChanges written;
 
   /// \name What keeps it from being committed: the first thing that went wrong
   /// @{
