@@ -139,6 +139,11 @@ void NotificationUpdates::note(const std::shared_ptr<TaskEntity>& task, bool isD
   }
 }
 
+void NotificationUpdates::noteEverything() {
+  hasWritten_ = true;
+  NSUserDefaults::standardUserDefaults().removeObjectForKey(plannedForKey);
+}
+
 void NotificationUpdates::bringUpToDate() {
   if (!std::exchange(hasWritten_, false)) return;
   const Date now = Date::now();

@@ -32,6 +32,8 @@ class NotificationUpdates {
     hasWritten_ = true;
     note(task, false);
   }
+  /// That any task may have changed: all is planned again.
+  void noteEverything();
   /// That a setting has changed.
   void noteSettings() { hasWritten_ = true; }
   /// Plans what was noted, and returns when that is in the notification centre. What can't be

@@ -10,6 +10,7 @@
 #include "velloro/Agent/AgentCommand.h"
 #include "velloro/Calendar/DayCommand.h"
 #include "velloro/Calendar/PeriodCommand.h"
+#include "velloro/Exchange/BackupCommand.h"
 #include "velloro/Exchange/ExportCommand.h"
 #include "velloro/Exchange/ImportCommand.h"
 #include "velloro/Health/HealthCommand.h"
@@ -90,14 +91,14 @@ int closeOutput() {
 
 /// The others in the order in which the help lists them.
 constexpr void (*commands[])(const Command&) = {
-    addBadgeCommand,    addCalendarCommand,     addDayCommand,    addDemoCommand,
-    addDoctorCommand,   addExportCommand,       addGraphCommand,  addHealthCommand,
-    addHistoryCommand,  addIconsCommand,        addImportCommand, addLogCommand,
-    addNextCommand,     addNotificationCommand, addPeriodCommand, addPlanCommand,
-    addRemindCommand,   addReminderCommand,     addReportCommand, addRingCommand,
-    addSettingsCommand, addSnoozeCommand,       addStatsCommand,  addStatusCommand,
-    addStoreCommand,    addTaskCommand,         addThemesCommand, addTimerCommand,
-    addTitleCommand,    addTypesCommand,        addWatchCommand};
+    addBackupCommand, addBadgeCommand,    addCalendarCommand,     addDayCommand,
+    addDemoCommand,   addDoctorCommand,   addExportCommand,       addGraphCommand,
+    addHealthCommand, addHistoryCommand,  addIconsCommand,        addImportCommand,
+    addLogCommand,    addNextCommand,     addNotificationCommand, addPeriodCommand,
+    addPlanCommand,   addRemindCommand,   addReminderCommand,     addReportCommand,
+    addRingCommand,   addSettingsCommand, addSnoozeCommand,       addStatsCommand,
+    addStatusCommand, addStoreCommand,    addTaskCommand,         addThemesCommand,
+    addTimerCommand,  addTitleCommand,    addTypesCommand,        addWatchCommand};
 
 int run(int argumentCount, char** arguments) {
   CommandLine line("velloro", "Reminders and records of habits", VELLORO_VERSION);

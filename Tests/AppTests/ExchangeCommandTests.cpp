@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -88,6 +90,40 @@ TEST_F(ExchangeCommands, BringBackWhatTheyTookAlong) {
     total = std::max(total, *entry["progressTotal"].real());
   }
   EXPECT_EQ(total, 3) << "totals are worked out again";
+}
+
+TEST_F(ExchangeCommands, KeepDatedBackupsAndBringThemBack) {
+  const std::string before = document("a");
+  const auto store = path("a");
+  (void)said("a", "backup --verify", "08");
+  (void)said("a", "log add Run", "09");
+  (void)said("a", "task edit Read --start-of-day 04:00:00", "09");
+  const std::string later = said("a", "task list --json", "09");
+  EXPECT_THAT(said("a", "backup --verify --keep 2", "09"), HasSubstr("verified"));
+  (void)said("a", "task archive Run", "10");
+  EXPECT_THAT(said("a", "backup --keep 2", "10"), HasSubstr("removed: "));
+  const auto folder = std::filesystem::recursive_directory_iterator(store);
+  std::map<std::string, std::filesystem::path> documents;
+  std::vector<std::filesystem::path> copies;
+  for (const auto& entry : folder) {
+    if (entry.path().extension() == ".velloro") documents[entry.path().filename()] = entry.path();
+    if (entry.path().filename().string().starts_with("velloro-2024-03-09")) {
+      if (entry.path().extension() == ".sqlite") copies.push_back(entry.path());
+    }
+  }
+  ASSERT_EQ(documents.size(), 2U) << "the newest two";
+  const std::string second = "'" + documents.begin()->second.string() + "'";
+  EXPECT_THAT(said("a", "backup --restore " + second, "10"), HasSubstr("restored: "));
+  EXPECT_EQ(said("a", "task list --json", "09"), later) << "also what no document can hold";
+
+  for (const auto& copy : copies) std::filesystem::resize_file(copy, 5000);
+  EXPECT_THAT(refusal("backup --restore " + second), HasSubstr("velloro-2024-03-09"));
+  EXPECT_EQ(said("a", "task list --json", "09"), later);
+  for (const auto& copy : copies) std::filesystem::remove(copy);
+  const auto withoutCopies = runProgram("backup --restore " + second + in("b", "10"));
+  EXPECT_THAT(withoutCopies.errors, HasSubstr("no copies of the store"));
+  EXPECT_THAT(withoutCopies.output, HasSubstr("7 tasks added"));
+  EXPECT_EQ(runProgram("backup --restore x --keep 3" + in("a")).exitCode, 2);
 }
 
 TEST_F(ExchangeCommands, KeepToTheStrategy) {
