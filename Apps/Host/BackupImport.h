@@ -5,6 +5,7 @@
 #include "OxKit/Platform.h"
 #include "VelloroBackup/BackupOptions.h"
 #include "VelloroBackup/VelloroJSONBackup.h"
+#include "VelloroImport/ImportedBackup.h"
 
 #include <cstdint>
 #include <string>
@@ -31,13 +32,7 @@ struct BackupImportReport {
     static constexpr auto codingKeys = keys(
         key("added", &Rows::added), key("changed", &Rows::changed), key("removed", &Rows::removed));
   };
-  struct Decision {
-    std::string what, why;
-
-    bool operator==(const Decision&) const = default;
-    static constexpr auto codingKeys =
-        keys(key("what", &Decision::what), key("why", &Decision::why));
-  };
+  using Decision = ImportDecision;
 
   Tasks tasks = {};
   Rows entries = {}, notes = {}, categories = {}, settings = {};
