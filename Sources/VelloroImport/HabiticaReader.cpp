@@ -141,8 +141,8 @@ class HabiticaReader {
     for (const PropertyList& reminder : reminders) {
       const auto time = Date::fromISO8601(textOf(reminder["time"]));
       if (!time || !dayOf(*time, builder_.zone())) {
-        builder_.decide(task, "the reminder at " + inQuotes(textOf(reminder["time"])) +
-                                  " is left out");
+        builder_.decide(task,
+                        "the reminder at " + inQuotes(textOf(reminder["time"])) + " is left out");
         continue;
       }
       constexpr std::int64_t day = 86'400, minute = 60;

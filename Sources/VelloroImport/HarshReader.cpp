@@ -47,8 +47,7 @@ std::optional<std::pair<std::int64_t, std::int64_t>> frequencyIn(std::string_vie
 
 class HarshReader {
  public:
-  HarshReader(const TimeZone& zone, Date now)
-      : builder_(program, zone, now) {}
+  HarshReader(const TimeZone& zone, Date now) : builder_(program, zone, now) {}
 
   ImportedBackup read(std::string_view habits, std::string_view log) && {
     forEachLine("habits", habits, [&](std::string_view line) { return addHabit(line); });
@@ -76,7 +75,8 @@ class HarshReader {
       if (trimmed(line).empty() || line.front() == '#') continue;
       const std::string wrong = isUTF8(line) ? add(line) : "is not UTF-8";
       if (wrong.empty()) continue;
-      builder_.decide(std::string(file) + ", line " + std::to_string(number), wrong + "; it is left out");
+      builder_.decide(std::string(file) + ", line " + std::to_string(number),
+                      wrong + "; it is left out");
     }
   }
 
@@ -151,8 +151,8 @@ class HarshReader {
       }
     }
     if (leftOut == 0) return;
-    builder_.decide(task,
-                    std::to_string(leftOut) + " days not done are no misses: it is not due every day");
+    builder_.decide(
+        task, std::to_string(leftOut) + " days not done are no misses: it is not due every day");
   }
 
   void addEntry(YYYYMMDD day, const Mark& mark, VelloroJSONBackupTask& task) {

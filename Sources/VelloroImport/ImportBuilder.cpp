@@ -49,14 +49,14 @@ void ImportBuilder::decide(const VelloroJSONBackupTask& task, std::string why) {
 }
 
 VelloroJSONBackupTask& ImportBuilder::addTask(std::string_view key, std::string_view title) {
-  auto& task = tasks_.emplace_back(
-      VelloroJSONBackupTask{.uniqueId = id("habit", key),
-                            .title = std::string(title),
-                            .createdTimeZone = CodableTimeZone{zone_},
-                            .status = TaskStatus::normal,
-                            .pageNumber = TaskPageNumber::first,
-                            .log = std::vector<VelloroJSONBackupTaskEntry>(),
-                            .notes = std::vector<VelloroJSONBackupNote>()});
+  auto& task =
+      tasks_.emplace_back(VelloroJSONBackupTask{.uniqueId = id("habit", key),
+                                                .title = std::string(title),
+                                                .createdTimeZone = CodableTimeZone{zone_},
+                                                .status = TaskStatus::normal,
+                                                .pageNumber = TaskPageNumber::first,
+                                                .log = std::vector<VelloroJSONBackupTaskEntry>(),
+                                                .notes = std::vector<VelloroJSONBackupNote>()});
   setWeekdays(task, DaysOfWeek::everyDay);
   return task;
 }
@@ -91,8 +91,8 @@ void ImportBuilder::setTarget(VelloroJSONBackupTask& task, double target) {
 void ImportBuilder::addEntry(VelloroJSONBackupTask& task, YYYYMMDD day, TaskLogEntryType type,
                              double progress) {
   VelloroJSONBackupTaskEntry entry{
-      .uniqueId = importedID({program_, "mark", task.uniqueId->stringValue(),
-                              day.debugDescription()}),
+      .uniqueId =
+          importedID({program_, "mark", task.uniqueId->stringValue(), day.debugDescription()}),
       .entryType = type,
       .entryDate = day,
       .progress = progress,
@@ -135,8 +135,8 @@ void ImportBuilder::addNote(VelloroJSONBackupTask& task, std::optional<YYYYMMDD>
 
 void ImportBuilder::addReminder(VelloroJSONBackupTask& task, HHMMSS time, DaysOfWeek days) {
   if (!task.notificationSettings) {
-    task.notificationSettings = codableNotificationSettings(
-        TaskNotificationSettings{.reminderType = ReminderType::custom});
+    task.notificationSettings =
+        codableNotificationSettings(TaskNotificationSettings{.reminderType = ReminderType::custom});
     task.notificationSettings->reminders.emplace();
   }
   auto& reminders = *task.notificationSettings->reminders;

@@ -32,9 +32,9 @@ void setRhythm(const LoopHabit& habit, VelloroJSONBackupTask& task, ImportBuilde
   constexpr std::int64_t known[] = {7, 14, 30, 31, 365, 366};
   if (habit.count == 1 || habit.count >= habit.days) return;
   if (std::ranges::find(known, habit.days) != std::end(known)) return;
-  builder.addNote(task, {}, "frequency",
-                  std::to_string(habit.count) + " times in " + std::to_string(habit.days) +
-                      " days");
+  builder.addNote(
+      task, {}, "frequency",
+      std::to_string(habit.count) + " times in " + std::to_string(habit.days) + " days");
 }
 
 void addReminder(const LoopHabit& habit, VelloroJSONBackupTask& task, ImportBuilder& builder) {

@@ -39,8 +39,8 @@ class Row {
     }
     return "";
   }
-  [[nodiscard]] std::optional<std::int64_t> number(
-      std::initializer_list<std::string_view> columns, std::int64_t most) const {
+  [[nodiscard]] std::optional<std::int64_t> number(std::initializer_list<std::string_view> columns,
+                                                   std::int64_t most) const {
     return numberIn<std::int64_t>(text(columns), most);
   }
 
@@ -59,11 +59,12 @@ std::optional<OxCodableColor> colorIn(std::string_view text) {
 
 /// A word, or a number that may be below zero.
 std::optional<std::int64_t> valueIn(std::string_view text) {
-  constexpr std::pair<std::string_view, std::int64_t> words[] = {{"UNKNOWN", LoopHabit::unknown},
-                                                                 {"NO", LoopHabit::no},
-                                                                 {"YES_AUTO", LoopHabit::yesByItself},
-                                                                 {"YES_MANUAL", LoopHabit::yes},
-                                                                 {"SKIP", LoopHabit::skip}};
+  constexpr std::pair<std::string_view, std::int64_t> words[] = {
+      {"UNKNOWN", LoopHabit::unknown},
+      {"NO", LoopHabit::no},
+      {"YES_AUTO", LoopHabit::yesByItself},
+      {"YES_MANUAL", LoopHabit::yes},
+      {"SKIP", LoopHabit::skip}};
   for (const auto& [word, value] : words) {
     if (text == word) return value;
   }
@@ -242,13 +243,30 @@ class DatabaseReader {
 
   void addHabit(const SqliteStatement& row) {
     constexpr std::int64_t questionIsOwn = 23;
-    enum { id, name, question, description, unit, count, days, isArchived, type, targetType, target,
-           hour, minute, reminderDays, color, uuid };
+    enum {
+      id,
+      name,
+      question,
+      description,
+      unit,
+      count,
+      days,
+      isArchived,
+      type,
+      targetType,
+      target,
+      hour,
+      minute,
+      reminderDays,
+      color,
+      uuid
+    };
     const auto text = [&](int at) { return repairedUTF8(row.text(at)); };
     LoopHabit habit{.key = text(uuid), .name = text(name), .question = text(question)};
     if (habit.key.empty()) habit.key = habit.name + " " + std::to_string(row.integer(id));
     habit.description = text(description);
-    if (version_ < questionIsOwn && habit.question.empty()) std::swap(habit.question, habit.description);
+    if (version_ < questionIsOwn && habit.question.empty())
+      std::swap(habit.question, habit.description);
     habit.unit = text(unit);
     habit.isArchived = row.integer(isArchived) != 0;
     habit.isNumerical = row.integer(type) == 1;
@@ -273,7 +291,8 @@ class DatabaseReader {
     if (version_ >= firstWithPalette) {
       return builder_.decide(inQuotes(habit.name), "its colour of a palette is left out");
     }
-    habit.color = colorIn(stringWithFormat("#%06llX", static_cast<unsigned long long>(color) & 0xFFFFFF));
+    habit.color =
+        colorIn(stringWithFormat("#%06llX", static_cast<unsigned long long>(color) & 0xFFFFFF));
   }
 
   /// Early versions may have a day twice; the first row counts.
@@ -295,7 +314,8 @@ class DatabaseReader {
       habit->second.marks.emplace(*day, LoopHabit::Mark{value, repairedUTF8(rows.text(3))});
     }
     if (leftOut > 0) {
-      builder_.decide("Repetitions", std::to_string(leftOut) + " rows of no habit or day are left out");
+      builder_.decide("Repetitions",
+                      std::to_string(leftOut) + " rows of no habit or day are left out");
     }
     return {};
   }

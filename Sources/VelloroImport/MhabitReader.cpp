@@ -99,9 +99,9 @@ class MhabitReader {
     if (type == custom) return builder_.setFrequency(task, *count, *days);
     const bool isWeek = type == weekly;
     if (isWeek && *count >= 7) return;
-    ImportBuilder::setDaysIn(
-        task, isWeek ? DayMode::numberOfDaysInWeek : DayMode::numberOfDaysInMonth,
-        std::min<std::int64_t>(*count, 31));
+    ImportBuilder::setDaysIn(task,
+                             isWeek ? DayMode::numberOfDaysInWeek : DayMode::numberOfDaysInMonth,
+                             std::min<std::int64_t>(*count, 31));
   }
 
   void addNotes(const PropertyList& habit, VelloroJSONBackupTask& task) {

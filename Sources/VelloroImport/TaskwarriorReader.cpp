@@ -27,13 +27,13 @@ struct NamedRecurrence {
   Recurrence recurrence;
 };
 constexpr NamedRecurrence named[] = {
-    {"daily", {1, Unit::day}},         {"day", {1, Unit::day}},
+    {"daily", {1, Unit::day}},          {"day", {1, Unit::day}},
     {"weekdays", {1, Unit::day, true}}, {"weekly", {1, Unit::week}},
-    {"sennight", {1, Unit::week}},     {"biweekly", {2, Unit::week}},
-    {"fortnight", {2, Unit::week}},    {"monthly", {1, Unit::month}},
-    {"bimonthly", {2, Unit::month}},   {"quarterly", {3, Unit::month}},
-    {"semiannual", {6, Unit::month}},  {"annual", {1, Unit::year}},
-    {"yearly", {1, Unit::year}},       {"biannual", {2, Unit::year}},
+    {"sennight", {1, Unit::week}},      {"biweekly", {2, Unit::week}},
+    {"fortnight", {2, Unit::week}},     {"monthly", {1, Unit::month}},
+    {"bimonthly", {2, Unit::month}},    {"quarterly", {3, Unit::month}},
+    {"semiannual", {6, Unit::month}},   {"annual", {1, Unit::year}},
+    {"yearly", {1, Unit::year}},        {"biannual", {2, Unit::year}},
     {"biyearly", {2, Unit::year}}};
 
 struct NamedUnit {
@@ -41,21 +41,48 @@ struct NamedUnit {
   Unit unit;
   std::int64_t factor = 1;
 };
-constexpr NamedUnit units[] = {
-    {"s", Unit::partOfDay},    {"sec", Unit::partOfDay},  {"secs", Unit::partOfDay},
-    {"second", Unit::partOfDay}, {"seconds", Unit::partOfDay}, {"min", Unit::partOfDay},
-    {"mins", Unit::partOfDay}, {"minute", Unit::partOfDay}, {"minutes", Unit::partOfDay},
-    {"h", Unit::partOfDay},    {"hr", Unit::partOfDay},   {"hrs", Unit::partOfDay},
-    {"hour", Unit::partOfDay}, {"hours", Unit::partOfDay}, {"d", Unit::day},
-    {"day", Unit::day},        {"days", Unit::day},       {"w", Unit::week},
-    {"wk", Unit::week},        {"wks", Unit::week},       {"week", Unit::week},
-    {"weeks", Unit::week},     {"m", Unit::month},        {"mo", Unit::month},
-    {"mos", Unit::month},      {"mth", Unit::month},      {"mths", Unit::month},
-    {"mnths", Unit::month},    {"month", Unit::month},    {"months", Unit::month},
-    {"q", Unit::month, 3},     {"qtr", Unit::month, 3},   {"qtrs", Unit::month, 3},
-    {"qrtr", Unit::month, 3},  {"qrtrs", Unit::month, 3}, {"quarter", Unit::month, 3},
-    {"quarters", Unit::month, 3}, {"y", Unit::year},      {"yr", Unit::year},
-    {"yrs", Unit::year},       {"year", Unit::year},      {"years", Unit::year}};
+constexpr NamedUnit units[] = {{"s", Unit::partOfDay},
+                               {"sec", Unit::partOfDay},
+                               {"secs", Unit::partOfDay},
+                               {"second", Unit::partOfDay},
+                               {"seconds", Unit::partOfDay},
+                               {"min", Unit::partOfDay},
+                               {"mins", Unit::partOfDay},
+                               {"minute", Unit::partOfDay},
+                               {"minutes", Unit::partOfDay},
+                               {"h", Unit::partOfDay},
+                               {"hr", Unit::partOfDay},
+                               {"hrs", Unit::partOfDay},
+                               {"hour", Unit::partOfDay},
+                               {"hours", Unit::partOfDay},
+                               {"d", Unit::day},
+                               {"day", Unit::day},
+                               {"days", Unit::day},
+                               {"w", Unit::week},
+                               {"wk", Unit::week},
+                               {"wks", Unit::week},
+                               {"week", Unit::week},
+                               {"weeks", Unit::week},
+                               {"m", Unit::month},
+                               {"mo", Unit::month},
+                               {"mos", Unit::month},
+                               {"mth", Unit::month},
+                               {"mths", Unit::month},
+                               {"mnths", Unit::month},
+                               {"month", Unit::month},
+                               {"months", Unit::month},
+                               {"q", Unit::month, 3},
+                               {"qtr", Unit::month, 3},
+                               {"qtrs", Unit::month, 3},
+                               {"qrtr", Unit::month, 3},
+                               {"qrtrs", Unit::month, 3},
+                               {"quarter", Unit::month, 3},
+                               {"quarters", Unit::month, 3},
+                               {"y", Unit::year},
+                               {"yr", Unit::year},
+                               {"yrs", Unit::year},
+                               {"year", Unit::year},
+                               {"years", Unit::year}};
 
 std::optional<Recurrence> recurrenceOf(std::int64_t count, std::string_view unit) {
   const auto row = std::ranges::find(units, unit, &NamedUnit::name);
@@ -142,8 +169,8 @@ class TaskwarriorReader {
     const std::string text = textOf(from["recur"]);
     const auto recurrence = recurrenceIn(text);
     if (!recurrence) {
-      return builder_.decide(task, "the recurrence " + inQuotes(text) +
-                                       " can't be read; it is due every day");
+      return builder_.decide(
+          task, "the recurrence " + inQuotes(text) + " can't be read; it is due every day");
     }
     const auto due = instantIn(from["due"]);
     const auto day = due ? dayOf(*due, builder_.zone()) : std::nullopt;
@@ -154,9 +181,12 @@ class TaskwarriorReader {
     switch (recurrence->unit) {
       case Unit::partOfDay:
         return builder_.decide(task, "recurs within a day; here it is due once a day");
-      case Unit::day: return builder_.setFrequency(task, 1, count);
-      case Unit::week: return setWeeks(count, day, task);
-      case Unit::month: return setMonths(count, task);
+      case Unit::day:
+        return builder_.setFrequency(task, 1, count);
+      case Unit::week:
+        return setWeeks(count, day, task);
+      case Unit::month:
+        return setMonths(count, task);
       case Unit::year:
         ImportBuilder::setDaysIn(task, DayMode::numberOfDaysInYear, 1);
         builder_.decide(task, count > 1 ? "is due on any one day of every year here"
@@ -167,9 +197,8 @@ class TaskwarriorReader {
   void setWeeks(std::int64_t count, std::optional<YYYYMMDD> due, VelloroJSONBackupTask& task) {
     if (count > 1 || !due) return builder_.setFrequency(task, 1, count * 7);
     const DayOfWeek weekday = due->dayOfWeek({});
-    ImportBuilder::setWeekdays(task, daysOfWeekWhere([&](int day) {
-                                 return static_cast<DayOfWeek>(day % 7) == weekday;
-                               }));
+    ImportBuilder::setWeekdays(
+        task, daysOfWeekWhere([&](int day) { return static_cast<DayOfWeek>(day % 7) == weekday; }));
   }
 
   void setMonths(std::int64_t count, VelloroJSONBackupTask& task) {
@@ -260,7 +289,7 @@ Result<ImportedBackup> readTaskwarrior(std::string_view json, const TimeZone& zo
   auto whole = jsonIn(json);
   if (!whole) {
     auto objects = objectsOfLines(json);
-    if (!objects) return std::unexpected(whole.error());
+    if (!objects || objects->empty()) return std::unexpected(whole.error());
     whole = PropertyList(*std::move(objects));
   } else if (whole->dictionary() != nullptr) {
     whole = PropertyList(PropertyList::Array{*std::move(whole)});

@@ -197,5 +197,31 @@ TEST_F(ExchangeCommands, AreWholeOrNotAtAll) {
   }
 }
 
+TEST_F(ExchangeCommands, RecogniseWhatOthersWrite) {
+  const std::pair<std::string, std::string> documents[] = {
+      {"habitica", R"({"tasks":{"habits":[{"_id":"1","text":"Stretch","up":true}]}})"},
+      {"mhabit", R"({"groups":[],"habits":[{"name":"Stretch","start_date":19780}]})"},
+      {"taskwarrior", R"([{"uuid":"p","description":"Stretch","recur":"daily"}])"},
+      {"taskwarrior", R"({"uuid":"p","description":"Stretch","recur":"daily"})"},
+  };
+  for (const auto& [format, text] : documents) {
+    for (const std::string& from : {std::string("auto"), format}) {
+      const auto answer = PropertyList::fromJSON(
+          said("b", "import --dry-run --json --from " + from + " " + file("other.json", text)));
+      EXPECT_EQ(*answer["format"].text(), format);
+      EXPECT_EQ(answer["tasks"]["added"].integer(), 1) << text;
+      EXPECT_FALSE(answer["decisions"].array()->empty());
+    }
+    const auto twice = [&] { (void)said(format, "import " + file("other.json", text)); };
+    twice();
+    const std::string once = document(format);
+    twice();
+    EXPECT_EQ(document(format), once) << "what is there already stays";
+  }
+  const auto refused = runProgram("import --from mhabit " + file("other.json", "[]") + in("b"));
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(refused.errors, HasSubstr("other.json: The document has no list \"habits\"."));
+}
+
 }  // namespace
 }  // namespace velloro

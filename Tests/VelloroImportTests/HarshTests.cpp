@@ -1,3 +1,4 @@
+#include "ImportText.h"
 #include "VelloroImport/HarshReader.h"
 
 #include <map>
@@ -10,23 +11,8 @@ namespace {
 
 using testing::HasSubstr;
 
-const TimeZone berlin = TimeZone::fromIdentifier("Europe/Berlin").value();
-const Date now = Date::fromISO8601("2024-03-08T11:00:00Z").value();
-
 ImportedBackup read(const std::string& habits, const std::string& log = "") {
-  return readHarsh(habits, log, berlin, now);
-}
-
-std::string rhythm(const VelloroJSONBackupTask& task) {
-  const auto number = [](const auto& of) { return of ? std::to_string(*of) : std::string("-"); };
-  return std::to_string(rawValue(task.daysMode.value())) + " " + number(task.numCompletions) + " " +
-         number(task.dayInterval) + " " + number(task.timesPerDay);
-}
-
-std::string decisions(const ImportedBackup& of) {
-  std::string all;
-  for (const auto& [what, why] : of.decisions) all += what + ": " + why + "\n";
-  return all;
+  return readHarsh(habits, log, berlin(), importNow());
 }
 
 TEST(HarshReader, ReadsFrequencies) {
@@ -47,13 +33,13 @@ TEST(HarshReader, ReadsFrequencies) {
     const auto imported = read(std::string("Read: ") + text + "\n");
     ASSERT_EQ(imported.backup.tasks.size(), 1U) << text;
     EXPECT_EQ(rhythm(imported.backup.tasks.front()), wanted) << text;
-    EXPECT_THAT(decisions(imported), HasSubstr(decided)) << text;
+    EXPECT_THAT(decisionsOf(imported), HasSubstr(decided)) << text;
   }
   for (const char* line : {"Read", "Read: x", "Read: 1/0", "Read: 1/2/3", "Read: -1",
                            "Read: 1: soon", "Read: 99999999999999999999", "\xFFRead: 1"}) {
     const auto imported = read(std::string("# first\n") + line + "\nRun: 1\n");
     EXPECT_EQ(imported.backup.tasks.size(), 1U) << line;
-    EXPECT_THAT(decisions(imported), HasSubstr("habits, line 2: ")) << line;
+    EXPECT_THAT(decisionsOf(imported), HasSubstr("habits, line 2: ")) << line;
   }
 }
 
@@ -67,18 +53,12 @@ TEST(HarshReader, ReadsTheLog) {
   const auto& tasks = imported.backup.tasks;
   std::map<std::string, std::string> logs;
   for (const auto& task : tasks) {
-    std::string& log = logs[*task.title];
-    log = task.status == TaskStatus::archived ? "archived" : "";
-    for (const auto& entry : *task.log) {
-      log += " " + std::to_string(entry.entryDate.intValue() % 100) + "=" +
-             std::to_string(rawValue(entry.entryType)) + "/" +
-             std::to_string(static_cast<int>(*entry.progress * 10));
-    }
+    logs[*task.title] = logOf(task);
   }
-  EXPECT_EQ(logs["Run"], " 5=7/0 6=1/55 7=3/0") << "the last mark of a day counts";
-  EXPECT_EQ(logs["Swim"], " 6=1/10");
-  EXPECT_EQ(logs["Gone"], "archived 1=1/10");
-  EXPECT_EQ(logs["Read"], "archived");
+  EXPECT_EQ(logs["Run"], " 305=7/0 306=1/55 307=3/0") << "the last mark of a day counts";
+  EXPECT_EQ(logs["Swim"], " 306=1/10");
+  EXPECT_EQ(logs["Gone"], "A 301=1/10");
+  EXPECT_EQ(logs["Read"], "A");
   EXPECT_EQ(tasks.front().notes->front().content.body, "in rain");
   EXPECT_EQ(tasks.front().createdTimestamp->iso8601(), "2024-03-04T23:00:00Z");
   ASSERT_EQ(imported.backup.categories->size(), 2U);
@@ -86,7 +66,7 @@ TEST(HarshReader, ReadsTheLog) {
   for (const char* line : {"log, line 8: the day", "log, line 9: has no three",
                            "log, line 10: the r", "log, line 11: the amount",
                            "\"Swim\": 1 days not done", "\"Gone\": stands in the log alone"}) {
-    EXPECT_THAT(decisions(imported), HasSubstr(line));
+    EXPECT_THAT(decisionsOf(imported), HasSubstr(line));
   }
   const auto again = read("Run: 1\n", "2024-03-06 : Run : y\n");
   EXPECT_EQ(again.backup.tasks.front().uniqueId, tasks.front().uniqueId);

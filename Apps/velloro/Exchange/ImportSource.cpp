@@ -28,9 +28,12 @@ struct FormRow {
   Form value;
   const char* name;
 };
-constexpr FormRow forms[] = {{Form::velloro, "velloro"},   {Form::csv, "csv"},
-                             {Form::loop, "loop"},         {Form::harsh, "harsh"},
-                             {Form::habitica, "habitica"}, {Form::mhabit, "mhabit"},
+constexpr FormRow forms[] = {{Form::velloro, "velloro"},
+                             {Form::csv, "csv"},
+                             {Form::loop, "loop"},
+                             {Form::harsh, "harsh"},
+                             {Form::habitica, "habitica"},
+                             {Form::mhabit, "mhabit"},
                              {Form::taskwarrior, "taskwarrior"}};
 
 constexpr std::string_view databaseStart("SQLite format 3\0", 16);
@@ -162,13 +165,18 @@ ImportedBackup readLoop(const std::string& file, Date now) {
 ImportedBackup parsed(std::string_view bytes, Form form, const std::string& file, Date now) {
   const TimeZone zone = TimeZone::current();
   switch (form) {
-    case Form::habitica: return taken(readHabitica(bytes, zone, now), file);
-    case Form::mhabit: return taken(readMhabit(bytes, zone, now), file);
-    case Form::taskwarrior: return taken(readTaskwarrior(bytes, zone, now), file);
-    case Form::csv: return {.backup = loadCSV(bytes, now)};
+    case Form::habitica:
+      return taken(readHabitica(bytes, zone, now), file);
+    case Form::mhabit:
+      return taken(readMhabit(bytes, zone, now), file);
+    case Form::taskwarrior:
+      return taken(readTaskwarrior(bytes, zone, now), file);
+    case Form::csv:
+      return {.backup = loadCSV(bytes, now)};
     case Form::velloro:
     case Form::loop:
-    case Form::harsh: break;
+    case Form::harsh:
+      break;
   }
   return {.backup = VelloroJSONBackup::fromJSON(bytes)};
 }
