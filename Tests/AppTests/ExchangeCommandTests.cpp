@@ -183,6 +183,29 @@ TEST_F(ExchangeCommands, ChangeNothingForAFileThatIsWrong) {
   expectRefusal("export - --page 1 --task Read" + in("a"), "one of them");
 }
 
+TEST_F(ExchangeCommands, WriteFilesOfOtherPrograms) {
+  (void)said("a", "task edit Read --start-of-day 08:00:00");
+  const auto calendar = runProgram("export " + file("a.ics", "") + in("a"));
+  EXPECT_THAT(calendar.errors, HasSubstr("\"Run\": no calendar's rule says"));
+  const std::string text = NSFileManager::contents(path("a.ics")).value();
+  EXPECT_THAT(text, HasSubstr("\r\nDTSTART:20240308T181000\r\nSUMMARY:Read\r\n"));
+  EXPECT_THAT(text, HasSubstr("\r\nTRIGGER:PT13H5M\r\n")) << "07:15 of the next date";
+  EXPECT_EQ(text.find("VJOURNAL"), std::string::npos);
+  EXPECT_THAT(said("a", "export --format ical --with-log --task Read -"), HasSubstr("VJOURNAL"));
+
+  const std::string folder = "'" + path("harsh").string() + "'";
+  EXPECT_THAT(runProgram("export --format harsh " + folder + in("a")).errors,
+              HasSubstr("\"Save\": its total for a period"));
+  EXPECT_THAT(said("b", "import --json " + folder),
+              HasSubstr(R"({"format":"harsh","dryRun":false,"tasks":{"added":7,)"));
+  EXPECT_THAT(said("b", "export --format harsh '" + path("again").string() + "'"), "");
+  std::string habits = NSFileManager::contents(path("harsh") / "habits").value();
+  habits.replace(habits.find("Save: 0"), 7, "Save: 1");  // one without a goal is due every day
+  EXPECT_EQ(NSFileManager::contents(path("again") / "habits").value(), habits);
+  expectRefusal("export --format harsh -" + in("a"), "a folder of two files");
+  expectRefusal("export --format pdf -" + in("a"), "velloro, csv, ical or harsh");
+}
+
 /// Whenever the program is killed, the store is as before or as after.
 TEST_F(ExchangeCommands, AreWholeOrNotAtAll) {
   const std::string backup = file("a.velloro", document("a"));
