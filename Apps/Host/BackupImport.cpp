@@ -86,13 +86,14 @@ class Import {
   Import(const HostStore& store, const BackupImportOptions& options, Date now)
       : store_(store), options_(options), now_(now), tasks_(store.tasks({})) {}
 
-  void add(const VelloroJSONBackup& backup) {
-    if (backup.categories) addCategories(*backup.categories);
+  void add(const BackupDocument& document) {
+    const VelloroJSONBackup& frame = document.frame();
+    if (frame.categories) addCategories(*frame.categories);
     for (const auto& row : all<TaskCategoryEntity>(store_)) {
       if (const auto id = row->value(TaskCategoryEntity::uniqueId)) categories_.emplace(*id, row);
     }
-    for (const VelloroJSONBackupTask& record : backup.tasks) addTask(record);
-    if (backup.settings) addSettings(backup.settings->settings);
+    document.forEachTask([&](const VelloroJSONBackupTask& record) { addTask(record); });
+    if (frame.settings) addSettings(frame.settings->settings);
   }
 
   [[nodiscard]] const std::vector<TaskPtr>& changed() const { return changed_; }
@@ -507,7 +508,7 @@ void Import::addSettings(const std::vector<VelloroJSONBackupSettingsSetting>& re
 
 }  // namespace
 
-BackupImportReport importBackup(const HostStore& store, const VelloroJSONBackup& backup,
+BackupImportReport importBackup(const HostStore& store, const BackupDocument& backup,
                                 const BackupImportOptions& options, bool isRehearsal, Date now) {
   struct Rehearsed {};
   BackupImportReport report;

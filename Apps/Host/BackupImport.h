@@ -3,8 +3,8 @@
 #include "Foundation/Coding/CodingKeys.h"
 #include "Foundation/Time/Date.h"
 #include "OxKit/Platform.h"
+#include "VelloroBackup/BackupDocument.h"
 #include "VelloroBackup/BackupOptions.h"
-#include "VelloroBackup/VelloroJSONBackup.h"
 #include "VelloroImport/ImportedBackup.h"
 
 #include <cstdint>
@@ -39,13 +39,14 @@ struct BackupImportReport {
   std::vector<Decision> decisions = {};
 };
 
-/// Applies a backup to the store, all of it or, on failure, nothing.
+/// Applies a backup to the store, all of it or, on failure, nothing. No more than one task's log is
+/// decoded at a time.
 ///
 /// An entry with an identifier is that of the store with the same one; without one it is the n-th
 /// of its day and type, as it was before the import. Notes go by identifier, or by day and text. A
 /// task without identifier is the store's first one of its title. Tasks that are in the store alone
 /// are never touched. A rehearsal says what would change, and changes nothing. \throws HostError
-BackupImportReport importBackup(const HostStore& store, const VelloroJSONBackup& backup,
+BackupImportReport importBackup(const HostStore& store, const BackupDocument& backup,
                                 const BackupImportOptions& options, bool isRehearsal, Date now);
 
 }  // namespace velloro

@@ -86,10 +86,9 @@ std::string textOf(const BackupImportReport& report, bool isDryRun) {
 void runImport(const ImportOptions& options) {
   const auto wantedOptions = wanted(options);
   const Date now = Date::now();
-  const auto [format, imported] = readImportSource(options.file, options.from, now);
-  auto report = importBackup(HostStore(), imported.backup, wantedOptions, options.isDryRun, now);
-  report.decisions.insert(report.decisions.begin(), imported.decisions.begin(),
-                          imported.decisions.end());
+  const auto [format, document, decisions] = readImportSource(options.file, options.from, now);
+  auto report = importBackup(HostStore(), document, wantedOptions, options.isDryRun, now);
+  report.decisions.insert(report.decisions.begin(), decisions.begin(), decisions.end());
   if (!options.json) return print(textOf(report, options.isDryRun));
   const Answer answer{.format = format,
                       .dryRun = options.isDryRun,

@@ -162,28 +162,36 @@ ImportedBackup readLoop(const std::string& file, Date now) {
   return taken(read(file, TimeZone::current(), now), file);
 }
 
-ImportedBackup parsed(std::string_view bytes, Form form, const std::string& file, Date now) {
+const char* nameOf(Form form) {
+  return forms[static_cast<std::size_t>(form)].name;
+}
+
+ImportSource sourceOf(Form form, ImportedBackup imported) {
+  return {nameOf(form), std::move(imported.backup), std::move(imported.decisions)};
+}
+
+ImportSource parsed(std::string bytes, Form form, const std::string& file, Date now) {
   const TimeZone zone = TimeZone::current();
   switch (form) {
     case Form::habitica:
-      return taken(readHabitica(bytes, zone, now), file);
+      return sourceOf(form, taken(readHabitica(bytes, zone, now), file));
     case Form::mhabit:
-      return taken(readMhabit(bytes, zone, now), file);
+      return sourceOf(form, taken(readMhabit(bytes, zone, now), file));
     case Form::taskwarrior:
-      return taken(readTaskwarrior(bytes, zone, now), file);
+      return sourceOf(form, taken(readTaskwarrior(bytes, zone, now), file));
     case Form::csv:
-      return {.backup = loadCSV(bytes, now)};
+      return sourceOf(form, {.backup = loadCSV(bytes, now)});
     case Form::velloro:
     case Form::loop:
     case Form::harsh:
       break;
   }
-  return {.backup = VelloroJSONBackup::fromJSON(bytes)};
+  return {nameOf(form), BackupDocument(std::move(bytes))};
 }
 
-ImportedBackup readForm(Form form, const std::string& bytes, const std::string& file, Date now) {
+ImportSource readForm(Form form, std::string bytes, const std::string& file, Date now) {
   try {
-    return parsed(bytes, form, file, now);
+    return parsed(std::move(bytes), form, file, now);
   } catch (const CSVError& error) {
     throw complaint(file, error);
   } catch (const DecodingError& error) {
@@ -203,16 +211,15 @@ std::string importFormats() {
 
 ImportSource readImportSource(const std::string& file, const std::optional<std::string>& from,
                               Date now) {
-  const auto nameOf = [](Form form) { return forms[static_cast<std::size_t>(form)].name; };
   auto given = formNamed(from.value_or("auto"));
   if (!given) given = formOfName(file);
   if (!given && file != "-" && formOfContent(beginningOf(file)) == Form::loop) given = Form::loop;
-  if (given == Form::loop) return {nameOf(Form::loop), readLoop(file, now)};
-  if (given == Form::harsh) return {nameOf(Form::harsh), readHarshFolder(file, now)};
-  const std::string bytes = bytesOf(file, given);
+  if (given == Form::loop) return sourceOf(Form::loop, readLoop(file, now));
+  if (given == Form::harsh) return sourceOf(Form::harsh, readHarshFolder(file, now));
+  std::string bytes = bytesOf(file, given);
   const Form form = given ? *given : formOfContent(bytes);
-  if (form == Form::loop) return {nameOf(form), readLoop(file, now)};
-  return {nameOf(form), readForm(form, bytes, file, now)};
+  if (form == Form::loop) return sourceOf(form, readLoop(file, now));
+  return readForm(form, std::move(bytes), file, now);
 }
 
 }  // namespace velloro

@@ -1,17 +1,20 @@
 #pragma once
 
 #include "Foundation/Time/Date.h"
+#include "VelloroBackup/BackupDocument.h"
 #include "VelloroImport/ImportedBackup.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velloro {
 
 /// What a file holds, and which form it has.
 struct ImportSource {
   const char* format;
-  ImportedBackup imported;
+  BackupDocument document;
+  std::vector<ImportDecision> decisions = {};
 };
 
 /// The names that `--from` takes, with commas between them.
